@@ -1,0 +1,33 @@
+# The project's commands. `make help` explains them.
+PRESET ?= release
+BUILD = build/$(PRESET)
+
+.DEFAULT_GOAL := help
+.PHONY: help deps build test lint format asan clean
+
+help: ## this list
+	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
+	@echo "  PRESET=debug|release|asan chooses the build (now $(PRESET))"
+
+deps:
+	@tools/install-dependencies
+
+build: deps ## build everything
+	@[ -f $(BUILD)/build.ninja ] || cmake --preset $(PRESET) >/dev/null
+	@cmake --build --preset $(PRESET)
+
+test: build lint ## every check and every test
+	@ctest --preset $(PRESET)
+
+lint: build ## formatting, static analysis, QML and layering checks
+	@tools/lint $(BUILD)
+
+format: deps ## format the C++ sources
+	@git ls-files -co --exclude-standard '*.cpp' '*.h' | xargs clang-format-14 -i
+
+asan: ## every test under AddressSanitizer and UndefinedBehaviorSanitizer
+	@$(MAKE) --no-print-directory build PRESET=asan
+	@ctest --preset asan
+
+clean: ## remove everything that was built
+	@rm -rf build

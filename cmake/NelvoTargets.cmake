@@ -1,0 +1,66 @@
+# How this project's targets are made: language level, warnings, visibility and sanitizers in one place.
+include_guard()
+include(CheckLinkerFlag)
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(NELVO_CCACHE ccache)
+if(NELVO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${NELVO_CCACHE})
+endif()
+
+add_library(nelvo_options INTERFACE)
+target_compile_definitions(nelvo_options INTERFACE
+  QT_DEPRECATED_WARNINGS
+  QT_MESSAGELOGCONTEXT
+  QT_NO_CAST_FROM_BYTEARRAY
+  QT_NO_CAST_TO_ASCII
+  QT_NO_KEYWORDS)
+if(MSVC)
+  target_compile_options(nelvo_options INTERFACE /W4 /WX /utf-8 /permissive-)
+else()
+  target_compile_options(nelvo_options INTERFACE
+    -Wall -Wextra -Wpedantic -Werror
+    # Source locations in log lines are relative to the repository.
+    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+endif()
+if(NELVO_SANITIZE)
+  target_compile_options(nelvo_options INTERFACE -fsanitize=${NELVO_SANITIZE} -fno-omit-frame-pointer
+    -fno-sanitize-recover=all)
+  target_link_options(nelvo_options INTERFACE -fsanitize=${NELVO_SANITIZE})
+  target_sources(nelvo_options INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/tests/support/keeplibraries.cpp>)
+endif()
+
+# nelvo_subsystem(name SOURCES ... LINK ...): one folder of the plug-in, as an object library that the
+# plug-in and the unit tests link. Includes are relative to the repository's root.
+function(nelvo_subsystem name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} OBJECT ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_compile_definitions(${name} PUBLIC NELVO_PLUGIN_BUILD PRIVATE QT_NO_CAST_FROM_ASCII)
+  target_link_libraries(${name} PUBLIC nelvo_options ${ARG_LINK})
+endfunction()
+
+# nelvo_test(name [LABELS ...] SOURCES ... LINK ...): a test program and its entry in CTest. Each program
+# has a directory of its own, since files beside the executable are part of what is tested.
+function(nelvo_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK;LABELS;ARGUMENTS;DEFINITIONS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE nelvo_options Qt5::Test ${ARG_LINK})
+  target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${name}.dir)
+  add_test(NAME ${name} COMMAND ${NELVO_TEST_LAUNCHER} $<TARGET_FILE:${name}> ${ARG_ARGUMENTS})
+  set_tests_properties(${name} PROPERTIES
+    LABELS "${ARG_LABELS}"
+    TIMEOUT 300
+    ENVIRONMENT "${NELVO_TEST_ENVIRONMENT}")
+endfunction()

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <NelvoSDK/ILoginObserver.h>
+
+namespace NelvoSDK {
+
+//! \brief The sign-in itself, as the host sees it. From ILoginMgr::GetLoginActor; owned by the plug-in.
+//!
+//! GUI thread only, except Attach and Detach.
+class ILoginActor
+{
+public:
+    //! Does nothing; keeps its place in the interface.
+    virtual void ReservedFirst() = 0;
+    //! Does nothing; keeps its place in the interface.
+    virtual void ReservedSecond() = 0;
+    //! Returns false; keeps its place in the interface.
+    virtual bool ReservedFlag() = 0;
+
+    //! Shows the login window on its form page, with the accounts that were used before. May be called
+    //! again after a sign-in to let the user sign in anew.
+    virtual void ShowLogin() = 0;
+
+    //! Adds an observer, not owned and not null. Adding one twice has no effect. Any thread, but not
+    //! while a notification is running. Observers are called in no particular order.
+    virtual void Attach(ILoginObserver* observer) = 0;
+    //! Removes an observer; one that is not attached is ignored. Any thread, but not while a
+    //! notification is running. Detach before you delete the observer.
+    virtual void Detach(ILoginObserver* observer) = 0;
+
+    virtual ~ILoginActor() = default;
+};
+
+} // namespace NelvoSDK

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <NelvoSDK/ILoginActor.h>
+
+namespace NelvoSDK {
+
+//! \brief Owns the login window and the login actor. From INelvoSDKPlugin::GetLoginMgr.
+//!
+//! GUI thread only.
+class ILoginMgr
+{
+public:
+    //! The pointer of the last SetContext, null at first.
+    virtual void* GetContext() = 0;
+    //! Keeps a pointer for the host. The plug-in neither looks at it nor owns it.
+    virtual void SetContext(void* context) = 0;
+
+    //! The login actor; not owned by the caller and valid until INelvoSDKPlugin::Shutdown.
+    virtual ILoginActor* GetLoginActor() = 0;
+
+    //! Starts the sign-in. Call it once, after an ILoginObserver has been attached to the login actor:
+    //! the outcome is told to observers only. Shows the login window, unless the application was
+    //! started with exactly one command-line argument: that one is taken as a sign-in without a window,
+    //! and none is shown whatever the argument holds. Hosts with options of their own should therefore
+    //! never be started with exactly one argument.
+    //!
+    //! Closing the login window by its close button ends the application (QCoreApplication::quit).
+    virtual void Start() = 0;
+
+    virtual ~ILoginMgr() = default;
+};
+
+} // namespace NelvoSDK

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <NelvoSDK/LoginSession.h>
+
+namespace NelvoSDK {
+
+//! \brief Implemented by the host: hears how a sign-in ended.
+//!
+//! Attach it with ILoginActor::Attach. The plug-in never owns or deletes an observer. Both operations
+//! are called on the GUI thread; an exception that leaves one of them is not caught by the plug-in.
+//! Do not attach or detach observers from within a call.
+class ILoginObserver
+{
+public:
+    //! The login window has closed and the session is ready. `session` is valid for the time of the
+    //! call: copy it. Also called when the enterprise's services could not be reached; the texts are
+    //! then empty or those of an earlier sign-in (see LoginSession::loggedIn).
+    virtual void OnLoginSucceeded(const LoginSession& session) = 0;
+
+    //! A sign-in attempt was refused or the sign-in service did not answer. The user has been shown the
+    //! reason in the login window, which stays open for another attempt.
+    virtual void OnLoginFailed() = 0;
+
+protected:
+    ~ILoginObserver() = default;
+};
+
+} // namespace NelvoSDK

@@ -1,0 +1,81 @@
+#include <NelvoSDK/IHostContext.h>
+#include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/IMessageMgr.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+#include <NelvoSDK/IPdsMgr.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <QtTest>
+
+//! What a host may rely on in the public records before anybody has filled them.
+class TestSdk : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void freshSessionIsEmpty();
+    void freshProjectRecordsAreEmpty();
+    void recordsAreValues();
+    void observersNeedOnlyWhatIsCalled();
+};
+
+void TestSdk::freshSessionIsEmpty()
+{
+    const NelvoSDK::LoginSession session;
+    QVERIFY(session.token.empty() && session.cookies.empty() && session.serverAddr.empty() &&
+            session.sdkAddr.empty() && session.epName.empty() && session.appVer.empty() &&
+            session.iotToken.empty());
+    QVERIFY(!session.loggedIn);
+    QVERIFY(session.extra.empty());
+}
+
+void TestSdk::freshProjectRecordsAreEmpty()
+{
+    const NelvoSDK::ProjectNode node;
+    QVERIFY(!node.reservedFlag && !node.serverFlag && node.id.empty() && node.attrs.empty());
+    const NelvoSDK::OrgTreeNode unit;
+    QVERIFY(!unit.canSelect && unit.children.empty());
+}
+
+void TestSdk::recordsAreValues()
+{
+    NelvoSDK::LoginSession session;
+    session.extra[L"epId"] = L"7";
+    const NelvoSDK::LoginSession copy = session;
+    session.extra.clear();
+    QVERIFY(copy.extra.at(L"epId") == L"7");
+}
+
+void TestSdk::observersNeedOnlyWhatIsCalled()
+{
+    class Host final : public NelvoSDK::ILoginObserver,
+                       public NelvoSDK::IMessageObserver,
+                       public NelvoSDK::IPdsObserver,
+                       public NelvoSDK::IHostContext
+    {
+    public:
+        void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override { loggedIn = session.loggedIn; }
+        void OnLoginFailed() override {}
+        void OnMessageFirst(const QString&) override {}
+        void OnMessageSecond(const QString&) override {}
+        void OnMessageThird(const QString&) override {}
+        void OnBimDialogOpened(QQuickItem*) override {}
+        void OnBimDialogClosed(QQuickItem*) override {}
+        void OnBimProjListCleared() override {}
+        void OnBimProjListSynced() override {}
+        void OnDownLoadBimProj(const QStringList&) override {}
+        void OnConvertSimplyMode(const QString&, bool) override {}
+        QWebChannel* GetWebChannel() override { return nullptr; }
+
+        bool loggedIn = false;
+    };
+    Host host;
+    NelvoSDK::LoginSession session;
+    session.loggedIn = true;
+    static_cast<NelvoSDK::ILoginObserver&>(host).OnLoginSucceeded(session);
+    QVERIFY(host.loggedIn);
+    QVERIFY(!static_cast<NelvoSDK::IHostContext&>(host).GetWebChannel());
+}
+
+QTEST_APPLESS_MAIN(TestSdk)
+#include "test_sdk.moc"
