@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <optional>
+
+namespace NelvoDevkit {
+
+//! \brief A certificate with its private key, both in PEM form.
+struct Certificate {
+    QByteArray certificatePem;
+    QByteArray keyPem;
+};
+
+//! A new self-signed certificate for 127.0.0.1 and localhost, which also serves as its own authority.
+//! Nothing if the cryptographic library fails.
+std::optional<Certificate> makeCertificate();
+
+} // namespace NelvoDevkit

@@ -1,0 +1,235 @@
+#include "services/controlservice.h"
+
+#include "services/faults.h"
+#include "services/service.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMap>
+#include <QStringList>
+#include <QUrlQuery>
+
+namespace NelvoDevkit {
+
+namespace {
+
+//! What is wrong with the parameters of a request.
+struct ParameterError {
+    QString text;
+};
+
+const QStringList& parameterNames()
+{
+    static const QStringList names = {QStringLiteral("fault"), QStringLiteral("path"),
+                                      QStringLiteral("method"), QStringLiteral("value"),
+                                      QStringLiteral("once")};
+    return names;
+}
+
+QString listed(const QStringList& names)
+{
+    return names.join(QStringLiteral(", "));
+}
+
+//! The parameters by name; each is known and stands there once.
+QMap<QString, QString> readParameters(const HttpRequest& request)
+{
+    QMap<QString, QString> parameters;
+    const QUrlQuery query(QString::fromUtf8(request.target.mid(request.path().size() + 1)));
+    const auto items = query.queryItems(QUrl::FullyDecoded);
+    for (const auto& [name, value] : items) {
+        if (!parameterNames().contains(name))
+            throw ParameterError{
+                QStringLiteral("unknown parameter \"%1\"; there are %2").arg(name, listed(parameterNames()))};
+        if (parameters.contains(name))
+            throw ParameterError{QStringLiteral("parameter \"%1\" stands there twice").arg(name)};
+        parameters.insert(name, value);
+    }
+    return parameters;
+}
+
+Fault readFault(const QString& name)
+{
+    const std::optional<Fault> fault = faultFromName(name);
+    if (!fault) {
+        throw ParameterError{QStringLiteral("\"%1\" is no fault; parameter \"fault\" is one of %2")
+                                 .arg(name, listed(faultNames()))};
+    }
+    return *fault;
+}
+
+QString readPath(const QString& path)
+{
+    if (!path.isEmpty() && !path.startsWith(QLatin1Char('/')))
+        throw ParameterError{QStringLiteral("parameter \"path\" must begin with /")};
+    return path;
+}
+
+int readNumber(const QString& text, int least, int most, const QString& what)
+{
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (!isNumber || number < least || number > most) {
+        throw ParameterError{
+            QStringLiteral("parameter \"value\" must be %1 from %2 to %3").arg(what).arg(least).arg(most)};
+    }
+    return number;
+}
+
+int readValue(Fault fault, const QString& text)
+{
+    constexpr int hour = 60 * 60 * 1000;
+    if (fault == Fault::Delay)
+        return readNumber(text, 0, hour, QStringLiteral("the milliseconds to wait,"));
+    if (fault == Fault::Status)
+        return readNumber(text, 200, 599, QStringLiteral("an HTTP status"));
+    if (!text.isEmpty())
+        throw ParameterError{QStringLiteral("parameter \"value\" goes with delay and status only")};
+    return 0;
+}
+
+bool readOnce(const QString& text)
+{
+    if (!text.isEmpty() && text != QLatin1String("0") && text != QLatin1String("1"))
+        throw ParameterError{QStringLiteral("parameter \"once\" must be 0 or 1")};
+    return text == QLatin1String("1");
+}
+
+FaultRule readRule(const HttpRequest& request)
+{
+    const QMap<QString, QString> parameters = readParameters(request);
+    const Fault fault = readFault(parameters.value(QStringLiteral("fault")));
+    return {fault, readPath(parameters.value(QStringLiteral("path"))),
+            parameters.value(QStringLiteral("method")).toUpper().toUtf8(),
+            readValue(fault, parameters.value(QStringLiteral("value"))),
+            readOnce(parameters.value(QStringLiteral("once")))};
+}
+
+QJsonObject toJson(const FaultRule& rule)
+{
+    return {{QStringLiteral("fault"), faultName(rule.fault)},
+            {QStringLiteral("path"), rule.path},
+            {QStringLiteral("method"), QString::fromUtf8(rule.method)},
+            {QStringLiteral("value"), rule.value},
+            {QStringLiteral("once"), rule.once}};
+}
+
+QJsonObject toJson(const LoggedRequest& request)
+{
+    QJsonArray headers;
+    for (const auto& header : request.headers) {
+        headers.append(QJsonObject{{QStringLiteral("name"), QString::fromLatin1(header.name)},
+                                   {QStringLiteral("value"), QString::fromLatin1(header.value)}});
+    }
+    return {{QStringLiteral("service"), QString::fromLatin1(request.service)},
+            {QStringLiteral("method"), QString::fromLatin1(request.method)},
+            {QStringLiteral("target"), QString::fromLatin1(request.target)},
+            {QStringLiteral("headers"), headers},
+            {QStringLiteral("body"), QString::fromUtf8(request.body)}};
+}
+
+template <typename Entry>
+HttpReply listReply(const QVector<Entry>& entries)
+{
+    QJsonArray array;
+    for (const Entry& entry : entries)
+        array.append(toJson(entry));
+    HttpReply reply = jsonReply(QJsonDocument(array));
+    reply.body = QJsonDocument(array).toJson(QJsonDocument::Indented);
+    return reply;
+}
+
+constexpr char helpText[] = R"(The service simulator
+
+Sign-in service  {{signIn}}
+Editor service   {{editor}}
+
+GET /                  this text
+    curl {{control}}/
+GET /requests          the requests to the services so far, as JSON
+    curl {{control}}/requests
+DELETE /requests       forgets them
+    curl -X DELETE {{control}}/requests
+POST /faults           adds a fault; the first one that fits a request strikes it
+    curl -X POST '{{control}}/faults?fault=status&path=/login&method=GET&value=503&once=1'
+    fault   {{faults}}
+    path    path that it applies to, without query; left out: every path of both services
+    method  HTTP method that it applies to; left out: every method
+    value   milliseconds of delay, HTTP status of status
+    once    1: strikes the next matching request only
+GET /faults            the faults in force, as JSON
+    curl {{control}}/faults
+DELETE /faults         removes them all; stalled requests go on, refused ports listen again
+    curl -X DELETE {{control}}/faults
+DELETE /sessions       forgets every session and login ticket; POST /sessions/forget does the same
+    curl -X DELETE {{control}}/sessions
+)";
+
+} // namespace
+
+ControlService::ControlService(Services& services) : m_services(services) {}
+
+HttpReply ControlService::answer(const HttpRequest& request)
+{
+    static const std::vector<Route<ControlService>> routes = {
+        {"GET", "/", &ControlService::help},
+        {"GET", "/requests", &ControlService::listRequests},
+        {"DELETE", "/requests", &ControlService::clearRequests},
+        {"GET", "/faults", &ControlService::listFaults},
+        {"POST", "/faults", &ControlService::addFault},
+        {"DELETE", "/faults", &ControlService::clearFaults},
+        {"DELETE", "/sessions", &ControlService::forgetSessions},
+        {"POST", "/sessions/forget", &ControlService::forgetSessions},
+    };
+    return dispatch(*this, routes, request);
+}
+
+HttpReply ControlService::help(const HttpRequest& /*request*/)
+{
+    return textReply(200, QByteArray(helpText)
+                              .replace("{{signIn}}", m_services.signInUrl().toLatin1())
+                              .replace("{{editor}}", m_services.editorUrl().toLatin1())
+                              .replace("{{control}}", m_services.controlUrl().toLatin1())
+                              .replace("{{faults}}", faultNames().join(QLatin1Char(' ')).toLatin1()));
+}
+
+HttpReply ControlService::listRequests(const HttpRequest& /*request*/)
+{
+    return listReply(m_services.requests());
+}
+
+HttpReply ControlService::clearRequests(const HttpRequest& /*request*/)
+{
+    m_services.clearRequests();
+    return textReply(200, "requests forgotten\n");
+}
+
+HttpReply ControlService::listFaults(const HttpRequest& /*request*/)
+{
+    return listReply(m_services.faults());
+}
+
+HttpReply ControlService::addFault(const HttpRequest& request)
+{
+    try {
+        m_services.addFault(readRule(request));
+        return textReply(200, "fault added\n");
+    } catch (const ParameterError& wrong) {
+        return textReply(400, wrong.text.toUtf8() + '\n');
+    }
+}
+
+HttpReply ControlService::clearFaults(const HttpRequest& /*request*/)
+{
+    m_services.clearFaults();
+    return textReply(200, "faults removed\n");
+}
+
+HttpReply ControlService::forgetSessions(const HttpRequest& /*request*/)
+{
+    m_services.forgetSessions();
+    return textReply(200, "sessions forgotten\n");
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "services/httpmessage.h"
+
+namespace NelvoDevkit {
+
+//! \brief The control path: what a person or a script asks of the simulator over HTTP while it runs.
+class ControlService
+{
+public:
+    explicit ControlService(Services& services);
+
+    HttpReply answer(const HttpRequest& request);
+
+private:
+    HttpReply help(const HttpRequest& request);
+    HttpReply listRequests(const HttpRequest& request);
+    HttpReply clearRequests(const HttpRequest& request);
+    HttpReply listFaults(const HttpRequest& request);
+    HttpReply addFault(const HttpRequest& request);
+    HttpReply clearFaults(const HttpRequest& request);
+    HttpReply forgetSessions(const HttpRequest& request);
+
+    Services& m_services;
+};
+
+} // namespace NelvoDevkit

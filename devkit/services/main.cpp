@@ -1,0 +1,184 @@
+#include <services/seed.h>
+#include <services/services.h>
+
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/signal_set.hpp>
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <QTextStream>
+
+#include <csignal>
+#include <cstdio>
+#include <optional>
+
+using NelvoDevkit::Services;
+using NelvoDevkit::ServicesOptions;
+
+namespace {
+
+//! Why the program can't do what it was started for.
+struct Failure {
+    QString text;
+};
+
+//! What the command line asks for.
+struct Arguments {
+    ServicesOptions options;
+    QString certificateFile;
+    QString readyFile;
+};
+
+QTextStream& writeUtf8(QTextStream& stream)
+{
+    stream.setCodec("UTF-8");
+    return stream;
+}
+
+QString valueOption(QCommandLineParser& parser, const QString& name, const QString& description,
+                    const QString& valueName)
+{
+    parser.addOption(QCommandLineOption(name, description, valueName));
+    return name;
+}
+
+quint16 port(const QCommandLineParser& parser, const QString& option)
+{
+    if (!parser.isSet(option))
+        return 0;
+    bool ok = false;
+    const quint16 number = parser.value(option).toUShort(&ok);
+    if (!ok) {
+        throw Failure{
+            QStringLiteral("--%1: \"%2\" is no port from 0 to 65535").arg(option, parser.value(option))};
+    }
+    return number;
+}
+
+Arguments readArguments(const QCoreApplication& application)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Simulates the sign-in and the editor service on 127.0.0.1. Runs until SIGINT or SIGTERM."));
+    parser.addHelpOption();
+    const QString portName = QStringLiteral("port");
+    const QString fileName = QStringLiteral("file");
+    const QString signInPort =
+        valueOption(parser, QStringLiteral("sign-in-port"),
+                    QStringLiteral("Port of the sign-in service; any if left out."), portName);
+    const QString editorPort =
+        valueOption(parser, QStringLiteral("editor-port"),
+                    QStringLiteral("Port of the editor service; any if left out."), portName);
+    const QString controlPort =
+        valueOption(parser, QStringLiteral("control-port"),
+                    QStringLiteral("Port of the control path; any if left out."), portName);
+    const QString seed = valueOption(parser, QStringLiteral("seed"),
+                                     QStringLiteral("JSON file with accounts and enterprises."), fileName);
+    const QString https = QStringLiteral("https");
+    parser.addOption({https, QStringLiteral("Speak HTTPS with a certificate made at start.")});
+    const QString certificate =
+        valueOption(parser, QStringLiteral("certificate-out"),
+                    QStringLiteral("Write that certificate there, as PEM."), fileName);
+    const QString ready = valueOption(
+        parser, QStringLiteral("ready-file"),
+        QStringLiteral("Write the addresses there, as JSON, once the services listen."), fileName);
+    parser.process(application);
+
+    if (!parser.positionalArguments().isEmpty())
+        throw Failure{QStringLiteral("unknown argument \"%1\"").arg(parser.positionalArguments().first())};
+    if (parser.isSet(certificate) && !parser.isSet(https))
+        throw Failure{QStringLiteral("--certificate-out goes with --https only")};
+    return {{port(parser, signInPort), port(parser, editorPort), port(parser, controlPort),
+             parser.value(seed), parser.isSet(https)},
+            parser.value(certificate),
+            parser.value(ready)};
+}
+
+//! Writes a whole file or nothing.
+void writeFile(const QString& name, const QByteArray& content)
+{
+    QSaveFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        throw Failure{QStringLiteral("can't write %1: %2").arg(name, file.errorString())};
+}
+
+QByteArray readyText(const Services& services, const QString& certificateFile)
+{
+    const QString certificate =
+        certificateFile.isEmpty() ? QString() : QFileInfo(certificateFile).absoluteFilePath();
+    return QJsonDocument(QJsonObject{{QStringLiteral("signIn"), services.signInUrl()},
+                                     {QStringLiteral("editor"), services.editorUrl()},
+                                     {QStringLiteral("control"), services.controlUrl()},
+                                     {QStringLiteral("certificate"), certificate}})
+        .toJson();
+}
+
+void printAddresses(QTextStream& out, const Services& services)
+{
+    out << "sign-in service  " << services.signInUrl() << '\n'
+        << "editor service   " << services.editorUrl() << '\n'
+        << "control path     " << services.controlUrl() << '\n';
+}
+
+void printAccounts(QTextStream& out, const NelvoDevkit::Seed& seed)
+{
+    out << "\naccounts (user, password, enterprises)\n";
+    for (const auto& account : seed.accounts)
+        out << "  " << account.user << "  " << account.password << "  " << account.enterprises.size() << '\n';
+}
+
+void printHint(QTextStream& out, const Services& services)
+{
+    out << "\ninject a fault:  curl -X POST '" << services.controlUrl()
+        << "/faults?fault=status&path=/login&value=503&once=1'\n"
+        << "everything else: curl " << services.controlUrl() << "/\n";
+}
+
+void run(const Arguments& arguments)
+{
+    // Whoever waits for the file must not find that of an earlier run.
+    if (!arguments.readyFile.isEmpty())
+        QFile::remove(arguments.readyFile);
+
+    boost::asio::io_context context;
+    boost::asio::signal_set signalSet(context, SIGINT, SIGTERM);
+    signalSet.async_wait([](const boost::system::error_code& /*error*/, int /*signal*/) {});
+
+    QString error;
+    const auto seed = NelvoDevkit::loadSeed(arguments.options.seedFile, &error);
+    Services services(arguments.options);
+    if (!seed || !services.start(&error))
+        throw Failure{error};
+    if (!arguments.certificateFile.isEmpty())
+        writeFile(arguments.certificateFile, services.certificatePem());
+
+    QTextStream out(stdout);
+    writeUtf8(out);
+    printAddresses(out, services);
+    printAccounts(out, *seed);
+    printHint(out, services);
+    out.flush();
+    if (!arguments.readyFile.isEmpty())
+        writeFile(arguments.readyFile, readyText(services, arguments.certificateFile));
+    context.run(); // until a signal comes
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QCoreApplication application(argc, argv);
+    try {
+        run(readArguments(application));
+        return 0;
+    } catch (const Failure& failure) {
+        QTextStream err(stderr);
+        writeUtf8(err) << "nelvo-services: " << failure.text << '\n';
+        return 1;
+    }
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QByteArray>
+#include <QRandomGenerator>
+
+namespace NelvoDevkit {
+
+//! `length` characters drawn from `alphabet`, for session ids and tickets.
+inline QByteArray randomText(int length, const QByteArray& alphabet)
+{
+    QByteArray text(length, Qt::Uninitialized);
+    for (char& character : text)
+        character = alphabet.at(QRandomGenerator::global()->bounded(alphabet.size()));
+    return text;
+}
+
+} // namespace NelvoDevkit

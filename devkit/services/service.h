@@ -1,0 +1,53 @@
+#pragma once
+
+#include "services/httpmessage.h"
+
+#include <QByteArrayList>
+
+#include <vector>
+
+namespace NelvoDevkit {
+
+//! \brief What one of the simulated services does, apart from faults. Any thread.
+class Service
+{
+public:
+    Service() = default;
+    virtual ~Service() = default;
+    Q_DISABLE_COPY(Service)
+
+    virtual HttpReply answer(const HttpRequest& request) = 0;
+    //! Forgets the session of the client that sent the request.
+    virtual void forgetSession(const HttpRequest& request) = 0;
+    //! Forgets every session and whatever else a restarted server would not know.
+    virtual void forgetSessions() = 0;
+};
+
+//! \brief Which member function of a service answers a method on a path.
+template <typename Target>
+struct Route {
+    QByteArray method;
+    QByteArray path;
+    HttpReply (Target::*answer)(const HttpRequest& request);
+};
+
+//! The answer of the route that fits the request, or 404 or 405 if there is none.
+template <typename Target>
+HttpReply dispatch(Target& target, const std::vector<Route<Target>>& routes, const HttpRequest& request)
+{
+    QByteArrayList allowed;
+    for (const auto& route : routes) {
+        if (route.path != request.path())
+            continue;
+        if (route.method == request.method)
+            return (target.*route.answer)(request);
+        allowed.append(route.method);
+    }
+    if (allowed.isEmpty())
+        return textReply(404, "There is nothing at " + request.path() + '\n');
+    HttpReply refusal = textReply(405, request.path() + " takes " + allowed.join(", ") + " only\n");
+    refusal.headers.append({"Allow", allowed.join(", ")});
+    return refusal;
+}
+
+} // namespace NelvoDevkit

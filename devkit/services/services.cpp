@@ -1,0 +1,290 @@
+#include "services/services.h"
+
+#include "services/controlservice.h"
+#include "services/editorservice.h"
+#include "services/faults.h"
+#include "services/httplistener.h"
+#include "services/requestlog.h"
+#include "services/seed.h"
+#include "services/signinservice.h"
+
+#include <algorithm>
+#include <map>
+
+namespace NelvoDevkit {
+
+namespace {
+
+//! A service behind its port.
+struct Port {
+    QByteArray name;
+    std::unique_ptr<HttpListener> listener;
+    std::unique_ptr<Service> service;
+
+    QString url(const QString& scheme) const
+    {
+        return QStringLiteral("%1://127.0.0.1:%2").arg(scheme).arg(listener ? listener->port() : 0);
+    }
+};
+
+HttpReply ofTheOtherKind(HttpReply reply)
+{
+    reply.status = 200;
+    reply.contentType = "application/json;charset=UTF-8";
+    reply.body = reply.body.startsWith('[') ? "{}" : "[]";
+    return reply;
+}
+
+} // namespace
+
+class Services::Private
+{
+public:
+    Private(Services& services, const ServicesOptions& options) : options(options), control(services) {}
+
+    bool makeListeners(QString* error);
+    bool bind(QString* error) const;
+    bool listen(QString* error);
+    Delivery handle(Port& port, const HttpRequest& request);
+    std::optional<FaultBook::Strike> strike(const Port& port, const HttpRequest& request);
+    Delivery underFault(Port& port, const HttpRequest& request, const FaultBook::Strike& strike);
+    Delivery answer(const Port& port, const HttpRequest& request) const;
+    void refuseEverything() const;
+
+    QString scheme() const { return options.https ? QStringLiteral("https") : QStringLiteral("http"); }
+
+    const ServicesOptions options;
+    RequestLog log;
+    FaultBook faults;
+    //! Keeps a Refuse that strikes and the removal of all faults from crossing each other.
+    std::mutex refusal;
+
+    mutable std::mutex repliesMutex;
+    std::map<std::pair<QByteArray, QByteArray>, CannedReply> replies; // by method and path
+
+    ControlService control;
+    QByteArray certificatePem;
+    Port signIn{"sign-in", nullptr, nullptr};
+    Port editor{"editor", nullptr, nullptr};
+    std::unique_ptr<HttpListener> controlListener;
+};
+
+bool Services::Private::makeListeners(QString* error)
+{
+    std::optional<Certificate> certificate;
+    if (options.https) {
+        certificate = makeCertificate();
+        if (!certificate) {
+            *error = QStringLiteral("can't make a certificate");
+            return false;
+        }
+        certificatePem = certificate->certificatePem;
+    }
+    signIn.listener = std::make_unique<HttpListener>(certificate);
+    editor.listener = std::make_unique<HttpListener>(certificate);
+    controlListener = std::make_unique<HttpListener>();
+    return true;
+}
+
+bool Services::Private::bind(QString* error) const
+{
+    return signIn.listener->bind(options.signInPort, error) &&
+           editor.listener->bind(options.editorPort, error) &&
+           controlListener->bind(options.controlPort, error);
+}
+
+bool Services::Private::listen(QString* error)
+{
+    const auto handler = [this](Port& port) {
+        return [this, &port](const HttpRequest& request) { return handle(port, request); };
+    };
+    return signIn.listener->listen(handler(signIn), error) &&
+           editor.listener->listen(handler(editor), error) &&
+           controlListener->listen(
+               [this](const HttpRequest& request) { return Delivery{control.answer(request)}; }, error);
+}
+
+Delivery Services::Private::handle(Port& port, const HttpRequest& request)
+{
+    HttpRequest logged = request;
+    logged.service = port.name;
+    log.append(logged);
+    const std::optional<FaultBook::Strike> fault = strike(port, request);
+    return fault ? underFault(port, request, *fault) : answer(port, request);
+}
+
+std::optional<FaultBook::Strike> Services::Private::strike(const Port& port, const HttpRequest& request)
+{
+    const std::lock_guard lock(refusal);
+    std::optional<FaultBook::Strike> strike = faults.strike(request);
+    if (strike && strike->rule.fault == Fault::Refuse)
+        port.listener->refuse();
+    return strike;
+}
+
+Delivery Services::Private::underFault(Port& port, const HttpRequest& request,
+                                       const FaultBook::Strike& strike)
+{
+    switch (strike.rule.fault) {
+    case Fault::Refuse:
+        return {{}, Delivery::Manner::Drop};
+    case Fault::Reset:
+        return {{}, Delivery::Manner::Reset};
+    case Fault::Stall:
+    case Fault::Delay:
+        faults.hold(strike);
+        return answer(port, request);
+    case Fault::CutBody:
+        return {answer(port, request).reply, Delivery::Manner::HalfBody};
+    case Fault::Status:
+        return {textReply(strike.rule.value, "simulated fault\n")};
+    case Fault::NotJson:
+        return {htmlReply("<html><body>simulated fault: this is no JSON</body></html>\n")};
+    case Fault::WrongJson:
+        return {ofTheOtherKind(answer(port, request).reply)};
+    case Fault::Redirect:
+        return {redirectReply(markedTarget(request))};
+    case Fault::EndlessRedirect:
+        return {redirectReply(request.target)};
+    case Fault::LoseSession:
+        port.service->forgetSession(request);
+        return answer(port, request);
+    }
+    return {};
+}
+
+Delivery Services::Private::answer(const Port& port, const HttpRequest& request) const
+{
+    {
+        const std::lock_guard lock(repliesMutex);
+        const auto canned = replies.find({request.method, request.path()});
+        if (canned != replies.end())
+            return {canned->second};
+    }
+    return {port.service->answer(request)};
+}
+
+void Services::Private::refuseEverything() const
+{
+    signIn.listener->refuse();
+    editor.listener->refuse();
+}
+
+Services::Services(const ServicesOptions& options) : d(std::make_unique<Private>(*this, options)) {}
+
+Services::~Services()
+{
+    stop();
+}
+
+bool Services::start(QString* error)
+{
+    QString reason;
+    const std::optional<Seed> seed = loadSeed(d->options.seedFile, &reason);
+    bool ok = seed && d->makeListeners(&reason) && d->bind(&reason);
+    if (ok) {
+        d->signIn.service = std::make_unique<SignInService>(*seed, signInUrl(), editorUrl());
+        d->editor.service = std::make_unique<EditorService>();
+        ok = d->listen(&reason);
+    }
+    if (!ok) {
+        stop();
+        if (error != nullptr)
+            *error = reason;
+        return false;
+    }
+    const QVector<FaultRule> rules = d->faults.rules();
+    if (std::any_of(rules.begin(), rules.end(), refusesEverything))
+        d->refuseEverything();
+    return true;
+}
+
+//! The control path goes first, so that it adds no fault under which a request would wait again; the
+//! connections are cut before the waiting requests wake up, so that no answer of theirs goes out.
+void Services::stop()
+{
+    if (!d->signIn.listener)
+        return;
+    d->controlListener->close();
+    d->controlListener->join();
+    d->signIn.listener->close();
+    d->editor.listener->close();
+    d->faults.clear();
+    d->signIn.listener->join();
+    d->editor.listener->join();
+}
+
+QString Services::signInUrl() const
+{
+    return d->signIn.url(d->scheme());
+}
+
+QString Services::editorUrl() const
+{
+    return d->editor.url(d->scheme());
+}
+
+QString Services::controlUrl() const
+{
+    return QStringLiteral("http://127.0.0.1:%1").arg(d->controlListener ? d->controlListener->port() : 0);
+}
+
+QByteArray Services::certificatePem() const
+{
+    return d->certificatePem;
+}
+
+void Services::addFault(const FaultRule& rule)
+{
+    const std::lock_guard lock(d->refusal);
+    d->faults.add(rule);
+    if (refusesEverything(rule) && d->signIn.listener)
+        d->refuseEverything();
+}
+
+void Services::clearFaults()
+{
+    const std::lock_guard lock(d->refusal);
+    d->faults.clear();
+    if (d->signIn.listener) {
+        d->signIn.listener->resume();
+        d->editor.listener->resume();
+    }
+}
+
+QVector<FaultRule> Services::faults() const
+{
+    return d->faults.rules();
+}
+
+void Services::setReply(const QByteArray& method, const QString& path, const CannedReply& reply)
+{
+    const std::lock_guard lock(d->repliesMutex);
+    d->replies[{method, path.toUtf8()}] = reply;
+}
+
+void Services::clearReplies()
+{
+    const std::lock_guard lock(d->repliesMutex);
+    d->replies.clear();
+}
+
+QVector<LoggedRequest> Services::requests() const
+{
+    return d->log.requests();
+}
+
+void Services::clearRequests()
+{
+    d->log.clear();
+}
+
+void Services::forgetSessions()
+{
+    if (d->signIn.service)
+        d->signIn.service->forgetSessions();
+    if (d->editor.service)
+        d->editor.service->forgetSessions();
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,125 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+#include <memory>
+
+namespace NelvoDevkit {
+
+//! \brief What a service does wrong.
+enum class Fault {
+    Refuse,          //!< drops the connection unanswered and stops listening, until clearFaults
+    Reset,           //!< reads the request and resets the connection
+    Stall,           //!< reads the request and never answers, until clearFaults; then answers normally
+    Delay,           //!< answers normally after FaultRule::value milliseconds
+    CutBody,         //!< announces the whole body, sends half of it and closes
+    Status,          //!< answers with the HTTP status FaultRule::value and a short text
+    NotJson,         //!< answers 200 with a body that is no JSON
+    WrongJson,       //!< answers 200 with JSON of the other kind: an object for an array, and vice versa
+    Redirect,        //!< redirects once to the same path, which then answers normally
+    EndlessRedirect, //!< redirects to itself for ever
+    LoseSession,     //!< forgets the client's session before it handles the request
+};
+
+//! \brief A fault and where it strikes.
+struct FaultRule {
+    Fault fault = Fault::Status;
+    //! Path it applies to, without query, such as "/login"; empty for every path of every service.
+    QString path;
+    //! HTTP method it applies to; empty for every method.
+    QByteArray method;
+    //! Milliseconds of Delay, status of Status; unused otherwise.
+    int value = 0;
+    //! Strikes the next matching request only.
+    bool once = false;
+};
+
+//! \brief A request as it came in.
+struct LoggedRequest {
+    struct Header {
+        QByteArray name; //!< in the spelling received
+        QByteArray value;
+    };
+
+    QByteArray service; //!< "sign-in" or "editor"
+    QByteArray method;
+    QByteArray target;       //!< path and query, undecoded
+    QVector<Header> headers; //!< in the order received
+    QByteArray body;
+
+    //! Path of the target, without query.
+    QByteArray path() const;
+    //! Value of the first header of that name (any case), or a null array.
+    QByteArray header(const QByteArray& name) const;
+};
+
+//! \brief A fixed answer in place of a service's own.
+struct CannedReply {
+    int status = 200;
+    QByteArray contentType = "text/plain; charset=utf-8";
+    QByteArray body;
+    QVector<LoggedRequest::Header> headers; //!< further headers, such as Set-Cookie
+};
+
+//! \brief How the services are started.
+struct ServicesOptions {
+    //! Ports on 127.0.0.1; 0 lets the system choose.
+    quint16 signInPort = 0;
+    quint16 editorPort = 0;
+    quint16 controlPort = 0;
+    //! JSON file with accounts and enterprises; empty for the one that comes with the simulator.
+    QString seedFile;
+    //! Sign-in and editor service speak HTTPS with a certificate made at start. The control path
+    //! always speaks HTTP.
+    bool https = false;
+};
+
+//! \brief The simulated services: sign-in and editor, each on its own loopback port, and a control path.
+//!
+//! Runs on threads of its own; every operation may be called from any thread. A test starts one, points
+//! the plug-in at signInUrl and looks at requests afterwards.
+class Services
+{
+public:
+    explicit Services(const ServicesOptions& options = {});
+    ~Services();
+    Q_DISABLE_COPY(Services)
+
+    //! Starts listening. On failure returns false and tells why in `error`.
+    bool start(QString* error = nullptr);
+    //! Ends every connection, stalled ones too, and stops listening. The destructor does it as well.
+    void stop();
+
+    //! Base addresses with scheme and port, without a trailing slash.
+    QString signInUrl() const;
+    QString editorUrl() const;
+    QString controlUrl() const;
+    //! The certificate of an HTTPS server in PEM form; empty without `https`.
+    QByteArray certificatePem() const;
+
+    void addFault(const FaultRule& rule);
+    //! Removes all faults, lets stalled requests go on and listens again after Refuse.
+    void clearFaults();
+    //! The rules in force, in the order in which they are matched.
+    QVector<FaultRule> faults() const;
+
+    //! Answers `method` `path` with `reply` from now on, whoever asks.
+    void setReply(const QByteArray& method, const QString& path, const CannedReply& reply);
+    void clearReplies();
+
+    //! Requests to the services so far, in the order in which they were read. The control path's own
+    //! are not among them.
+    QVector<LoggedRequest> requests() const;
+    void clearRequests();
+
+    //! Forgets every session and login ticket, as a restarted server does.
+    void forgetSessions();
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace NelvoDevkit

@@ -1,0 +1,205 @@
+#include "clients.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QSslCertificate>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTest>
+
+//! \brief Runs the program itself.
+class TestServicesProgram : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void readyFile_tellsTheAddresses();
+    void output_tellsAddressesAndAccounts();
+    void ports_areTaken();
+    void https_writesTheCertificate();
+    void seed_isUsed();
+    void end_comesWithASignal();
+    void failure_isExplained_data();
+    void failure_isExplained();
+    void port_thatIsTaken();
+
+private:
+    //! Starts the program and waits until it listens.
+    void start(QStringList arguments = {});
+    QString file(const QString& name) const { return m_folder->filePath(name); }
+    QString address(const QString& name) const { return m_ready.value(name).toString(); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QProcess> m_program;
+    QJsonObject m_ready;
+};
+
+void TestServicesProgram::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_program = std::make_unique<QProcess>();
+    m_program->setProgram(NELVO_SERVICES_PROGRAM);
+    m_ready = {};
+}
+
+void TestServicesProgram::cleanup()
+{
+    m_program->kill();
+    m_program->waitForFinished(patience);
+    m_program.reset();
+    m_folder.reset();
+}
+
+void TestServicesProgram::start(QStringList arguments)
+{
+    QFile::remove(file("ready.json"));
+    m_program->setArguments(arguments << "--ready-file" << file("ready.json"));
+    m_program->start();
+    const auto isReady = [this] {
+        return QFile::exists(file("ready.json")) || m_program->state() == QProcess::NotRunning;
+    };
+    QVERIFY(QTest::qWaitFor(isReady, patience));
+    QFile ready(file("ready.json"));
+    QVERIFY2(ready.open(QIODevice::ReadOnly), m_program->readAllStandardError().constData());
+    m_ready = QJsonDocument::fromJson(ready.readAll()).object();
+    QCOMPARE(m_ready.keys(), (QStringList{"certificate", "control", "editor", "signIn"}));
+}
+
+void TestServicesProgram::readyFile_tellsTheAddresses()
+{
+    start();
+    QCOMPARE(address("certificate"), QString());
+    Client client;
+    QCOMPARE(client.signIn(address("signIn"), "zhangwei", "123456").url.path(), QString("/login/success"));
+    QCOMPARE(client.get(address("editor") + "/org/heartbeat").status, 200);
+    QCOMPARE(client.post(address("control") + "/faults?fault=status&value=503", {}).status, 200);
+    QCOMPARE(client.get(address("editor") + "/org/heartbeat").status, 503);
+}
+
+void TestServicesProgram::output_tellsAddressesAndAccounts()
+{
+    start();
+    QByteArray output;
+    const auto isWhole = [this, &output] {
+        output += m_program->readAllStandardOutput();
+        return output.contains("everything else");
+    };
+    QVERIFY(QTest::qWaitFor(isWhole, patience));
+    for (const QString& text :
+         {address("signIn"), address("editor"), address("control"), QString("zhangwei  123456  1"),
+          QString("müller  Größe-9é  1"), QString("陈晓明"), address("control") + "/faults?fault=status"}) {
+        QVERIFY2(output.contains(text.toUtf8()), qPrintable(text));
+    }
+}
+
+void TestServicesProgram::ports_areTaken()
+{
+    // The first run's ports are free again after its end.
+    start();
+    const QJsonObject first = m_ready;
+    m_program->kill();
+    QVERIFY(m_program->waitForFinished(patience));
+    const auto port = [&first](const char* name) {
+        return QString::number(QUrl(first[name].toString()).port());
+    };
+    start({"--sign-in-port", port("signIn"), "--editor-port", port("editor"), "--control-port",
+           port("control")});
+    QCOMPARE(m_ready, first);
+    QCOMPARE(Client().get(address("control") + "/").status, 200);
+}
+
+void TestServicesProgram::https_writesTheCertificate()
+{
+    start({"--https", "--certificate-out", file("certificate.pem")});
+    QCOMPARE(address("certificate"), file("certificate.pem"));
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.setCaCertificates(QSslCertificate::fromPath(address("certificate")));
+    Client client;
+    client.setSslConfiguration(configuration);
+    QCOMPARE(client.get(address("signIn") + "/login").status, 200);
+    QVERIFY(address("signIn").startsWith("https:"));
+}
+
+void TestServicesProgram::seed_isUsed()
+{
+    QFile seed(file("seed.json"));
+    QVERIFY(seed.open(QIODevice::WriteOnly));
+    seed.write(R"({"enterprises": [], "accounts": [{"user": "me", "password": "mine", "enterprises": []}]})");
+    seed.close();
+    start({"--seed", seed.fileName()});
+    Client client;
+    QCOMPARE(client.signIn(address("signIn"), "me", "mine").url.path(), QString("/login/success"));
+}
+
+void TestServicesProgram::end_comesWithASignal()
+{
+    start();
+    Client client;
+    client.post(address("control") + "/faults?fault=stall", {});
+    RawConnection stalled(address("editor"));
+    stalled.send("GET /org/heartbeat HTTP/1.1\r\nHost: h\r\n\r\n");
+    m_program->terminate();
+    QVERIFY(m_program->waitForFinished(patience));
+    QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(stalled.readToEnd(), QByteArray());
+}
+
+void TestServicesProgram::failure_isExplained_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("complaint");
+    QTest::newRow("large port") << QStringList{"--sign-in-port", "65536"}
+                                << QByteArray("--sign-in-port: \"65536\" is no port from 0 to 65535");
+    QTest::newRow("negative port") << QStringList{"--editor-port=-1"}
+                                   << QByteArray("--editor-port: \"-1\" is no port");
+    QTest::newRow("port in words") << QStringList{"--control-port", "http"}
+                                   << QByteArray("--control-port: \"http\" is no port");
+    QTest::newRow("seed") << QStringList{"--seed", "/nowhere/seed.json"}
+                          << QByteArray("seed file /nowhere/seed.json: ");
+    QTest::newRow("certificate without HTTPS") << QStringList{"--certificate-out", "x.pem"}
+                                               << QByteArray("--certificate-out goes with --https only");
+    QTest::newRow("certificate nowhere") << QStringList{"--https", "--certificate-out", "/nowhere/x.pem"}
+                                         << QByteArray("can't write /nowhere/x.pem: ");
+    QTest::newRow("ready file nowhere") << QStringList{"--ready-file", "/nowhere/ready.json"}
+                                        << QByteArray("can't write /nowhere/ready.json: ");
+    QTest::newRow("stray argument") << QStringList{"8080"} << QByteArray("unknown argument \"8080\"");
+    QTest::newRow("unknown option") << QStringList{"--port", "1"} << QByteArray("Unknown option 'port'");
+}
+
+void TestServicesProgram::failure_isExplained()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArray, complaint);
+    m_program->setArguments(arguments);
+    m_program->start();
+    QVERIFY(m_program->waitForFinished(patience));
+    QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_program->exitCode(), 1);
+    const QByteArray output = m_program->readAllStandardError();
+    QVERIFY2(output.contains(complaint), output.constData());
+}
+
+void TestServicesProgram::port_thatIsTaken()
+{
+    QTcpServer other;
+    QVERIFY(other.listen(QHostAddress::LocalHost));
+    QFile stale(file("ready.json"));
+    QVERIFY(stale.open(QIODevice::WriteOnly));
+    m_program->setArguments(
+        {"--editor-port", QString::number(other.serverPort()), "--ready-file", stale.fileName()});
+    m_program->start();
+    QVERIFY(m_program->waitForFinished(patience));
+    QCOMPARE(m_program->exitCode(), 1);
+    const QByteArray output = m_program->readAllStandardError();
+    QVERIFY2(output.contains("port " + QByteArray::number(other.serverPort())), output.constData());
+    QVERIFY(!stale.exists());
+}
+
+QTEST_GUILESS_MAIN(TestServicesProgram)
+#include "test_services_program.moc"
