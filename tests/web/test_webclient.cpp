@@ -1,0 +1,472 @@
+#include "web/webclient.h"
+
+#include "tests/support/messagelog.h"
+#include "web/cookiesjar.h"
+
+#include <services/services.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QTimer>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(NelvoDevkit::Fault)
+
+using NelvoDevkit::CannedReply;
+using NelvoDevkit::Fault;
+using NelvoDevkit::LoggedRequest;
+using TestSupport::MessageLog;
+
+class TestWebClient : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void standardRequest();
+    void getSendsTheStandardHeadersOnly();
+    void postSendsBodyAndContentType();
+    void putSendsBodyAndContentType();
+    void urlIsPlainConcatenation();
+    void prepareTouchesTheRequestLast();
+
+    void handlerGetsTheBodyAndDecides();
+    void emptyBodyReachesTheHandler();
+    void getWithEmptyHandlerSendsAndGivesFalse();
+    void postWithEmptyHandlerThrows();
+    void putWithEmptyHandlerThrows();
+
+    void failureIsLoggedAndGivesFalse_data();
+    void failureIsLoggedAndGivesFalse();
+    void cutBodyIsAFailure();
+    void refusedSchemeDoesNotBlock();
+    void finishedReplySkipsTheLoop();
+
+    void jsonObject();
+    void jsonArray();
+    void jsonOfTheOtherKindIsEmpty();
+    void bodyThatIsNoJsonLeavesTheOutputUntouched_data();
+    void bodyThatIsNoJsonLeavesTheOutputUntouched();
+    void failedJsonCallLeavesTheOutputUntouched();
+
+    void redirectIsFollowedAndItsCookiesAreKept();
+    void endlessRedirectEnds();
+    void eventsRunDuringACall();
+    void aCallInsideACallEndsFirst();
+    void repliesAreKept();
+
+private:
+    QByteArrayList headerLines(const LoggedRequest& request) const;
+    LoggedRequest onlyRequest() const;
+    bool get(const QString& path, const ReplyHandler& handler);
+
+    NelvoDevkit::Services m_services;
+    QString m_url;
+};
+
+namespace {
+
+const auto Path = QStringLiteral("/some/resource");
+
+bool accept(const QByteArray&)
+{
+    return true;
+}
+
+} // namespace
+
+void TestWebClient::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+    m_url = m_services.editorUrl();
+}
+
+void TestWebClient::init()
+{
+    m_services.clearFaults();
+    m_services.clearReplies();
+    m_services.clearRequests();
+    sharedCookieJar()->setAllCookies({});
+    for (const char* method : {"GET", "POST", "PUT"})
+        m_services.setReply(method, Path, CannedReply{200, "text/plain", "body", {}});
+}
+
+QByteArrayList TestWebClient::headerLines(const LoggedRequest& request) const
+{
+    QByteArrayList lines;
+    for (const LoggedRequest::Header& header : request.headers)
+        lines.append(header.name + ": " + header.value);
+    return lines;
+}
+
+LoggedRequest TestWebClient::onlyRequest() const
+{
+    const QVector<LoggedRequest> requests = m_services.requests();
+    return requests.size() == 1 ? requests.first() : LoggedRequest{};
+}
+
+bool TestWebClient::get(const QString& path, const ReplyHandler& handler)
+{
+    return httpGet(sharedNetworkManager(), m_url, path, {}, handler);
+}
+
+void TestWebClient::standardRequest()
+{
+    const QNetworkRequest request = buildRequest();
+    QVERIFY(request.url().isEmpty());
+    QCOMPARE(request.rawHeaderList(),
+             (QList<QByteArray>{"User-Agent", "Accept", "Cache-control", "Pragma", "Accept-Encoding"}));
+    QCOMPARE(request.header(QNetworkRequest::UserAgentHeader).toString(),
+             QStringLiteral("VarloSoft User Agent v1.0"));
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    QCOMPARE(request.attribute(QNetworkRequest::FollowRedirectsAttribute), QVariant(true));
+    QT_WARNING_POP
+}
+
+void TestWebClient::getSendsTheStandardHeadersOnly()
+{
+    QVERIFY(get(Path, accept));
+    const LoggedRequest request = onlyRequest();
+    QCOMPARE(request.method, QByteArray("GET"));
+    QCOMPARE(request.target, QByteArray("/some/resource"));
+    QCOMPARE(request.body, QByteArray());
+    const QByteArray host = QUrl(m_url).authority().toLatin1();
+    QCOMPARE(headerLines(request),
+             (QByteArrayList{"Host: " + host, "User-Agent: VarloSoft User Agent v1.0", "Accept: */*",
+                             "Cache-control: no-cache", "Pragma: no-cache", "Accept-Encoding: deflate",
+                             "Connection: Keep-Alive", "Accept-Language: en,*"}));
+}
+
+void TestWebClient::postSendsBodyAndContentType()
+{
+    const QByteArray body("{\n    \"name\": \"\xE5\x8C\x97\xE4\xBA\xAC\"\n}\n");
+    QVERIFY(httpPost(sharedNetworkManager(), m_url, Path, body, {}, accept));
+    const LoggedRequest request = onlyRequest();
+    QCOMPARE(request.method, QByteArray("POST"));
+    QCOMPARE(request.body, body);
+    QVERIFY(headerLines(request).contains("Content-Type: application/json"));
+    QVERIFY(headerLines(request).contains("Content-Length: " + QByteArray::number(body.size())));
+}
+
+void TestWebClient::putSendsBodyAndContentType()
+{
+    QVERIFY(httpPut(sharedNetworkManager(), m_url, Path, "[]", {}, accept));
+    const LoggedRequest request = onlyRequest();
+    QCOMPARE(request.method, QByteArray("PUT"));
+    QCOMPARE(request.body, QByteArray("[]"));
+    QVERIFY(headerLines(request).contains("Content-Type: application/json"));
+}
+
+//! A double slash stays in the URL; Qt's HTTP layer alone sends one slash for it at the front of a path.
+void TestWebClient::urlIsPlainConcatenation()
+{
+    QUrl url;
+    const RequestPreparer look = [&url](QNetworkRequest& request) { url = request.url(); };
+    QVERIFY(httpGet(sharedNetworkManager(), m_url + QLatin1Char('/'), Path, look, accept));
+    QCOMPARE(url.toString(), m_url + QStringLiteral("//some/resource"));
+
+    m_services.clearRequests();
+    QVERIFY(get(Path + QStringLiteral("?name=a b"), accept));
+    QCOMPARE(onlyRequest().target, QByteArray("/some/resource?name=a%20b"));
+}
+
+void TestWebClient::prepareTouchesTheRequestLast()
+{
+    int calls = 0;
+    const RequestPreparer prepare = [&calls](QNetworkRequest& request) {
+        ++calls;
+        request.setRawHeader("Content-Type", "text/prepared");
+    };
+    QVERIFY(httpPost(sharedNetworkManager(), m_url, Path, "x", prepare, accept));
+    QVERIFY(httpPut(sharedNetworkManager(), m_url, Path, "x", prepare, accept));
+    QVERIFY(httpGet(sharedNetworkManager(), m_url, Path, prepare, accept));
+    QJsonObject ignored;
+    m_services.setReply("GET", Path, CannedReply{200, "application/json", "{}", {}});
+    QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, prepare, ignored));
+    QCOMPARE(calls, 4);
+    const QVector<LoggedRequest> requests = m_services.requests();
+    QCOMPARE(requests.size(), 4);
+    for (const LoggedRequest& request : requests)
+        QCOMPARE(request.header("content-type"), QByteArray("text/prepared"));
+}
+
+void TestWebClient::handlerGetsTheBodyAndDecides()
+{
+    QByteArray seen;
+    const auto judge = [&seen](bool verdict) {
+        return [&seen, verdict](const QByteArray& body) {
+            seen = body;
+            return verdict;
+        };
+    };
+    QVERIFY(get(Path, judge(true)));
+    QCOMPARE(seen, QByteArray("body"));
+    MessageLog log;
+    QVERIFY(!get(Path, judge(false)));
+    QVERIFY(!httpPost(sharedNetworkManager(), m_url, Path, {}, {}, judge(false)));
+    QVERIFY(!httpPut(sharedNetworkManager(), m_url, Path, {}, {}, judge(false)));
+    QVERIFY(log.entries().isEmpty());
+}
+
+void TestWebClient::emptyBodyReachesTheHandler()
+{
+    int calls = 0;
+    const auto count = [&calls](const QByteArray& body) {
+        ++calls;
+        return body.isEmpty();
+    };
+    for (const char* method : {"GET", "POST", "PUT"})
+        m_services.setReply(method, Path, {});
+    QVERIFY(get(Path, count));
+    QVERIFY(httpPost(sharedNetworkManager(), m_url, Path, {}, {}, count));
+    QVERIFY(httpPut(sharedNetworkManager(), m_url, Path, {}, {}, count));
+    QCOMPARE(calls, 3);
+}
+
+void TestWebClient::getWithEmptyHandlerSendsAndGivesFalse()
+{
+    MessageLog log;
+    QVERIFY(!get(Path, {}));
+    QCOMPARE(m_services.requests().size(), 1);
+    QVERIFY(log.entries().isEmpty());
+}
+
+void TestWebClient::postWithEmptyHandlerThrows()
+{
+    QVERIFY_EXCEPTION_THROWN(httpPost(sharedNetworkManager(), m_url, Path, {}, {}, {}),
+                             std::bad_function_call);
+}
+
+void TestWebClient::putWithEmptyHandlerThrows()
+{
+    QVERIFY_EXCEPTION_THROWN(httpPut(sharedNetworkManager(), m_url, Path, {}, {}, {}),
+                             std::bad_function_call);
+}
+
+void TestWebClient::failureIsLoggedAndGivesFalse_data()
+{
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("text");
+
+    const QString replied =
+        QStringLiteral("Error transferring %1/some/resource - server replied: ").arg(m_url);
+    QTest::newRow("refuse") << Fault::Refuse << 0 << QStringLiteral("Connection refused");
+    QTest::newRow("reset") << Fault::Reset << 0 << QStringLiteral("Connection closed");
+    QTest::newRow("status 404") << Fault::Status << 404 << replied + QStringLiteral("Not Found");
+    QTest::newRow("status 500") << Fault::Status << 500 << replied + QStringLiteral("Internal Server Error");
+    QTest::newRow("status 401") << Fault::Status << 401 << QStringLiteral("Host requires authentication");
+}
+
+void TestWebClient::failureIsLoggedAndGivesFalse()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, value);
+    QFETCH(QString, text);
+    m_services.addFault({fault, Path, {}, value, false});
+
+    int calls = 0;
+    const auto count = [&calls](const QByteArray&) { return ++calls > 0; };
+    MessageLog log;
+    QVERIFY(!get(Path, count));
+    QVERIFY(!httpPost(sharedNetworkManager(), m_url, Path, "x", {}, count));
+    QVERIFY(!httpPut(sharedNetworkManager(), m_url, Path, "x", {}, count));
+    QCOMPARE(calls, 0);
+    QCOMPARE(log.warnings(), (QStringList{text, text, text}));
+    QCOMPARE(log.entries().size(), 3);
+    QCOMPARE(log.entries().constFirst().file, QStringLiteral("web/webclient.cpp"));
+}
+
+void TestWebClient::cutBodyIsAFailure()
+{
+    m_services.addFault({Fault::CutBody, Path, {}, 0, false});
+    MessageLog log;
+    QVERIFY(!get(Path, accept));
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("Connection closed")});
+}
+
+void TestWebClient::refusedSchemeDoesNotBlock()
+{
+    MessageLog log;
+    QVERIFY(!httpGet(sharedNetworkManager(), QStringLiteral("nowhere://host"), Path, {}, accept));
+    QVERIFY(!httpGet(sharedNetworkManager(), QString(), Path, {}, accept));
+    QCOMPARE(log.warnings(), (QStringList{QStringLiteral("Protocol \"nowhere\" is unknown"),
+                                          QStringLiteral("Protocol \"\" is unknown")}));
+}
+
+namespace {
+
+//! A reply that was done before anybody could look at it.
+class FinishedReply : public QNetworkReply
+{
+public:
+    explicit FinishedReply(QObject* parent) : QNetworkReply(parent) { setFinished(true); }
+    void abort() override {}
+
+protected:
+    qint64 readData(char*, qint64) override { return 0; }
+};
+
+class InstantManager : public QNetworkAccessManager
+{
+protected:
+    QNetworkReply* createRequest(Operation, const QNetworkRequest&, QIODevice*) override
+    {
+        return new FinishedReply(this);
+    }
+};
+
+} // namespace
+
+void TestWebClient::finishedReplySkipsTheLoop()
+{
+    InstantManager manager;
+    int calls = 0;
+    QVERIFY(!httpGet(&manager, m_url, Path, {}, [&calls](const QByteArray&) { return ++calls > 0; }));
+    QCOMPARE(calls, 0);
+}
+
+void TestWebClient::jsonObject()
+{
+    m_services.setReply("GET", Path, CannedReply{200, "application/json", R"({"code":7})", {}});
+    QJsonObject result{{QStringLiteral("old"), 1}};
+    QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, result));
+    QCOMPARE(result, (QJsonObject{{QStringLiteral("code"), 7}}));
+}
+
+void TestWebClient::jsonArray()
+{
+    m_services.setReply("GET", Path, CannedReply{200, "application/json", "[1,2]", {}});
+    QJsonArray result{0};
+    QVERIFY(httpGetJsonArray(sharedNetworkManager(), m_url, Path, result));
+    QCOMPARE(result, (QJsonArray{1, 2}));
+}
+
+void TestWebClient::jsonOfTheOtherKindIsEmpty()
+{
+    MessageLog log;
+    m_services.setReply("GET", Path, CannedReply{200, "application/json", "[1]", {}});
+    QJsonObject object{{QStringLiteral("old"), 1}};
+    QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, object));
+    QVERIFY(object.isEmpty());
+
+    m_services.setReply("GET", Path, CannedReply{200, "application/json", R"({"a":1})", {}});
+    QJsonArray array{0};
+    QVERIFY(httpGetJsonArray(sharedNetworkManager(), m_url, Path, array));
+    QVERIFY(array.isEmpty());
+    QVERIFY(log.entries().isEmpty());
+}
+
+void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("reason");
+
+    const auto illegal = QStringLiteral("illegal value");
+    QTest::newRow("empty") << QByteArray() << illegal;
+    QTest::newRow("html") << QByteArray("<html/>") << illegal;
+    QTest::newRow("cut") << QByteArray("[{}") << QStringLiteral("unterminated array");
+    const QByteArray deflated = qCompress("{\"code\":0}").mid(4);
+    QTest::newRow("deflated") << deflated << illegal;
+}
+
+void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(QString, reason);
+    m_services.setReply("GET", Path, CannedReply{200, "application/json", body, {}});
+
+    MessageLog log;
+    QJsonObject object{{QStringLiteral("old"), 1}};
+    const QJsonObject oldObject = object;
+    QVERIFY(!httpGetJson(sharedNetworkManager(), m_url, Path, {}, object));
+    QCOMPARE(object, oldObject);
+    QJsonArray array{0};
+    QVERIFY(!httpGetJsonArray(sharedNetworkManager(), m_url, Path, array));
+    QCOMPARE(array, QJsonArray{0});
+    const QString text = QStringLiteral("parse json failed: ") + reason;
+    QCOMPARE(log.warnings(), (QStringList{text, text}));
+}
+
+void TestWebClient::failedJsonCallLeavesTheOutputUntouched()
+{
+    m_services.setReply("GET", Path, CannedReply{503, "application/json", "[{}]", {}});
+    MessageLog log;
+    QJsonObject object{{QStringLiteral("old"), 1}};
+    const QJsonObject oldObject = object;
+    QVERIFY(!httpGetJson(sharedNetworkManager(), m_url, Path, {}, object));
+    QCOMPARE(object, oldObject);
+    QJsonArray array{0};
+    QVERIFY(!httpGetJsonArray(sharedNetworkManager(), m_url, Path, array));
+    QCOMPARE(array, QJsonArray{0});
+    QCOMPARE(log.warnings().size(), 2);
+}
+
+void TestWebClient::redirectIsFollowedAndItsCookiesAreKept()
+{
+    const auto first = QStringLiteral("/first");
+    m_services.setReply(
+        "GET", first,
+        CannedReply{302, "text/plain", {}, {{"Location", Path.toLatin1()}, {"Set-Cookie", "along=way"}}});
+    QVERIFY(get(first, [](const QByteArray& body) { return body == "body"; }));
+    QCOMPARE(m_services.requests().size(), 2);
+    QCOMPARE(m_services.requests().at(1).header("Cookie"), QByteArray("along=way"));
+    QCOMPARE(sharedCookieJar()->allCookies().size(), 1);
+    QCOMPARE(sharedCookieJar()->allCookies().constFirst().name(), QByteArray("along"));
+}
+
+void TestWebClient::endlessRedirectEnds()
+{
+    m_services.addFault({Fault::EndlessRedirect, Path, {}, 0, false});
+    MessageLog log;
+    QVERIFY(!get(Path, accept));
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("Too many redirects")});
+}
+
+void TestWebClient::eventsRunDuringACall()
+{
+    m_services.addFault({Fault::Stall, Path, {}, 0, false});
+    int ticks = 0;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [this, &ticks] {
+        if (++ticks == 3)
+            m_services.clearFaults();
+    });
+    timer.start(1);
+    QVERIFY(get(Path, accept));
+    QVERIFY(ticks >= 3);
+}
+
+void TestWebClient::aCallInsideACallEndsFirst()
+{
+    const auto inner = QStringLiteral("/inner");
+    m_services.setReply("GET", inner, {});
+    m_services.addFault({Fault::Stall, Path, {}, 0, false});
+    QStringList ended;
+    QTimer::singleShot(0, this, [&] {
+        QVERIFY(get(inner, accept));
+        ended.append(QStringLiteral("inner"));
+        m_services.clearFaults();
+    });
+    QVERIFY(get(Path, accept));
+    ended.append(QStringLiteral("outer"));
+    QCOMPARE(ended, (QStringList{QStringLiteral("inner"), QStringLiteral("outer")}));
+}
+
+void TestWebClient::repliesAreKept()
+{
+    const int before = sharedNetworkManager()->findChildren<QNetworkReply*>().size();
+    QVERIFY(get(Path, accept));
+    QVERIFY(get(Path, accept));
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(sharedNetworkManager()->findChildren<QNetworkReply*>().size(), before + 2);
+}
+
+QTEST_GUILESS_MAIN(TestWebClient)
+#include "test_webclient.moc"

@@ -1,0 +1,3 @@
+#include "web/cookiesjar.h"
+
+CCookiesJar::CCookiesJar(QObject* parent) : QNetworkCookieJar(parent) {}
