@@ -3,7 +3,7 @@ PRESET ?= release
 BUILD = build/$(PRESET)
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build test lint format asan clean
+.PHONY: help deps build test lint format asan artwork clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -28,6 +28,9 @@ format: deps ## format the C++ sources
 asan: ## every test under AddressSanitizer and UndefinedBehaviorSanitizer
 	@$(MAKE) --no-print-directory build PRESET=asan
 	@ctest --preset asan
+
+artwork: deps ## render the pictures from their SVG sources
+	@tools/render-artwork
 
 clean: ## remove everything that was built
 	@rm -rf build

@@ -1,0 +1,290 @@
+#include "login/loginactor.h"
+
+#include "login/addressfiles.h"
+#include "login/casform.h"
+#include "login/logincache.h"
+#include "web/cookiesjar.h"
+#include "web/webclient.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QQmlContext>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QUrl>
+
+namespace NelvoPlugin {
+
+namespace {
+
+const auto LoginPath = QStringLiteral("/login");
+
+QNetworkRequest formRequest(const QString& cimUrl, const QString& path)
+{
+    QNetworkRequest request = buildRequest();
+    request.setUrl(QUrl(cimUrl + path, QUrl::TolerantMode));
+    request.setHeader(QNetworkRequest::ContentTypeHeader,
+                      QStringLiteral("application/x-www-form-urlencoded"));
+    return request;
+}
+
+bool succeeds(QNetworkReply* reply, QEventLoop& loop)
+{
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    return reply->error() == QNetworkReply::NoError;
+}
+
+struct ServiceAddresses {
+    QString editorUrl;
+    QString iotUrl;
+};
+
+//! Takes the last address of either name that stands before both are known.
+ServiceAddresses findServices(const QJsonArray& servers)
+{
+    ServiceAddresses found;
+    for (const QJsonValue server : servers) {
+        const QString name = server[QStringLiteral("serverName")].toString();
+        const QString url = server[QStringLiteral("serverURL")].toString();
+        if (name == QStringLiteral("varlo-editor")) {
+            found.editorUrl = url;
+            if (!found.iotUrl.isEmpty())
+                break;
+        } else if (name == QStringLiteral("iot_new")) {
+            found.iotUrl = url;
+            if (!found.editorUrl.isEmpty())
+                break;
+        }
+    }
+    return found;
+}
+
+void logJsonObject(const QJsonObject& object)
+{
+    const QString text = QString::fromUtf8(QJsonDocument(object).toJson());
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    for (const QString& line : lines)
+        qWarning().noquote() << line;
+}
+
+//! The cookies of `after` that `before` does not hold in the same form, as text.
+QString newCookies(const QList<QNetworkCookie>& before, const QList<QNetworkCookie>& after)
+{
+    QStringList texts;
+    for (const QNetworkCookie& cookie : after) {
+        if (!before.contains(cookie))
+            texts.append(QString::fromUtf8(cookie.toRawForm(QNetworkCookie::Full)));
+    }
+    return texts.join(QLatin1Char(','));
+}
+
+//! Touches the editor service so that it hands out its cookies, and gives the new ones as text.
+bool captureEditorCookies(const QString& editorUrl, QString& cookies)
+{
+    const QList<QNetworkCookie> before = sharedCookieJar()->allCookies();
+    QJsonObject ignored;
+    if (!httpGetJson(sharedNetworkManager(), editorUrl, QStringLiteral("/org/heartbeat"), {}, ignored)) {
+        qDebug("CLoginActor::onLogin getprojList /org/heartbeat falied!");
+        return false;
+    }
+    cookies = newCookies(before, sharedCookieJar()->allCookies());
+    qDebug().noquote() << "cookiesList:" << cookies;
+    return true;
+}
+
+NelvoSDK::LoginSession toLoginSession(const QJsonObject& session)
+{
+    const auto text = [&session](const char* key) {
+        return session.value(QLatin1String(key)).toString().toStdWString();
+    };
+    NelvoSDK::LoginSession record;
+    record.cookies = text("cookies");
+    record.serverAddr = text("serverAddr");
+    record.sdkAddr = text("sdkAddr");
+    record.appVer = text("appVer"); // no session holds it, so it stays empty in every record
+    record.token = text("token");
+    record.epName = text("epName");
+    record.loggedIn = true;
+    record.iotToken = text("iotToken");
+    record.extra[L"epId"] = text("epId");
+    record.extra[L"epName"] = text("epName");
+    return record;
+}
+
+} // namespace
+
+CLoginActor::CLoginActor(QQuickView* view, QObject* parent)
+    : QObject(parent), m_view(view), m_defaultUrl(readDefaultServer())
+{
+    QQmlContext* context = m_view->rootContext();
+    context->setContextProperty(QStringLiteral("loginCtrl"), this);
+    context->setContextProperty(QStringLiteral("defaultUrl"), m_defaultUrl);
+    connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &CLoginActor::logout);
+    m_urlSuffix = readUrlSuffix();
+}
+
+void CLoginActor::ReservedFirst() {}
+
+void CLoginActor::ReservedSecond() {}
+
+bool CLoginActor::ReservedFlag()
+{
+    return false;
+}
+
+void CLoginActor::ShowLogin()
+{
+    m_view->setSource(QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml"), QUrl::TolerantMode));
+    m_view->show();
+
+    std::list<UserCacheEntry> users;
+    CLoginCache::readUsers(users);
+    QJsonArray userInfos;
+    for (const UserCacheEntry& user : users)
+        userInfos.append(CLoginCache::toJsonObject(user));
+    m_view->rootObject()->setProperty("userInfos", QVariant(userInfos));
+}
+
+void CLoginActor::Attach(NelvoSDK::ILoginObserver* observer)
+{
+    ISubject::Attach(observer);
+}
+
+void CLoginActor::Detach(NelvoSDK::ILoginObserver* observer)
+{
+    ISubject::Detach(observer);
+}
+
+QJsonArray CLoginActor::appList() const
+{
+    return m_appList;
+}
+
+QString CLoginActor::login(QString userName, QString pwd, QString cimUrl, QString pdsUrl, bool pwdIsMd5)
+{
+    Q_UNUSED(pdsUrl)
+    QString message = signIn(userName, pwdIsMd5 ? pwd : passwordDigest(pwd), cimUrl);
+    if (!message.isEmpty())
+        Notify([](NelvoSDK::ILoginObserver& observer) { observer.OnLoginFailed(); });
+    return message;
+}
+
+QString CLoginActor::signIn(const QString& userName, const QString& passwordText, const QString& cimUrl)
+{
+    QEventLoop loop;
+
+    QNetworkReply* page = sharedNetworkManager()->get(formRequest(cimUrl, LoginPath));
+    if (!succeeds(page, loop))
+        return page->errorString();
+    CasFormValues values;
+    if (!parseLoginArgs(page->readAll(), values))
+        return QStringLiteral("parseLoginArgs failed");
+
+    QNetworkReply* answer = sharedNetworkManager()->post(formRequest(cimUrl, LoginPath),
+                                                         loginForm(values, userName, passwordText));
+    if (!succeeds(answer, loop))
+        return answer->errorString();
+    if (!parsePostResult(answer->readAll()))
+        return QStringLiteral("parsePostResult failed");
+    m_cimUrl = cimUrl;
+
+    QNetworkReply* companies =
+        sharedNetworkManager()->get(formRequest(cimUrl, QStringLiteral("/rs/casLogin/listCompany")));
+    if (!succeeds(companies, loop))
+        return companies->errorString();
+    // Once more: another sign-in may have run, and ended, while this one was waiting.
+    m_cimUrl = cimUrl;
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(companies->readAll(), &error);
+    if (document.isNull()) {
+        qWarning().noquote() << "parse json failed:" << error.errorString();
+        return QStringLiteral("read compList failed");
+    }
+    m_appList = document.array();
+    Q_EMIT appListChanged();
+    return {};
+}
+
+QString CLoginActor::getToken(QString appID, QString secret)
+{
+    Q_UNUSED(appID)
+    Q_UNUSED(secret)
+    return {};
+}
+
+void CLoginActor::onResetCache(QVariant user, QVariant passwd, QVariant cimUrl, QVariant pdsUrl,
+                               QVariant bKeep)
+{
+    const QString keptPasswd = bKeep.toBool() ? passwd.toString() : QStringLiteral("");
+    CLoginCache::updateUser(user.toString(), keptPasswd, cimUrl.toString(), pdsUrl.toString());
+}
+
+void CLoginActor::onLogin(QString cimUrl, QString epID, QString epName)
+{
+    const QJsonObject binding{{QStringLiteral("epid"), epID},
+                              {QStringLiteral("version"), QStringLiteral("1.0.0")}};
+    // The request is what is logged after each of the three calls, and none of their failures ends the
+    // sign-in: both are meant.
+    if (httpPost(sharedNetworkManager(), cimUrl, QStringLiteral("/rs/casLogin/casLogin"),
+                 QJsonDocument(binding).toJson(), {}, [](const QByteArray&) { return true; })) {
+        logJsonObject(binding);
+    }
+    QJsonArray servers;
+    if (httpGetJsonArray(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/casLogin/serverUrl"),
+                         servers)) {
+        logJsonObject(binding);
+    }
+    QString iotToken;
+    if (httpGet(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/cim/nelvo/client_token"), {},
+                [&iotToken](const QByteArray& body) {
+                    iotToken = QString::fromUtf8(body);
+                    return true;
+                })) {
+        logJsonObject(binding);
+    }
+
+    const ServiceAddresses services = findServices(servers);
+    if (!services.iotUrl.isEmpty())
+        QCoreApplication::instance()->setProperty("iotUrl", services.iotUrl);
+    if (services.editorUrl.isEmpty()) {
+        qDebug().noquote() << QStringLiteral("获取代理地址失败, 请检查服务器部署");
+        return;
+    }
+    QString cookies;
+    if (!captureEditorCookies(services.editorUrl, cookies))
+        return;
+
+    m_session = QJsonObject{
+        {QStringLiteral("serverAddr"), services.editorUrl + m_urlSuffix},
+        {QStringLiteral("sdkAddr"), services.editorUrl},
+        {QStringLiteral("epId"), epID},
+        {QStringLiteral("epName"), epName},
+        {QStringLiteral("token"), m_token},
+        {QStringLiteral("cookies"), cookies},
+        {QStringLiteral("iotToken"), iotToken},
+    };
+}
+
+void CLoginActor::onShowHome()
+{
+    // Closing the login window must not end the host.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    m_view->close();
+    const NelvoSDK::LoginSession session = toLoginSession(m_session);
+    Notify([&session](NelvoSDK::ILoginObserver& observer) { observer.OnLoginSucceeded(session); });
+}
+
+//! At every orderly quit, also when nobody signed in: the address is then relative, and the call fails and
+//! is logged.
+void CLoginActor::logout()
+{
+    httpGet(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/casLogin/logout"), {}, {});
+}
+
+} // namespace NelvoPlugin

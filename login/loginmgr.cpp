@@ -1,0 +1,52 @@
+#include "login/loginmgr.h"
+
+#include "login/loginactor.h"
+#include "login/tools.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QQmlContext>
+#include <QQmlEngine>
+
+namespace NelvoPlugin {
+
+CLoginMgr::CLoginMgr() : m_loginActor(std::make_unique<CLoginActor>(&m_view))
+{
+    qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
+    m_view.setFlags(m_view.flags() | Qt::FramelessWindowHint);
+    m_view.setResizeMode(QQuickView::SizeViewToRootObject);
+    m_view.rootContext()->setContextProperty(QStringLiteral("view"), &m_view);
+    QObject::connect(m_view.engine(), &QQmlEngine::quit, QCoreApplication::instance(),
+                     &QCoreApplication::quit);
+}
+
+void* CLoginMgr::GetContext()
+{
+    return m_context;
+}
+
+void CLoginMgr::SetContext(void* context)
+{
+    m_context = context;
+}
+
+NelvoSDK::ILoginActor* CLoginMgr::GetLoginActor()
+{
+    return m_loginActor.get();
+}
+
+void CLoginMgr::Start()
+{
+    if (!m_loginActor) {
+        QCoreApplication::quit();
+        return;
+    }
+    // Exactly one argument is a sign-in without a window, whatever it holds.
+    if (QCoreApplication::arguments().size() == 2) {
+        qWarning("the sign-in from the command line is not available in this version");
+        return;
+    }
+    m_loginActor->ShowLogin();
+}
+
+} // namespace NelvoPlugin

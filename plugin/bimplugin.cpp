@@ -1,0 +1,51 @@
+#include "plugin/bimplugin.h"
+
+#include "login/loginmgr.h"
+#include "plugin/messagemgr.h"
+
+namespace NelvoPlugin {
+
+bool CBimPlugin::Initialize()
+{
+    m_loginMgr = std::make_unique<CLoginMgr>();
+    m_messageMgr = std::make_unique<CMessageMgr>();
+    return true;
+}
+
+//! The message manager stays on purpose: messages can still pass while the rest is gone.
+bool CBimPlugin::Shutdown()
+{
+    m_loginMgr.reset();
+    m_projectInfoMgr.reset();
+    m_pdsMgr.reset();
+    return true;
+}
+
+void CBimPlugin::ReservedHook() {}
+
+std::wstring CBimPlugin::GetVersion()
+{
+    return L"1.0.0";
+}
+
+NelvoSDK::ILoginMgr* CBimPlugin::GetLoginMgr()
+{
+    return m_loginMgr.get();
+}
+
+NelvoSDK::IProjectInfoMgr* CBimPlugin::GetProjectInfoMgr()
+{
+    return m_projectInfoMgr.get();
+}
+
+NelvoSDK::IPdsMgr* CBimPlugin::GetPdsMgr()
+{
+    return m_pdsMgr.get();
+}
+
+NelvoSDK::IMessageMgr* CBimPlugin::GetMessageMgr()
+{
+    return m_messageMgr.get();
+}
+
+} // namespace NelvoPlugin

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <NelvoSDK/INelvoSDKPlugin.h>
+
+#include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/IMessageMgr.h>
+#include <NelvoSDK/IPdsMgr.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <memory>
+
+namespace NelvoPlugin {
+
+//! \brief The plug-in object: creates the managers, owns them and hands them out.
+//!
+//! There is one in the process (GetNelvoSDKPlugin). It can exist before any Qt object does.
+class CBimPlugin final : public NelvoSDK::INelvoSDKPlugin
+{
+public:
+    bool Initialize() override;
+    bool Shutdown() override;
+    void ReservedHook() override;
+    std::wstring GetVersion() override;
+    NelvoSDK::ILoginMgr* GetLoginMgr() override;
+    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override;
+    NelvoSDK::IPdsMgr* GetPdsMgr() override;
+    NelvoSDK::IMessageMgr* GetMessageMgr() override;
+
+private:
+    std::unique_ptr<NelvoSDK::ILoginMgr> m_loginMgr;
+    std::unique_ptr<NelvoSDK::IProjectInfoMgr> m_projectInfoMgr;
+    std::unique_ptr<NelvoSDK::IPdsMgr> m_pdsMgr;
+    std::unique_ptr<NelvoSDK::IMessageMgr> m_messageMgr;
+};
+
+} // namespace NelvoPlugin

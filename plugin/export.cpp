@@ -1,0 +1,7 @@
+#include "plugin/bimplugin.h"
+
+NelvoSDK::INelvoSDKPlugin* GetNelvoSDKPlugin()
+{
+    static NelvoPlugin::CBimPlugin plugin;
+    return &plugin;
+}

@@ -1,0 +1,222 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import "../FuncComp"
+
+// The choice of the enterprise to enter.
+Item {
+    id: applistComp
+    objectName: "applistComp"
+
+    readonly property var appList: loginCtrl.appList
+    property int selIndex1: -1
+    property string appID1: ""
+    property string appSecret1: ""
+    property string appName1: ""
+    property string appType1: ""
+    // The enterprise is being entered. Events come in meanwhile, and none may start that again
+    // or take this page away.
+    property bool waiting: false
+
+    function select(index) {
+        selIndex1 = index;
+        appID1 = appList[index].enterpriseId;
+        appName1 = appList[index].enterpriseName;
+    }
+
+    // Entering gives no result: the pages move on whatever happened.
+    function confirm() {
+        if (waiting)
+            return;
+
+        waiting = true;
+        loginCtrl.onLogin(root.cimServer, appID1, appName1);
+        waiting = false;
+        if (contentLoader.item === applistComp)
+            contentLoader.source = root.compList["ValidComp"];
+    }
+
+    // A single enterprise needs no choice. The page may still be loading here, so it moves on right after.
+    onAppListChanged: {
+        if (appList.length === 1) {
+            select(0);
+            Qt.callLater(confirm);
+        }
+    }
+
+    Rectangle {
+        id: panel
+        objectName: "panel"
+
+        anchors {
+            top: parent.top
+            left: parent.left
+            right: parent.right
+            leftMargin: 26
+            rightMargin: 26
+        }
+        height: 252
+        color: "#353749"
+
+        Text {
+            id: title
+
+            x: 15
+            y: 10
+            height: 30
+            text: qsTr("选择企业:")
+            font.family: "微软雅黑"
+            font.pixelSize: 14
+            color: "#ffffff"
+            verticalAlignment: Text.AlignVCenter
+        }
+
+        Image {
+            id: foldImage
+            objectName: "foldImage"
+
+            property bool open: true
+
+            anchors {
+                top: parent.top
+                right: parent.right
+                margins: 15
+            }
+            source: open ? "qrc:/NelvoPlugin/qmls/images/bar_ic_zhankai.png"
+                         : "qrc:/NelvoPlugin/qmls/images/bar_ic_shouqi.png"
+
+            MouseArea {
+                anchors.fill: parent
+
+                onClicked: foldImage.open = !foldImage.open
+            }
+        }
+
+        Rectangle {
+            id: line
+
+            anchors {
+                top: title.bottom
+                topMargin: 6
+            }
+            x: 15
+            width: parent.width - 30
+            height: 1
+            color: "#4a4b5c"
+        }
+
+        ListView {
+            id: companyList
+            objectName: "companyList"
+
+            anchors {
+                top: line.bottom
+                topMargin: 6
+                left: line.left
+                right: parent.right
+                rightMargin: 5
+                bottom: parent.bottom
+                bottomMargin: 5
+            }
+            visible: foldImage.open
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            snapMode: ListView.SnapToItem
+            model: applistComp.appList
+
+            ScrollBar.vertical: ScrollBar {
+                width: 4
+                padding: 0
+                visible: size < 1.0
+                contentItem: Rectangle {
+                    implicitWidth: 4
+                    radius: 2
+                    color: "#ffffff"
+                    opacity: 0.2
+                }
+                background: Rectangle {
+                    color: "#535353"
+                }
+            }
+
+            delegate: Item {
+                id: row
+                objectName: "companyRow"
+
+                readonly property bool selected: applistComp.selIndex1 === index
+
+                width: line.width
+                height: 40
+
+                Rectangle {
+                    objectName: "companyFace"
+
+                    y: 6
+                    width: parent.width
+                    height: 34
+                    color: rowArea.containsMouse || row.selected ? "#2d2f41" : "#353749"
+
+                    Text {
+                        anchors {
+                            left: parent.left
+                            leftMargin: 10
+                            right: tick.left
+                            rightMargin: 10
+                            verticalCenter: parent.verticalCenter
+                        }
+                        text: modelData.enterpriseName
+                        textFormat: Text.PlainText
+                        elide: Text.ElideRight
+                        font.family: "微软雅黑"
+                        font.pixelSize: 13
+                        color: row.selected ? "#21a7e9" : "#dddddd"
+                    }
+
+                    Image {
+                        id: tick
+                        objectName: "tick"
+
+                        anchors {
+                            right: parent.right
+                            rightMargin: 10
+                            verticalCenter: parent.verticalCenter
+                        }
+                        visible: row.selected
+                        source: "qrc:/NelvoPlugin/qmls/images/logIn_ic_xuanzhong.png"
+                    }
+
+                    MouseArea {
+                        id: rowArea
+
+                        anchors.fill: parent
+                        hoverEnabled: true
+
+                        onClicked: applistComp.select(index)
+                    }
+                }
+            }
+        }
+    }
+
+    GradiantBtn {
+        objectName: "confirmButton"
+
+        anchors {
+            left: panel.left
+            right: panel.right
+            bottom: parent.bottom
+            bottomMargin: 40
+        }
+        height: 36
+        text: qsTr("确定")
+        mouseEnabled: applistComp.selIndex1 !== -1
+
+        onClicked: applistComp.confirm()
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        visible: applistComp.waiting
+        hoverEnabled: true
+        cursorShape: Qt.BusyCursor
+    }
+}

@@ -1,0 +1,243 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import "../FuncComp"
+
+// The sign-in form.
+FocusScope {
+    id: loginComp
+    objectName: "loginComp"
+
+    property string username: ""
+    property string passwd: ""
+    property string cimUrl: ""
+    // The second address is switched off: no field sets it, and it travels as the empty text.
+    property string pdsUrl: ""
+    // A sign-in waits for its answer. Events come in meanwhile, and none may start another one
+    // or take this page away.
+    property bool waiting: false
+
+    function showError(error) {
+        errorItem.text = error;
+        errorItem.visible = true;
+    }
+
+    function formError() {
+        if (username === "" || passwd === "")
+            return qsTr("用户名或密码输入为空！");
+        if (cimUrl === "")
+            return qsTr("Editor 服务器地址为空！");
+        if (!cimUrl.startsWith("http://") && !cimUrl.startsWith("https://"))
+            return qsTr("Editor 地址错误！");
+        return "";
+    }
+
+    function gologin() {
+        if (waiting)
+            return;
+
+        const mistake = formError();
+        if (mistake !== "") {
+            showError(mistake);
+            return;
+        }
+
+        // What was sent counts, even if the form is edited while the answer is awaited.
+        const account = [username, passwd, cimUrl, pdsUrl];
+        waiting = true;
+        const error = loginCtrl.login(...account);
+        waiting = false;
+        if (contentLoader.item !== loginComp)
+            return;
+
+        showError(error);
+        if (error !== "")
+            return;
+
+        console.log(" login success....");
+        loginCtrl.onResetCache(...account, keepPassword.checked);
+        root.cimServer = account[2];
+        root.pdsServer = account[3];
+        contentLoader.source = root.compList["AppListComp"];
+    }
+
+    // Nothing calls this. It knows no https: such an address gets "http://" in front, too.
+    function logout() {
+        const server = cimUrl.startsWith("http://") ? cimUrl : "http://" + cimUrl;
+        const request = new XMLHttpRequest();
+        request.open("GET", server + "/v1.0/service/uc/auth/logout", true);
+        request.send();
+    }
+
+    function fillFromCache() {
+        const info = (root.userInfos || []).find(info => info.user === username);
+        let addresses = [];
+
+        passwordField.text = "";
+        keepPassword.checked = false;
+        if (info) {
+            // The field first: its change unchecks the box.
+            passwordField.text = info.passwd;
+            keepPassword.checked = info.passwd !== "";
+            addresses = info.cimUrlList.slice();
+        }
+        if (defaultUrl !== "" && !addresses.includes(defaultUrl))
+            addresses.push(defaultUrl);
+        addressBox.dropList = addresses;
+    }
+
+    onUsernameChanged: fillFromCache()
+    onPasswdChanged: keepPassword.checked = false
+
+    Keys.onReturnPressed: {
+        if (!event.isAutoRepeat)
+            gologin();
+    }
+    Keys.onEnterPressed: {
+        if (!event.isAutoRepeat)
+            gologin();
+    }
+
+    BComboBox {
+        id: userNameBox
+        objectName: "userNameBox"
+
+        anchors {
+            top: parent.top
+            left: parent.left
+            right: parent.right
+            leftMargin: 26
+            rightMargin: 26
+        }
+        height: 36
+        focus: true
+        placeholderText: qsTr("用户名")
+        headImage: "qrc:/NelvoPlugin/qmls/images/userName.png"
+        dropList: root.userList
+
+        onDropListChanged: outText = dropList.length > 0 ? dropList[0] : ""
+        onOutTextChanged: loginComp.username = outText.trim()
+    }
+
+    TextField {
+        id: passwordField
+        objectName: "passwordField"
+
+        anchors {
+            top: userNameBox.bottom
+            topMargin: 20
+            left: userNameBox.left
+            right: userNameBox.right
+        }
+        height: 36
+        leftPadding: height + 4
+        echoMode: TextInput.Password
+        selectByMouse: true
+        placeholderText: qsTr("密码")
+        placeholderTextColor: "#8b8fa6"
+        font.family: "微软雅黑"
+        font.pixelSize: 12
+        color: "#ffffff"
+        selectionColor: userNameBox.selectColor
+        selectedTextColor: color
+        verticalAlignment: TextInput.AlignVCenter
+        background: Rectangle {
+            color: userNameBox.normalColor
+
+            Image {
+                x: 2
+                y: 2
+                width: 32
+                height: 32
+                source: "qrc:/NelvoPlugin/qmls/images/passwd.png"
+            }
+        }
+
+        onTextChanged: loginComp.passwd = text.trim()
+    }
+
+    BComboBox {
+        id: addressBox
+        objectName: "addressBox"
+
+        anchors {
+            top: passwordField.bottom
+            topMargin: 20
+            left: userNameBox.left
+            right: userNameBox.right
+        }
+        height: 36
+        placeholderText: qsTr("Nelvo服务器地址")
+        headImage: "qrc:/NelvoPlugin/qmls/images/C.png"
+        outText: defaultUrl
+
+        onDropListChanged: outText = dropList.length > 0 ? dropList[0] : defaultUrl
+        onOutTextChanged: loginComp.cimUrl = outText.trim()
+    }
+
+    CheckBox {
+        id: keepPassword
+        objectName: "keepPassword"
+
+        anchors {
+            top: addressBox.bottom
+            topMargin: 14
+            left: userNameBox.left
+        }
+        height: 16
+        padding: 0
+        spacing: 6
+        text: qsTr("记住密码")
+        font.family: "微软雅黑"
+        font.pixelSize: 12
+        indicator: Image {
+            y: (keepPassword.height - height) / 2
+            width: 13
+            height: 13
+            source: keepPassword.checked ? "qrc:/NelvoPlugin/qmls/images/checkYes.png"
+                                         : "qrc:/NelvoPlugin/qmls/images/checkNo.png"
+        }
+        contentItem: Text {
+            leftPadding: keepPassword.indicator.width + keepPassword.spacing
+            text: keepPassword.text
+            font: keepPassword.font
+            color: keepPassword.visualFocus ? "#ffffff" : "#dddddd"
+            verticalAlignment: Text.AlignVCenter
+        }
+    }
+
+    ErrorItem {
+        id: errorItem
+        objectName: "errorItem"
+
+        anchors {
+            left: userNameBox.left
+            right: userNameBox.right
+            bottom: parent.bottom
+            bottomMargin: 76
+        }
+        bottomPadding: 6
+    }
+
+    GradiantBtn {
+        id: loginButton
+        objectName: "loginButton"
+
+        anchors {
+            left: userNameBox.left
+            right: userNameBox.right
+            bottom: parent.bottom
+            bottomMargin: 40
+        }
+        height: 36
+        text: qsTr("登录")
+
+        onClicked: loginComp.gologin()
+    }
+
+    MouseArea {
+        anchors.fill: parent
+        visible: loginComp.waiting
+        hoverEnabled: true
+        cursorShape: Qt.BusyCursor
+    }
+}

@@ -1,0 +1,176 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Window 2.15
+
+// Editable combo box with a picture in front. The text is free; the list only proposes.
+ComboBox {
+    id: control
+
+    property var dropList: []
+    property alias outText: field.text
+    property color textColor: "#ffffff"
+    property color normalColor: "#414458"
+    property color highlightColor: "#313343"
+    property color selectColor: "#313343"
+    property color disableColor: "gray"
+    property string headImage
+    // A relative name counts from the folder of the pages.
+    property string arrowImage: "images/arrowDown.png"
+    property string placeholderText
+    property bool readonly: false
+
+    // A substring is enough, also the empty one: with no text the first entry matches.
+    function selectFirstMatch() {
+        currentIndex = -1;
+        currentIndex = dropList.findIndex(entry => entry.includes(outText));
+        // A list takes its highlight from the current entry only while opening.
+        if (popup.visible) {
+            popup.close();
+            popup.open();
+        }
+    }
+
+    editable: true
+    model: dropList
+    padding: 0
+    leftPadding: 0
+    rightPadding: 10
+    font.family: "微软雅黑"
+    font.pixelSize: 12
+
+    // The page comes first while the list is closed: the box would swallow Return and Enter, although it
+    // has no use for them then.
+    Keys.forwardTo: popup.visible ? [] : [parent]
+
+    // By mouse or by key; Return in an open list that highlights nothing chooses nothing.
+    onActivated: {
+        if (index !== -1)
+            outText = currentText;
+    }
+
+    delegate: ItemDelegate {
+        id: entry
+
+        width: control.width
+        height: control.height
+        leftPadding: 10
+        rightPadding: 10
+        text: modelData
+        font: control.font
+        highlighted: control.highlightedIndex === index
+        hoverEnabled: true
+
+        contentItem: Text {
+            text: entry.text
+            textFormat: Text.PlainText
+            font: entry.font
+            color: control.textColor
+            elide: Text.ElideRight
+            verticalAlignment: Text.AlignVCenter
+        }
+        background: Rectangle {
+            color: entry.highlighted || entry.hovered ? control.highlightColor : control.normalColor
+        }
+    }
+
+    indicator: Image {
+        x: control.width - width - control.rightPadding
+        y: (control.height - height) / 2
+        width: 12
+        height: 8
+        source: control.arrowImage.includes(":") ? control.arrowImage
+                                                 : Qt.resolvedUrl("../" + control.arrowImage)
+    }
+
+    contentItem: FocusScope {
+        focus: true
+
+        Item {
+            id: header
+            objectName: "header"
+
+            width: control.headImage === "" ? 0 : control.height
+            height: control.height
+
+            Image {
+                anchors.centerIn: parent
+                width: 32
+                height: 32
+                visible: control.headImage !== ""
+                source: control.headImage
+            }
+
+            MouseArea {
+                anchors.fill: parent
+            }
+        }
+
+        TextField {
+            id: field
+            objectName: "field"
+
+            anchors {
+                left: header.right
+                right: parent.right
+                rightMargin: 15
+            }
+            height: control.height
+            leftPadding: header.width > 0 ? 4 : 10
+            focus: true
+            // The box is the one stop of the Tab key and hands the focus on to its field.
+            activeFocusOnTab: false
+            readOnly: control.readonly
+            selectByMouse: true
+            placeholderText: control.placeholderText
+            placeholderTextColor: "#8b8fa6"
+            font: control.font
+            color: control.textColor
+            selectionColor: control.selectColor
+            selectedTextColor: control.textColor
+            verticalAlignment: TextInput.AlignVCenter
+            background: null
+
+            onActiveFocusChanged: {
+                if (activeFocus)
+                    selectAll();
+            }
+            onTextChanged: {
+                if (!readOnly)
+                    control.selectFirstMatch();
+            }
+        }
+    }
+
+    background: Rectangle {
+        implicitWidth: 200
+        implicitHeight: 36
+        color: control.enabled ? control.normalColor : control.disableColor
+    }
+
+    popup: Popup {
+        y: control.height - 1
+        width: control.width
+        // A list that is longer than the window still shows all its entries.
+        height: Math.min(implicitHeight, control.Window.height - topMargin - bottomMargin)
+        topMargin: 2
+        bottomMargin: 2
+        padding: 2
+
+        // Opening by mouse takes the focus from the field, where typing is to go on.
+        onAboutToShow: field.forceActiveFocus()
+
+        contentItem: ListView {
+            objectName: "entryList"
+
+            clip: true
+            implicitHeight: contentHeight
+            model: control.popup.visible ? control.delegateModel : null
+            currentIndex: control.highlightedIndex
+            highlightMoveDuration: 0
+        }
+        background: Rectangle {
+            color: control.normalColor
+            border.color: control.highlightColor
+        }
+    }
+}

@@ -1,0 +1,72 @@
+import QtQuick 2.15
+
+// Frame of the login window, with a title bar to move it by and a button to close it.
+Rectangle {
+    id: background
+
+    property real titleBarHeight: 32
+
+    width: 340
+    height: 642
+    color: "#272937"
+    border.color: "#7f7e8c"
+    border.width: 2
+
+    Item {
+        id: titleBar
+        objectName: "titleBar"
+
+        width: parent.width
+        height: background.titleBarHeight
+
+        MouseArea {
+            property real pressX: 0
+            property real pressY: 0
+
+            anchors {
+                top: parent.top
+                bottom: parent.bottom
+                left: parent.left
+                right: closeButton.left
+            }
+            cursorShape: Qt.PointingHandCursor
+
+            onPressed: {
+                pressX = mouseX;
+                pressY = mouseY;
+            }
+            // The place of the press stays the measure: this area moves along with the window.
+            onPositionChanged: {
+                view.x += mouseX - pressX;
+                view.y += mouseY - pressY;
+            }
+        }
+
+        Image {
+            id: closeButton
+            objectName: "closeButton"
+
+            anchors {
+                top: parent.top
+                right: parent.right
+                margins: 10
+            }
+            width: 16
+            height: 16
+            source: closeArea.containsMouse ? "qrc:/NelvoPlugin/qmls/images/close_hover.png"
+                                            : "qrc:/NelvoPlugin/qmls/images/close.png"
+
+            MouseArea {
+                id: closeArea
+
+                anchors.fill: parent
+                hoverEnabled: true
+
+                onClicked: {
+                    view.close();
+                    Qt.quit();
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,52 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+ProgressBar {
+    id: control
+
+    property color gradientStartColor: "#2997b4"
+    property color gradientStopColor: "#255187"
+
+    padding: 0
+
+    background: Rectangle {
+        implicitWidth: 200
+        implicitHeight: 14
+        radius: height / 2
+        opacity: 0.3
+        gradient: Gradient {
+            orientation: Gradient.Horizontal
+
+            GradientStop {
+                position: 0.0
+                color: control.gradientStartColor
+            }
+            GradientStop {
+                position: 1.0
+                color: control.gradientStopColor
+            }
+        }
+    }
+
+    contentItem: Item {
+        Rectangle {
+            objectName: "filled"
+
+            width: control.visualPosition * control.width
+            height: parent.height
+            radius: height / 2
+            gradient: Gradient {
+                orientation: Gradient.Horizontal
+
+                GradientStop {
+                    position: 0.0
+                    color: control.gradientStartColor
+                }
+                GradientStop {
+                    position: 1.0
+                    color: control.gradientStopColor
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,194 @@
+#include "login/loginmgr.h"
+
+#include "tests/support/applicationfile.h"
+#include "tests/support/messagelog.h"
+
+#include <QGuiApplication>
+#include <QJSValue>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QtTest>
+
+using NelvoPlugin::CLoginMgr;
+using TestSupport::ApplicationFile;
+using TestSupport::MessageLog;
+
+class TestLoginMgr : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void contextIsKeptForTheHost();
+    void preparedWindowIsFramelessAndHidden();
+    void pagesFindTheirContext();
+    void startShowsTheWindow();
+    void pagesLoadWithoutAWarning();
+    void withoutCacheTheUserListIsEmpty();
+    void cachedUsersReachThePagesWithClearPasswords();
+    void showLoginAgainReadsTheLatestCache();
+    void quitInAPageEndsTheApplication();
+    void destructionWithAShownWindowIsQuiet();
+
+private:
+    //! The one window there is: the manager's.
+    QQuickView* view() const;
+    QJsonArray userInfos() const;
+
+    std::unique_ptr<ApplicationFile> m_cache;
+    std::unique_ptr<ApplicationFile> m_defaultServer;
+};
+
+void TestLoginMgr::init()
+{
+    m_cache = std::make_unique<ApplicationFile>(QStringLiteral("loginchache.json"));
+    m_defaultServer = std::make_unique<ApplicationFile>(QStringLiteral("defaultServerAddress.json"));
+    m_defaultServer->write(R"({"defaultServer": "http://default:8080"})");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+void TestLoginMgr::cleanup()
+{
+    m_cache.reset();
+    m_defaultServer.reset();
+}
+
+QQuickView* TestLoginMgr::view() const
+{
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    return windows.size() == 1 ? qobject_cast<QQuickView*>(windows.constFirst()) : nullptr;
+}
+
+QJsonArray TestLoginMgr::userInfos() const
+{
+    const QVariant infos = view()->rootObject()->property("userInfos").value<QJSValue>().toVariant();
+    return QJsonArray::fromVariantList(infos.toList());
+}
+
+void TestLoginMgr::contextIsKeptForTheHost()
+{
+    CLoginMgr manager;
+    QVERIFY(!manager.GetContext());
+    manager.SetContext(this);
+    QCOMPARE(manager.GetContext(), static_cast<void*>(this));
+}
+
+void TestLoginMgr::preparedWindowIsFramelessAndHidden()
+{
+    CLoginMgr manager;
+    QVERIFY(view());
+    QVERIFY(view()->flags().testFlag(Qt::FramelessWindowHint));
+    QCOMPARE(view()->resizeMode(), QQuickView::SizeViewToRootObject);
+    QVERIFY(view()->source().isEmpty());
+    QVERIFY(!view()->isVisible());
+    QVERIFY(!view()->parent());
+}
+
+void TestLoginMgr::pagesFindTheirContext()
+{
+    CLoginMgr manager;
+    QQmlContext* context = view()->rootContext();
+    QCOMPARE(context->contextProperty(QStringLiteral("view")).value<QObject*>(), view());
+    QVERIFY(context->contextProperty(QStringLiteral("loginCtrl")).value<QObject*>());
+    QCOMPARE(context->contextProperty(QStringLiteral("defaultUrl")),
+             QVariant(QStringLiteral("http://default:8080")));
+
+    QQmlComponent component(view()->engine());
+    component.setData("import PercentTools 1.0\nPercentTools { property string text: toPercentString(' ') }",
+                      {});
+    const std::unique_ptr<QObject> tools(component.create());
+    QVERIFY2(tools, qPrintable(component.errorString()));
+    QCOMPARE(tools->property("text"), QVariant(QStringLiteral("%20")));
+}
+
+void TestLoginMgr::startShowsTheWindow()
+{
+    CLoginMgr manager;
+    manager.Start();
+    QCOMPARE(view()->source(), QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml")));
+    QVERIFY(QTest::qWaitForWindowExposed(view()));
+    QCOMPARE(view()->size(), QSize(340, 642));
+}
+
+void TestLoginMgr::pagesLoadWithoutAWarning()
+{
+    MessageLog log;
+    CLoginMgr manager;
+    manager.Start();
+    QVERIFY(QTest::qWaitForWindowExposed(view()));
+    QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
+}
+
+void TestLoginMgr::withoutCacheTheUserListIsEmpty()
+{
+    CLoginMgr manager;
+    manager.Start();
+    QVERIFY(view()->rootObject()->property("userInfos").value<QJSValue>().isArray());
+    QVERIFY(userInfos().isEmpty());
+    const auto* address = view()->rootObject()->findChild<QQuickItem*>(QStringLiteral("addressBox"));
+    QVERIFY(address);
+    QCOMPARE(address->property("outText").toString(), QStringLiteral("http://default:8080"));
+}
+
+void TestLoginMgr::cachedUsersReachThePagesWithClearPasswords()
+{
+    m_cache->write(R"([{"user": "lina", "passwd": "MTIzNDU2", "cimUrlList": ["http://a"], "pdsUrlList": [""]},
+                       {"user": "zhang", "passwd": "", "cimUrlList": [], "pdsUrlList": []}])");
+    CLoginMgr manager;
+    manager.Start();
+    QCOMPARE(userInfos().size(), 2);
+    QCOMPARE(userInfos().at(0).toObject(),
+             (QJsonObject{{QStringLiteral("user"), QStringLiteral("lina")},
+                          {QStringLiteral("passwd"), QStringLiteral("123456")},
+                          {QStringLiteral("cimUrlList"), QJsonArray{QStringLiteral("http://a")}},
+                          {QStringLiteral("pdsUrlList"), QJsonArray{QString()}}}));
+    const auto* password = view()->rootObject()->findChild<QQuickItem*>(QStringLiteral("passwordField"));
+    QVERIFY(password);
+    QTRY_COMPARE(password->property("text").toString(), QStringLiteral("123456"));
+}
+
+void TestLoginMgr::showLoginAgainReadsTheLatestCache()
+{
+    CLoginMgr manager;
+    manager.GetLoginActor()->ShowLogin();
+    QVERIFY(userInfos().isEmpty());
+    const QUrl source = view()->source();
+    m_cache->write(R"([{"user": "late", "passwd": ""}])");
+    manager.GetLoginActor()->ShowLogin();
+    QCOMPARE(view()->source(), source);
+    QCOMPARE(userInfos().size(), 1);
+}
+
+void TestLoginMgr::quitInAPageEndsTheApplication()
+{
+    CLoginMgr manager;
+    QQmlComponent component(view()->engine());
+    component.setData("import QtQml 2.15\nQtObject { function leave() { Qt.quit() } }", {});
+    const std::unique_ptr<QObject> page(component.create());
+    QVERIFY(page);
+    QTimer::singleShot(0, page.get(), [&page] { QMetaObject::invokeMethod(page.get(), "leave"); });
+    MessageLog log;
+    QCOMPARE(QCoreApplication::exec(), 0);
+}
+
+void TestLoginMgr::destructionWithAShownWindowIsQuiet()
+{
+    MessageLog log;
+    {
+        CLoginMgr manager;
+        manager.Start();
+        QVERIFY(QTest::qWaitForWindowExposed(view()));
+    }
+    QVERIFY(QGuiApplication::topLevelWindows().isEmpty());
+    QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
+}
+
+QTEST_MAIN(TestLoginMgr)
+#include "test_loginmgr.moc"

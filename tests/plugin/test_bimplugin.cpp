@@ -1,0 +1,153 @@
+#include "plugin/bimplugin.h"
+
+#include "tests/support/applicationfile.h"
+
+#include <QtTest>
+
+using NelvoPlugin::CBimPlugin;
+
+class TestBimPlugin : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void versionIsFixed();
+    void nothingBeforeInitialize();
+    void initializeCreatesTheManagers();
+    void secondInitializeReplacesTheManagers();
+    void shutdownKeepsTheMessageManager();
+    void messagesPassAfterShutdown();
+    void hostContextSurvives();
+    void interfaceWithoutMessageManagerGivesNull();
+    void initializeAgainAfterShutdown();
+
+private:
+    std::unique_ptr<TestSupport::ApplicationFile> m_defaultServer;
+};
+
+void TestBimPlugin::initTestCase()
+{
+    m_defaultServer =
+        std::make_unique<TestSupport::ApplicationFile>(QStringLiteral("defaultServerAddress.json"));
+    m_defaultServer->write("{}");
+}
+
+void TestBimPlugin::versionIsFixed()
+{
+    CBimPlugin plugin;
+    QVERIFY(plugin.GetVersion() == L"1.0.0");
+    plugin.Initialize();
+    QVERIFY(plugin.GetVersion() == L"1.0.0");
+}
+
+void TestBimPlugin::nothingBeforeInitialize()
+{
+    CBimPlugin plugin;
+    QVERIFY(!plugin.GetLoginMgr());
+    QVERIFY(!plugin.GetProjectInfoMgr());
+    QVERIFY(!plugin.GetPdsMgr());
+    QVERIFY(!plugin.GetMessageMgr());
+    QVERIFY(!plugin.GetHostContext());
+    plugin.ReservedHook();
+    QVERIFY(!plugin.GetLoginMgr());
+}
+
+void TestBimPlugin::initializeCreatesTheManagers()
+{
+    CBimPlugin plugin;
+    QVERIFY(plugin.Initialize());
+    QVERIFY(plugin.GetLoginMgr());
+    QVERIFY(plugin.GetMessageMgr());
+    QVERIFY(plugin.GetLoginMgr()->GetLoginActor());
+    QVERIFY(!plugin.GetLoginMgr()->GetContext());
+    QVERIFY(!plugin.GetMessageMgr()->GetContext());
+}
+
+void TestBimPlugin::secondInitializeReplacesTheManagers()
+{
+    CBimPlugin plugin;
+    plugin.Initialize();
+    // The old manager lives until the new one is stored, so the two addresses differ.
+    const NelvoSDK::ILoginMgr* login = plugin.GetLoginMgr();
+    const NelvoSDK::IMessageMgr* message = plugin.GetMessageMgr();
+    plugin.GetMessageMgr()->SetContext(&plugin);
+    QVERIFY(plugin.Initialize());
+    QVERIFY(plugin.GetLoginMgr() != login);
+    QVERIFY(plugin.GetMessageMgr() != message);
+    QVERIFY(!plugin.GetMessageMgr()->GetContext());
+}
+
+void TestBimPlugin::shutdownKeepsTheMessageManager()
+{
+    CBimPlugin plugin;
+    plugin.Initialize();
+    NelvoSDK::IMessageMgr* message = plugin.GetMessageMgr();
+    QVERIFY(plugin.Shutdown());
+    QVERIFY(!plugin.GetLoginMgr());
+    QVERIFY(!plugin.GetProjectInfoMgr());
+    QVERIFY(!plugin.GetPdsMgr());
+    QCOMPARE(plugin.GetMessageMgr(), message);
+}
+
+void TestBimPlugin::messagesPassAfterShutdown()
+{
+    class Observer final : public NelvoSDK::IMessageObserver
+    {
+    public:
+        void OnMessageFirst(const QString& text) override { heard = text; }
+        void OnMessageSecond(const QString&) override {}
+        void OnMessageThird(const QString&) override {}
+        QString heard;
+    };
+    CBimPlugin plugin;
+    plugin.Initialize();
+    Observer observer;
+    plugin.GetMessageMgr()->Attach(&observer);
+    plugin.Shutdown();
+    plugin.GetMessageMgr()->NotifyFirst(QStringLiteral("still here"));
+    QCOMPARE(observer.heard, QStringLiteral("still here"));
+}
+
+void TestBimPlugin::hostContextSurvives()
+{
+    CBimPlugin plugin;
+    int context = 0;
+    plugin.SetHostContext(&context);
+    plugin.Initialize();
+    QCOMPARE(plugin.GetHostContext(), static_cast<void*>(&context));
+    plugin.Shutdown();
+    QCOMPARE(plugin.GetHostContext(), static_cast<void*>(&context));
+    plugin.SetHostContext(nullptr);
+    QVERIFY(!plugin.GetHostContext());
+}
+
+void TestBimPlugin::interfaceWithoutMessageManagerGivesNull()
+{
+    class Minimal final : public NelvoSDK::INelvoSDKPlugin
+    {
+    public:
+        bool Initialize() override { return true; }
+        bool Shutdown() override { return true; }
+        void ReservedHook() override {}
+        std::wstring GetVersion() override { return {}; }
+        NelvoSDK::ILoginMgr* GetLoginMgr() override { return nullptr; }
+        NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return nullptr; }
+        NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
+    };
+    Minimal plugin;
+    QVERIFY(!plugin.GetMessageMgr());
+}
+
+void TestBimPlugin::initializeAgainAfterShutdown()
+{
+    CBimPlugin plugin;
+    plugin.Initialize();
+    plugin.Shutdown();
+    QVERIFY(plugin.Initialize());
+    QVERIFY(plugin.GetLoginMgr());
+    QVERIFY(plugin.Shutdown());
+}
+
+QTEST_MAIN(TestBimPlugin)
+#include "test_bimplugin.moc"

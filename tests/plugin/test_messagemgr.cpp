@@ -1,0 +1,140 @@
+#include "plugin/messagemgr.h"
+
+#include <QtTest>
+
+namespace {
+
+class Observer final : public NelvoSDK::IMessageObserver
+{
+public:
+    void OnMessageFirst(const QString& text) override { heard.append(QStringLiteral("first:") + text); }
+    void OnMessageSecond(const QString& text) override { heard.append(QStringLiteral("second:") + text); }
+    void OnMessageThird(const QString& text) override { heard.append(QStringLiteral("third:") + text); }
+
+    QStringList heard;
+};
+
+} // namespace
+
+class TestMessageMgr : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void contextIsKeptForTheHost();
+    void eachKindReachesItsOperation();
+    void everyObserverIsReachedOnce();
+    void detachedObserverHearsNothing();
+    void detachingAStrayChangesNothing();
+    void notifyingNobodyReturns();
+    void textOutlivesTheSenders();
+    void strangeTextsPassUnchanged();
+};
+
+void TestMessageMgr::contextIsKeptForTheHost()
+{
+    NelvoPlugin::CMessageMgr manager;
+    QCOMPARE(manager.GetContext(), nullptr);
+    int context = 0;
+    manager.SetContext(&context);
+    QCOMPARE(manager.GetContext(), static_cast<void*>(&context));
+}
+
+void TestMessageMgr::eachKindReachesItsOperation()
+{
+    NelvoPlugin::CMessageMgr manager;
+    Observer observer;
+    manager.Attach(&observer);
+    manager.NotifyFirst(QStringLiteral("a"));
+    manager.NotifySecond(QStringLiteral("b"));
+    manager.NotifyThird(QStringLiteral("c"));
+    QCOMPARE(observer.heard,
+             (QStringList{QStringLiteral("first:a"), QStringLiteral("second:b"), QStringLiteral("third:c")}));
+}
+
+void TestMessageMgr::everyObserverIsReachedOnce()
+{
+    NelvoPlugin::CMessageMgr manager;
+    Observer first;
+    Observer second;
+    manager.Attach(&first);
+    manager.Attach(&second);
+    manager.Attach(&first);
+    manager.NotifyFirst(QStringLiteral("x"));
+    QCOMPARE(first.heard.size(), 1);
+    QCOMPARE(second.heard.size(), 1);
+}
+
+void TestMessageMgr::detachedObserverHearsNothing()
+{
+    NelvoPlugin::CMessageMgr manager;
+    Observer observer;
+    manager.Attach(&observer);
+    manager.Detach(&observer);
+    manager.NotifyFirst(QStringLiteral("x"));
+    QVERIFY(observer.heard.isEmpty());
+}
+
+void TestMessageMgr::detachingAStrayChangesNothing()
+{
+    NelvoPlugin::CMessageMgr manager;
+    Observer attached;
+    Observer stray;
+    manager.Attach(&attached);
+    manager.Detach(&stray);
+    manager.NotifySecond(QStringLiteral("x"));
+    QCOMPARE(attached.heard.size(), 1);
+}
+
+void TestMessageMgr::notifyingNobodyReturns()
+{
+    NelvoPlugin::CMessageMgr manager;
+    manager.NotifyFirst(QStringLiteral("x"));
+    Observer late;
+    manager.Attach(&late);
+    QVERIFY(late.heard.isEmpty());
+}
+
+void TestMessageMgr::textOutlivesTheSenders()
+{
+    class Changer final : public NelvoSDK::IMessageObserver
+    {
+    public:
+        explicit Changer(QString& senders) : m_senders(senders) {}
+        void OnMessageFirst(const QString& text) override
+        {
+            m_senders = QStringLiteral("changed");
+            heard = text;
+        }
+        void OnMessageSecond(const QString&) override {}
+        void OnMessageThird(const QString&) override {}
+
+        QString heard;
+
+    private:
+        QString& m_senders;
+    };
+    QString senders = QStringLiteral("original");
+    Changer one(senders);
+    Changer other(senders);
+    NelvoPlugin::CMessageMgr manager;
+    manager.Attach(&one);
+    manager.Attach(&other);
+    manager.NotifyFirst(senders);
+    QCOMPARE(one.heard, QStringLiteral("original"));
+    QCOMPARE(other.heard, QStringLiteral("original"));
+}
+
+void TestMessageMgr::strangeTextsPassUnchanged()
+{
+    NelvoPlugin::CMessageMgr manager;
+    Observer observer;
+    manager.Attach(&observer);
+    const QString text = QStringLiteral("您的帐号\n%1 \U0001F3D7");
+    manager.NotifyThird(text);
+    manager.NotifyThird(QString());
+    QCOMPARE(observer.heard, (QStringList{QStringLiteral("third:") + text, QStringLiteral("third:")}));
+}
+
+QTEST_APPLESS_MAIN(TestMessageMgr)
+#include "test_messagemgr.moc"

@@ -1,0 +1,291 @@
+#include "login/tools.h"
+#include "tests/qml/standins.h"
+#include "tests/support/messagelog.h"
+
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlNetworkAccessManagerFactory>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QtTest>
+
+#include <memory>
+
+//! \brief The pages in a real login window, with an engine of its own and without a version check.
+class TestLoginWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void loadsWithoutAVersionCheckAndWithoutAWarning();
+    void windowTakesTheSizeOfTheFrame();
+    void accountsSetAfterTheWindowIsShownFillTheForm();
+    void emptyAccountsLeaveTheDefaultAddress();
+    void withoutADefaultAddressTheFieldIsEmpty();
+    void secondLoadStartsAfresh();
+    void titleBarMovesTheWindow();
+    void closeButtonClosesTheWindowAndThenQuits();
+    void keyboardAloneSignsIn();
+    void logoutPutsHttpInFrontOfWhatDoesNotStartWithIt_data();
+    void logoutPutsHttpInFrontOfWhatDoesNotStartWithIt();
+
+private:
+    void load(const QString& defaultUrl = QStringLiteral("http://default"));
+    void setAccounts(const QJsonArray& accounts);
+    QQuickItem* item(const char* objectName) const;
+    QPoint centreOf(const char* objectName) const;
+    void type(const QString& text);
+
+    std::unique_ptr<TestSupport::MessageLog> m_log;
+    std::unique_ptr<LoginCtrl> m_loginCtrl;
+    std::unique_ptr<QQuickView> m_view;
+};
+
+namespace {
+
+QJsonObject account(const QString& user, const QString& passwd, const QJsonArray& addresses)
+{
+    return {{QStringLiteral("user"), user},
+            {QStringLiteral("passwd"), passwd},
+            {QStringLiteral("cimUrlList"), addresses},
+            {QStringLiteral("pdsUrlList"), QJsonArray()}};
+}
+
+//! \brief Makes network managers that note each address asked for and go nowhere.
+class RecordingFactory : public QQmlNetworkAccessManagerFactory
+{
+public:
+    QNetworkAccessManager* create(QObject* parent) override { return new Manager(requests, parent); }
+
+    QStringList requests;
+
+private:
+    class Manager : public QNetworkAccessManager
+    {
+    public:
+        Manager(QStringList& requests, QObject* parent) : QNetworkAccessManager(parent), m_requests(requests)
+        {}
+
+    protected:
+        QNetworkReply* createRequest(Operation operation, const QNetworkRequest& request,
+                                     QIODevice* body) override
+        {
+            m_requests.append((operation == GetOperation ? QStringLiteral("GET ") : QString()) +
+                              request.url().toString());
+            return QNetworkAccessManager::createRequest(
+                operation, QNetworkRequest(QUrl(QStringLiteral("data:,"))), body);
+        }
+
+    private:
+        QStringList& m_requests;
+    };
+};
+
+} // namespace
+
+void TestLoginWindow::initTestCase()
+{
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
+}
+
+void TestLoginWindow::init()
+{
+    m_log = std::make_unique<TestSupport::MessageLog>();
+    m_loginCtrl = std::make_unique<LoginCtrl>();
+    m_view = std::make_unique<QQuickView>();
+}
+
+void TestLoginWindow::cleanup()
+{
+    m_view.reset();
+    const QStringList warnings = m_log->warnings();
+    m_log.reset();
+    QCOMPARE(warnings, QStringList());
+}
+
+void TestLoginWindow::load(const QString& defaultUrl)
+{
+    QQmlContext* context = m_view->rootContext();
+    context->setContextProperty(QStringLiteral("loginCtrl"), m_loginCtrl.get());
+    context->setContextProperty(QStringLiteral("defaultUrl"), defaultUrl);
+    context->setContextProperty(QStringLiteral("view"), m_view.get());
+    m_view->setFlag(Qt::FramelessWindowHint);
+    m_view->setResizeMode(QQuickView::SizeViewToRootObject);
+    m_view->setSource(QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml")));
+    m_view->show();
+    m_view->requestActivate();
+    QVERIFY(m_view->rootObject());
+    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+}
+
+void TestLoginWindow::setAccounts(const QJsonArray& accounts)
+{
+    QVERIFY(m_view->rootObject()->setProperty("userInfos", QVariant(accounts)));
+}
+
+QQuickItem* TestLoginWindow::item(const char* objectName) const
+{
+    return m_view->rootObject()->findChild<QQuickItem*>(QString::fromLatin1(objectName));
+}
+
+QPoint TestLoginWindow::centreOf(const char* objectName) const
+{
+    const QQuickItem* found = item(objectName);
+    return found->mapToScene(found->boundingRect().center()).toPoint();
+}
+
+void TestLoginWindow::type(const QString& text)
+{
+    for (const QChar c : text)
+        QTest::keyClick(m_view.get(), c.toLatin1());
+}
+
+void TestLoginWindow::loadsWithoutAVersionCheckAndWithoutAWarning()
+{
+    load();
+    QVERIFY(item("loginComp"));
+    QTRY_VERIFY(item("loginComp")->hasActiveFocus());
+}
+
+void TestLoginWindow::windowTakesTheSizeOfTheFrame()
+{
+    load();
+    QTRY_COMPARE(m_view->size(), QSize(340, 642));
+}
+
+void TestLoginWindow::accountsSetAfterTheWindowIsShownFillTheForm()
+{
+    load();
+    setAccounts({account(QStringLiteral("ann"), QStringLiteral("secret"),
+                         {QStringLiteral("http://one"), QStringLiteral("http://two")}),
+                 account(QStringLiteral("bob"), QString(), {})});
+
+    QCOMPARE(m_view->rootObject()->property("userList").toStringList(),
+             (QStringList{QStringLiteral("ann"), QStringLiteral("bob")}));
+    QCOMPARE(item("userNameBox")->property("outText").toString(), QStringLiteral("ann"));
+    QCOMPARE(item("passwordField")->property("text").toString(), QStringLiteral("secret"));
+    QCOMPARE(item("keepPassword")->property("checked").toBool(), true);
+    QCOMPARE(item("addressBox")->property("outText").toString(), QStringLiteral("http://one"));
+    QCOMPARE(item("addressBox")->property("dropList").toStringList(),
+             (QStringList{QStringLiteral("http://one"), QStringLiteral("http://two"),
+                          QStringLiteral("http://default")}));
+}
+
+void TestLoginWindow::emptyAccountsLeaveTheDefaultAddress()
+{
+    load();
+    setAccounts({});
+    QCOMPARE(m_view->rootObject()->property("userList").toStringList(), QStringList());
+    QCOMPARE(item("userNameBox")->property("outText").toString(), QString());
+    QCOMPARE(item("addressBox")->property("outText").toString(), QStringLiteral("http://default"));
+}
+
+void TestLoginWindow::withoutADefaultAddressTheFieldIsEmpty()
+{
+    load(QString());
+    QCOMPARE(item("addressBox")->property("outText").toString(), QString());
+    type(QStringLiteral("eve"));
+    QTRY_COMPARE(item("loginComp")->property("username").toString(), QStringLiteral("eve"));
+    QCOMPARE(item("addressBox")->property("dropList").toStringList(), QStringList());
+}
+
+void TestLoginWindow::secondLoadStartsAfresh()
+{
+    load();
+    setAccounts({account(QStringLiteral("ann"), QStringLiteral("secret"), {})});
+    load();
+    QCOMPARE(item("userNameBox")->property("outText").toString(), QString());
+    setAccounts({account(QStringLiteral("ann"), QStringLiteral("changed"), {})});
+    QCOMPARE(item("passwordField")->property("text").toString(), QStringLiteral("changed"));
+}
+
+void TestLoginWindow::titleBarMovesTheWindow()
+{
+    load();
+    m_view->setPosition(100, 100);
+    QTRY_COMPARE(m_view->position(), QPoint(100, 100));
+
+    const QPoint press(60, 16);
+    QTest::mousePress(m_view.get(), Qt::LeftButton, {}, press);
+    QTest::mouseMove(m_view.get(), press + QPoint(20, -7));
+    QTRY_COMPARE(m_view->position(), QPoint(120, 93));
+    QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, press);
+}
+
+void TestLoginWindow::closeButtonClosesTheWindowAndThenQuits()
+{
+    load();
+    bool closedBeforeQuit = false;
+    QSignalSpy quits(m_view->engine(), &QQmlEngine::quit);
+    connect(m_view->engine(), &QQmlEngine::quit, this, [&] { closedBeforeQuit = !m_view->isVisible(); });
+
+    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, centreOf("closeButton"));
+    QTRY_COMPARE(quits.count(), 1);
+    QVERIFY(closedBeforeQuit);
+}
+
+void TestLoginWindow::keyboardAloneSignsIn()
+{
+    load();
+    m_loginCtrl->setAppList({QJsonObject{{QStringLiteral("enterpriseId"), 7},
+                                         {QStringLiteral("enterpriseName"), QStringLiteral("Acme")}}});
+    QTRY_VERIFY(item("loginComp")->hasActiveFocus());
+
+    type(QStringLiteral("ann"));
+    QTest::keyClick(m_view.get(), Qt::Key_Tab);
+    type(QStringLiteral("secret"));
+    QTest::keyClick(m_view.get(), Qt::Key_Tab);
+    type(QStringLiteral("http://here"));
+    QTest::keyClick(m_view.get(), Qt::Key_Tab);
+    QTest::keyClick(m_view.get(), Qt::Key_Space);
+    QTest::keyClick(m_view.get(), Qt::Key_Return);
+
+    QTRY_COMPARE(m_loginCtrl->calls().count(), 4);
+    const QString user = QStringLiteral("ann");
+    const QString passwd = QStringLiteral("secret");
+    const QString address = QStringLiteral("http://here");
+    const QVariantList expected{
+        QVariantList{QStringLiteral("login"), user, passwd, address, QString()},
+        QVariantList{QStringLiteral("onResetCache"), user, passwd, address, QString(), true},
+        QVariantList{QStringLiteral("onLogin"), address, QStringLiteral("7"), QStringLiteral("Acme")},
+        QVariantList{QStringLiteral("onShowHome")},
+    };
+    QCOMPARE(m_loginCtrl->calls(), expected);
+}
+
+void TestLoginWindow::logoutPutsHttpInFrontOfWhatDoesNotStartWithIt_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("request");
+    const QString path = QStringLiteral("/v1.0/service/uc/auth/logout");
+    QTest::newRow("http") << "http://host"
+                          << "GET http://host" + path;
+    QTest::newRow("no scheme") << "host"
+                               << "GET http://host" + path;
+    QTest::newRow("https") << "https://host"
+                           << "GET http://https//host" + path;
+}
+
+void TestLoginWindow::logoutPutsHttpInFrontOfWhatDoesNotStartWithIt()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, request);
+    RecordingFactory factory;
+    m_view->engine()->setNetworkAccessManagerFactory(&factory);
+    load();
+    item("addressBox")->setProperty("outText", address);
+    QMetaObject::invokeMethod(item("loginComp"), "logout");
+    QTRY_COMPARE(factory.requests, QStringList{request});
+    m_view.reset();
+}
+
+QTEST_MAIN(TestLoginWindow)
+#include "test_loginwindow.moc"

@@ -1,0 +1,194 @@
+import QtQuick 2.15
+
+Item {
+    width: 400
+    height: 700
+
+    PageTest {
+        name: "ApplistComp"
+
+        function companies(count) {
+            const list = [];
+            for (let i = 0; i < count; ++i)
+                list.push({ enterpriseId: 100 + i, enterpriseName: "company " + i });
+            return list;
+        }
+
+        function openList(count) {
+            openWindow();
+            mouseMove(loginWindow, 5, 400);
+            loginWindow.cimServer = "http://a";
+            loginCtrl.appList = companies(count);
+            item("contentLoader").source = loginWindow.compList["AppListComp"];
+            tryCompare(item("companyList"), "count", count);
+        }
+
+        function row(index) {
+            tryVerify(() => item("companyList").itemAtIndex(index));
+            return item("companyList").itemAtIndex(index);
+        }
+
+        function rowColor(index) {
+            return String(findChild(row(index), "companyFace").color);
+        }
+
+        function scrollBar() {
+            return Array.from(item("companyList").children).find(child => child.policy !== undefined);
+        }
+
+        function test_startsWithoutASelection() {
+            openList(3);
+            const page = item("applistComp");
+            compare(page.selIndex1, -1);
+            compare([page.appID1, page.appSecret1, page.appName1, page.appType1], ["", "", "", ""]);
+            compare(item("confirmButton").mouseEnabled, false);
+        }
+
+        function test_places() {
+            openList(3);
+            const panel = item("panel");
+            compare([panel.x, panel.y, panel.width, panel.height], [26, 0, 288, 252]);
+            compare(String(panel.color), "#353749");
+            const [title, fold, line, list] = Array.from(panel.children);
+            compare([title.x, title.y, title.height, title.text], [15, 10, 30, "选择企业:"]);
+            compare(title.font.pixelSize, 14);
+            compare(String(title.color), "#ffffff");
+            compare([fold.y, 288 - fold.x - fold.width], [15, 15]);
+            compare([line.x, line.y, line.width, line.height], [15, 46, 258, 1]);
+            compare(String(line.color), "#4a4b5c");
+            compare(list, item("companyList"));
+            compare([list.y, list.y + list.height], [53, 247]);
+            const button = item("confirmButton");
+            compare([button.x, button.y, button.width, button.height], [26, 350 - 40 - 36, 288, 36]);
+            compare(button.text, "确定");
+        }
+
+        function test_rowLooks() {
+            openList(3);
+            const face = findChild(row(1), "companyFace");
+            compare(row(1).height, 40);
+            compare([face.y, face.height], [6, 34]);
+            const label = face.children[0];
+            compare(label.text, "company 1");
+            compare(label.x, 10);
+            compare(label.font.pixelSize, 13);
+            compare(String(label.color), "#dddddd");
+            compare(rowColor(1), "#353749");
+            compare(findChild(row(1), "tick").visible, false);
+        }
+
+        function test_rowDarkensUnderTheMouse() {
+            openList(3);
+            mouseMove(row(1), 50, 20);
+            tryVerify(() => rowColor(1) === "#2d2f41");
+            compare(rowColor(0), "#353749");
+            mouseMove(loginWindow, 5, 400);
+            tryVerify(() => rowColor(1) === "#353749");
+        }
+
+        function test_clickSelectsWithoutSigningIn() {
+            openList(3);
+            mouseClick(row(1));
+            const page = item("applistComp");
+            compare([page.selIndex1, page.appID1, page.appName1], [1, "101", "company 1"]);
+            compare([page.appSecret1, page.appType1], ["", ""]);
+            mouseMove(loginWindow, 5, 400);
+            compare(rowColor(1), "#2d2f41");
+            compare(String(findChild(row(1), "companyFace").children[0].color), "#21a7e9");
+            const tick = findChild(row(1), "tick");
+            compare(tick.visible, true);
+            compare(tick.source, picture("logIn_ic_xuanzhong.png"));
+            compare(tick.status, Image.Ready);
+            compare(loginCtrl.calls, []);
+            compare(item("confirmButton").mouseEnabled, true);
+        }
+
+        function test_lastClickedRowIsTheSelectedOne() {
+            openList(3);
+            mouseClick(row(0));
+            mouseClick(row(2));
+            compare(findChild(row(0), "tick").visible, false);
+            compare(item("applistComp").appID1, "102");
+            mouseClick(item("confirmButton"));
+            compare(loginCtrl.calls, [["onLogin", "http://a", "102", "company 2"]]);
+            verify(item("validComp"));
+        }
+
+        function test_withoutASelectionTheButtonDoesNothing() {
+            openList(3);
+            mouseClick(item("confirmButton"));
+            compare(loginCtrl.calls, []);
+            verify(item("applistComp"));
+        }
+
+        function test_exactlyOnePassesWithoutAClick() {
+            openList(1);
+            tryVerify(() => item("validComp"));
+            compare(loginCtrl.calls[0], ["onLogin", "http://a", "100", "company 0"]);
+        }
+
+        function test_listThatShrinksToOnePassesToo() {
+            openList(3);
+            loginCtrl.appList = companies(1);
+            tryVerify(() => item("validComp"));
+            compare(loginCtrl.calls[0], ["onLogin", "http://a", "100", "company 0"]);
+        }
+
+        function test_noneKeepsTheUserHere() {
+            openList(0);
+            compare(item("confirmButton").mouseEnabled, false);
+            mouseClick(item("confirmButton"));
+            wait(0);
+            compare(loginCtrl.calls, []);
+            verify(item("applistComp"));
+        }
+
+        function test_foldHidesTheListAndShowsItAgain() {
+            openList(3);
+            const fold = item("foldImage");
+            compare(fold.source, picture("bar_ic_zhankai.png"));
+            compare(fold.status, Image.Ready);
+            mouseClick(fold);
+            compare(fold.source, picture("bar_ic_shouqi.png"));
+            compare(fold.status, Image.Ready);
+            compare(item("companyList").visible, false);
+            mouseClick(fold);
+            compare(fold.source, picture("bar_ic_zhankai.png"));
+            compare(item("companyList").visible, true);
+        }
+
+        function test_longListScrolls() {
+            openList(30);
+            const list = item("companyList");
+            compare(list.snapMode, ListView.SnapToItem);
+            const bar = scrollBar();
+            compare(bar.visible, true);
+            compare(bar.width, 4);
+            compare(bar.contentItem.radius, 2);
+            compare(bar.contentItem.opacity, 0.2);
+            compare(String(bar.contentItem.color), "#ffffff");
+            compare(String(bar.background.color), "#535353");
+            mouseWheel(list, 50, 50, 0, -1200);
+            tryVerify(() => list.contentY > 0);
+        }
+
+        function test_shortListHasNoScrollBar() {
+            openList(3);
+            compare(scrollBar().visible, false);
+        }
+
+        function test_enteringStartsNoSecondOne() {
+            openList(3);
+            mouseClick(row(1));
+            during.onLogin = () => {
+                mouseClick(item("confirmButton"));
+                mouseClick(row(2));
+                compare(item("applistComp").selIndex1, 1);
+            };
+            mouseClick(item("confirmButton"));
+            compare(loginCtrl.calls.filter(call => call[0] === "onLogin"),
+                    [["onLogin", "http://a", "101", "company 1"]]);
+            verify(item("validComp"));
+        }
+    }
+}

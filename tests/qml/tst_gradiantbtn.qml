@@ -1,0 +1,115 @@
+import QtQuick 2.15
+import QtTest 1.15
+import "qrc:/NelvoPlugin/qmls/FuncComp"
+
+Item {
+    id: stage
+
+    width: 400
+    height: 700
+
+    Component {
+        id: buttonComponent
+
+        GradiantBtn {
+            x: 20
+            y: 20
+            width: 200
+            height: 36
+        }
+    }
+
+    SignalSpy {
+        id: clicks
+
+        signalName: "clicked"
+    }
+
+    PageTest {
+        id: tests
+
+        property Item button: null
+
+        name: "GradiantBtn"
+
+        function init() {
+            warningLog.start();
+            mouseMove(stage, 300, 300);
+            button = createTemporaryObject(buttonComponent, stage);
+            clicks.target = button;
+            clicks.clear();
+        }
+
+        function hover() {
+            mouseMove(button, 100, 18);
+            tryCompare(button, "glowVisible", true);
+        }
+
+        function comparePixel(image, x, color) {
+            fuzzyCompare(image.pixel(x, 18), color, 4);
+        }
+
+        function test_defaults() {
+            compare(button.text, "");
+            compare(button.mouseEnabled, true);
+            compare(String(button.gradientStartColor), "#2997b4");
+            compare(String(button.gradientMidColor), "#277ca3");
+            compare(String(button.gradientStopColor), "#255187");
+            compare(String(button.glowColor), "#8397ff");
+            compare(String(button.textColor), "#ffffff");
+            compare(button.glowVisible, false);
+        }
+
+        function test_gradientRunsThroughItsThreeColours() {
+            const image = grabImage(button);
+            comparePixel(image, 0, "#2997b4");
+            comparePixel(image, 80, "#277ca3");
+            comparePixel(image, 199, "#255187");
+        }
+
+        function test_labelShowsTheText() {
+            button.text = "登录";
+            const label = Array.from(button.children).find(child => child.text !== undefined);
+            compare(label.text, "登录");
+            compare(label.font.family, "微软雅黑");
+            compare(label.font.pixelSize, 14);
+            compare(String(label.color), "#ffffff");
+            fuzzyCompare(label.x + label.width / 2, 100, 1);
+            fuzzyCompare(label.y + label.height / 2, 18, 1);
+        }
+
+        function test_glowsUnderTheMouse() {
+            const glow = findChild(button, "glow");
+            compare(glow.visible, false);
+            compare(glow.samples, 7);
+            compare(String(glow.color), "#8397ff");
+            hover();
+            compare(glow.visible, true);
+            mouseMove(stage, 300, 300);
+            tryCompare(glow, "visible", false);
+        }
+
+        function test_clickIsSignalledOnce() {
+            mouseClick(button);
+            compare(clicks.count, 1);
+        }
+
+        function test_disabledOneOnlyStopsReacting() {
+            button.text = "确定";
+            const before = grabImage(button);
+            button.mouseEnabled = false;
+            verify(grabImage(button).equals(before));
+            mouseClick(button);
+            compare(clicks.count, 0);
+            mouseMove(button, 100, 18);
+            compare(button.glowVisible, false);
+        }
+
+        function test_glowEndsWhenTheMouseIsDisabled() {
+            hover();
+            button.mouseEnabled = false;
+            compare(button.glowVisible, false);
+            compare(findChild(button, "glow").visible, false);
+        }
+    }
+}

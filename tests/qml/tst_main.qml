@@ -1,0 +1,149 @@
+import QtQuick 2.15
+
+Item {
+    width: 400
+    height: 700
+
+    PageTest {
+        name: "Main"
+
+        function pageUrl(name) {
+            return "qrc:/NelvoPlugin/qmls/BizComp/" + name + ".qml";
+        }
+
+        function test_properties() {
+            openWindow();
+            compare(loginWindow.logo, picture("nelvo.png"));
+            compare(loginWindow.cimServer, "");
+            compare(loginWindow.pdsServer, "");
+            compare(loginWindow.keep, false);
+            compare(loginWindow.userList, []);
+            compare(loginWindow.userInfos, undefined);
+            compare([loginWindow.width, loginWindow.height], [340, 642]);
+        }
+
+        function test_compListNamesEveryPage() {
+            openWindow();
+            compare(loginWindow.compList, {
+                loginComp: pageUrl("LoginComp"),
+                AppListComp: pageUrl("ApplistComp"),
+                DownloadComp: pageUrl("DownloadComp"),
+                UpdateComp: pageUrl("UpdateComp"),
+                ValidComp: pageUrl("ValidComp"),
+                CoverComp: pageUrl("CoverComp")
+            });
+        }
+
+        function test_frame() {
+            openWindow();
+            const loader = item("contentLoader");
+            compare([loader.x, loader.y], [0, 32 + 200 + 60]);
+            compare([loader.width, loader.height], [340, 642 - 292]);
+            const logo = item("logoImage");
+            compare(logo.source, picture("nelvo.png"));
+            compare([logo.width, logo.height], [264, 156]);
+            compare(logo.mapToItem(loginWindow, 0, 0), Qt.point((340 - 264) / 2, 32 + (200 - 156) / 2));
+            compare(logo.status, Image.Ready);
+        }
+
+        function test_accountsGiveTheUserListInOrder() {
+            openWindow();
+            loginWindow.userInfos = [account("bob", "", []), account("ann", "", [])];
+            compare(loginWindow.userList, ["bob", "ann"]);
+            loginWindow.userInfos = [];
+            compare(loginWindow.userList, []);
+        }
+
+        function test_startsOnTheForm() {
+            openWindow();
+            compare(item("contentLoader").source, pageUrl("LoginComp"));
+        }
+
+        function test_eachPageGetsTheFocus() {
+            openWindow();
+            for (const key of ["AppListComp", "ValidComp", "loginComp"]) {
+                item("contentLoader").source = loginWindow.compList[key];
+                compare(item("contentLoader").item.activeFocus, true);
+            }
+        }
+
+        function test_needUpdateReplacesThePage_data() {
+            return [{ tag: "loginComp" }, { tag: "AppListComp" }];
+        }
+
+        function test_needUpdateReplacesThePage(data) {
+            openPage(data.tag);
+            updater.needUpdate(false);
+            compare(item("contentLoader").source, pageUrl("ValidComp"));
+            verify(item("validComp"));
+        }
+
+        function test_needUpdateReplacesTheFormInTheMiddleOfIt() {
+            openWindow();
+            type("ann");
+            updater.needUpdate(false);
+            verify(item("validComp"));
+            tryVerify(() => !item("loginComp"));
+        }
+
+        // The page of the update is still to come, so all there is to see is that it is asked for.
+        function test_needUpdateTrueLoadsTheUpdatePage() {
+            openWindow();
+            updater.needUpdate(true);
+            compare(item("contentLoader").source, pageUrl("UpdateComp"));
+            const warnings = warningLog.take();
+            compare(warnings.length, 1);
+            verify(warnings[0].includes("UpdateComp.qml"));
+        }
+
+        function test_needUpdateWhileTheSignInWaits() {
+            openWindow();
+            loginWindow.userInfos = [account("ann", "secret", [])];
+            during.login = () => {
+                updater.needUpdate(false);
+                wait(0);
+                verify(item("loginComp"));
+            };
+            keyClick(Qt.Key_Return);
+            compare(loginCtrl.calls, [["login", "ann", "secret", "http://default", ""]]);
+            compare(item("contentLoader").source, pageUrl("ValidComp"));
+            compare(loginWindow.cimServer, "");
+            updater.needUpdate(false);
+            compare(item("contentLoader").source, pageUrl("ValidComp"));
+        }
+
+        function test_needUpdateWhileTheEnterpriseIsEntered() {
+            openWindow();
+            loginCtrl.appList = [{ enterpriseId: 1, enterpriseName: "Acme" }];
+            during.onLogin = () => {
+                updater.needUpdate(true);
+                wait(0);
+            };
+            item("contentLoader").source = loginWindow.compList["AppListComp"];
+            tryVerify(() => loginCtrl.calls.length > 0);
+            compare(loginCtrl.calls, [["onLogin", "", "1", "Acme"]]);
+            compare(item("contentLoader").source, pageUrl("UpdateComp"));
+            compare(warningLog.take().length, 1);
+        }
+
+        function test_wholeFlow() {
+            openWindow();
+            loginWindow.userInfos = [account("ann", "secret", ["http://one"])];
+            loginCtrl.appList = [{ enterpriseId: 1, enterpriseName: "Acme" },
+                                 { enterpriseId: 2, enterpriseName: "Bolt" }];
+            mouseClick(item("loginButton"));
+            verify(item("applistComp"));
+            tryVerify(() => item("companyList").itemAtIndex(1));
+            mouseClick(item("companyList").itemAtIndex(1));
+            mouseClick(item("confirmButton"));
+            verify(item("validComp"));
+            tryVerify(() => loginCtrl.calls.length === 4);
+            compare(loginCtrl.calls, [
+                ["login", "ann", "secret", "http://one", ""],
+                ["onResetCache", "ann", "secret", "http://one", "", true],
+                ["onLogin", "http://one", "2", "Bolt"],
+                ["onShowHome"]
+            ]);
+        }
+    }
+}
