@@ -3,7 +3,7 @@ PRESET ?= release
 BUILD = build/$(PRESET)
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build test lint format asan artwork clean
+.PHONY: help deps build run tour test lint format asan artwork clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -15,6 +15,12 @@ deps:
 build: deps ## build everything
 	@[ -f $(BUILD)/build.ninja ] || cmake --preset $(PRESET) >/dev/null
 	@cmake --build --preset $(PRESET)
+
+run: build ## the reference host with the simulated services; without a display, its tour with pictures
+	@tools/run $(BUILD)
+
+tour: build ## the reference host's tour, also where there is a display
+	@tools/run $(BUILD) tour
 
 test: build lint ## every check and every test
 	@ctest --preset $(PRESET)

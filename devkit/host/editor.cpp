@@ -1,0 +1,111 @@
+#include "host/editor.h"
+
+#include "host/sessionrecord.h"
+
+#include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/IMessageMgr.h>
+
+#include <QGuiApplication>
+
+namespace NelvoDevkit {
+
+Editor::Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log) : m_plugin(plugin), m_log(log)
+{
+    m_plugin.SetHostContext(static_cast<NelvoSDK::IHostContext*>(this));
+    m_plugin.Initialize();
+    m_plugin.GetLoginMgr()->GetLoginActor()->Attach(this);
+    m_plugin.GetMessageMgr()->Attach(this);
+    logAction(QStringLiteral("plug-in %1 initialized").arg(pluginVersion()));
+}
+
+Editor::~Editor()
+{
+    m_plugin.GetMessageMgr()->Detach(this);
+    m_plugin.GetLoginMgr()->GetLoginActor()->Detach(this);
+    m_plugin.Shutdown();
+    m_plugin.SetHostContext(nullptr);
+}
+
+QString Editor::enterprise() const
+{
+    return m_session ? QString::fromStdWString(m_session->epName) : QString();
+}
+
+QVariantList Editor::session() const
+{
+    return m_session ? describeSession(*m_session) : QVariantList();
+}
+
+QString Editor::pluginVersion() const
+{
+    return QString::fromStdWString(m_plugin.GetVersion());
+}
+
+void Editor::start()
+{
+    logAction(QStringLiteral("ILoginMgr::Start"));
+    m_plugin.GetLoginMgr()->Start();
+}
+
+void Editor::signInAgain()
+{
+    logAction(QStringLiteral("sign in again: ILoginActor::ShowLogin"));
+    m_plugin.GetLoginMgr()->GetLoginActor()->ShowLogin();
+}
+
+void Editor::signOut()
+{
+    logAction(QStringLiteral("sign out: session forgotten, ILoginActor::ShowLogin"));
+    // The plug-in keeps the application alive once somebody has signed in. Now the login window is the
+    // only one again, and the application ends with it, as at the start.
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+    m_plugin.GetLoginMgr()->GetLoginActor()->ShowLogin();
+    m_session.reset();
+    Q_EMIT sessionChanged();
+}
+
+QWebChannel* Editor::GetWebChannel()
+{
+    logCall(QStringLiteral("IHostContext::GetWebChannel: none"));
+    return nullptr;
+}
+
+void Editor::OnLoginSucceeded(const NelvoSDK::LoginSession& session)
+{
+    logCall(QStringLiteral("ILoginObserver::OnLoginSucceeded: enterprise \"%1\", editor service \"%2\"")
+                .arg(QString::fromStdWString(session.epName), QString::fromStdWString(session.sdkAddr)));
+    m_session = session;
+    Q_EMIT sessionChanged();
+}
+
+void Editor::OnLoginFailed()
+{
+    logCall(QStringLiteral("ILoginObserver::OnLoginFailed"));
+}
+
+void Editor::OnMessageFirst(const QString& text)
+{
+    logCall(QStringLiteral("IMessageObserver::OnMessageFirst: ") + text);
+}
+
+void Editor::OnMessageSecond(const QString& text)
+{
+    logCall(QStringLiteral("IMessageObserver::OnMessageSecond: ") + text);
+}
+
+void Editor::OnMessageThird(const QString& text)
+{
+    logCall(QStringLiteral("IMessageObserver::OnMessageThird: ") + text);
+}
+
+void Editor::logAction(const QString& text)
+{
+    m_log.append({LogEntry::Kind::Host, text, {}});
+}
+
+void Editor::logCall(const QString& text)
+{
+    m_log.append({LogEntry::Kind::Observer, text, {}});
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "host/logmodel.h"
+
+#include <NelvoSDK/IHostContext.h>
+#include <NelvoSDK/ILoginObserver.h>
+#include <NelvoSDK/IMessageObserver.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+
+#include <QObject>
+#include <QVariantList>
+
+#include <optional>
+
+namespace NelvoDevkit {
+
+//! \brief The editor behind the host's window: holds the session and speaks with the plug-in.
+//!
+//! From construction to destruction the plug-in is initialised and this object is attached as observer.
+//! Create and destroy it while a QGuiApplication exists.
+class Editor : public QObject,
+               private NelvoSDK::IHostContext,
+               private NelvoSDK::ILoginObserver,
+               private NelvoSDK::IMessageObserver
+{
+    Q_OBJECT
+    Q_PROPERTY(bool signedIn READ isSignedIn NOTIFY sessionChanged)
+    Q_PROPERTY(QString enterprise READ enterprise NOTIFY sessionChanged)
+    Q_PROPERTY(QVariantList session READ session NOTIFY sessionChanged)
+    Q_PROPERTY(QString pluginVersion READ pluginVersion CONSTANT)
+
+public:
+    //! Neither is owned; both live longer than the editor.
+    Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log);
+    ~Editor() override;
+    Q_DISABLE_COPY(Editor)
+
+    bool isSignedIn() const { return m_session.has_value(); }
+    //! Name of the signed-in enterprise; empty without a session.
+    QString enterprise() const;
+    //! The session as describeSession gives it; empty without a session.
+    QVariantList session() const;
+    QString pluginVersion() const;
+
+    //! Starts the sign-in; once. Call it from the event loop, so that the plug-in can end that loop.
+    void start();
+    //! Shows the login window; the session stays until another takes its place.
+    Q_INVOKABLE void signInAgain();
+    //! Forgets the session and shows the login window.
+    Q_INVOKABLE void signOut();
+
+Q_SIGNALS:
+    //! There is a session, another one, or none any more.
+    void sessionChanged();
+
+private:
+    QWebChannel* GetWebChannel() override;
+    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override;
+    void OnLoginFailed() override;
+    void OnMessageFirst(const QString& text) override;
+    void OnMessageSecond(const QString& text) override;
+    void OnMessageThird(const QString& text) override;
+
+    void logAction(const QString& text);
+    void logCall(const QString& text);
+
+    NelvoSDK::INelvoSDKPlugin& m_plugin;
+    LogModel& m_log;
+    std::optional<NelvoSDK::LoginSession> m_session;
+};
+
+} // namespace NelvoDevkit

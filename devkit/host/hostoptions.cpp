@@ -1,0 +1,48 @@
+#include "host/hostoptions.h"
+
+#include <QHash>
+
+namespace NelvoDevkit {
+
+std::optional<HostOptions> HostOptions::parse(const QStringList& arguments, QString* error)
+{
+    HostOptions options;
+    if (arguments.size() == 2)
+        return options;
+
+    const QHash<QString, QString*> targets = {{QStringLiteral("--settings"), &options.settingsFile},
+                                              {QStringLiteral("--tour"), &options.tourDirectory},
+                                              {QStringLiteral("--services"), &options.servicesFile}};
+    for (int i = 1; i < arguments.size(); i += 2) {
+        const QString& name = arguments.at(i);
+        QString* const target = targets.value(name);
+        if (!target) {
+            *error = QStringLiteral("unknown option '%1'").arg(name);
+            return std::nullopt;
+        }
+        if (i + 1 == arguments.size() || arguments.at(i + 1).isEmpty()) {
+            *error = QStringLiteral("option '%1' needs a value").arg(name);
+            return std::nullopt;
+        }
+        *target = arguments.at(i + 1);
+    }
+    if (options.tourDirectory.isEmpty() != options.servicesFile.isEmpty()) {
+        *error = QStringLiteral("'--tour' and '--services' go together");
+        return std::nullopt;
+    }
+    return options;
+}
+
+QString HostOptions::usage()
+{
+    return QStringLiteral(
+        "usage: NelvoEditor [--settings FILE] [--tour DIR --services FILE]\n"
+        "       NelvoEditor SIGN-IN\n"
+        "\n"
+        "  --settings FILE   settings to use instead of NelvoEditor.json beside the executable\n"
+        "  --tour DIR        walk through the windows and leave pictures in DIR\n"
+        "  --services FILE   ready file of the nelvo-services that the tour signs in to\n"
+        "  SIGN-IN           a single argument goes to the plug-in, as a sign-in without a window\n");
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,125 @@
+#include "host/editor.h"
+#include "host/hostoptions.h"
+#include "host/hostsettings.h"
+#include "host/logfilter.h"
+#include "host/logmodel.h"
+#include "host/messagecapture.h"
+#include "host/pluginlibrary.h"
+#include "host/tour.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QQmlApplicationEngine>
+#include <QTimer>
+#include <QWindow>
+
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+#include <utility>
+
+namespace {
+
+using namespace NelvoDevkit;
+
+//! Why the host cannot start, for the user.
+class StartFailure
+{
+public:
+    explicit StartFailure(QString reason) : m_reason(std::move(reason)) {}
+    const QString& reason() const { return m_reason; }
+
+private:
+    QString m_reason;
+};
+
+HostOptions readOptions()
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() == 2 && arguments.at(1).startsWith(QLatin1Char('-')))
+        std::cerr << "NelvoEditor: '" << arguments.at(1).toStdString()
+                  << "' goes to the plug-in, as a sign-in\n"
+                  << HostOptions::usage().toStdString();
+
+    QString error;
+    const auto options = HostOptions::parse(arguments, &error);
+    if (!options)
+        throw StartFailure(error + QLatin1Char('\n') + HostOptions::usage());
+    return *options;
+}
+
+void applySettings(const QString& givenFile)
+{
+    const QString ownFile = QCoreApplication::applicationDirPath() + QStringLiteral("/NelvoEditor.json");
+    if (givenFile.isEmpty() && !QFileInfo::exists(ownFile))
+        return;
+    const QString file = givenFile.isEmpty() ? ownFile : givenFile;
+    QString error;
+    const auto settings = HostSettings::load(file, &error);
+    if (!settings)
+        throw StartFailure(QStringLiteral("settings %1: %2").arg(file, error));
+    settings->apply();
+}
+
+bool isAnyWindowVisible()
+{
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    return std::any_of(windows.begin(), windows.end(),
+                       [](const QWindow* window) { return window->isVisible(); });
+}
+
+void start(Editor& editor)
+{
+    editor.start();
+    if (isAnyWindowVisible())
+        return;
+    // A sign-in without a window that came to nothing: nobody could ever end this process.
+    std::cerr << "NelvoEditor: the sign-in opened no window" << std::endl;
+    QCoreApplication::exit(EXIT_FAILURE);
+}
+
+int run()
+{
+    const HostOptions options = readOptions();
+    applySettings(options.settingsFile);
+
+    QString error;
+    NelvoSDK::INelvoSDKPlugin* const plugin = loadPlugin(QCoreApplication::applicationDirPath(), &error);
+    if (!plugin)
+        throw StartFailure(error);
+
+    LogModel log;
+    const MessageCapture capture(log);
+    LogFilter shownLog(log);
+    Editor editor(*plugin, log);
+
+    qmlRegisterUncreatableType<LogFilter>("NelvoEditor", 1, 0, "LogFilter",
+                                          QStringLiteral("the host has one"));
+    QQmlApplicationEngine engine;
+    engine.setInitialProperties({{QStringLiteral("editor"), QVariant::fromValue(&editor)},
+                                 {QStringLiteral("log"), QVariant::fromValue(&shownLog)}});
+    engine.load(QUrl(QStringLiteral("qrc:/NelvoEditor/Main.qml")));
+    if (engine.rootObjects().isEmpty())
+        throw StartFailure(QStringLiteral("the host's window did not load"));
+
+    QTimer::singleShot(0, &editor, [&] {
+        start(editor);
+        if (!options.tourDirectory.isEmpty())
+            runTour(options.tourDirectory, options.servicesFile);
+    });
+    return QGuiApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    const QGuiApplication application(argc, argv);
+    try {
+        return run();
+    } catch (const StartFailure& failure) {
+        std::cerr << "NelvoEditor: " << failure.reason().toStdString() << std::endl;
+        return EXIT_FAILURE;
+    }
+}

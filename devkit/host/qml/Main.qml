@@ -1,0 +1,160 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import "."
+
+// The host's window: shown while somebody is signed in, and the end of the application when it is closed.
+ApplicationWindow {
+    id: window
+    objectName: "hostWindow"
+
+    // Set by whoever loads the window.
+    property QtObject editor
+    property QtObject log
+
+    width: 1120
+    height: 720
+    minimumWidth: 860
+    minimumHeight: 480
+    visible: editor.signedIn
+    title: "Nelvo Editor"
+    color: Theme.window
+
+    onClosing: Qt.quit()
+
+    Connections {
+        target: window.editor
+
+        function onSessionChanged() {
+            if (window.editor.signedIn) {
+                window.raise();
+                window.requestActivate();
+            }
+        }
+    }
+
+    header: Rectangle {
+        height: 56
+        color: Theme.bar
+
+        RowLayout {
+            anchors {
+                fill: parent
+                leftMargin: Theme.spacing
+                rightMargin: Theme.spacing
+            }
+            spacing: 12
+
+            Rectangle {
+                implicitWidth: 28
+                implicitHeight: 28
+                radius: 6
+                gradient: Gradient {
+                    orientation: Gradient.Horizontal
+                    GradientStop {
+                        position: 0
+                        color: Theme.gradientStart
+                    }
+                    GradientStop {
+                        position: 1
+                        color: Theme.gradientStop
+                    }
+                }
+
+                Text {
+                    anchors.centerIn: parent
+                    text: "N"
+                    font.pixelSize: 17
+                    font.bold: true
+                    color: Theme.text
+                }
+            }
+
+            Text {
+                text: "Nelvo Editor"
+                font.family: Theme.fontFamily
+                font.pixelSize: 17
+                color: Theme.text
+            }
+
+            Rectangle {
+                Layout.leftMargin: 8
+                Layout.rightMargin: 8
+                implicitWidth: 1
+                implicitHeight: 24
+                color: Theme.line
+            }
+
+            Text {
+                objectName: "enterprise"
+
+                Layout.fillWidth: true
+                text: window.editor.enterprise
+                textFormat: Text.PlainText
+                elide: Text.ElideRight
+                font.family: Theme.fontFamily
+                font.pixelSize: 15
+                color: Theme.accent
+            }
+
+            BarButton {
+                objectName: "signInAgainButton"
+                text: "重新登录"
+                accent: true
+                hint: "打开登录窗口；登录成功前保留当前会话"
+                onClicked: window.editor.signInAgain()
+            }
+
+            BarButton {
+                objectName: "signOutButton"
+                text: "退出登录"
+                hint: "清除当前会话并返回登录窗口"
+                onClicked: window.editor.signOut()
+            }
+        }
+
+        Rectangle {
+            anchors.bottom: parent.bottom
+            width: parent.width
+            height: 1
+            color: Theme.line
+        }
+    }
+
+    RowLayout {
+        anchors {
+            fill: parent
+            margins: Theme.spacing
+        }
+        spacing: Theme.spacing
+
+        SessionPanel {
+            Layout.preferredWidth: 340
+            Layout.fillHeight: true
+            session: window.editor.session
+        }
+
+        LogPanel {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            log: window.log
+        }
+    }
+
+    footer: Rectangle {
+        height: 28
+        color: Theme.bar
+
+        Text {
+            anchors {
+                left: parent.left
+                leftMargin: Theme.spacing
+                verticalCenter: parent.verticalCenter
+            }
+            text: "插件 NelvoPlugin %1".arg(window.editor.pluginVersion)
+            font.family: Theme.fontFamily
+            font.pixelSize: 12
+            color: Theme.faintText
+        }
+    }
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <NelvoSDK/LoginSession.h>
+
+#include <QVariantList>
+
+namespace NelvoDevkit {
+
+//! \brief A session as rows for the window: a list of maps with "label" (for people), "field" (its name in
+//! LoginSession) and "value". Every field has its row, also when it is empty.
+QVariantList describeSession(const NelvoSDK::LoginSession& session);
+
+} // namespace NelvoDevkit

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/IMessageMgr.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+
+#include <QStringList>
+
+//! \brief A plug-in that does nothing but write down what the host calls, and in which order.
+class PluginStandIn final : public NelvoSDK::INelvoSDKPlugin,
+                            private NelvoSDK::ILoginMgr,
+                            private NelvoSDK::ILoginActor,
+                            private NelvoSDK::IMessageMgr
+{
+public:
+    QStringList calls;
+    NelvoSDK::ILoginObserver* loginObserver = nullptr;
+    NelvoSDK::IMessageObserver* messageObserver = nullptr;
+
+    // INelvoSDKPlugin
+    bool Initialize() override { return note("Initialize"), true; }
+    bool Shutdown() override { return note("Shutdown"), true; }
+    void ReservedHook() override {}
+    std::wstring GetVersion() override { return L"9.8.7"; }
+    NelvoSDK::ILoginMgr* GetLoginMgr() override { return this; }
+    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return nullptr; }
+    NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
+    NelvoSDK::IMessageMgr* GetMessageMgr() override { return this; }
+    void SetHostContext(void* context) override
+    {
+        note(context ? "SetHostContext" : "SetHostContext null");
+        hostContext = context;
+    }
+
+private:
+    // ILoginMgr
+    NelvoSDK::ILoginActor* GetLoginActor() override { return this; }
+    void Start() override { note("Start"); }
+
+    // ILoginActor
+    void ReservedFirst() override {}
+    void ReservedSecond() override {}
+    bool ReservedFlag() override { return false; }
+    void ShowLogin() override { note("ShowLogin"); }
+    void Attach(NelvoSDK::ILoginObserver* observer) override
+    {
+        note("Attach login");
+        loginObserver = observer;
+    }
+    void Detach(NelvoSDK::ILoginObserver* observer) override
+    {
+        note(observer == loginObserver ? "Detach login" : "Detach a stranger");
+        loginObserver = nullptr;
+    }
+
+    // IMessageMgr
+    void NotifyFirst(const QString& /*text*/) override {}
+    void NotifySecond(const QString& /*text*/) override {}
+    void NotifyThird(const QString& /*text*/) override {}
+    void Attach(NelvoSDK::IMessageObserver* observer) override
+    {
+        note("Attach message");
+        messageObserver = observer;
+    }
+    void Detach(NelvoSDK::IMessageObserver* observer) override
+    {
+        note(observer == messageObserver ? "Detach message" : "Detach a stranger");
+        messageObserver = nullptr;
+    }
+
+    // ILoginMgr and IMessageMgr
+    void* GetContext() override { return nullptr; }
+    void SetContext(void* /*context*/) override {}
+
+    void note(const char* call) { calls.append(QString::fromLatin1(call)); }
+};

@@ -1,0 +1,220 @@
+#include "host/editor.h"
+
+#include "pluginstandin.h"
+
+#include <QGuiApplication>
+#include <QtTest>
+
+using NelvoDevkit::Editor;
+using NelvoDevkit::LogEntry;
+using NelvoDevkit::LogModel;
+
+class TestHostEditor : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void orderOfCalls();
+    void contextHasNoWebChannel();
+    void noSessionAtFirst();
+    void sessionAfterSuccess();
+    void everyFieldHasItsRow();
+    void failureLeavesTheSession();
+    void anotherSessionTakesItsPlace();
+    void signInAgainKeepsTheSession();
+    void signOutForgetsTheSession();
+    void everyCallIsLogged();
+};
+
+namespace {
+
+NelvoSDK::LoginSession fullSession()
+{
+    NelvoSDK::LoginSession session;
+    session.token = L"the token";
+    session.cookies = L"a=1; path=/,b=2";
+    session.serverAddr = L"http://editor/proxy";
+    session.sdkAddr = L"http://editor";
+    session.epName = L"江南水利工程局";
+    session.appVer = L"1.2";
+    session.iotToken = L"\"iot\"";
+    session.loggedIn = true;
+    session.extra = {{L"epId", L"1003"}, {L"epName", L"once more"}, {L"new", L"something"}};
+    return session;
+}
+
+//! The rows of a session as field and value.
+QMap<QString, QString> values(const Editor& editor)
+{
+    QMap<QString, QString> found;
+    for (const QVariant& row : editor.session()) {
+        const QVariantMap map = row.toMap();
+        if (map.value(QStringLiteral("label")).toString().isEmpty())
+            qFatal("a row without a label");
+        found.insert(map.value(QStringLiteral("field")).toString(),
+                     map.value(QStringLiteral("value")).toString());
+    }
+    return found;
+}
+
+} // namespace
+
+void TestHostEditor::orderOfCalls()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    {
+        Editor editor(plugin, log);
+        QCOMPARE(plugin.calls,
+                 (QStringList{"SetHostContext", "Initialize", "Attach login", "Attach message"}));
+        QCOMPARE(editor.pluginVersion(), QStringLiteral("9.8.7"));
+        plugin.calls.clear();
+        editor.start();
+        QCOMPARE(plugin.calls, QStringList("Start"));
+        plugin.calls.clear();
+    }
+    QCOMPARE(plugin.calls,
+             (QStringList{"Detach message", "Detach login", "Shutdown", "SetHostContext null"}));
+}
+
+void TestHostEditor::contextHasNoWebChannel()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    auto* const context = static_cast<NelvoSDK::IHostContext*>(plugin.GetHostContext());
+    QCOMPARE(context->GetWebChannel(), nullptr);
+}
+
+void TestHostEditor::noSessionAtFirst()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    QVERIFY(!editor.isSignedIn());
+    QCOMPARE(editor.enterprise(), QString());
+    QVERIFY(editor.session().isEmpty());
+}
+
+void TestHostEditor::sessionAfterSuccess()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    QSignalSpy changed(&editor, &Editor::sessionChanged);
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    QCOMPARE(changed.size(), 1);
+    QVERIFY(editor.isSignedIn());
+    QCOMPARE(editor.enterprise(), QStringLiteral("江南水利工程局"));
+}
+
+void TestHostEditor::everyFieldHasItsRow()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    const QMap<QString, QString> expected = {
+        {"token", "the token"},
+        {"cookies", "a=1; path=/,b=2"},
+        {"serverAddr", "http://editor/proxy"},
+        {"sdkAddr", "http://editor"},
+        {"epName", "江南水利工程局"},
+        {"appVer", "1.2"},
+        {"iotToken", "\"iot\""},
+        {"loggedIn", "true"},
+        {"extra[\"epId\"]", "1003"},
+        {"extra[\"epName\"]", "once more"},
+        {"extra[\"new\"]", "something"},
+    };
+    QCOMPARE(values(editor), expected);
+
+    plugin.loginObserver->OnLoginSucceeded({});
+    QCOMPARE(values(editor).size(), 8);
+    QCOMPARE(values(editor).value(QStringLiteral("loggedIn")), QStringLiteral("false"));
+}
+
+void TestHostEditor::failureLeavesTheSession()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    plugin.loginObserver->OnLoginFailed();
+    QVERIFY(!editor.isSignedIn());
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    plugin.loginObserver->OnLoginFailed();
+    QCOMPARE(editor.enterprise(), QStringLiteral("江南水利工程局"));
+}
+
+void TestHostEditor::anotherSessionTakesItsPlace()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    NelvoSDK::LoginSession other;
+    other.epName = L"another";
+    plugin.loginObserver->OnLoginSucceeded(other);
+    QCOMPARE(editor.enterprise(), QStringLiteral("another"));
+    QCOMPARE(values(editor).value(QStringLiteral("sdkAddr")), QString());
+}
+
+void TestHostEditor::signInAgainKeepsTheSession()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    Editor editor(plugin, log);
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    plugin.calls.clear();
+    editor.signInAgain();
+    QCOMPARE(plugin.calls, QStringList("ShowLogin"));
+    QVERIFY(editor.isSignedIn());
+}
+
+void TestHostEditor::signOutForgetsTheSession()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    Editor editor(plugin, log);
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    QGuiApplication::setQuitOnLastWindowClosed(false); // as the plug-in leaves it
+    plugin.calls.clear();
+    QSignalSpy changed(&editor, &Editor::sessionChanged);
+    editor.signOut();
+    QCOMPARE(plugin.calls, QStringList("ShowLogin"));
+    QCOMPARE(changed.size(), 1);
+    QVERIFY(!editor.isSignedIn());
+    QVERIFY(editor.session().isEmpty());
+    QVERIFY(QGuiApplication::quitOnLastWindowClosed());
+}
+
+void TestHostEditor::everyCallIsLogged()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    static_cast<NelvoSDK::IHostContext*>(plugin.GetHostContext())->GetWebChannel();
+    plugin.loginObserver->OnLoginFailed();
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    plugin.messageObserver->OnMessageFirst(QStringLiteral("one"));
+    plugin.messageObserver->OnMessageSecond(QStringLiteral("%1"));
+    plugin.messageObserver->OnMessageThird({});
+
+    const auto calls = [&log] {
+        QStringList texts;
+        for (int row = 0; row < log.rowCount(); ++row) {
+            if (log.entry(row).kind == LogEntry::Kind::Observer)
+                texts.append(log.entry(row).text);
+        }
+        return texts;
+    };
+    const QString success = QStringLiteral(
+        "ILoginObserver::OnLoginSucceeded: enterprise \"江南水利工程局\", editor service \"http://editor\"");
+    QTRY_COMPARE(calls(), (QStringList{"IHostContext::GetWebChannel: none", "ILoginObserver::OnLoginFailed",
+                                       success, "IMessageObserver::OnMessageFirst: one",
+                                       "IMessageObserver::OnMessageSecond: %1",
+                                       "IMessageObserver::OnMessageThird: "}));
+}
+
+QTEST_MAIN(TestHostEditor)
+#include "test_host_editor.moc"

@@ -1,0 +1,87 @@
+#include "host/hostoptions.h"
+
+#include <QtTest>
+
+using NelvoDevkit::HostOptions;
+
+class TestHostOptions : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void nothingGiven();
+    void everyOption();
+    void singleArgumentBelongsToThePlugin_data();
+    void singleArgumentBelongsToThePlugin();
+    void mistakes_data();
+    void mistakes();
+};
+
+void TestHostOptions::nothingGiven()
+{
+    QString error;
+    const auto options = HostOptions::parse({QStringLiteral("NelvoEditor")}, &error);
+    QVERIFY2(options, qPrintable(error));
+    QCOMPARE(options->settingsFile, QString());
+    QCOMPARE(options->tourDirectory, QString());
+    QCOMPARE(options->servicesFile, QString());
+}
+
+void TestHostOptions::everyOption()
+{
+    QString error;
+    const auto options = HostOptions::parse(
+        {"NelvoEditor", "--services", "r.json", "--settings", "s.json", "--tour", "--x"}, &error);
+    QVERIFY2(options, qPrintable(error));
+    QCOMPARE(options->settingsFile, QStringLiteral("s.json"));
+    QCOMPARE(options->tourDirectory, QStringLiteral("--x"));
+    QCOMPARE(options->servicesFile, QStringLiteral("r.json"));
+}
+
+void TestHostOptions::singleArgumentBelongsToThePlugin_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::newRow("sign-in") << QStringLiteral("lina$$0123$$127.0.0.1:8100$$event$$mapping$$1001");
+    QTest::newRow("help") << QStringLiteral("--help");
+    QTest::newRow("option without value") << QStringLiteral("--settings");
+    QTest::newRow("empty") << QString();
+}
+
+void TestHostOptions::singleArgumentBelongsToThePlugin()
+{
+    QFETCH(QString, argument);
+    QString error;
+    const auto options = HostOptions::parse({QStringLiteral("NelvoEditor"), argument}, &error);
+    QVERIFY2(options, qPrintable(error));
+    QCOMPARE(options->settingsFile, QString());
+}
+
+void TestHostOptions::mistakes_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("unknown") << QStringList{"--setings", "s.json"}
+                             << QStringLiteral("unknown option '--setings'");
+    QTest::newRow("no option") << QStringList{"s.json", "t.json"}
+                               << QStringLiteral("unknown option 's.json'");
+    QTest::newRow("value missing") << QStringList{"--settings", "s.json", "--tour"}
+                                   << QStringLiteral("option '--tour' needs a value");
+    QTest::newRow("value empty") << QStringList{"--settings", ""}
+                                 << QStringLiteral("option '--settings' needs a value");
+    QTest::newRow("tour alone") << QStringList{"--tour", "pictures"}
+                                << QStringLiteral("'--tour' and '--services' go together");
+    QTest::newRow("services alone") << QStringList{"--services", "r.json"}
+                                    << QStringLiteral("'--tour' and '--services' go together");
+}
+
+void TestHostOptions::mistakes()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    QString given;
+    QVERIFY(!HostOptions::parse(QStringList(QStringLiteral("NelvoEditor")) + arguments, &given));
+    QCOMPARE(given, error);
+}
+
+QTEST_GUILESS_MAIN(TestHostOptions)
+#include "test_host_options.moc"

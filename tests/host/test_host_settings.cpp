@@ -1,0 +1,129 @@
+#include "host/hostsettings.h"
+
+#include "services/services.h"
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using NelvoDevkit::HostSettings;
+
+class TestHostSettings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void emptyObjectChangesNothing();
+    void mistakes_data();
+    void mistakes();
+    void missingFile();
+    void missingCertificateFile();
+    void certificateIsTrustedAfterApply();
+};
+
+namespace {
+
+//! A folder for settings, gone at the end of the test.
+class Folder
+{
+public:
+    QString path(const QString& name) const { return m_directory.filePath(name); }
+    QString write(const QString& name, const QByteArray& content) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+        return file.fileName();
+    }
+
+private:
+    const QTemporaryDir m_directory;
+};
+
+QNetworkReply::NetworkError get(const QUrl& url)
+{
+    QNetworkAccessManager manager;
+    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
+    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+    if (!finished.wait(30000))
+        return QNetworkReply::TimeoutError;
+    return reply->error();
+}
+
+} // namespace
+
+void TestHostSettings::emptyObjectChangesNothing()
+{
+    const Folder folder;
+    QString error;
+    const auto settings = HostSettings::load(folder.write(QStringLiteral("s.json"), "{}"), &error);
+    QVERIFY2(settings, qPrintable(error));
+    QVERIFY(settings->caCertificates.isEmpty());
+}
+
+void TestHostSettings::mistakes_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("empty") << QByteArray() << QStringLiteral("at offset 0");
+    QTest::newRow("no JSON") << QByteArray("{\"caCertificate\": ca.pem}") << QStringLiteral("at offset");
+    QTest::newRow("no object") << QByteArray("[]") << QStringLiteral("not a JSON object");
+    QTest::newRow("unknown key") << QByteArray(R"({"caCertficate": "ca.pem"})")
+                                 << QStringLiteral("unknown key \"caCertficate\"");
+    QTest::newRow("no text") << QByteArray("{\"caCertificate\": 5}")
+                             << QStringLiteral("\"caCertificate\" is not a text");
+    QTest::newRow("no certificate") << QByteArray(R"({"caCertificate": "s.json"})")
+                                    << QStringLiteral("no PEM certificate in");
+}
+
+void TestHostSettings::mistakes()
+{
+    const Folder folder;
+    QFETCH(QByteArray, content);
+    QFETCH(QString, error);
+    QString given;
+    QVERIFY(!HostSettings::load(folder.write(QStringLiteral("s.json"), content), &given));
+    QVERIFY2(given.contains(error), qPrintable(given));
+}
+
+void TestHostSettings::missingFile()
+{
+    const Folder folder;
+    QString error;
+    QVERIFY(!HostSettings::load(folder.path(QStringLiteral("none.json")), &error));
+    QVERIFY(!error.isEmpty());
+}
+
+void TestHostSettings::missingCertificateFile()
+{
+    const Folder folder;
+    QString error;
+    QVERIFY(!HostSettings::load(folder.write(QStringLiteral("s.json"), R"({"caCertificate": "none.pem"})"),
+                                &error));
+    QVERIFY2(error.contains(folder.path(QStringLiteral("none.pem"))), qPrintable(error));
+}
+
+void TestHostSettings::certificateIsTrustedAfterApply()
+{
+    const Folder folder;
+    NelvoDevkit::ServicesOptions options;
+    options.https = true;
+    NelvoDevkit::Services services(options);
+    QString error;
+    QVERIFY2(services.start(&error), qPrintable(error));
+    const QUrl url(services.signInUrl() + QStringLiteral("/login"));
+
+    folder.write(QStringLiteral("ca.pem"), services.certificatePem());
+    const auto settings =
+        HostSettings::load(folder.write(QStringLiteral("s.json"), R"({"caCertificate": "ca.pem"})"), &error);
+    QVERIFY2(settings, qPrintable(error));
+    QCOMPARE(settings->caCertificates.size(), 1);
+
+    QCOMPARE(get(url), QNetworkReply::SslHandshakeFailedError);
+    settings->apply();
+    QCOMPARE(get(url), QNetworkReply::NoError);
+}
+
+QTEST_GUILESS_MAIN(TestHostSettings)
+#include "test_host_settings.moc"

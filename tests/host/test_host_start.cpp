@@ -1,0 +1,170 @@
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+//! Starts the built host from a folder of its own, in which something is missing or wrong.
+class TestHostStart : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void libraryMissing();
+    void libraryBroken();
+    void exportMissing();
+    void optionsWrong();
+    void settingsMissing();
+    void settingsWrong();
+    void ownSettingsWrong();
+    void singleArgumentIsForThePlugin();
+    void tourMissesItsStation();
+};
+
+namespace {
+
+const QString program = QStringLiteral(NELVO_EDITOR_PROGRAM);
+const QString plugin = QStringLiteral(NELVO_PLUGIN_FILE);
+const QString emptyLibrary = QStringLiteral(NELVO_EMPTY_LIBRARY);
+
+//! How a run of the host ended.
+struct Ending {
+    int status = -1;
+    QString output;
+    QString error;
+};
+
+//! An application folder with the host in it, gone at the end of the test.
+class Folder
+{
+public:
+    Folder() { copy(program, QFileInfo(program).fileName()); }
+
+    QString path(const QString& name) const { return m_directory.filePath(name); }
+    //! Puts a library in the plug-in's place.
+    void addPlugin(const QString& library) const { copy(library, QFileInfo(plugin).fileName()); }
+    void write(const QString& name, const QByteArray& content) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+    }
+    Ending run(const QStringList& arguments) const
+    {
+        QProcess process;
+        process.start(path(QFileInfo(program).fileName()), arguments);
+        if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
+            qFatal("the host did not end: %s", qPrintable(process.errorString()));
+        return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
+                QString::fromLocal8Bit(process.readAllStandardError())};
+    }
+
+private:
+    void copy(const QString& from, const QString& name) const
+    {
+        if (!QFile::copy(from, path(name)))
+            qFatal("cannot copy %s", qPrintable(from));
+    }
+
+    const QTemporaryDir m_directory;
+};
+
+} // namespace
+
+void TestHostStart::libraryMissing()
+{
+    const Folder folder;
+    const Ending host = folder.run({});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(host.error.contains(QStringLiteral("NelvoEditor: Cannot load library ")),
+             qPrintable(host.error));
+    QVERIFY2(host.error.contains(folder.path(QStringLiteral("NelvoPlugin"))), qPrintable(host.error));
+}
+
+void TestHostStart::libraryBroken()
+{
+    const Folder folder;
+    folder.write(QFileInfo(plugin).fileName(), "this is no library");
+    const Ending host = folder.run({});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(host.error.contains(QStringLiteral("NelvoEditor: Cannot load library ")),
+             qPrintable(host.error));
+}
+
+void TestHostStart::exportMissing()
+{
+    const Folder folder;
+    folder.addPlugin(emptyLibrary);
+    const Ending host = folder.run({});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(host.error.contains(QFileInfo(plugin).fileName() +
+                                 QStringLiteral(" does not export GetNelvoSDKPlugin")),
+             qPrintable(host.error));
+}
+
+void TestHostStart::optionsWrong()
+{
+    const Folder folder;
+    folder.addPlugin(plugin);
+    const Ending host = folder.run({QStringLiteral("--colour"), QStringLiteral("blue")});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(
+        host.error.contains(QStringLiteral("NelvoEditor: unknown option '--colour'\nusage: NelvoEditor ")),
+        qPrintable(host.error));
+}
+
+void TestHostStart::settingsMissing()
+{
+    const Folder folder;
+    folder.addPlugin(plugin);
+    const QString file = folder.path(QStringLiteral("none.json"));
+    const Ending host = folder.run({QStringLiteral("--settings"), file});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(host.error.contains(QStringLiteral("NelvoEditor: settings %1: ").arg(file)),
+             qPrintable(host.error));
+}
+
+void TestHostStart::settingsWrong()
+{
+    const Folder folder;
+    folder.addPlugin(plugin);
+    folder.write(QStringLiteral("s.json"), R"({"color": "blue"})");
+    const Ending host = folder.run({QStringLiteral("--settings"), folder.path(QStringLiteral("s.json"))});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(host.error.contains(QStringLiteral("unknown key \"color\"")), qPrintable(host.error));
+}
+
+void TestHostStart::ownSettingsWrong()
+{
+    const Folder folder;
+    folder.addPlugin(plugin);
+    folder.write(QStringLiteral("NelvoEditor.json"), "[");
+    const Ending host = folder.run({});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(host.error.contains(folder.path(QStringLiteral("NelvoEditor.json"))), qPrintable(host.error));
+}
+
+void TestHostStart::singleArgumentIsForThePlugin()
+{
+    const Folder folder;
+    folder.addPlugin(plugin);
+    const Ending host = folder.run({QStringLiteral("--help")});
+    QVERIFY2(host.error.contains(
+                 QStringLiteral("'--help' goes to the plug-in, as a sign-in\nusage: NelvoEditor ")),
+             qPrintable(host.error));
+    QVERIFY2(!host.error.contains(QStringLiteral("unknown option")), qPrintable(host.error));
+}
+
+void TestHostStart::tourMissesItsStation()
+{
+    const Folder folder;
+    folder.addPlugin(plugin);
+    const Ending host = folder.run({QStringLiteral("--tour"), folder.path(QStringLiteral("pictures")),
+                                    QStringLiteral("--services"), folder.path(QStringLiteral("none.json"))});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(host.output.contains(QStringLiteral("MISSED: 01-login-window: the ready file ")),
+             qPrintable(host.output));
+}
+
+QTEST_GUILESS_MAIN(TestHostStart)
+#include "test_host_start.moc"
