@@ -1,0 +1,52 @@
+#pragma once
+
+#include "tests/support/applicationfile.h"
+
+#include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/IMessageMgr.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+
+#include <QQuickView>
+#include <QVector>
+
+#include <memory>
+
+namespace E2e {
+
+//! The plug-in object of the built library, resolved through its export.
+NelvoSDK::INelvoSDKPlugin* plugin();
+
+//! \brief Hears how sign-ins end.
+class LoginObserver final : public NelvoSDK::ILoginObserver
+{
+public:
+    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override { sessions.append(session); }
+    void OnLoginFailed() override { ++failures; }
+
+    QVector<NelvoSDK::LoginSession> sessions;
+    int failures = 0;
+};
+
+//! \brief A host in small: initialises the plug-in, attaches an observer, and shuts it down at the end.
+//!
+//! The files beside the executable are its own for as long as it lives.
+class PluginHost
+{
+public:
+    explicit PluginHost(const QString& defaultServer);
+    ~PluginHost();
+    Q_DISABLE_COPY(PluginHost)
+
+    NelvoSDK::ILoginActor* actor() const;
+    //! The login window; null unless there is exactly one window.
+    QQuickView* window() const;
+    //! What the pages know as `loginCtrl`.
+    QObject* loginCtrl() const;
+
+    LoginObserver observer;
+    TestSupport::ApplicationFile cache{QStringLiteral("loginchache.json")};
+    TestSupport::ApplicationFile defaultServerFile{QStringLiteral("defaultServerAddress.json")};
+    TestSupport::ApplicationFile suffixFile{QStringLiteral("ProxyUrlSuffix.json")};
+};
+
+} // namespace E2e

@@ -1,0 +1,329 @@
+#include "tests/e2e/pluginhost.h"
+#include "tests/e2e/userinput.h"
+#include "tests/support/accounts.h"
+#include "tests/support/messagelog.h"
+
+#include <services/services.h>
+
+#include <QGuiApplication>
+#include <QtTest>
+
+#include <functional>
+
+using NelvoDevkit::Fault;
+using TestSupport::MessageLog;
+
+namespace {
+
+//! How a sign-in of an account with one enterprise ends.
+enum class Outcome {
+    Session,         //!< published, with editor service and token
+    SessionNoToken,  //!< published, with editor service, without a token
+    SessionOddToken, //!< published; what the service sent is taken for the token
+    NoEditor,        //!< published with empty texts: no editor service
+    NoCompany,       //!< the list page waits, with nothing to choose
+    Message,         //!< the form shows the message
+};
+
+struct Call {
+    const char* name;
+    const char* method;
+    const char* path;
+};
+
+// The seven calls of a sign-in, in their order.
+const Call FormPage{"form page", "GET", "/login"};
+const Call FormPost{"form post", "POST", "/login"};
+const Call FormResult{"form result", "GET", "/login/success"}; // where an accepted form leads to
+const Call Companies{"company list", "GET", "/rs/casLogin/listCompany"};
+const Call Binding{"binding", "POST", "/rs/casLogin/casLogin"};
+const Call Addresses{"addresses", "GET", "/rs/casLogin/serverUrl"};
+const Call Token{"token", "GET", "/rs/cim/nelvo/client_token"};
+const Call Heartbeat{"heartbeat", "GET", "/org/heartbeat"};
+
+const auto User = QStringLiteral("zhangwei");
+const auto ParseFailed = QStringLiteral("parse json failed: illegal value");
+const auto NoEditorText = QStringLiteral("获取代理地址失败, 请检查服务器部署");
+const auto HeartbeatText = QStringLiteral("CLoginActor::onLogin getprojList /org/heartbeat falied!");
+
+} // namespace
+
+Q_DECLARE_METATYPE(NelvoDevkit::Fault)
+Q_DECLARE_METATYPE(Outcome)
+
+//! Each of the seven calls failing in each way, in the loaded library: the documented outcome, and a process
+//! that signs in as if nothing had been once the service is well again.
+class TestE2eFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+
+    void everyCallInEveryWay_data();
+    void everyCallInEveryWay();
+    void stalledCallGoesOnWhenReleased_data();
+    void stalledCallGoesOnWhenReleased();
+    void quitWhileTheFormWaits();
+
+private:
+    void signIn();
+    void expectSession(const QString& editor, const std::function<bool(const QString&)>& tokenFits);
+    bool asked(const QString& path) const;
+
+    NelvoDevkit::Services m_services;
+    std::unique_ptr<E2e::PluginHost> m_host;
+};
+
+void TestE2eFaults::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+}
+
+void TestE2eFaults::cleanup()
+{
+    m_services.clearFaults();
+    m_host.reset();
+}
+
+//! The pages' calls in the pages' order. The pages themselves are driven elsewhere; here their closing
+//! progress would only take its time, once for each row.
+void TestE2eFaults::signIn()
+{
+    QObject* loginCtrl = m_host->loginCtrl();
+    QString message;
+    QVERIFY(QMetaObject::invokeMethod(loginCtrl, "login", Q_RETURN_ARG(QString, message),
+                                      Q_ARG(QString, User), Q_ARG(QString, TestSupport::passwordOf(User)),
+                                      Q_ARG(QString, m_services.signInUrl()), Q_ARG(QString, QString())));
+    loginCtrl->setProperty("message", message);
+    const QJsonArray companies = loginCtrl->property("appList").toJsonArray();
+    if (!message.isEmpty() || companies.isEmpty())
+        return;
+    const QJsonObject company = companies.at(0).toObject();
+    QVERIFY(QMetaObject::invokeMethod(
+        loginCtrl, "onLogin", Q_ARG(QString, m_services.signInUrl()),
+        Q_ARG(QString, QString::number(company.value(QStringLiteral("enterpriseId")).toInt())),
+        Q_ARG(QString, company.value(QStringLiteral("enterpriseName")).toString())));
+    QVERIFY(QMetaObject::invokeMethod(loginCtrl, "onShowHome"));
+}
+
+void TestE2eFaults::expectSession(const QString& editor, const std::function<bool(const QString&)>& tokenFits)
+{
+    QCOMPARE(m_host->observer.failures, 0);
+    QCOMPARE(m_host->observer.sessions.size(), 1);
+    const NelvoSDK::LoginSession session = m_host->observer.sessions.constFirst();
+    QVERIFY(session.loggedIn);
+    QCOMPARE(QString::fromStdWString(session.sdkAddr), editor);
+    const QString token = QString::fromStdWString(session.iotToken);
+    QVERIFY2(tokenFits(token), qPrintable(token));
+}
+
+bool TestE2eFaults::asked(const QString& path) const
+{
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.requests();
+    return std::any_of(requests.begin(), requests.end(), [&path](const NelvoDevkit::LoggedRequest& request) {
+        return request.path() == path.toLatin1();
+    });
+}
+
+void TestE2eFaults::everyCallInEveryWay_data()
+{
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<Outcome>("outcome");
+    QTest::addColumn<QString>("text"); // the message, or the start of a warning, or the debug line
+
+    const auto row = [](const Call& call, const char* way, Fault fault, Outcome outcome,
+                        const QString& text = {}, int value = 0) {
+        QTest::addRow("%s: %s", call.name, way)
+            << QByteArray(call.method) << QString::fromLatin1(call.path) << fault << value << outcome << text;
+    };
+    const auto refused = QStringLiteral("Connection refused");
+    const auto closed = QStringLiteral("Connection closed");
+    const auto transferring = QStringLiteral("Error transferring");
+    const auto redirects = QStringLiteral("Too many redirects");
+    const auto unreadable = QStringLiteral("parseLoginArgs failed");
+    const auto noResult = QStringLiteral("parsePostResult failed");
+    const auto noList = QStringLiteral("read compList failed");
+
+    // What the form's three calls share: the reply's error is the message.
+    for (const Call* call : {&FormPage, &FormPost, &Companies}) {
+        row(*call, "refuse", Fault::Refuse, Outcome::Message, refused);
+        row(*call, "reset", Fault::Reset, Outcome::Message, closed);
+        // The answer to the form is a redirect without a body; it is the page behind it that can be cut.
+        row(call == &FormPost ? FormResult : *call, "cut body", Fault::CutBody, Outcome::Message, closed);
+        row(*call, "status 500", Fault::Status, Outcome::Message, transferring, 500);
+        row(*call, "status 404", Fault::Status, Outcome::Message, transferring, 404);
+        // A redirected POST comes back as a GET: it leaves the loop and finds the form instead of a result.
+        row(*call, "endless redirect", Fault::EndlessRedirect, Outcome::Message,
+            call == &FormPost ? noList : redirects);
+        row(*call, "delay", Fault::Delay, Outcome::Session, {}, 30);
+    }
+    // Any well-formed page is read, without finding a ticket in it.
+    row(FormPage, "other page", Fault::NotJson, Outcome::Message, noList);
+    row(FormPage, "JSON", Fault::WrongJson, Outcome::Message, unreadable);
+    row(FormPage, "redirect", Fault::Redirect, Outcome::Session);
+    row(FormPage, "lost session", Fault::LoseSession, Outcome::Session);
+    row(FormPost, "other page", Fault::NotJson, Outcome::Message, noList);
+    row(FormPost, "JSON", Fault::WrongJson, Outcome::Message, noResult);
+    row(FormPost, "redirect", Fault::Redirect, Outcome::Message, noList);
+    row(FormPost, "lost session", Fault::LoseSession, Outcome::Session);
+    row(Companies, "no JSON", Fault::NotJson, Outcome::Message, noList);
+    row(Companies, "other JSON", Fault::WrongJson, Outcome::NoCompany);
+    row(Companies, "redirect", Fault::Redirect, Outcome::Session);
+    row(Companies, "lost session", Fault::LoseSession, Outcome::Message, noList);
+
+    // What the later calls share: a failure is logged, and the sign-in goes on with what it has. Without
+    // the binding the service gives no token.
+    const auto later = [&](const Call& call, Outcome failed, const QString& line) {
+        row(call, "refuse", Fault::Refuse, &call == &Binding ? Outcome::NoEditor : failed,
+            &call == &Binding ? NoEditorText : line);
+        row(call, "reset", Fault::Reset, failed, line);
+        row(call, "cut body", Fault::CutBody, &call == &Binding ? Outcome::Session : failed, line);
+        row(call, "status 500", Fault::Status, failed, line, 500);
+        row(call, "status 401", Fault::Status, failed, line, 401);
+        row(call, "endless redirect", Fault::EndlessRedirect, failed, line);
+        row(call, "redirect", Fault::Redirect,
+            &call == &Binding ? Outcome::SessionNoToken : Outcome::Session);
+        row(call, "delay", Fault::Delay, Outcome::Session, {}, 30);
+    };
+    later(Binding, Outcome::SessionNoToken, {});
+    later(Addresses, Outcome::NoEditor, NoEditorText);
+    later(Token, Outcome::SessionNoToken, {});
+    later(Heartbeat, Outcome::NoEditor, HeartbeatText);
+    row(Binding, "no JSON", Fault::NotJson, Outcome::SessionNoToken);
+    row(Binding, "other JSON", Fault::WrongJson, Outcome::Session);
+    row(Binding, "lost session", Fault::LoseSession, Outcome::NoEditor, NoEditorText);
+    row(Addresses, "no JSON", Fault::NotJson, Outcome::NoEditor, NoEditorText);
+    row(Addresses, "other JSON", Fault::WrongJson, Outcome::NoEditor, NoEditorText);
+    row(Addresses, "lost session", Fault::LoseSession, Outcome::NoEditor, NoEditorText);
+    row(Token, "no JSON", Fault::NotJson, Outcome::SessionOddToken);
+    row(Token, "JSON", Fault::WrongJson, Outcome::SessionOddToken);
+    row(Token, "lost session", Fault::LoseSession, Outcome::SessionOddToken);
+    row(Heartbeat, "no JSON", Fault::NotJson, Outcome::NoEditor, HeartbeatText);
+    row(Heartbeat, "other JSON", Fault::WrongJson, Outcome::Session);
+    row(Heartbeat, "lost session", Fault::LoseSession, Outcome::Session);
+}
+
+void TestE2eFaults::everyCallInEveryWay()
+{
+    QFETCH(QByteArray, method);
+    QFETCH(QString, path);
+    QFETCH(Fault, fault);
+    QFETCH(int, value);
+    QFETCH(Outcome, outcome);
+    QFETCH(QString, text);
+
+    m_services.clearRequests();
+    m_services.forgetSessions();
+    m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
+    E2e::plugin()->GetLoginMgr()->Start();
+    m_services.addFault({fault, path, method, value, false});
+
+    MessageLog log;
+    signIn();
+    QVERIFY(asked(path));
+    const QString message = m_host->loginCtrl()->property("message").toString();
+    const auto empty = [](const QString& token) { return token.isEmpty(); };
+    const auto real = [](const QString& token) {
+        return token.size() > 8 && !token.contains(QLatin1Char('<'));
+    };
+    const auto odd = [](const QString& token) {
+        return token == QStringLiteral("[]") || token.contains(QLatin1Char('<')) ||
+               token.contains(QLatin1Char(' '));
+    };
+    switch (outcome) {
+    case Outcome::Session:
+        expectSession(m_services.editorUrl(), real);
+        break;
+    case Outcome::SessionNoToken:
+        expectSession(m_services.editorUrl(), empty);
+        break;
+    case Outcome::SessionOddToken:
+        expectSession(m_services.editorUrl(), odd);
+        break;
+    case Outcome::NoEditor:
+        expectSession({}, empty);
+        QVERIFY2(log.debugs().contains(text), qPrintable(log.debugs().join(QLatin1Char('|'))));
+        break;
+    case Outcome::NoCompany:
+        QVERIFY(message.isEmpty());
+        QCOMPARE(m_host->observer.failures, 0);
+        QVERIFY(m_host->observer.sessions.isEmpty());
+        break;
+    case Outcome::Message:
+        QVERIFY2(message.startsWith(text), qPrintable(message));
+        QCOMPARE(m_host->observer.failures, 1);
+        QVERIFY(m_host->observer.sessions.isEmpty());
+        break;
+    }
+
+    // The same process, the same window: well again.
+    m_services.clearFaults();
+    m_host->observer.sessions.clear();
+    m_host->observer.failures = 0;
+    signIn();
+    expectSession(m_services.editorUrl(), real);
+}
+
+void TestE2eFaults::stalledCallGoesOnWhenReleased_data()
+{
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<QString>("path");
+    for (const Call& call : {FormPage, FormPost, Companies, Binding, Addresses, Token, Heartbeat})
+        QTest::newRow(call.name) << QByteArray(call.method) << QString::fromLatin1(call.path);
+}
+
+void TestE2eFaults::stalledCallGoesOnWhenReleased()
+{
+    QFETCH(QByteArray, method);
+    QFETCH(QString, path);
+    m_services.clearRequests();
+    m_services.forgetSessions();
+    m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
+    E2e::plugin()->GetLoginMgr()->Start();
+    m_services.addFault({Fault::Stall, path, method, 0, false});
+
+    // The host's own timers run while the call waits, for as long as it waits.
+    int ticks = 0;
+    QTimer hostTimer;
+    connect(&hostTimer, &QTimer::timeout, this, [&] {
+        if (!asked(path) || ++ticks < 10)
+            return;
+        hostTimer.stop();
+        QVERIFY(m_host->observer.sessions.isEmpty());
+        QCOMPARE(m_host->observer.failures, 0);
+        m_services.clearFaults();
+    });
+    hostTimer.start(2);
+    MessageLog log;
+    signIn();
+    QCOMPARE(ticks, 10);
+    expectSession(m_services.editorUrl(), [](const QString& token) { return !token.isEmpty(); });
+}
+
+//! The application quits while the form's first page never comes: the wait ends, and so does the program.
+void TestE2eFaults::quitWhileTheFormWaits()
+{
+    m_services.clearRequests();
+    m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
+    E2e::plugin()->GetLoginMgr()->Start();
+    m_services.addFault({Fault::Stall, QStringLiteral("/login"), {}, 0, false});
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, this, [&] {
+        if (asked(QStringLiteral("/login")))
+            QCoreApplication::quit();
+    });
+    watch.start(2);
+    QTimer::singleShot(0, this, [this] { signIn(); });
+    MessageLog log;
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QVERIFY(m_host->observer.sessions.isEmpty());
+}
+
+QTEST_MAIN(TestE2eFaults)
+#include "test_e2e_faults.moc"

@@ -1,0 +1,68 @@
+#include "tests/e2e/pluginhost.h"
+#include "tests/e2e/userinput.h"
+#include "tests/support/accounts.h"
+#include "tests/support/messagelog.h"
+
+#include <services/services.h>
+
+#include <QGuiApplication>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QtTest>
+
+//! The services behind HTTPS, with a certificate that the system does not know.
+class TestE2eHttps : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void unknownCertificateIsRefused();
+    void certificateThatTheHostTrustsPasses();
+
+private:
+    std::unique_ptr<NelvoDevkit::Services> m_services;
+};
+
+//! Services of its own for each test: Qt keeps the certificates it trusts with the connections it has.
+void TestE2eHttps::init()
+{
+    NelvoDevkit::ServicesOptions options;
+    options.https = true;
+    m_services = std::make_unique<NelvoDevkit::Services>(options);
+    QString error;
+    QVERIFY2(m_services->start(&error), qPrintable(error));
+    QVERIFY(m_services->signInUrl().startsWith(QStringLiteral("https://")));
+}
+
+void TestE2eHttps::unknownCertificateIsRefused()
+{
+    const E2e::PluginHost host(m_services->signInUrl());
+    E2e::plugin()->GetLoginMgr()->Start();
+    QVERIFY(E2e::activate(host.window()));
+    TestSupport::MessageLog log;
+    E2e::submitForm(host.window(), QStringLiteral("zhangwei"), QStringLiteral("123456"),
+                    m_services->signInUrl());
+    QTRY_VERIFY(E2e::shownError(host.window()).startsWith(QStringLiteral("SSL handshake failed")));
+    QCOMPARE(host.observer.failures, 1);
+    QVERIFY(m_services->requests().isEmpty());
+}
+
+void TestE2eHttps::certificateThatTheHostTrustsPasses()
+{
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.addCaCertificates(QSslCertificate::fromData(m_services->certificatePem()));
+    QSslConfiguration::setDefaultConfiguration(configuration);
+
+    const E2e::PluginHost host(m_services->signInUrl());
+    E2e::plugin()->GetLoginMgr()->Start();
+    QVERIFY(E2e::activate(host.window()));
+    TestSupport::MessageLog log;
+    E2e::submitForm(host.window(), QStringLiteral("zhangwei"),
+                    TestSupport::passwordOf(QStringLiteral("zhangwei")), m_services->signInUrl());
+    QTRY_COMPARE(host.observer.sessions.size(), 1);
+    QCOMPARE(QString::fromStdWString(host.observer.sessions.constFirst().sdkAddr), m_services->editorUrl());
+}
+
+QTEST_MAIN(TestE2eHttps)
+#include "test_e2e_https.moc"
