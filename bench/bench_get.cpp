@@ -1,0 +1,73 @@
+#include "bench/measure.h"
+#include "web/webclient.h"
+
+#include <services/services.h>
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QUrl>
+
+#include <ctime>
+
+//! A blocking GET beside the same request on a plain manager that waits in an event loop, and the processor
+//! time that waiting costs.
+
+namespace {
+
+const auto Path = QStringLiteral("/figure");
+
+double processorMilliseconds()
+{
+    return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+void plainGet(QNetworkAccessManager& manager, const QString& url)
+{
+    QNetworkRequest request = buildRequest();
+    request.setUrl(QUrl(url + Path));
+    QNetworkReply* reply = manager.get(request);
+    QEventLoop loop;
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    reply->readAll();
+    reply->deleteLater();
+}
+
+bool blockingGet(const QString& url)
+{
+    return httpGet(sharedNetworkManager(), url, Path, {}, [](const QByteArray&) { return true; });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    NelvoDevkit::Services services;
+    if (!services.start())
+        return 1;
+    services.setReply("GET", Path, {});
+    const QString url = services.editorUrl();
+
+    constexpr int Rounds = 500;
+    QNetworkAccessManager plain;
+    QVector<double> own;
+    QVector<double> other;
+    for (int round = 0; round < Rounds; ++round) {
+        own.append(Bench::milliseconds([&url] { blockingGet(url); }));
+        other.append(Bench::milliseconds([&plain, &url] { plainGet(plain, url); }));
+    }
+    Bench::printRatio("blocking GET / manager with an event loop", Bench::median(own), Bench::median(other),
+                      "ms", 0);
+    Bench::printFigure("  added in the median", Bench::median(own) - Bench::median(other), "ms", 1.5);
+
+    constexpr int WaitMilliseconds = 5000;
+    services.addFault({NelvoDevkit::Fault::Delay, Path, {}, WaitMilliseconds, true});
+    const double processorBefore = processorMilliseconds();
+    const double waited = Bench::milliseconds([&url] { blockingGet(url); });
+    Bench::printFigure("  processor time while waiting 5 s",
+                       100 * (processorMilliseconds() - processorBefore) / waited, "% of a core", 5);
+    return 0;
+}
