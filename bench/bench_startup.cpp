@@ -6,6 +6,7 @@
 #include <QProcess>
 #include <QQuickView>
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 
@@ -21,18 +22,17 @@ using Clock = std::chrono::steady_clock;
 
 int finishAtFirstFrame(QQuickWindow* window, Clock::time_point start)
 {
-    double elapsed = 0;
-    // Queued: the signal comes from the render thread.
+    std::atomic<double> elapsed = 0;
     QObject::connect(
-        window, &QQuickWindow::frameSwapped, qApp,
+        window, &QQuickWindow::frameSwapped, window,
         [&elapsed, start] {
             if (elapsed == 0)
                 elapsed = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-            QCoreApplication::quit();
+            QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
         },
-        Qt::QueuedConnection);
+        Qt::DirectConnection); // on the thread that renders, when it happens
     const int status = QCoreApplication::exec();
-    std::printf("%f\n", elapsed);
+    std::printf("%f\n", elapsed.load());
     return status;
 }
 

@@ -8,7 +8,11 @@ namespace NelvoSDK {
 //!
 //! Attach it with ILoginActor::Attach. The plug-in never owns or deletes an observer. Both operations
 //! are called on the GUI thread; an exception that leaves one of them is not caught by the plug-in.
-//! Do not attach or detach observers from within a call.
+//!
+//! From within a call, do not attach or detach observers, and do not call back into the login side
+//! (ILoginActor::ShowLogin, ILoginMgr::Start, INelvoSDKPlugin::Initialize or Shutdown): a page of the login
+//! window is still at work, and Qt ends a process in which it is destroyed then. Do so later, through the
+//! event loop.
 class ILoginObserver
 {
 public:

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void pagesLoadWithoutAWarning();
     void withoutCacheTheUserListIsEmpty();
     void cachedUsersReachThePagesWithClearPasswords();
+    void cacheWithoutPasswordsIsQuiet();
     void showLoginAgainReadsTheLatestCache();
     void quitInAPageEndsTheApplication();
     void destructionWithAShownWindowIsQuiet();
@@ -154,13 +155,24 @@ void TestLoginMgr::cachedUsersReachThePagesWithClearPasswords()
     QTRY_COMPARE(password->property("text").toString(), QStringLiteral("123456"));
 }
 
+void TestLoginMgr::cacheWithoutPasswordsIsQuiet()
+{
+    m_cache->write(R"([{"user": "lina"}])");
+    MessageLog log;
+    CLoginMgr manager;
+    manager.Start();
+    const auto* user = view()->rootObject()->findChild<QQuickItem*>(QStringLiteral("userNameBox"));
+    QTRY_COMPARE(user->property("outText").toString(), QStringLiteral("lina"));
+    QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
+}
+
 void TestLoginMgr::showLoginAgainReadsTheLatestCache()
 {
     CLoginMgr manager;
     manager.GetLoginActor()->ShowLogin();
     QVERIFY(userInfos().isEmpty());
     const QUrl source = view()->source();
-    m_cache->write(R"([{"user": "late", "passwd": ""}])");
+    m_cache->write(R"([{"user": "late"}])");
     manager.GetLoginActor()->ShowLogin();
     QCOMPARE(view()->source(), source);
     QCOMPARE(userInfos().size(), 1);

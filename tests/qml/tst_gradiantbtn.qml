@@ -81,10 +81,13 @@ Item {
         function test_glowsUnderTheMouse() {
             const glow = findChild(button, "glow");
             compare(glow.visible, false);
-            compare(glow.samples, 7);
-            compare(String(glow.color), "#8397ff");
+            compare(glow.item, null); // made when it is first needed
             hover();
             compare(glow.visible, true);
+            compare(glow.item.samples, 7);
+            compare(String(glow.item.color), "#8397ff");
+            button.glowColor = "#ff0000";
+            compare(String(glow.item.color), "#ff0000");
             mouseMove(stage, 300, 300);
             tryCompare(glow, "visible", false);
         }

@@ -65,6 +65,7 @@ Item {
             height: 30
             text: qsTr("选择企业:")
             font.family: "微软雅黑"
+            renderType: Text.NativeRendering
             font.pixelSize: 14
             color: "#ffffff"
             verticalAlignment: Text.AlignVCenter
@@ -167,6 +168,7 @@ Item {
                         textFormat: Text.PlainText
                         elide: Text.ElideRight
                         font.family: "微软雅黑"
+                        renderType: Text.NativeRendering
                         font.pixelSize: 13
                         color: row.selected ? "#21a7e9" : "#dddddd"
                     }

@@ -76,8 +76,8 @@ FocusScope {
         keepPassword.checked = false;
         if (info) {
             // The field first: its change unchecks the box.
-            passwordField.text = info.passwd;
-            keepPassword.checked = info.passwd !== "";
+            passwordField.text = info.passwd || ""; // a cache from elsewhere may lack it
+            keepPassword.checked = passwordField.text !== "";
             addresses = info.cimUrlList.slice();
         }
         if (defaultUrl !== "" && !addresses.includes(defaultUrl))
@@ -135,6 +135,7 @@ FocusScope {
         placeholderText: qsTr("密码")
         placeholderTextColor: "#8b8fa6"
         font.family: "微软雅黑"
+        renderType: Text.NativeRendering
         font.pixelSize: 12
         color: "#ffffff"
         selectionColor: userNameBox.selectColor
@@ -200,6 +201,7 @@ FocusScope {
             leftPadding: keepPassword.indicator.width + keepPassword.spacing
             text: keepPassword.text
             font: keepPassword.font
+            renderType: Text.NativeRendering
             color: keepPassword.visualFocus ? "#ffffff" : "#dddddd"
             verticalAlignment: Text.AlignVCenter
         }

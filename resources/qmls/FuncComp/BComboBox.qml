@@ -24,7 +24,7 @@ ComboBox {
         currentIndex = -1;
         currentIndex = dropList.findIndex(entry => entry.includes(outText));
         // A list takes its highlight from the current entry only while opening.
-        if (popup.visible) {
+        if (down) {
             popup.close();
             popup.open();
         }
@@ -39,8 +39,8 @@ ComboBox {
     font.pixelSize: 12
 
     // The page comes first while the list is closed: the box would swallow Return and Enter, although it
-    // has no use for them then.
-    Keys.forwardTo: popup.visible ? [] : [parent]
+    // has no use for them then. (To ask `down` and not `popup` leaves the list unmade until it opens.)
+    Keys.forwardTo: down ? [] : [parent]
 
     // By mouse or by key; Return in an open list that highlights nothing chooses nothing.
     onActivated: {
@@ -64,6 +64,7 @@ ComboBox {
             text: entry.text
             textFormat: Text.PlainText
             font: entry.font
+            renderType: Text.NativeRendering
             color: control.textColor
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter
@@ -124,6 +125,7 @@ ComboBox {
             placeholderText: control.placeholderText
             placeholderTextColor: "#8b8fa6"
             font: control.font
+            renderType: Text.NativeRendering
             color: control.textColor
             selectionColor: control.selectColor
             selectedTextColor: control.textColor

@@ -9,6 +9,7 @@ Text {
     textFormat: Text.PlainText
     color: "#1473e6"
     font.family: "微软雅黑"
+    renderType: Text.NativeRendering
     font.pixelSize: 12
     verticalAlignment: Text.AlignBottom
     wrapMode: Text.Wrap

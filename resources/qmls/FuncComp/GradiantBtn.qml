@@ -1,5 +1,4 @@
 import QtQuick 2.15
-import QtGraphicalEffects 1.0
 
 // The accent button. It looks the same while its mouse area is disabled; it only stops reacting.
 Item {
@@ -19,13 +18,13 @@ Item {
     implicitWidth: 120
     implicitHeight: 36
 
-    LinearGradient {
+    Rectangle {
         id: face
 
         anchors.fill: parent
-        start: Qt.point(0, 0)
-        end: Qt.point(width, 0)
         gradient: Gradient {
+            orientation: Gradient.Horizontal
+
             GradientStop {
                 position: 0.0
                 color: button.gradientStartColor
@@ -41,14 +40,18 @@ Item {
         }
     }
 
-    Glow {
+    Loader {
         objectName: "glow"
 
         anchors.fill: face
+        active: visible
         visible: button.glowVisible
-        source: face
-        samples: 7
-        color: button.glowColor
+        source: "ButtonGlow.qml"
+
+        onLoaded: {
+            item.source = face;
+            item.color = Qt.binding(() => button.glowColor);
+        }
     }
 
     Text {
@@ -57,6 +60,7 @@ Item {
         anchors.centerIn: parent
         textFormat: Text.PlainText
         font.family: "微软雅黑"
+        renderType: Text.NativeRendering
         font.pixelSize: 14
         color: button.textColor
     }
