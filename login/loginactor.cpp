@@ -16,7 +16,10 @@
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickView>
+#include <QScopeGuard>
 #include <QUrl>
+
+#include <utility>
 
 namespace NelvoPlugin {
 
@@ -45,22 +48,19 @@ struct ServiceAddresses {
     QString iotUrl;
 };
 
-//! Takes the last address of either name that stands before both are known.
+//! Reads until both addresses are known; until then a later one of the same name replaces an earlier one.
 ServiceAddresses findServices(const QJsonArray& servers)
 {
     ServiceAddresses found;
     for (const QJsonValue server : servers) {
         const QString name = server[QStringLiteral("serverName")].toString();
         const QString url = server[QStringLiteral("serverURL")].toString();
-        if (name == QStringLiteral("varlo-editor")) {
+        if (name == QStringLiteral("varlo-editor"))
             found.editorUrl = url;
-            if (!found.iotUrl.isEmpty())
-                break;
-        } else if (name == QStringLiteral("iot_new")) {
+        else if (name == QStringLiteral("iot_new"))
             found.iotUrl = url;
-            if (!found.editorUrl.isEmpty())
-                break;
-        }
+        if (!found.editorUrl.isEmpty() && !found.iotUrl.isEmpty())
+            break;
     }
     return found;
 }
@@ -140,6 +140,10 @@ bool CLoginActor::ReservedFlag()
 
 void CLoginActor::ShowLogin()
 {
+    if (m_pageCalls > 0) {
+        m_showLater = true;
+        return;
+    }
     m_view->setSource(QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml"), QUrl::TolerantMode));
     m_view->show();
 
@@ -149,6 +153,15 @@ void CLoginActor::ShowLogin()
     for (const UserCacheEntry& user : users)
         userInfos.append(CLoginCache::toJsonObject(user));
     m_view->rootObject()->setProperty("userInfos", QVariant(userInfos));
+}
+
+auto CLoginActor::pageCall()
+{
+    ++m_pageCalls;
+    return qScopeGuard([this] {
+        if (--m_pageCalls == 0 && std::exchange(m_showLater, false))
+            QMetaObject::invokeMethod(this, &CLoginActor::ShowLogin, Qt::QueuedConnection);
+    });
 }
 
 void CLoginActor::Attach(NelvoSDK::ILoginObserver* observer)
@@ -169,6 +182,7 @@ QJsonArray CLoginActor::appList() const
 QString CLoginActor::login(QString userName, QString pwd, QString cimUrl, QString pdsUrl, bool pwdIsMd5)
 {
     Q_UNUSED(pdsUrl)
+    const auto call = pageCall();
     QString message = signIn(userName, pwdIsMd5 ? pwd : passwordDigest(pwd), cimUrl);
     if (!message.isEmpty())
         Notify([](NelvoSDK::ILoginObserver& observer) { observer.OnLoginFailed(); });
@@ -227,6 +241,7 @@ void CLoginActor::onResetCache(QVariant user, QVariant passwd, QVariant cimUrl, 
 
 void CLoginActor::onLogin(QString cimUrl, QString epID, QString epName)
 {
+    const auto call = pageCall();
     const QJsonObject binding{{QStringLiteral("epid"), epID},
                               {QStringLiteral("version"), QStringLiteral("1.0.0")}};
     // The request is what is logged after each of the three calls, and none of their failures ends the
@@ -273,6 +288,7 @@ void CLoginActor::onLogin(QString cimUrl, QString epID, QString epName)
 
 void CLoginActor::onShowHome()
 {
+    const auto call = pageCall();
     // Closing the login window must not end the host.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     m_view->close();

@@ -61,6 +61,9 @@ public Q_SLOTS:
 private:
     QString signIn(const QString& userName, const QString& passwordText, const QString& cimUrl);
     void logout();
+    //! To hold while a page's call is at work. Qt ends a process in which a page is destroyed during a call
+    //! of its own, so a ShowLogin that comes meanwhile waits for the end of the call.
+    auto pageCall();
 
     QQuickView* m_view;
     //! Base address of the sign-in service since the form was accepted.
@@ -75,6 +78,8 @@ private:
     //! What the last completed onLogin found out; empty before.
     QJsonObject m_session;
     QString m_urlSuffix;
+    int m_pageCalls = 0;
+    bool m_showLater = false;
 };
 
 } // namespace NelvoPlugin

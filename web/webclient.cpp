@@ -9,8 +9,11 @@
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QScopeGuard>
 #include <QThread>
 #include <QUrl>
+
+#include <memory>
 
 namespace {
 
@@ -38,22 +41,30 @@ void prepareRequest(const RequestPreparer& prepare, QNetworkRequest& request)
 //! reply nor the connection is released, which is meant: replies stay with the manager.
 bool waitFor(QNetworkReply* reply, const ReplyHandler& handler)
 {
-    bool result = false;
-    QObject::connect(reply, &QNetworkReply::finished, reply, [reply, &result, handler] {
+    struct Call {
+        bool waiting = true;
+        bool result = false;
+    };
+    const auto call = std::make_shared<Call>();
+    QObject::connect(reply, &QNetworkReply::finished, reply, [reply, call, handler] {
+        // A reply that was finished from the start tells so when nobody waits for it any more, and what the
+        // handler refers to is gone.
+        if (!call->waiting)
+            return;
         if (reply->error() != QNetworkReply::NoError) {
             qWarning().noquote() << reply->errorString();
-            result = false;
             return;
         }
-        result = handler(reply->readAll());
+        call->result = handler(reply->readAll());
     });
+    const auto end = qScopeGuard([&call] { call->waiting = false; });
     while (!reply->isFinished()) {
         QCoreApplication::processEvents();
         // Keeps the loop from spinning a core while the call is outstanding.
         if (!reply->isFinished())
             QThread::msleep(1);
     }
-    return result;
+    return call->result;
 }
 
 //! A handler that parses the body and gives the document to `assign`.

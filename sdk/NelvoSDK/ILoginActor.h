@@ -18,7 +18,8 @@ public:
     virtual bool ReservedFlag() = 0;
 
     //! Shows the login window on its form page, with the accounts that were used before. May be called
-    //! again after a sign-in to let the user sign in anew.
+    //! again after a sign-in to let the user sign in anew. While a sign-in waits for a service, and from
+    //! within an observer's call, it takes effect once that has ended.
     virtual void ShowLogin() = 0;
 
     //! Adds an observer, not owned and not null. Adding one twice has no effect. Any thread, but not

@@ -25,6 +25,10 @@ public:
     //! never be started with exactly one argument.
     //!
     //! Closing the login window by its close button ends the application (QCoreApplication::quit).
+    //!
+    //! A sign-in blocks the page that asked for it while the GUI thread's events go on, without a time
+    //! limit. An application that quits while an enterprise is being entered ends when the service has
+    //! answered; and at every orderly quit a logout call goes out, which is waited for as well.
     virtual void Start() = 0;
 
     virtual ~ILoginMgr() = default;

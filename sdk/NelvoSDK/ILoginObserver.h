@@ -9,10 +9,9 @@ namespace NelvoSDK {
 //! Attach it with ILoginActor::Attach. The plug-in never owns or deletes an observer. Both operations
 //! are called on the GUI thread; an exception that leaves one of them is not caught by the plug-in.
 //!
-//! From within a call, do not attach or detach observers, and do not call back into the login side
-//! (ILoginActor::ShowLogin, ILoginMgr::Start, INelvoSDKPlugin::Initialize or Shutdown): a page of the login
-//! window is still at work, and Qt ends a process in which it is destroyed then. Do so later, through the
-//! event loop.
+//! From within a call, do not attach or detach observers, and call neither INelvoSDKPlugin::Initialize nor
+//! Shutdown: a page of the login window is still at work, and Qt ends a process in which it is destroyed
+//! then. Do so later, through the event loop.
 class ILoginObserver
 {
 public:
@@ -22,7 +21,8 @@ public:
     virtual void OnLoginSucceeded(const LoginSession& session) = 0;
 
     //! A sign-in attempt was refused or the sign-in service did not answer. The user has been shown the
-    //! reason in the login window, which stays open for another attempt.
+    //! reason in the login window, which stays open for another attempt. Also called when the application
+    //! quits while the service has not answered yet.
     virtual void OnLoginFailed() = 0;
 
 protected:

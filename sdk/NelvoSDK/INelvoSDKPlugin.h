@@ -28,9 +28,12 @@ class INelvoSDKPlugin
 public:
     //! Creates the managers; existing ones are replaced, and pointers to them become invalid. Reads the
     //! address files beside the executable and prepares the login window without showing it. Always true.
+    //! To replace managers, see Shutdown for when not to.
     virtual bool Initialize() = 0;
     //! Deletes the login, project and PDS managers; the message manager stays usable until the process
-    //! ends. Requires an Initialize before it, and may not be called twice for one. Always true.
+    //! ends. Requires an Initialize before it, and may not be called twice for one. Not from within an
+    //! observer's call, and not while a sign-in waits for a service: what waits would come back to objects
+    //! that are gone. Always true.
     virtual bool Shutdown() = 0;
     //! Does nothing; keeps its place in the interface.
     virtual void ReservedHook() = 0;

@@ -23,9 +23,10 @@ class IProjectInfoMgr
 {
 public:
     //! Installs a session: its cookies replace those of the process, the application's dynamic
-    //! properties "sdkAddr", "iotToken" and "epId" are set, the organisation tree is read, and the
-    //! session is watched from then on (see IMessageObserver). Each call starts one more watch. A
-    //! service that does not answer is logged and leaves the tree as it was.
+    //! properties are set ("sdkAddr"; "iotToken" if it is not empty; "epId" if the session has it), the
+    //! organisation tree is read, and the session is watched from then on (see IMessageObserver). Each
+    //! further call starts one more watch and adds the tree's first level once more. A service that does
+    //! not answer is logged and leaves the tree as it was.
     virtual void ReflushProjOrgInfo(const LoginSession& session) = 0;
     //! Does nothing; called by INelvoSDKPlugin::Shutdown.
     virtual void Shutdown() = 0;
@@ -42,7 +43,8 @@ public:
     //! ReflushProjOrgInfo, or with an empty root before that. Always true.
     virtual bool GetOrgTree(OrgTreeNode& root) = 0;
     //! Removes from `projects` those that do not belong to the session's enterprise: whose attrs lack
-    //! "epId" or hold another one. Throws std::out_of_range if the session has no "epId".
+    //! "epId" or hold another one. Throws std::out_of_range at the first one that has an "epId" if the
+    //! session has none.
     virtual void RemoveForeignProjects(std::list<ProjectRef>& projects) = 0;
     //! Looks a project up by id, first among the service's, then among the announced ones, and sets id,
     //! name and the enterprise ("epId", "epName" in attrs) of `project`. An unknown id leaves `project`
@@ -57,8 +59,9 @@ public:
     //! hold "deptId", or std::out_of_range is thrown), a known one whose name differs is renamed,
     //! anything else is left alone. `reserved` is ignored. A failure is only logged.
     virtual void OnUploadProject(const ProjectNode& project, void* reserved, bool upload) = 0;
-    //! Replaces the equipment bindings of a scene project. `deviceSerials` maps a component's GUID to
-    //! the serial number of its device. A failure is only logged.
+    //! Deletes the equipment bindings of a scene project and announces as many new ones as
+    //! `deviceSerials` has entries (component's GUID to serial number of its device). The service learns
+    //! their number only. A failure is only logged.
     virtual void OnUploadSdkProperty(const QString& /*sceneProjId*/,
                                      const QMap<QString, QString>& /*deviceSerials*/)
     {}

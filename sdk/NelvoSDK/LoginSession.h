@@ -26,8 +26,8 @@ struct LoginSession {
     //! Client token of the IoT service as the service sent it, quotes included if it sent any.
     //! Empty when the service did not answer.
     std::wstring iotToken;
-    //! True in every record that a sign-in publishes, also when the services behind it did not answer:
-    //! check `sdkAddr` to see whether an editor service is known.
+    //! True in every record that a sign-in publishes, also when the services behind it did not answer. The
+    //! other fields are then empty, or, after an earlier sign-in in the same process, those of that one.
     bool loggedIn = false;
     //! "epId": the enterprise's id as decimal text; "epName": its name once more.
     std::map<std::wstring, std::wstring> extra;

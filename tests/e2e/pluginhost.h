@@ -9,6 +9,7 @@
 #include <QQuickView>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 namespace E2e {
@@ -20,11 +21,17 @@ NelvoSDK::INelvoSDKPlugin* plugin();
 class LoginObserver final : public NelvoSDK::ILoginObserver
 {
 public:
-    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override { sessions.append(session); }
+    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override
+    {
+        sessions.append(session);
+        if (whenSucceeded)
+            whenSucceeded();
+    }
     void OnLoginFailed() override { ++failures; }
 
     QVector<NelvoSDK::LoginSession> sessions;
     int failures = 0;
+    std::function<void()> whenSucceeded;
 };
 
 //! \brief A host in small: initialises the plug-in, attaches an observer, and shuts it down at the end.

@@ -42,6 +42,9 @@ private Q_SLOTS:
     void forgottenPasswordIsNotOffered();
     void signingInAgainInTheSameProcess();
     void closeButtonEndsTheApplication();
+    void showLoginFromWithinTheObserver();
+    void showLoginWhileTheServiceStalls();
+    void shutdownOnTheListPageIsQuiet();
 
 private:
     E2e::PluginHost& host() { return *m_host; }
@@ -321,6 +324,44 @@ void TestE2eSignIn::closeButtonEndsTheApplication()
     QCOMPARE(QCoreApplication::exec(), 0);
     QVERIFY(!host().window()->isVisible());
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("Protocol \"\" is unknown")});
+}
+
+//! A host that does not like the enterprise may ask again at once.
+void TestE2eSignIn::showLoginFromWithinTheObserver()
+{
+    host().observer.whenSucceeded = [this] { host().actor()->ShowLogin(); };
+    signIn(QStringLiteral("zhangwei"));
+    QTRY_COMPARE(host().observer.sessions.size(), 1);
+    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("loginComp")));
+    QVERIFY(host().window()->isVisible());
+}
+
+void TestE2eSignIn::showLoginWhileTheServiceStalls()
+{
+    m_services.addFault({Fault::Stall, QStringLiteral("/rs/casLogin/serverUrl"), {}, 0, false});
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, this, [&] {
+        if (count("GET", "/rs/casLogin/serverUrl") == 0)
+            return;
+        watch.stop();
+        host().actor()->ShowLogin();
+        m_services.clearFaults();
+    });
+    watch.start(5);
+    signIn(QStringLiteral("zhangwei"));
+    QTRY_VERIFY(!watch.isActive());
+    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("loginComp")));
+    signIn(QStringLiteral("zhangwei"));
+    QTRY_COMPARE(host().observer.sessions.size(), 1);
+}
+
+void TestE2eSignIn::shutdownOnTheListPageIsQuiet()
+{
+    signIn(QStringLiteral("lina"));
+    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("applistComp")));
+    TestSupport::MessageLog log;
+    m_host.reset();
+    QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
 }
 
 QTEST_MAIN(TestE2eSignIn)

@@ -1,5 +1,6 @@
 #include "login/loginactor.h"
 
+#include "login/tools.h"
 #include "tests/support/accounts.h"
 #include "tests/support/applicationfile.h"
 #include "tests/support/messagelog.h"
@@ -42,7 +43,12 @@ public:
 
 //! A window, its actor and an observer, made anew for each test.
 struct SignIn {
-    SignIn() { actor.Attach(&observer); }
+    SignIn()
+    {
+        qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
+        view.rootContext()->setContextProperty(QStringLiteral("view"), &view);
+        actor.Attach(&observer);
+    }
     //! What onLogin left, as the host gets it.
     NelvoSDK::LoginSession published()
     {
@@ -126,6 +132,7 @@ private Q_SLOTS:
     void showHomeWithoutOnLogin();
     void showHomeClosesTheWindow();
     void observersShareOneCopy();
+    void showLoginDuringACallWaitsForItsEnd();
     void resetCacheKeepsThePassword();
     void resetCacheDropsThePassword();
 
@@ -272,15 +279,19 @@ void TestLoginActor::loginWithMd5SendsItUnchanged()
 
 void TestLoginActor::loginIgnoresThePdsAddress()
 {
-    SignIn signIn;
-    login(signIn);
-    const QByteArrayList without = targets();
-    m_services.clearRequests();
-    m_services.forgetSessions();
-    sharedCookieJar()->setAllCookies({});
-    signIn.actor.login(QStringLiteral("lina"), passwordOf(QStringLiteral("lina")), m_url,
-                       QStringLiteral("http://pds"));
-    QCOMPARE(targets(), without);
+    const CannedReply page{200, "text/html", "<html><body id=\"cas\"/></html>", {}};
+    m_services.setReply("GET", QStringLiteral("/login"), page);
+    m_services.setReply("POST", QStringLiteral("/login"), page);
+    m_services.setReply("GET", ListPath, json("[]"));
+    const auto sent = [this](const QString& pdsUrl) {
+        m_services.clearRequests();
+        SignIn signIn;
+        signIn.actor.login(QStringLiteral("lina"), QStringLiteral("x"), m_url, pdsUrl);
+        QByteArrayList lines = targets();
+        lines.append(m_services.requests().at(1).body);
+        return lines;
+    };
+    QCOMPARE(sent(QStringLiteral("http://pds")), sent({}));
 }
 
 void TestLoginActor::rejectedPasswordShowsAtTheCompanyList()
@@ -544,6 +555,8 @@ void TestLoginActor::serverWalk_data()
         << QByteArrayList{iot, "h", iot, "i", editor, real, iot, "j"} << found << "i";
     QTest::newRow("empty editor address goes on looking")
         << QByteArrayList{editor, "", editor, real, iot, "i"} << found << "i";
+    QTest::newRow("empty editor address goes on looking, iot known")
+        << QByteArrayList{iot, "i", editor, "", editor, real} << found << "i";
     QTest::newRow("empty iot address goes on looking")
         << QByteArrayList{iot, "", editor, real, iot, "i"} << found << "i";
     QTest::newRow("no iot") << QByteArrayList{editor, real} << found << QString();
@@ -604,7 +617,6 @@ void TestLoginActor::onLoginFailures_data()
     QTest::addColumn<CannedReply>("reply");
     QTest::addColumn<QString>("warning");
     QTest::addColumn<QString>("debug"); // empty: the session is filled all the same
-    QTest::addColumn<bool>("token");
 
     const auto replied = [](const QString& base, const QString& path) {
         return QStringLiteral("Error transferring %1%2 - server replied: Service Unavailable")
@@ -613,21 +625,17 @@ void TestLoginActor::onLoginFailures_data()
     const CannedReply unavailable{503, "text/plain", {}, {}};
     const CannedReply noJson{200, "text/html", "<html/>", {}};
     const auto parse = QStringLiteral("parse json failed: illegal value");
-    QTest::newRow("binding fails") << BindPath << unavailable << replied(m_url, BindPath) << QString()
-                                   << true;
-    QTest::newRow("addresses fail") << ServersPath << unavailable << replied(m_url, ServersPath) << NoEditor
-                                    << false;
-    QTest::newRow("addresses are no JSON") << ServersPath << noJson << parse << NoEditor << false;
-    QTest::newRow("addresses are an object") << ServersPath << json("{}") << QString() << NoEditor << false;
+    QTest::newRow("binding fails") << BindPath << unavailable << replied(m_url, BindPath) << QString();
+    QTest::newRow("addresses fail") << ServersPath << unavailable << replied(m_url, ServersPath) << NoEditor;
+    QTest::newRow("addresses are no JSON") << ServersPath << noJson << parse << NoEditor;
+    QTest::newRow("addresses are an object") << ServersPath << json("{}") << QString() << NoEditor;
     QTest::newRow("no editor service")
-        << ServersPath << json("[{\"serverName\":\"iot_new\",\"serverURL\":\"i\"}]") << QString() << NoEditor
-        << false;
-    QTest::newRow("token fails") << TokenPath << unavailable << replied(m_url, TokenPath) << QString()
-                                 << false;
+        << ServersPath << json("[{\"serverName\":\"iot_new\",\"serverURL\":\"i\"}]") << QString() << NoEditor;
+    QTest::newRow("token fails") << TokenPath << unavailable << replied(m_url, TokenPath) << QString();
     const QString editor = m_services.editorUrl();
     QTest::newRow("heartbeat fails") << HeartbeatPath << unavailable << replied(editor, HeartbeatPath)
-                                     << HeartbeatFailed << false;
-    QTest::newRow("heartbeat is no JSON") << HeartbeatPath << noJson << parse << HeartbeatFailed << false;
+                                     << HeartbeatFailed;
+    QTest::newRow("heartbeat is no JSON") << HeartbeatPath << noJson << parse << HeartbeatFailed;
 }
 
 void TestLoginActor::onLoginFailures()
@@ -636,7 +644,6 @@ void TestLoginActor::onLoginFailures()
     QFETCH(CannedReply, reply);
     QFETCH(QString, warning);
     QFETCH(QString, debug);
-    QFETCH(bool, token);
     SignIn signIn;
     login(signIn);
     for (const char* method : {"GET", "POST"})
@@ -659,9 +666,8 @@ void TestLoginActor::onLoginFailures()
         QVERIFY(session.sdkAddr.empty());
         QVERIFY(session.loggedIn);
     }
-    // A token needs the binding at this service, so a failed binding leaves it to be refused too.
-    if (!token)
-        QVERIFY(session.iotToken.empty());
+    // Without the binding the service gives no token, and an unfilled session has none.
+    QVERIFY(session.iotToken.empty());
 }
 
 void TestLoginActor::failedOnLoginKeepsTheEarlierSession()
@@ -775,6 +781,35 @@ void TestLoginActor::observersShareOneCopy()
     signIn.actor.onShowHome();
     QVERIFY(first.seen);
     QCOMPARE(first.seen, second.seen);
+}
+
+//! A page may not be replaced while its own call is at work.
+void TestLoginActor::showLoginDuringACallWaitsForItsEnd()
+{
+    class Impatient final : public NelvoSDK::ILoginObserver
+    {
+    public:
+        explicit Impatient(SignIn& signIn) : m_signIn(signIn) {}
+        void OnLoginSucceeded(const NelvoSDK::LoginSession&) override { m_signIn.actor.ShowLogin(); }
+        void OnLoginFailed() override { m_signIn.actor.ShowLogin(); }
+
+    private:
+        SignIn& m_signIn;
+    };
+    m_services.setReply("GET", ListPath, CannedReply{});
+    SignIn signIn;
+    Impatient observer(signIn);
+    signIn.actor.Attach(&observer);
+    MessageLog log;
+    QVERIFY(!login(signIn).isEmpty());
+    QVERIFY(signIn.view.source().isEmpty());
+    QTRY_VERIFY(!signIn.view.source().isEmpty());
+
+    signIn.view.setSource({});
+    signIn.actor.onShowHome();
+    QVERIFY(signIn.view.source().isEmpty());
+    QTRY_VERIFY(!signIn.view.source().isEmpty());
+    QVERIFY(signIn.view.isVisible());
 }
 
 void TestLoginActor::resetCacheKeepsThePassword()

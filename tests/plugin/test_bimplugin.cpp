@@ -2,6 +2,7 @@
 
 #include "tests/support/applicationfile.h"
 
+#include <QGuiApplication>
 #include <QtTest>
 
 using NelvoPlugin::CBimPlugin;
@@ -76,6 +77,10 @@ void TestBimPlugin::secondInitializeReplacesTheManagers()
     QVERIFY(plugin.GetLoginMgr() != login);
     QVERIFY(plugin.GetMessageMgr() != message);
     QVERIFY(!plugin.GetMessageMgr()->GetContext());
+    // The old login manager is gone, and its window with it.
+    QCOMPARE(QGuiApplication::topLevelWindows().size(), 1);
+    plugin.Shutdown();
+    QVERIFY(QGuiApplication::topLevelWindows().isEmpty());
 }
 
 void TestBimPlugin::shutdownKeepsTheMessageManager()

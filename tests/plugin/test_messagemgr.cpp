@@ -1,5 +1,6 @@
 #include "plugin/messagemgr.h"
 
+#include <QProcess>
 #include <QtTest>
 
 namespace {
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void notifyingNobodyReturns();
     void textOutlivesTheSenders();
     void strangeTextsPassUnchanged();
+    void nullObserverIsKeptAndCalled();
 };
 
 void TestMessageMgr::contextIsKeptForTheHost()
@@ -136,5 +138,40 @@ void TestMessageMgr::strangeTextsPassUnchanged()
     QCOMPARE(observer.heard, (QStringList{QStringLiteral("third:") + text, QStringLiteral("third:")}));
 }
 
-QTEST_APPLESS_MAIN(TestMessageMgr)
+namespace {
+
+//! Set in a process that is to notify a null observer.
+const char* const NullVariable = "NELVO_TEST_NOTIFY_NULL";
+
+int notifyNull()
+{
+    NelvoPlugin::CMessageMgr manager;
+    manager.Attach(nullptr);
+    manager.NotifyFirst(QStringLiteral("x"));
+    return 0;
+}
+
+} // namespace
+
+//! Callers must not pass null: it is stored like any other, and the process that notifies it dies.
+void TestMessageMgr::nullObserverIsKeptAndCalled()
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(NullVariable), QStringLiteral("1"));
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(), QStringList());
+    QVERIFY(process.waitForFinished(60000));
+    QVERIFY(process.exitStatus() == QProcess::CrashExit || process.exitCode() != 0);
+}
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsSet(NullVariable))
+        return notifyNull();
+    QCoreApplication application(argc, argv);
+    TestMessageMgr test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "test_messagemgr.moc"

@@ -105,9 +105,11 @@ Item {
                 verify(item("loginComp"));
             };
             keyClick(Qt.Key_Return);
-            compare(loginCtrl.calls, [["login", "ann", "secret", "http://default", ""]]);
+            // The account that signed in is remembered all the same.
+            compare(loginCtrl.calls, [["login", "ann", "secret", "http://default", ""],
+                                      ["onResetCache", "ann", "secret", "http://default", "", true]]);
             compare(item("contentLoader").source, pageUrl("ValidComp"));
-            compare(loginWindow.cimServer, "");
+            compare(loginWindow.cimServer, "http://default");
             updater.needUpdate(false);
             compare(item("contentLoader").source, pageUrl("ValidComp"));
         }

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void cutBodyIsAFailure();
     void refusedSchemeDoesNotBlock();
     void finishedReplySkipsTheLoop();
+    void localAddressGivesFalse();
 
     void jsonObject();
     void jsonArray();
@@ -302,11 +303,15 @@ void TestWebClient::refusedSchemeDoesNotBlock()
 
 namespace {
 
-//! A reply that was done before anybody could look at it.
+//! A reply that was done before anybody could look at it, and tells so later.
 class FinishedReply : public QNetworkReply
 {
 public:
-    explicit FinishedReply(QObject* parent) : QNetworkReply(parent) { setFinished(true); }
+    explicit FinishedReply(QObject* parent) : QNetworkReply(parent)
+    {
+        setFinished(true);
+        QMetaObject::invokeMethod(this, &QNetworkReply::finished, Qt::QueuedConnection);
+    }
     void abort() override {}
 
 protected:
@@ -329,7 +334,19 @@ void TestWebClient::finishedReplySkipsTheLoop()
     InstantManager manager;
     int calls = 0;
     QVERIFY(!httpGet(&manager, m_url, Path, {}, [&calls](const QByteArray&) { return ++calls > 0; }));
+    QCoreApplication::processEvents();
     QCOMPARE(calls, 0);
+    QCOMPARE(manager.findChildren<QNetworkReply*>().size(), 1);
+}
+
+//! Local addresses are such replies. A service could name one.
+void TestWebClient::localAddressGivesFalse()
+{
+    QJsonObject result;
+    QVERIFY(!httpGetJson(sharedNetworkManager(), QStringLiteral("data:application/json,{\"a\":1}"), {}, {},
+                         result));
+    QCoreApplication::processEvents();
+    QVERIFY(result.isEmpty());
 }
 
 void TestWebClient::jsonObject()
@@ -373,14 +390,15 @@ void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched_data()
     QTest::newRow("html") << QByteArray("<html/>") << illegal;
     QTest::newRow("cut") << QByteArray("[{}") << QStringLiteral("unterminated array");
     const QByteArray deflated = qCompress("{\"code\":0}").mid(4);
-    QTest::newRow("deflated") << deflated << illegal;
+    QTest::newRow("deflated") << deflated << illegal; // sent as "Content-Encoding: deflate", all of them
 }
 
 void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched()
 {
     QFETCH(QByteArray, body);
     QFETCH(QString, reason);
-    m_services.setReply("GET", Path, CannedReply{200, "application/json", body, {}});
+    m_services.setReply("GET", Path,
+                        CannedReply{200, "application/json", body, {{"Content-Encoding", "deflate"}}});
 
     MessageLog log;
     QJsonObject object{{QStringLiteral("old"), 1}};

@@ -7,7 +7,8 @@ Item {
     id: applistComp
     objectName: "applistComp"
 
-    readonly property var appList: loginCtrl.appList
+    // The window outlives what it talks to when the host shuts down.
+    readonly property var appList: loginCtrl ? loginCtrl.appList : []
     property int selIndex1: -1
     property string appID1: ""
     property string appSecret1: ""
@@ -196,6 +197,16 @@ Item {
                     }
                 }
             }
+        }
+    }
+
+    // Nothing shows an error here.
+    ErrorItem {
+        anchors {
+            left: panel.left
+            right: panel.right
+            bottom: parent.bottom
+            bottomMargin: 76
         }
     }
 

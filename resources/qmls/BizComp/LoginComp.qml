@@ -46,8 +46,6 @@ FocusScope {
         waiting = true;
         const error = loginCtrl.login(...account);
         waiting = false;
-        if (contentLoader.item !== loginComp)
-            return;
 
         showError(error);
         if (error !== "")
@@ -57,7 +55,9 @@ FocusScope {
         loginCtrl.onResetCache(...account, keepPassword.checked);
         root.cimServer = account[2];
         root.pdsServer = account[3];
-        contentLoader.source = root.compList["AppListComp"];
+        // Unless another page has been asked for meanwhile.
+        if (contentLoader.item === loginComp)
+            contentLoader.source = root.compList["AppListComp"];
     }
 
     // Nothing calls this. It knows no https: such an address gets "http://" in front, too.
