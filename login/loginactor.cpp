@@ -6,6 +6,8 @@
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
 
+#include <NelvoSDK/RecordKeys.h>
+
 #include <QCoreApplication>
 #include <QDebug>
 #include <QEventLoop>
@@ -112,8 +114,8 @@ NelvoSDK::LoginSession toLoginSession(const QJsonObject& session)
     record.epName = text("epName");
     record.loggedIn = true;
     record.iotToken = text("iotToken");
-    record.extra[L"epId"] = text("epId");
-    record.extra[L"epName"] = text("epName");
+    record.extra[NelvoSDK::RecordKeys::EpId] = text("epId");
+    record.extra[NelvoSDK::RecordKeys::EpName] = text("epName");
     return record;
 }
 

@@ -2,12 +2,14 @@
 
 #include "login/loginmgr.h"
 #include "plugin/messagemgr.h"
+#include "project/projectinfomgr.h"
 
 namespace NelvoPlugin {
 
 bool CBimPlugin::Initialize()
 {
     m_loginMgr = std::make_unique<CLoginMgr>();
+    m_projectInfoMgr = std::make_unique<CProjectInfoMgr>();
     m_messageMgr = std::make_unique<CMessageMgr>();
     return true;
 }
@@ -16,6 +18,7 @@ bool CBimPlugin::Initialize()
 bool CBimPlugin::Shutdown()
 {
     m_loginMgr.reset();
+    m_projectInfoMgr->Shutdown();
     m_projectInfoMgr.reset();
     m_pdsMgr.reset();
     return true;

@@ -38,6 +38,7 @@ void TestE2eLifecycle::managersComeAndGo()
     {
         const E2e::PluginHost host(QStringLiteral("http://127.0.0.1:9"));
         QVERIFY(E2e::plugin()->GetLoginMgr());
+        QVERIFY(E2e::plugin()->GetProjectInfoMgr());
         QVERIFY(E2e::plugin()->GetMessageMgr());
         QVERIFY(E2e::plugin()->GetVersion() == L"1.0.0");
     }

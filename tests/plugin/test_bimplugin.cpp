@@ -59,8 +59,10 @@ void TestBimPlugin::initializeCreatesTheManagers()
     CBimPlugin plugin;
     QVERIFY(plugin.Initialize());
     QVERIFY(plugin.GetLoginMgr());
+    QVERIFY(plugin.GetProjectInfoMgr());
     QVERIFY(plugin.GetMessageMgr());
     QVERIFY(plugin.GetLoginMgr()->GetLoginActor());
+    QVERIFY(!plugin.GetProjectInfoMgr()->GetPlugin());
     QVERIFY(!plugin.GetLoginMgr()->GetContext());
     QVERIFY(!plugin.GetMessageMgr()->GetContext());
 }
@@ -72,10 +74,12 @@ void TestBimPlugin::secondInitializeReplacesTheManagers()
     // The old manager lives until the new one is stored, so the two addresses differ.
     const NelvoSDK::ILoginMgr* login = plugin.GetLoginMgr();
     const NelvoSDK::IMessageMgr* message = plugin.GetMessageMgr();
+    const NelvoSDK::IProjectInfoMgr* project = plugin.GetProjectInfoMgr();
     plugin.GetMessageMgr()->SetContext(&plugin);
     QVERIFY(plugin.Initialize());
     QVERIFY(plugin.GetLoginMgr() != login);
     QVERIFY(plugin.GetMessageMgr() != message);
+    QVERIFY(plugin.GetProjectInfoMgr() != project);
     QVERIFY(!plugin.GetMessageMgr()->GetContext());
     // The old login manager is gone, and its window with it.
     QCOMPARE(QGuiApplication::topLevelWindows().size(), 1);

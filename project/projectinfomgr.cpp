@@ -1,0 +1,364 @@
+#include "project/projectinfomgr.h"
+
+#include "project/checkedread.h"
+#include "web/cookiesjar.h"
+#include "web/webclient.h"
+
+#include <NelvoSDK/IMessageMgr.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+#include <NelvoSDK/RecordKeys.h>
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QThread>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace NelvoPlugin {
+
+namespace RecordKeys = NelvoSDK::RecordKeys;
+
+namespace {
+
+constexpr int HeartbeatMilliseconds = 10000;
+const auto ScenePath = QStringLiteral("/scene/project");
+
+bool acceptAnyBody(const QByteArray& /*body*/)
+{
+    return true;
+}
+
+std::wstring wideText(const QJsonObject& object, const char* key)
+{
+    return object.value(QLatin1String(key)).toString().toStdWString();
+}
+
+//! Six significant digits, which is all that the host gets.
+std::wstring wideNumber(const QJsonObject& object, const char* key)
+{
+    return QString::number(object.value(QLatin1String(key)).toDouble(), 'g', 6).toStdWString();
+}
+
+std::wstring valueOrEmpty(const std::map<std::wstring, std::wstring>& map, const std::wstring& key)
+{
+    const auto found = map.find(key);
+    return found == map.end() ? std::wstring() : found->second;
+}
+
+QByteArray jsonText(const QJsonObject& object)
+{
+    return QJsonDocument(object).toJson();
+}
+
+QJsonObject identity(const NelvoSDK::ProjectNode& project)
+{
+    return {{QStringLiteral("id"), QString::fromStdWString(project.id)},
+            {QStringLiteral("name"), QString::fromStdWString(project.name)}};
+}
+
+//! Asks for the heartbeat and waits, as the blocking calls do. Those do not give the body of a failed reply,
+//! which is what counts here.
+QNetworkReply* askHeartbeat(const QString& baseUrl)
+{
+    QNetworkRequest request = buildRequest();
+    request.setUrl(QUrl(baseUrl + QStringLiteral("/org/heartbeat"), QUrl::TolerantMode));
+    QNetworkReply* reply = sharedNetworkManager()->get(request);
+    while (!reply->isFinished()) {
+        QThread::msleep(1);
+        QCoreApplication::processEvents();
+    }
+    return reply;
+}
+
+//! Whether a failed reply says that the account has signed in elsewhere.
+bool saysPushedOut(const QByteArray& body)
+{
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(body, &error);
+    if (document.isNull()) {
+        qWarning().noquote() << "parse json failed:" << error.errorString();
+        return false;
+    }
+    const QString code = document.object().value(QStringLiteral("infoCode")).toString();
+    return code == QStringLiteral("1007") || code == QStringLiteral("1002");
+}
+
+} // namespace
+
+CProjectInfoMgr::CProjectInfoMgr() = default;
+
+void CProjectInfoMgr::ReflushProjOrgInfo(const NelvoSDK::LoginSession& newSession)
+{
+    session = newSession;
+
+    // The host reads these; the model lists read "sdkAddr". What is not set keeps an earlier session's value.
+    QCoreApplication* application = QCoreApplication::instance();
+    application->setProperty("sdkAddr", QString::fromStdWString(session.sdkAddr));
+    if (!session.iotToken.empty())
+        application->setProperty("iotToken", QString::fromStdWString(session.iotToken));
+    const auto epId = session.extra.find(RecordKeys::EpId);
+    if (epId != session.extra.end())
+        application->setProperty("epId", QString::fromStdWString(epId->second));
+
+    restoreSessionCookies();
+    QJsonObject reply;
+    if (httpGetJson(sharedNetworkManager(), baseUrl(), QStringLiteral("/org/tree"), {}, reply))
+        WalkOrgTree(reply.value(QStringLiteral("data")).toObject(), orgRoot);
+    else
+        qDebug("CProjectInfoMgr::ReflushProjOrgInfo /org/tree error!");
+
+    // One more with each call, and none is ever stopped: that is meant.
+    startTimer(HeartbeatMilliseconds, Qt::CoarseTimer);
+}
+
+void CProjectInfoMgr::Shutdown() {}
+
+NelvoSDK::INelvoSDKPlugin* CProjectInfoMgr::GetPlugin()
+{
+    return plugin;
+}
+
+void CProjectInfoMgr::SetPlugin(NelvoSDK::INelvoSDKPlugin* newPlugin)
+{
+    plugin = newPlugin;
+}
+
+bool CProjectInfoMgr::GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& projects)
+{
+    QJsonObject reply;
+    if (!httpGetJson(sharedNetworkManager(), baseUrl(), ScenePath, {}, reply)) {
+        qDebug("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
+        return false;
+    }
+    serverProjects.clear();
+    const QJsonArray elements = reply.value(QStringLiteral("data")).toArray();
+    for (const QJsonValue element : elements) {
+        const ServerProject project = ToServerProject(element.toObject());
+        serverProjects.insert(project.id, project);
+    }
+    for (const ServerProject& project : qAsConst(serverProjects))
+        projects.push_back(ToProjectNode(project));
+    return true;
+}
+
+bool CProjectInfoMgr::GetOrgTree(NelvoSDK::OrgTreeNode& root)
+{
+    CopyOrgTree(orgRoot, root);
+    return true;
+}
+
+void CProjectInfoMgr::RemoveForeignProjects(std::list<NelvoSDK::ProjectRef>& projects)
+{
+    projects.remove_if([this](const NelvoSDK::ProjectRef& project) { return IsForeignProject(project); });
+}
+
+//! Answers with the enterprise and not with the department.
+void CProjectInfoMgr::GetProjectInfo(const std::wstring id, NelvoSDK::ProjectRef& project)
+{
+    const auto onServer = serverProjects.constFind(id);
+    const auto local = localProjects.constFind(id);
+    if (onServer != serverProjects.constEnd()) {
+        project.id = onServer->id;
+        project.name = onServer->name;
+    } else if (local != localProjects.constEnd()) {
+        project.id = local->id;
+        project.name = local->name;
+    } else {
+        return;
+    }
+    for (const std::wstring key : {RecordKeys::EpId, RecordKeys::EpName})
+        project.attrs[key] = checkedRead(session.extra, key);
+}
+
+void CProjectInfoMgr::AddLocalProject(const NelvoSDK::ProjectRef& project)
+{
+    if (project.id.empty() || localProjects.contains(project.id) || serverProjects.contains(project.id))
+        return;
+    localProjects.insert(project.id, ToLocalProject(project));
+}
+
+void CProjectInfoMgr::RemoveLocalProject(const std::wstring id)
+{
+    localProjects.remove(id);
+}
+
+void CProjectInfoMgr::OnUploadProject(const NelvoSDK::ProjectNode& project, void* /*reserved*/, bool upload)
+{
+    if (!upload)
+        return;
+    // Erased before it is sent, and not brought back if that fails: both are meant.
+    if (localProjects.remove(project.id) > 0) {
+        if (!addProject(project))
+            qDebug("CProjectInfoMgr::OnUploadProject add project /scene/project falid");
+        return;
+    }
+    const auto onServer = serverProjects.constFind(project.id);
+    if (onServer == serverProjects.constEnd() || onServer->name == project.name)
+        return;
+    if (!renameProject(project))
+        qDebug("CProjectInfoMgr::OnUploadProject update project /scene/project falid");
+}
+
+void CProjectInfoMgr::OnUploadSdkProperty(const QString& sceneProjId,
+                                          const QMap<QString, QString>& deviceSerials)
+{
+    if (!httpPost(sharedNetworkManager(), baseUrl(),
+                  QStringLiteral("/equipment/bind/deleteAll/") + sceneProjId, {}, {}, acceptAnyBody)) {
+        qDebug("CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/deleteAll/ falid !");
+        return;
+    }
+    QJsonArray bindings;
+    for (auto device = deviceSerials.begin(); device != deviceSerials.end(); ++device) {
+        const QJsonObject element;
+        BuildEquipmentBinding(sceneProjId, device.key(), device.value(), element);
+        bindings.append(element);
+    }
+    // The path is "batchAdd" and the text says "batchUpdate"; both are as they should be.
+    if (!httpPost(sharedNetworkManager(), baseUrl(),
+                  QStringLiteral("/equipment/bind/batchAdd/") + sceneProjId, QJsonDocument(bindings).toJson(),
+                  {}, acceptAnyBody)) {
+        qDebug("CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/batchUpdate/ falid !");
+    }
+}
+
+void CProjectInfoMgr::ReservedFirst() {}
+
+void CProjectInfoMgr::ReservedSecond() {}
+
+//! A successful reply is not looked at, whatever it says: the codes count in failed ones only.
+void CProjectInfoMgr::timerEvent(QTimerEvent* /*event*/)
+{
+    QNetworkReply* reply = askHeartbeat(baseUrl());
+    if (reply->error() == QNetworkReply::NoError)
+        return;
+    qWarning().noquote() << reply->errorString();
+    if (!saysPushedOut(reply->readAll()))
+        return;
+    if (NelvoSDK::IMessageMgr* messages = plugin->GetMessageMgr())
+        messages->NotifyFirst(QStringLiteral("您的帐号在另一地点登录，您被迫下线"));
+}
+
+CProjectInfoMgr::ServerProject CProjectInfoMgr::ToServerProject(const QJsonObject& object)
+{
+    ServerProject project;
+    project.id = wideText(object, "id");
+    project.name = wideText(object, "name");
+    project.deptId = wideText(object, "deptId");
+    project.deptName = wideText(object, "deptName");
+    project.code = wideText(object, "code");
+    project.basemap = wideText(object, "basemap");
+    project.proj4 = wideText(object, "proj4");
+    project.x = wideNumber(object, "x");
+    project.y = wideNumber(object, "y");
+    return project;
+}
+
+NelvoSDK::ProjectNode CProjectInfoMgr::ToProjectNode(const ServerProject& record)
+{
+    NelvoSDK::ProjectNode node;
+    node.name = record.name;
+    node.id = record.id;
+    node.x = record.x;
+    node.y = record.y;
+    node.serverFlag = record.serverFlag;
+    node.code = record.code;
+    node.basemap = record.basemap;
+    node.proj4 = record.proj4;
+    node.attrs[RecordKeys::DeptId] = record.deptId;
+    node.attrs[RecordKeys::DeptName] = record.deptName;
+    return node;
+}
+
+CProjectInfoMgr::LocalProject CProjectInfoMgr::ToLocalProject(const NelvoSDK::ProjectRef& project)
+{
+    return {project.id, project.name, valueOrEmpty(project.attrs, RecordKeys::DeptId),
+            valueOrEmpty(project.attrs, RecordKeys::DeptName)};
+}
+
+//! Appends to the children that the node has. Only the root ever has any before, from an earlier call, and
+//! so doubles its first level: that is meant.
+void CProjectInfoMgr::WalkOrgTree(const QJsonObject& object, OrgUnit& node)
+{
+    node.value = wideText(object, "value");
+    node.name = wideText(object, "name");
+    node.type = object.value(QStringLiteral("type")).toInt();
+    node.parId = wideText(object, "parId");
+    const QJsonArray children = object.value(QStringLiteral("children")).toArray();
+    for (const QJsonValue child : children) {
+        node.children.emplace_back();
+        WalkOrgTree(child.toObject(), node.children.back());
+    }
+}
+
+void CProjectInfoMgr::CopyOrgTree(const OrgUnit& node, NelvoSDK::OrgTreeNode& out)
+{
+    constexpr qint32 SelectableType = 2;
+    out.id = node.value;
+    out.name = node.name;
+    out.canSelect = node.type == SelectableType;
+    for (const OrgUnit& child : node.children) {
+        out.children.emplace_back();
+        CopyOrgTree(child, out.children.back());
+    }
+}
+
+//! Composes a binding and leaves the element empty: what is assigned goes to copies of values that are read
+//! from it. The services know the batch so and count its elements only.
+void CProjectInfoMgr::BuildEquipmentBinding(const QString& sceneProjId, const QString& compGuid,
+                                            const QString& serialNumber, const QJsonObject& element)
+{
+    const QJsonObject description{{QStringLiteral("name"), QString()},
+                                  {QStringLiteral("serialNumber"), serialNumber},
+                                  {QStringLiteral("type"), QString()},
+                                  {QStringLiteral("vendor"), QString()}};
+    const QJsonObject reference{{QStringLiteral("compGUID"), compGuid},
+                                {QStringLiteral("sceneProjId"), sceneProjId}};
+    element[QStringLiteral("equInfo")] = QString::fromUtf8(jsonText(description));
+    element[QStringLiteral("ref")] = QString::fromUtf8(jsonText(reference));
+}
+
+QString CProjectInfoMgr::baseUrl() const
+{
+    return QString::fromStdWString(session.sdkAddr);
+}
+
+//! Replaces the whole jar. The text is cut at every comma, also at those inside an expiry date: what cannot
+//! be read as a cookie is dropped. That is meant; the text is made with the same plain comma.
+void CProjectInfoMgr::restoreSessionCookies() const
+{
+    QList<QNetworkCookie> cookies;
+    const QStringList parts = QString::fromStdWString(session.cookies)
+                                  .split(QLatin1Char(','), Qt::KeepEmptyParts, Qt::CaseSensitive);
+    for (const QString& part : parts)
+        cookies.append(QNetworkCookie::parseCookies(part.toUtf8()));
+    sharedCookieJar()->setAllCookies(cookies);
+}
+
+bool CProjectInfoMgr::IsForeignProject(const NelvoSDK::ProjectRef& project) const
+{
+    const std::wstring key = RecordKeys::EpId;
+    const auto epId = project.attrs.find(key);
+    return epId == project.attrs.end() || epId->second != checkedRead(session.extra, key);
+}
+
+bool CProjectInfoMgr::addProject(const NelvoSDK::ProjectNode& project) const
+{
+    QJsonObject body = identity(project);
+    body.insert(QStringLiteral("deptId"),
+                QString::fromStdWString(checkedRead(project.attrs, std::wstring(RecordKeys::DeptId))));
+    return httpPost(sharedNetworkManager(), baseUrl(), ScenePath, jsonText(body), {}, acceptAnyBody);
+}
+
+bool CProjectInfoMgr::renameProject(const NelvoSDK::ProjectNode& project) const
+{
+    return httpPut(sharedNetworkManager(), baseUrl(), ScenePath, jsonText(identity(project)), {},
+                   acceptAnyBody);
+}
+
+} // namespace NelvoPlugin

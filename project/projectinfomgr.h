@@ -1,0 +1,103 @@
+#pragma once
+
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <QMap>
+#include <QObject>
+
+#include <list>
+#include <string>
+
+Q_DECLARE_INTERFACE(NelvoSDK::IProjectInfoMgr, "NelvoSDK::IProjectInfoMgr")
+
+class QJsonObject;
+
+namespace NelvoPlugin {
+
+//! \brief What the editor service knows about the signed-in enterprise, and the watch on its session.
+//!
+//! Holds the session, a snapshot of the service's scene projects, the projects that exist only in the host
+//! so far, and the organisation tree. GUI thread. The calls block it while they pump events, so a tick of
+//! the watch can run inside any of them; it reads the session's address and the plug-in pointer only.
+class CProjectInfoMgr final : public QObject, public NelvoSDK::IProjectInfoMgr
+{
+    Q_OBJECT
+    Q_INTERFACES(NelvoSDK::IProjectInfoMgr)
+
+public:
+    CProjectInfoMgr();
+
+    void ReflushProjOrgInfo(const NelvoSDK::LoginSession& newSession) override;
+    void Shutdown() override;
+    NelvoSDK::INelvoSDKPlugin* GetPlugin() override;
+    void SetPlugin(NelvoSDK::INelvoSDKPlugin* newPlugin) override;
+    bool GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& projects) override;
+    bool GetOrgTree(NelvoSDK::OrgTreeNode& root) override;
+    void RemoveForeignProjects(std::list<NelvoSDK::ProjectRef>& projects) override;
+    void GetProjectInfo(const std::wstring id, NelvoSDK::ProjectRef& project) override;
+    void AddLocalProject(const NelvoSDK::ProjectRef& project) override;
+    void RemoveLocalProject(const std::wstring id) override;
+    void OnUploadProject(const NelvoSDK::ProjectNode& project, void* reserved, bool upload) override;
+    void OnUploadSdkProperty(const QString& sceneProjId,
+                             const QMap<QString, QString>& deviceSerials) override;
+    void ReservedFirst() override;
+    void ReservedSecond() override;
+
+protected:
+    //! A tick of the watch, whichever of the timers it comes from.
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    //! A scene project as the service lists it.
+    struct ServerProject {
+        std::wstring id;
+        std::wstring name;
+        std::wstring x;
+        std::wstring y;
+        bool serverFlag = false;
+        std::wstring code;
+        std::wstring basemap;
+        std::wstring proj4;
+        std::wstring deptId;
+        std::wstring deptName;
+    };
+
+    //! A scene project that only the host knows.
+    struct LocalProject {
+        std::wstring id;
+        std::wstring name;
+        std::wstring deptId;
+        std::wstring deptName;
+    };
+
+    //! A unit of the organisation with its sub-units.
+    struct OrgUnit {
+        std::wstring value;
+        std::wstring name;
+        std::wstring parId;
+        qint32 type = 1;
+        std::list<OrgUnit> children;
+    };
+
+    static ServerProject ToServerProject(const QJsonObject& object);
+    static NelvoSDK::ProjectNode ToProjectNode(const ServerProject& record);
+    static LocalProject ToLocalProject(const NelvoSDK::ProjectRef& project);
+    static void WalkOrgTree(const QJsonObject& object, OrgUnit& node);
+    static void CopyOrgTree(const OrgUnit& node, NelvoSDK::OrgTreeNode& out);
+    static void BuildEquipmentBinding(const QString& sceneProjId, const QString& compGuid,
+                                      const QString& serialNumber, const QJsonObject& element);
+
+    QString baseUrl() const;
+    void restoreSessionCookies() const;
+    bool IsForeignProject(const NelvoSDK::ProjectRef& project) const;
+    bool addProject(const NelvoSDK::ProjectNode& project) const;
+    bool renameProject(const NelvoSDK::ProjectNode& project) const;
+
+    NelvoSDK::INelvoSDKPlugin* plugin = nullptr;
+    NelvoSDK::LoginSession session;
+    QMap<std::wstring, ServerProject> serverProjects;
+    QMap<std::wstring, LocalProject> localProjects;
+    OrgUnit orgRoot;
+};
+
+} // namespace NelvoPlugin

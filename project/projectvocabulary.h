@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+
+//! \file
+//! \brief Words that the host and the plug-in share. The plug-in defines them; its own code reads none.
+
+namespace NelvoPlugin {
+
+//! Name of a kind of model: 0 is "CIM", 1 is "BIM". There is no range check. Any thread.
+std::wstring ModelKindName(quint8 kind);
+
+//! Names of the two kinds of model.
+extern const QString CimModelKind;
+extern const QString BimModelKind;
+
+//! Keys of the properties of a device.
+extern const QString SDK_Propertys;
+extern const QString SDK_LogoID;
+extern const QString SDK_DeviceObject;
+extern const QString NelvoEditorSDK_DeviceID;
+extern const QString NelvoEditorSDK_DeviceName;
+extern const QString NelvoEditorSDK_VendorId;
+
+} // namespace NelvoPlugin

@@ -1,0 +1,1321 @@
+#include "project/projectinfomgr.h"
+
+#include "tests/support/messagelog.h"
+#include "web/cookiesjar.h"
+#include "web/webclient.h"
+
+#include <services/services.h>
+
+#include <NelvoSDK/IMessageMgr.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+
+#include <QAbstractEventDispatcher>
+#include <QCoreApplication>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QTimer>
+#include <QTimerEvent>
+#include <QtTest>
+
+#include <stdexcept>
+
+using NelvoDevkit::CannedReply;
+using NelvoDevkit::Fault;
+using NelvoDevkit::LoggedRequest;
+using NelvoPlugin::CProjectInfoMgr;
+using NelvoSDK::LoginSession;
+using NelvoSDK::OrgTreeNode;
+using NelvoSDK::ProjectNode;
+using NelvoSDK::ProjectRef;
+using TestSupport::MessageLog;
+
+namespace {
+
+const auto TreePath = QStringLiteral("/org/tree");
+const auto ScenePath = QStringLiteral("/scene/project");
+const auto HeartbeatPath = QStringLiteral("/org/heartbeat");
+const auto DeletePath = QStringLiteral("/equipment/bind/deleteAll/s1");
+const auto BatchPath = QStringLiteral("/equipment/bind/batchAdd/s1");
+const auto PushedOut = QStringLiteral("您的帐号在另一地点登录，您被迫下线");
+const auto TreeFailed = QStringLiteral("CProjectInfoMgr::ReflushProjOrgInfo /org/tree error!");
+const auto ProjectsFailed =
+    QStringLiteral("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
+
+CannedReply json(const QByteArray& body, int status = 200)
+{
+    return {status, "application/json", body, {}};
+}
+
+QString text(const std::wstring& wide)
+{
+    return QString::fromStdWString(wide);
+}
+
+//! The part of a plug-in that a project manager uses, and what it says there.
+class Messages final : public NelvoSDK::IMessageMgr
+{
+public:
+    void* GetContext() override { return nullptr; }
+    void SetContext(void*) override {}
+    void NotifyFirst(const QString& message) override { first.append(message); }
+    void NotifySecond(const QString&) override { ++others; }
+    void NotifyThird(const QString&) override { ++others; }
+    void Attach(NelvoSDK::IMessageObserver*) override {}
+    void Detach(NelvoSDK::IMessageObserver*) override {}
+
+    QStringList first;
+    int others = 0;
+};
+
+class Plugin final : public NelvoSDK::INelvoSDKPlugin
+{
+public:
+    bool Initialize() override { return true; }
+    bool Shutdown() override { return true; }
+    void ReservedHook() override {}
+    std::wstring GetVersion() override { return {}; }
+    NelvoSDK::ILoginMgr* GetLoginMgr() override { return nullptr; }
+    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return nullptr; }
+    NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
+    NelvoSDK::IMessageMgr* GetMessageMgr() override { return hasMessages ? &messages : nullptr; }
+
+    Messages messages;
+    bool hasMessages = true;
+};
+
+//! A manager, the plug-in behind it, and its ticks without the ten seconds between them.
+struct Project {
+    Project() { manager.SetPlugin(&plugin); }
+    void tick()
+    {
+        QTimerEvent event(0);
+        QCoreApplication::sendEvent(&manager, &event);
+    }
+
+    Plugin plugin;
+    CProjectInfoMgr manager;
+};
+
+ProjectRef projectRef(const std::wstring& id, const std::wstring& name = L"name")
+{
+    ProjectRef project;
+    project.id = id;
+    project.name = name;
+    return project;
+}
+
+ProjectNode projectNode(const std::wstring& id, const std::wstring& name, bool withDepartment = true)
+{
+    ProjectNode project;
+    project.id = id;
+    project.name = name;
+    if (withDepartment)
+        project.attrs[L"deptId"] = L"d1";
+    return project;
+}
+
+//! A reply whose tree has that many levels below its root, with `innermost` as the last node.
+QByteArray nested(int levels, const QByteArray& innermost)
+{
+    return "{\"data\":" + QByteArray("{\"children\":[").repeated(levels) + innermost +
+           QByteArray("]}").repeated(levels) + "}";
+}
+
+//! Levels below the root, along the first child.
+int depthOf(const OrgTreeNode& node)
+{
+    return node.children.empty() ? 0 : 1 + depthOf(node.children.front());
+}
+
+} // namespace
+
+class TestProjectInfoMgr : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void metaObject();
+    void newManagerHoldsNothing();
+    void pluginIsKept();
+    void emptyOperationsDoNothing();
+
+    void firstAnnouncementStands();
+    void knownProjectsAreNotAnnounced();
+    void emptyIdIsNotAnnounced();
+    void removedProjectIsUnknown();
+    void projectInBothMapsAnswersFromTheService();
+    void unknownProjectLeavesTheRecord();
+    void projectInfoNamesTheEnterprise();
+    void projectInfoBeforeASessionThrows();
+    void projectInfoWithoutEnterpriseNameThrows();
+    void foreignProjectsAreRemoved();
+    void projectsWithoutEnterpriseNeedNoSession();
+    void foreignCheckWithoutSessionThrows();
+
+    void refreshSetsTheProperties();
+    void refreshWithoutTokenKeepsTheEarlierOne();
+    void refreshReplacesTheJarBeforeItAsks();
+    void emptyCookieTextEmptiesTheJar();
+    void cookieWithADateIsCutAtItsComma();
+    void refreshReadsTheTree();
+    void treeBeforeARefreshIsABareRoot();
+    void treeTypes();
+    void oddChildrenAreNone();
+    void secondRefreshDoublesTheFirstLevel();
+    void failedRefreshKeepsTheTree_data();
+    void failedRefreshKeepsTheTree();
+    void replyWithoutDataClearsTheRoot();
+    void treeAsDeepAsTheParserAllows();
+    void refreshCopiesTheSession();
+
+    void projectsInTheOrderOfTheirIds();
+    void projectRequestToTheByte();
+    void sixSignificantDigits();
+    void laterElementOfAnIdWins();
+    void numbersAsIdsFallTogether();
+    void absentAndNullBaseMap();
+    void appendedAndNeverCleared();
+    void emptyDataEmptiesTheSnapshot_data();
+    void emptyDataEmptiesTheSnapshot();
+    void failedListKeepsTheSnapshot_data();
+    void failedListKeepsTheSnapshot();
+    void listWithoutASessionFails();
+
+    void uploadThatIsNotWantedSendsNothing();
+    void addToTheByte();
+    void addedProjectIsInNeitherMap();
+    void addWithoutDepartmentThrowsAndIsErased();
+    void failedAddIsNotBroughtBack_data();
+    void failedAddIsNotBroughtBack();
+    void renameToTheByte();
+    void sameNameSendsNothing();
+    void caseCountsAsAChange();
+    void renameIsSentAgainUntilTheListIsRead();
+    void failedRenameIsLogged_data();
+    void failedRenameIsLogged();
+    void unknownProjectSendsNothing();
+    void announcedProjectIsAddedEvenIfKnown();
+    void handlerDuringTheAddSeesNeither();
+
+    void bindingsToTheByte();
+    void noBindingsSendAnEmptyArray();
+    void emptySceneProjectGoesOutAsItIs();
+    void failedDeleteSendsNoBatch_data();
+    void failedDeleteSendsNoBatch();
+    void failedBatchIsLogged_data();
+    void failedBatchIsLogged();
+
+    void tickAsksTheHeartbeat();
+    void pushedOutIsTold_data();
+    void pushedOutIsTold();
+    void otherRepliesTellNothing_data();
+    void otherRepliesTellNothing();
+    void failedTickLogs_data();
+    void failedTickLogs();
+    void tickWithoutMessageManagerIsQuiet();
+    void tickWithoutAnAddressFails();
+    void tickNeedsNoPluginUnlessPushedOut();
+    void eachTickTellsAgain();
+    void tickInsideABlockingCall();
+    void tickInsideATick();
+    void eachRefreshStartsOneMoreTimer();
+
+private:
+    LoginSession session() const;
+    void refresh(Project& project);
+    void knowsOnServer(Project& project, const QByteArray& elements);
+    void failEvery(const QByteArray& method, const QString& path, Fault fault, int status);
+    static void faultRows();
+    QByteArrayList targets() const;
+
+    NelvoDevkit::Services m_services;
+};
+
+Q_DECLARE_METATYPE(NelvoDevkit::Fault)
+
+void TestProjectInfoMgr::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+}
+
+void TestProjectInfoMgr::init()
+{
+    m_services.clearFaults();
+    m_services.clearReplies();
+    m_services.clearRequests();
+    sharedCookieJar()->setAllCookies({});
+    for (const char* property : {"sdkAddr", "iotToken", "epId"})
+        qApp->setProperty(property, QVariant());
+    m_services.setReply("GET", TreePath, json(R"({"data":{"value":"r","name":"集团","type":1}})"));
+    m_services.setReply("GET", ScenePath, json(R"({"data":[]})"));
+    m_services.setReply("GET", HeartbeatPath, json("{}"));
+    for (const QString& path : {ScenePath, DeletePath, BatchPath}) {
+        m_services.setReply("POST", path, json("{}"));
+        m_services.setReply("PUT", path, json("{}"));
+    }
+}
+
+LoginSession TestProjectInfoMgr::session() const
+{
+    LoginSession made;
+    made.sdkAddr = m_services.editorUrl().toStdWString();
+    made.iotToken = L"token";
+    made.loggedIn = true;
+    made.extra = {{L"epId", L"1001"}, {L"epName", L"设计院"}};
+    return made;
+}
+
+void TestProjectInfoMgr::refresh(Project& project)
+{
+    project.manager.ReflushProjOrgInfo(session());
+    m_services.clearRequests();
+}
+
+//! A session, and these projects in the snapshot of the service.
+void TestProjectInfoMgr::knowsOnServer(Project& project, const QByteArray& elements)
+{
+    m_services.setReply("GET", ScenePath, json("{\"data\":[" + elements + "]}"));
+    refresh(project);
+    std::list<ProjectNode> ignored;
+    QVERIFY(project.manager.GetServerProjectTree(ignored));
+    m_services.clearRequests();
+}
+
+void TestProjectInfoMgr::failEvery(const QByteArray& method, const QString& path, Fault fault, int status)
+{
+    m_services.addFault({fault, path, method, status, false});
+}
+
+//! The ways in which a call fails whose body nobody reads.
+void TestProjectInfoMgr::faultRows()
+{
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<int>("status");
+    QTest::newRow("refuse") << Fault::Refuse << 0;
+    QTest::newRow("reset") << Fault::Reset << 0;
+    QTest::newRow("cut body") << Fault::CutBody << 0;
+    QTest::newRow("status 401") << Fault::Status << 401;
+    QTest::newRow("status 500") << Fault::Status << 500;
+}
+
+QByteArrayList TestProjectInfoMgr::targets() const
+{
+    QByteArrayList lines;
+    const QVector<LoggedRequest> requests = m_services.requests();
+    for (const LoggedRequest& request : requests)
+        lines.append(request.method + ' ' + request.target);
+    return lines;
+}
+
+void TestProjectInfoMgr::metaObject()
+{
+    CProjectInfoMgr manager;
+    QVERIFY(manager.qt_metacast("NelvoPlugin::CProjectInfoMgr"));
+    QCOMPARE(manager.qt_metacast("NelvoSDK::IProjectInfoMgr"),
+             static_cast<void*>(static_cast<NelvoSDK::IProjectInfoMgr*>(&manager)));
+    const QMetaObject* meta = manager.metaObject();
+    QCOMPARE(meta->methodCount(), meta->methodOffset());
+    QCOMPARE(meta->propertyCount(), meta->propertyOffset());
+    QCOMPARE(meta->enumeratorCount(), meta->enumeratorOffset());
+}
+
+void TestProjectInfoMgr::newManagerHoldsNothing()
+{
+    CProjectInfoMgr manager;
+    QVERIFY(!manager.GetPlugin());
+    QVERIFY(!manager.parent());
+    ProjectRef project = projectRef(L"kept");
+    manager.GetProjectInfo(L"any", project);
+    QVERIFY(project.id == L"kept");
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestProjectInfoMgr::pluginIsKept()
+{
+    Project project;
+    QCOMPARE(project.manager.GetPlugin(), &project.plugin);
+    project.manager.SetPlugin(nullptr);
+    QVERIFY(!project.manager.GetPlugin());
+}
+
+void TestProjectInfoMgr::emptyOperationsDoNothing()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    project.manager.Shutdown();
+    project.manager.ReservedFirst();
+    project.manager.ReservedSecond();
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.id == L"a");
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestProjectInfoMgr::firstAnnouncementStands()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a", L"first"));
+    project.manager.AddLocalProject(projectRef(L"a", L"second"));
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.name == L"first");
+}
+
+void TestProjectInfoMgr::knownProjectsAreNotAnnounced()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"theirs"})");
+    project.manager.AddLocalProject(projectRef(L"a", L"ours"));
+    // Had it been announced, it would be added now; it is known by another name, so it is renamed.
+    project.manager.OnUploadProject(projectNode(L"a", L"ours"), nullptr, true);
+    QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
+}
+
+void TestProjectInfoMgr::emptyIdIsNotAnnounced()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L""));
+    project.manager.OnUploadProject(projectNode(L"", L"x"), nullptr, true);
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestProjectInfoMgr::removedProjectIsUnknown()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    project.manager.RemoveLocalProject(L"");
+    project.manager.RemoveLocalProject(L"unknown");
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.id == L"a");
+    project.manager.RemoveLocalProject(L"a");
+    ProjectRef gone;
+    project.manager.GetProjectInfo(L"a", gone);
+    QVERIFY(gone.id.empty());
+}
+
+void TestProjectInfoMgr::projectInBothMapsAnswersFromTheService()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a", L"ours"));
+    knowsOnServer(project, R"({"id":"a","name":"theirs"})");
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.name == L"theirs");
+}
+
+void TestProjectInfoMgr::unknownProjectLeavesTheRecord()
+{
+    Project project;
+    refresh(project);
+    ProjectRef record = projectRef(L"kept", L"kept");
+    record.attrs[L"other"] = L"x";
+    project.manager.GetProjectInfo(L"unknown", record);
+    QVERIFY(record.id == L"kept" && record.name == L"kept" && record.attrs.size() == 1);
+}
+
+void TestProjectInfoMgr::projectInfoNamesTheEnterprise()
+{
+    Project project;
+    refresh(project);
+    ProjectRef announced = projectRef(L"a", L"桥");
+    announced.attrs = {{L"deptId", L"d"}, {L"deptName", L"D"}};
+    project.manager.AddLocalProject(announced);
+    ProjectRef found;
+    found.attrs[L"other"] = L"x";
+    project.manager.GetProjectInfo(L"a", found);
+    QCOMPARE(text(found.name), QStringLiteral("桥"));
+    QVERIFY(found.attrs == (std::map<std::wstring, std::wstring>{
+                               {L"epId", L"1001"}, {L"epName", L"设计院"}, {L"other", L"x"}}));
+}
+
+void TestProjectInfoMgr::projectInfoBeforeASessionThrows()
+{
+    CProjectInfoMgr manager;
+    manager.AddLocalProject(projectRef(L"a", L"n"));
+    ProjectRef found;
+    try {
+        manager.GetProjectInfo(L"a", found);
+        QFAIL("nothing was thrown");
+    } catch (const std::out_of_range& error) {
+        QCOMPARE(error.what(), "invalid map<K, T> key");
+    }
+    QVERIFY(found.id == L"a" && found.name == L"n");
+    QVERIFY(found.attrs.empty());
+}
+
+void TestProjectInfoMgr::projectInfoWithoutEnterpriseNameThrows()
+{
+    Project project;
+    LoginSession nameless = session();
+    nameless.extra.erase(L"epName");
+    project.manager.ReflushProjOrgInfo(nameless);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    ProjectRef found;
+    QVERIFY_EXCEPTION_THROWN(project.manager.GetProjectInfo(L"a", found), std::out_of_range);
+    QVERIFY(found.attrs == (std::map<std::wstring, std::wstring>{{L"epId", L"1001"}}));
+}
+
+void TestProjectInfoMgr::foreignProjectsAreRemoved()
+{
+    Project project;
+    refresh(project);
+    std::list<ProjectRef> projects;
+    for (const wchar_t* epId : {L"1001", L"100", L"10011", L"1002", L"1001"}) {
+        projects.push_back(projectRef(L"p" + std::to_wstring(projects.size())));
+        projects.back().attrs[L"epId"] = epId;
+    }
+    projects.insert(std::next(projects.begin()), projectRef(L"without"));
+    project.manager.RemoveForeignProjects(projects);
+    QCOMPARE(projects.size(), std::size_t(2));
+    QVERIFY(projects.front().id == L"p0" && projects.back().id == L"p4");
+}
+
+void TestProjectInfoMgr::projectsWithoutEnterpriseNeedNoSession()
+{
+    CProjectInfoMgr manager;
+    std::list<ProjectRef> projects{projectRef(L"a"), projectRef(L"b")};
+    manager.RemoveForeignProjects(projects);
+    QVERIFY(projects.empty());
+}
+
+void TestProjectInfoMgr::foreignCheckWithoutSessionThrows()
+{
+    CProjectInfoMgr manager;
+    std::list<ProjectRef> projects{projectRef(L"a")};
+    projects.front().attrs[L"epId"] = L"1001";
+    QVERIFY_EXCEPTION_THROWN(manager.RemoveForeignProjects(projects), std::out_of_range);
+}
+
+void TestProjectInfoMgr::refreshSetsTheProperties()
+{
+    Project project;
+    project.manager.ReflushProjOrgInfo(session());
+    QCOMPARE(qApp->property("sdkAddr"), QVariant(m_services.editorUrl()));
+    QCOMPARE(qApp->property("iotToken"), QVariant(QStringLiteral("token")));
+    QCOMPARE(qApp->property("epId"), QVariant(QStringLiteral("1001")));
+}
+
+void TestProjectInfoMgr::refreshWithoutTokenKeepsTheEarlierOne()
+{
+    Project project;
+    project.manager.ReflushProjOrgInfo(session());
+    LoginSession bare;
+    bare.sdkAddr = session().sdkAddr;
+    project.manager.ReflushProjOrgInfo(bare);
+    QCOMPARE(qApp->property("iotToken"), QVariant(QStringLiteral("token")));
+    QCOMPARE(qApp->property("epId"), QVariant(QStringLiteral("1001")));
+}
+
+void TestProjectInfoMgr::refreshReplacesTheJarBeforeItAsks()
+{
+    QNetworkCookie old("CASTGC", "x");
+    old.setDomain(QStringLiteral("127.0.0.1"));
+    old.setPath(QStringLiteral("/"));
+    sharedCookieJar()->setAllCookies({old});
+    LoginSession made = session();
+    made.cookies = L"EDITORSESSION=1; HttpOnly; domain=127.0.0.1; path=/,route=2; domain=127.0.0.1; path=/";
+    Project project;
+    project.manager.ReflushProjOrgInfo(made);
+    QCOMPARE(targets(), QByteArrayList{"GET /org/tree"});
+    QCOMPARE(m_services.requests().constFirst().header("Cookie"), QByteArray("EDITORSESSION=1; route=2"));
+    QCOMPARE(sharedCookieJar()->allCookies().size(), 2);
+}
+
+void TestProjectInfoMgr::emptyCookieTextEmptiesTheJar()
+{
+    sharedCookieJar()->setAllCookies({QNetworkCookie("a", "1")});
+    Project project;
+    project.manager.ReflushProjOrgInfo(session());
+    QVERIFY(sharedCookieJar()->allCookies().isEmpty());
+}
+
+void TestProjectInfoMgr::cookieWithADateIsCutAtItsComma()
+{
+    LoginSession made = session();
+    made.cookies = L"s=1; HttpOnly; expires=Wed, 09-Jun-2100 10:18:14 GMT; domain=127.0.0.1; path=/";
+    Project project;
+    project.manager.ReflushProjOrgInfo(made);
+    const QList<QNetworkCookie> cookies = sharedCookieJar()->allCookies();
+    QVERIFY(!cookies.isEmpty());
+    QCOMPARE(cookies.constFirst().name(), QByteArray("s"));
+    QCOMPARE(cookies.constFirst().value(), QByteArray("1"));
+    QVERIFY(cookies.constFirst().isSessionCookie());
+    QVERIFY(cookies.constFirst().domain().isEmpty());
+}
+
+void TestProjectInfoMgr::refreshReadsTheTree()
+{
+    m_services.setReply("GET", TreePath,
+                        json(QStringLiteral(R"({"code":0,"data":{
+        "value":"1","name":"集团","type":1,"parId":"","children":[
+            {"value":"2","name":"设计部","type":2,"parId":"1"},
+            {"value":"3","name":"工程部","type":1,"parId":"1","children":[
+                {"value":"4","name":"测量组","type":2,"parId":"3","children":[]}]}]}})")
+                                 .toUtf8()));
+    Project project;
+    project.manager.ReflushProjOrgInfo(session());
+    OrgTreeNode root;
+    QVERIFY(project.manager.GetOrgTree(root));
+    QCOMPARE(text(root.name), QStringLiteral("集团"));
+    QVERIFY(root.id == L"1" && !root.canSelect);
+    QCOMPARE(root.children.size(), std::size_t(2));
+    QCOMPARE(text(root.children.front().name), QStringLiteral("设计部"));
+    QVERIFY(root.children.front().canSelect && root.children.front().children.empty());
+    const OrgTreeNode& works = root.children.back();
+    QVERIFY(works.id == L"3" && !works.canSelect);
+    QCOMPARE(text(works.children.front().name), QStringLiteral("测量组"));
+    QVERIFY(works.children.front().canSelect);
+}
+
+void TestProjectInfoMgr::treeBeforeARefreshIsABareRoot()
+{
+    CProjectInfoMgr manager;
+    OrgTreeNode root;
+    QVERIFY(manager.GetOrgTree(root));
+    QVERIFY(root.id.empty() && root.name.empty() && !root.canSelect && root.children.empty());
+}
+
+void TestProjectInfoMgr::treeTypes()
+{
+    m_services.setReply("GET", TreePath, json(R"({"data":{"children":[
+        {"type":2},{"type":"2"},{},{"type":1},{"type":3},{"type":2.5}]}})"));
+    Project project;
+    project.manager.ReflushProjOrgInfo(session());
+    OrgTreeNode root;
+    project.manager.GetOrgTree(root);
+    QVector<bool> selectable;
+    for (const OrgTreeNode& child : root.children)
+        selectable.append(child.canSelect);
+    QCOMPARE(selectable, (QVector<bool>{true, false, false, false, false, false}));
+}
+
+void TestProjectInfoMgr::oddChildrenAreNone()
+{
+    m_services.setReply("GET", TreePath, json(R"({"data":{"children":[
+        {},{"children":[]},{"children":"x"},{"children":{"a":1}},{"children":null}]}})"));
+    Project project;
+    project.manager.ReflushProjOrgInfo(session());
+    OrgTreeNode root;
+    project.manager.GetOrgTree(root);
+    QCOMPARE(root.children.size(), std::size_t(5));
+    for (const OrgTreeNode& child : root.children)
+        QVERIFY(child.children.empty());
+}
+
+void TestProjectInfoMgr::secondRefreshDoublesTheFirstLevel()
+{
+    m_services.setReply(
+        "GET", TreePath,
+        json(R"({"data":{"children":[{"name":"a","children":[{}]},{"name":"b"},{"name":"c"}]}})"));
+    Project project;
+    refresh(project);
+    refresh(project);
+    OrgTreeNode root;
+    project.manager.GetOrgTree(root);
+    QString names;
+    for (const OrgTreeNode& child : root.children)
+        names += text(child.name);
+    QCOMPARE(names, QStringLiteral("abcabc"));
+    QCOMPARE(root.children.front().children.size(), std::size_t(1));
+    QCOMPARE(std::next(root.children.begin(), 3)->children.size(), std::size_t(1));
+}
+
+void TestProjectInfoMgr::failedRefreshKeepsTheTree_data()
+{
+    faultRows();
+    QTest::newRow("no JSON") << Fault::NotJson << 0;
+    QTest::newRow("endless redirect") << Fault::EndlessRedirect << 0;
+}
+
+void TestProjectInfoMgr::failedRefreshKeepsTheTree()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, status);
+    Project project;
+    refresh(project);
+    failEvery("GET", TreePath, fault, status);
+    MessageLog log;
+    LoginSession other = session();
+    other.extra[L"epId"] = L"other";
+    project.manager.ReflushProjOrgInfo(other);
+    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.debugs(), QStringList{TreeFailed});
+    QCOMPARE(qApp->property("epId").toString(), QStringLiteral("other"));
+    OrgTreeNode root;
+    QVERIFY(project.manager.GetOrgTree(root));
+    QCOMPARE(text(root.name), QStringLiteral("集团"));
+}
+
+void TestProjectInfoMgr::replyWithoutDataClearsTheRoot()
+{
+    m_services.setReply("GET", TreePath,
+                        json(R"({"data":{"value":"v","name":"n","type":2,"children":[{},{}]}})"));
+    Project project;
+    refresh(project);
+    for (const QByteArray& body : {QByteArray("{}"), QByteArray(R"({"data":[1]})"), QByteArray("[]")}) {
+        m_services.setReply("GET", TreePath, json(body));
+        MessageLog log;
+        project.manager.ReflushProjOrgInfo(session());
+        QVERIFY(log.entries().isEmpty());
+        OrgTreeNode root;
+        project.manager.GetOrgTree(root);
+        QVERIFY(root.id.empty() && root.name.empty() && !root.canSelect);
+        QCOMPARE(root.children.size(), std::size_t(2));
+    }
+}
+
+//! Qt's parser takes 1024 levels: one around the data, two for each level of the tree, one for the last node.
+void TestProjectInfoMgr::treeAsDeepAsTheParserAllows()
+{
+    constexpr int Deepest = 511;
+    m_services.setReply("GET", TreePath, json(nested(Deepest, "{}")));
+    Project project;
+    MessageLog log;
+    project.manager.ReflushProjOrgInfo(session());
+    OrgTreeNode root;
+    project.manager.GetOrgTree(root);
+    QCOMPARE(depthOf(root), Deepest);
+    QVERIFY(log.entries().isEmpty());
+
+    m_services.setReply("GET", TreePath, json(nested(Deepest, "{\"children\":[]}")));
+    project.manager.ReflushProjOrgInfo(session());
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("parse json failed: too deeply nested document")});
+    QCOMPARE(log.debugs(), QStringList{TreeFailed});
+}
+
+void TestProjectInfoMgr::refreshCopiesTheSession()
+{
+    Project project;
+    {
+        LoginSession passing = session();
+        project.manager.ReflushProjOrgInfo(passing);
+        passing.extra.clear();
+        passing.sdkAddr.clear();
+    }
+    project.manager.AddLocalProject(projectRef(L"a"));
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.attrs.at(L"epId") == L"1001");
+}
+
+void TestProjectInfoMgr::projectsInTheOrderOfTheirIds()
+{
+    m_services.setReply("GET", ScenePath,
+                        json(QStringLiteral(R"({"data":[
+        {"id":"b","name":"二桥","deptId":"d2","deptName":"工程部","code":"C2","basemap":"osm","proj4":"+proj=utm","x":1,"y":-2.5},
+        {"id":"ab"},{"id":"a","name":"一桥","serverFlag":true}]})")
+                                 .toUtf8()));
+    Project project;
+    refresh(project);
+    std::list<ProjectNode> projects;
+    QVERIFY(project.manager.GetServerProjectTree(projects));
+    QCOMPARE(projects.size(), std::size_t(3));
+    QVERIFY(projects.front().id == L"a" && std::next(projects.begin())->id == L"ab");
+    const ProjectNode& last = projects.back();
+    QCOMPARE(text(last.name), QStringLiteral("二桥"));
+    QVERIFY(last.code == L"C2" && last.basemap == L"osm" && last.proj4 == L"+proj=utm");
+    QVERIFY(last.x == L"1" && last.y == L"-2.5");
+    QCOMPARE(text(last.attrs.at(L"deptName")), QStringLiteral("工程部"));
+    QVERIFY(last.attrs.at(L"deptId") == L"d2" && last.attrs.size() == 2);
+    QVERIFY(!projects.front().serverFlag && !projects.front().reservedFlag);
+    QVERIFY(projects.front().attrs.at(L"deptId").empty() && projects.front().attrs.at(L"deptName").empty());
+}
+
+void TestProjectInfoMgr::projectRequestToTheByte()
+{
+    Project project;
+    refresh(project);
+    std::list<ProjectNode> projects;
+    project.manager.GetServerProjectTree(projects);
+    QCOMPARE(targets(), QByteArrayList{"GET /scene/project"});
+    const LoggedRequest request = m_services.requests().constFirst();
+    QVERIFY(request.body.isEmpty());
+    QVERIFY(request.header("Content-Type").isNull());
+}
+
+void TestProjectInfoMgr::sixSignificantDigits()
+{
+    m_services.setReply("GET", ScenePath, json(R"({"data":[
+        {"id":"1","x":121.473701,"y":0.000012345678},{"id":"2","x":"5"},{"id":"3","x":12345678,"y":31}]})"));
+    Project project;
+    refresh(project);
+    std::list<ProjectNode> projects;
+    project.manager.GetServerProjectTree(projects);
+    QStringList numbers;
+    for (const ProjectNode& node : projects)
+        numbers << text(node.x) << text(node.y);
+    QCOMPARE(numbers.join(QLatin1Char(' ')), QStringLiteral("121.474 1.23457e-05 0 0 1.23457e+07 31"));
+}
+
+void TestProjectInfoMgr::laterElementOfAnIdWins()
+{
+    m_services.setReply(
+        "GET", ScenePath,
+        json(R"({"data":[{"id":"a","name":"first","code":"c"},{"id":"a","name":"second"}]})"));
+    Project project;
+    refresh(project);
+    std::list<ProjectNode> projects;
+    project.manager.GetServerProjectTree(projects);
+    QCOMPARE(projects.size(), std::size_t(1));
+    QVERIFY(projects.front().name == L"second" && projects.front().code.empty());
+}
+
+void TestProjectInfoMgr::numbersAsIdsFallTogether()
+{
+    m_services.setReply("GET", ScenePath, json(R"({"data":[{"id":1,"name":"x"},{"id":2,"name":"y"},7,{}]})"));
+    Project project;
+    refresh(project);
+    std::list<ProjectNode> projects;
+    project.manager.GetServerProjectTree(projects);
+    QCOMPARE(projects.size(), std::size_t(1));
+    QVERIFY(projects.front().id.empty() && projects.front().name.empty());
+}
+
+void TestProjectInfoMgr::absentAndNullBaseMap()
+{
+    m_services.setReply("GET", ScenePath, json(R"({"data":[{"id":"a"},{"id":"b","basemap":null}]})"));
+    Project project;
+    refresh(project);
+    std::list<ProjectNode> projects;
+    project.manager.GetServerProjectTree(projects);
+    QVERIFY(projects.front().basemap.empty() && projects.back().basemap.empty());
+}
+
+void TestProjectInfoMgr::appendedAndNeverCleared()
+{
+    m_services.setReply("GET", ScenePath, json(R"({"data":[{"id":"a"},{"id":"b"}]})"));
+    Project project;
+    refresh(project);
+    std::list<ProjectNode> projects{projectNode(L"mine", L"mine")};
+    QVERIFY(project.manager.GetServerProjectTree(projects));
+    QVERIFY(project.manager.GetServerProjectTree(projects));
+    QCOMPARE(projects.size(), std::size_t(5));
+    QVERIFY(projects.front().id == L"mine");
+}
+
+void TestProjectInfoMgr::emptyDataEmptiesTheSnapshot_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("empty") << QByteArray(R"({"data":[]})");
+    QTest::newRow("none") << QByteArray(R"({"code":500,"message":"no"})");
+    QTest::newRow("object") << QByteArray(R"({"data":{"id":"a"}})");
+    QTest::newRow("array") << QByteArray("[1]");
+}
+
+void TestProjectInfoMgr::emptyDataEmptiesTheSnapshot()
+{
+    QFETCH(QByteArray, body);
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"n"})");
+    m_services.setReply("GET", ScenePath, json(body));
+    MessageLog log;
+    std::list<ProjectNode> projects{projectNode(L"mine", L"mine")};
+    QVERIFY(project.manager.GetServerProjectTree(projects));
+    QCOMPARE(projects.size(), std::size_t(1));
+    QVERIFY(log.entries().isEmpty());
+    m_services.clearRequests();
+    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestProjectInfoMgr::failedListKeepsTheSnapshot_data()
+{
+    faultRows();
+    QTest::newRow("no JSON") << Fault::NotJson << 0;
+}
+
+void TestProjectInfoMgr::failedListKeepsTheSnapshot()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, status);
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"n"})");
+    failEvery("GET", ScenePath, fault, status);
+    MessageLog log;
+    std::list<ProjectNode> projects;
+    QVERIFY(!project.manager.GetServerProjectTree(projects));
+    QVERIFY(projects.empty());
+    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.debugs(), QStringList{ProjectsFailed});
+    m_services.clearFaults();
+    m_services.clearRequests();
+    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
+    QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
+}
+
+void TestProjectInfoMgr::listWithoutASessionFails()
+{
+    CProjectInfoMgr manager;
+    MessageLog log;
+    std::list<ProjectNode> projects;
+    QVERIFY(!manager.GetServerProjectTree(projects));
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("Protocol \"\" is unknown")});
+}
+
+void TestProjectInfoMgr::uploadThatIsNotWantedSendsNothing()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, false);
+    QVERIFY(m_services.requests().isEmpty());
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.id == L"a");
+}
+
+void TestProjectInfoMgr::addToTheByte()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    ProjectNode node = projectNode(L"a", L"桥");
+    node.attrs[L"deptName"] = L"never sent";
+    node.code = L"never sent";
+    project.manager.OnUploadProject(node, this, true);
+    QCOMPARE(targets(), QByteArrayList{"POST /scene/project"});
+    const LoggedRequest request = m_services.requests().constFirst();
+    QCOMPARE(request.header("Content-Type"), QByteArray("application/json"));
+    QCOMPARE(
+        request.body,
+        QByteArray("{\n    \"deptId\": \"d1\",\n    \"id\": \"a\",\n    \"name\": \"\xE6\xA1\xA5\"\n}\n"));
+}
+
+void TestProjectInfoMgr::addedProjectIsInNeitherMap()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
+    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
+    QCOMPARE(targets(), QByteArrayList{"POST /scene/project"});
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.id.empty());
+}
+
+void TestProjectInfoMgr::addWithoutDepartmentThrowsAndIsErased()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    const ProjectNode homeless = projectNode(L"a", L"n", false);
+    try {
+        project.manager.OnUploadProject(homeless, nullptr, true);
+        QFAIL("nothing was thrown");
+    } catch (const std::out_of_range& error) {
+        QCOMPARE(error.what(), "invalid map<K, T> key");
+    }
+    QVERIFY(m_services.requests().isEmpty());
+    project.manager.OnUploadProject(homeless, nullptr, true);
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestProjectInfoMgr::failedAddIsNotBroughtBack_data()
+{
+    faultRows();
+}
+
+void TestProjectInfoMgr::failedAddIsNotBroughtBack()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, status);
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    failEvery("POST", ScenePath, fault, status);
+    MessageLog log;
+    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
+    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
+                               "CProjectInfoMgr::OnUploadProject add project /scene/project falid")});
+    m_services.clearFaults();
+    m_services.clearRequests();
+    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
+    QVERIFY(m_services.requests().isEmpty());
+    project.manager.AddLocalProject(projectRef(L"a"));
+    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
+    QCOMPARE(targets(), QByteArrayList{"POST /scene/project"});
+}
+
+void TestProjectInfoMgr::renameToTheByte()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"old"})");
+    project.manager.OnUploadProject(projectNode(L"a", L"new", false), nullptr, true);
+    QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
+    const LoggedRequest request = m_services.requests().constFirst();
+    QCOMPARE(request.header("Content-Type"), QByteArray("application/json"));
+    QCOMPARE(request.body, QByteArray("{\n    \"id\": \"a\",\n    \"name\": \"new\"\n}\n"));
+}
+
+void TestProjectInfoMgr::sameNameSendsNothing()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"same"})");
+    project.manager.OnUploadProject(projectNode(L"a", L"same"), nullptr, true);
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestProjectInfoMgr::caseCountsAsAChange()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"Bridge"})");
+    project.manager.OnUploadProject(projectNode(L"a", L"bridge"), nullptr, true);
+    QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
+}
+
+void TestProjectInfoMgr::renameIsSentAgainUntilTheListIsRead()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"old"})");
+    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
+    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
+    QCOMPARE(targets(), (QByteArrayList{"PUT /scene/project", "PUT /scene/project"}));
+    knowsOnServer(project, R"({"id":"a","name":"new"})");
+    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestProjectInfoMgr::failedRenameIsLogged_data()
+{
+    faultRows();
+}
+
+void TestProjectInfoMgr::failedRenameIsLogged()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, status);
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"old"})");
+    failEvery("PUT", ScenePath, fault, status);
+    MessageLog log;
+    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
+    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
+                               "CProjectInfoMgr::OnUploadProject update project /scene/project falid")});
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.name == L"old");
+}
+
+void TestProjectInfoMgr::unknownProjectSendsNothing()
+{
+    Project project;
+    refresh(project);
+    project.manager.OnUploadProject(projectNode(L"never listed", L"n"), nullptr, true);
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestProjectInfoMgr::announcedProjectIsAddedEvenIfKnown()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    knowsOnServer(project, R"({"id":"a","name":"n"})");
+    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
+    QCOMPARE(targets(), QByteArrayList{"POST /scene/project"});
+}
+
+void TestProjectInfoMgr::handlerDuringTheAddSeesNeither()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    m_services.addFault({Fault::Stall, ScenePath, "POST", 0, false});
+    ProjectRef found;
+    QTimer handler;
+    connect(&handler, &QTimer::timeout, this, [&] {
+        if (m_services.requests().isEmpty())
+            return;
+        handler.stop();
+        project.manager.GetProjectInfo(L"a", found);
+        m_services.clearFaults();
+    });
+    handler.start(1);
+    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
+    QVERIFY(!handler.isActive());
+    QVERIFY(found.id.empty());
+}
+
+void TestProjectInfoMgr::bindingsToTheByte()
+{
+    Project project;
+    refresh(project);
+    project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {{"g3", "SN3"}, {"g1", "SN1"}, {"g2", ""}});
+    QCOMPARE(targets(), (QByteArrayList{"POST " + DeletePath.toLatin1(), "POST " + BatchPath.toLatin1()}));
+    const QVector<LoggedRequest> requests = m_services.requests();
+    QCOMPARE(requests.at(0).body, QByteArray());
+    QCOMPARE(requests.at(0).header("Content-Type"), QByteArray("application/json"));
+    QCOMPARE(requests.at(1).body, QByteArray("[\n    {\n    },\n    {\n    },\n    {\n    }\n]\n"));
+    QCOMPARE(requests.at(1).header("Content-Type"), QByteArray("application/json"));
+}
+
+void TestProjectInfoMgr::noBindingsSendAnEmptyArray()
+{
+    Project project;
+    refresh(project);
+    project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {});
+    QCOMPARE(m_services.requests().size(), 2);
+    QCOMPARE(m_services.requests().at(1).body, QByteArray("[\n]\n"));
+}
+
+void TestProjectInfoMgr::emptySceneProjectGoesOutAsItIs()
+{
+    m_services.setReply("POST", QStringLiteral("/equipment/bind/deleteAll/"), json("{}"));
+    m_services.setReply("POST", QStringLiteral("/equipment/bind/batchAdd/"), json("{}"));
+    Project project;
+    refresh(project);
+    project.manager.OnUploadSdkProperty({}, {});
+    QCOMPARE(targets(),
+             (QByteArrayList{"POST /equipment/bind/deleteAll/", "POST /equipment/bind/batchAdd/"}));
+}
+
+void TestProjectInfoMgr::failedDeleteSendsNoBatch_data()
+{
+    faultRows();
+}
+
+void TestProjectInfoMgr::failedDeleteSendsNoBatch()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, status);
+    Project project;
+    refresh(project);
+    failEvery("POST", DeletePath, fault, status);
+    MessageLog log;
+    project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {{"g", "s"}});
+    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
+                               "CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/deleteAll/ falid !")});
+    QVERIFY(!targets().contains("POST " + BatchPath.toLatin1()));
+}
+
+void TestProjectInfoMgr::failedBatchIsLogged_data()
+{
+    faultRows();
+}
+
+void TestProjectInfoMgr::failedBatchIsLogged()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, status);
+    Project project;
+    refresh(project);
+    failEvery("POST", BatchPath, fault, status);
+    MessageLog log;
+    project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {{"g", "s"}});
+    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
+                               "CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/batchUpdate/ falid !")});
+}
+
+void TestProjectInfoMgr::tickAsksTheHeartbeat()
+{
+    Project project;
+    refresh(project);
+    const int replies = sharedNetworkManager()->findChildren<QNetworkReply*>().size();
+    MessageLog log;
+    project.tick();
+    QCOMPARE(targets(), QByteArrayList{"GET /org/heartbeat"});
+    QVERIFY(m_services.requests().constFirst().header("Content-Type").isNull());
+    QVERIFY(log.entries().isEmpty());
+    QVERIFY(project.plugin.messages.first.isEmpty());
+    QCOMPARE(sharedNetworkManager()->findChildren<QNetworkReply*>().size(), replies + 1);
+}
+
+void TestProjectInfoMgr::pushedOutIsTold_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("1007") << 403 << QByteArray(R"({"infoCode":"1007"})");
+    QTest::newRow("1002") << 401 << QByteArray(R"({"infoCode":"1002","message":"x"})");
+    QTest::newRow("500") << 500 << QByteArray(R"({"infoCode":"1007"})");
+}
+
+void TestProjectInfoMgr::pushedOutIsTold()
+{
+    QFETCH(int, status);
+    QFETCH(QByteArray, body);
+    Project project;
+    refresh(project);
+    m_services.setReply("GET", HeartbeatPath, json(body, status));
+    MessageLog log;
+    project.tick();
+    QCOMPARE(project.plugin.messages.first, QStringList{PushedOut});
+    QCOMPARE(project.plugin.messages.others, 0);
+    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.entries().size(), 1);
+}
+
+void TestProjectInfoMgr::otherRepliesTellNothing_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<int>("warnings");
+    QTest::newRow("success with a code") << 200 << QByteArray(R"({"infoCode":"1007"})") << 0;
+    QTest::newRow("success without JSON") << 200 << QByteArray("x") << 0;
+    QTest::newRow("number") << 401 << QByteArray(R"({"infoCode":1007})") << 1;
+    QTest::newRow("other code") << 401 << QByteArray(R"({"infoCode":"1001"})") << 1;
+    QTest::newRow("no code") << 401 << QByteArray("{}") << 1;
+    QTest::newRow("array") << 401 << QByteArray(R"(["1007"])") << 1;
+    QTest::newRow("no JSON") << 401 << QByteArray("<html/>") << 2;
+    QTest::newRow("no body") << 401 << QByteArray() << 2;
+}
+
+void TestProjectInfoMgr::otherRepliesTellNothing()
+{
+    QFETCH(int, status);
+    QFETCH(QByteArray, body);
+    QFETCH(int, warnings);
+    Project project;
+    refresh(project);
+    m_services.setReply("GET", HeartbeatPath, json(body, status));
+    MessageLog log;
+    project.tick();
+    QVERIFY(project.plugin.messages.first.isEmpty());
+    QCOMPARE(log.warnings().size(), warnings);
+    QCOMPARE(log.entries().size(), warnings);
+    if (warnings == 2)
+        QCOMPARE(log.warnings().at(1), QStringLiteral("parse json failed: illegal value"));
+}
+
+void TestProjectInfoMgr::failedTickLogs_data()
+{
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("refuse") << Fault::Refuse << QStringLiteral("Connection refused");
+    QTest::newRow("reset") << Fault::Reset << QStringLiteral("Connection closed");
+    QTest::newRow("endless redirect") << Fault::EndlessRedirect << QStringLiteral("Too many redirects");
+}
+
+void TestProjectInfoMgr::failedTickLogs()
+{
+    QFETCH(Fault, fault);
+    QFETCH(QString, warning);
+    Project project;
+    refresh(project);
+    failEvery("GET", HeartbeatPath, fault, 0);
+    MessageLog log;
+    project.tick();
+    QCOMPARE(log.warnings().constFirst(), warning);
+    QCOMPARE(log.warnings().at(1), QStringLiteral("parse json failed: illegal value"));
+    QVERIFY(project.plugin.messages.first.isEmpty());
+}
+
+void TestProjectInfoMgr::tickWithoutMessageManagerIsQuiet()
+{
+    Project project;
+    refresh(project);
+    project.plugin.hasMessages = false;
+    m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1007"})", 401));
+    MessageLog log;
+    project.tick();
+    QCOMPARE(log.warnings().size(), 1);
+}
+
+void TestProjectInfoMgr::tickWithoutAnAddressFails()
+{
+    Project project;
+    MessageLog log;
+    project.manager.ReflushProjOrgInfo({});
+    log.clear();
+    project.tick();
+    QCOMPARE(log.warnings(), (QStringList{QStringLiteral("Protocol \"\" is unknown"),
+                                          QStringLiteral("parse json failed: illegal value")}));
+}
+
+void TestProjectInfoMgr::tickNeedsNoPluginUnlessPushedOut()
+{
+    Project project;
+    project.manager.SetPlugin(nullptr);
+    refresh(project);
+    m_services.setReply("GET", HeartbeatPath, json("{}", 401));
+    MessageLog log;
+    project.tick();
+    QCOMPARE(log.warnings().size(), 1);
+}
+
+void TestProjectInfoMgr::eachTickTellsAgain()
+{
+    Project project;
+    refresh(project);
+    m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1007"})", 401));
+    MessageLog log;
+    project.tick();
+    project.tick();
+    QCOMPARE(project.plugin.messages.first, (QStringList{PushedOut, PushedOut}));
+}
+
+void TestProjectInfoMgr::tickInsideABlockingCall()
+{
+    m_services.setReply("GET", ScenePath, json(R"({"data":[{"id":"a"}]})"));
+    Project project;
+    refresh(project);
+    m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1002"})", 401));
+    m_services.addFault({Fault::Stall, ScenePath, "GET", 0, false});
+    QTimer::singleShot(0, this, [&] {
+        project.tick();
+        m_services.clearFaults();
+    });
+    MessageLog log;
+    std::list<ProjectNode> projects;
+    QVERIFY(project.manager.GetServerProjectTree(projects));
+    QCOMPARE(project.plugin.messages.first, QStringList{PushedOut});
+    QCOMPARE(projects.size(), std::size_t(1));
+}
+
+void TestProjectInfoMgr::tickInsideATick()
+{
+    Project project;
+    refresh(project);
+    m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1007"})", 401));
+    m_services.addFault({Fault::Stall, HeartbeatPath, "GET", 0, true});
+    int toldByTheInner = -1;
+    QTimer inner;
+    connect(&inner, &QTimer::timeout, this, [&] {
+        if (m_services.requests().isEmpty())
+            return;
+        inner.stop();
+        project.tick();
+        toldByTheInner = project.plugin.messages.first.size();
+        m_services.clearFaults();
+    });
+    inner.start(1);
+    MessageLog log;
+    project.tick();
+    QCOMPARE(toldByTheInner, 1);
+    QCOMPARE(project.plugin.messages.first.size(), 2);
+    QCOMPARE(targets(), (QByteArrayList{"GET /org/heartbeat", "GET /org/heartbeat"}));
+}
+
+void TestProjectInfoMgr::eachRefreshStartsOneMoreTimer()
+{
+    Project project;
+    const auto timers = [&project] {
+        return QAbstractEventDispatcher::instance()->registeredTimers(&project.manager);
+    };
+    QVERIFY(timers().isEmpty());
+    refresh(project);
+    m_services.addFault({Fault::Refuse, {}, {}, 0, false});
+    MessageLog log;
+    project.manager.ReflushProjOrgInfo(session());
+    QCOMPARE(timers().size(), 2);
+    for (const QAbstractEventDispatcher::TimerInfo& timer : timers()) {
+        QCOMPARE(timer.interval, 10000);
+        QCOMPARE(timer.timerType, Qt::CoarseTimer);
+    }
+}
+
+QTEST_GUILESS_MAIN(TestProjectInfoMgr)
+#include "test_projectinfomgr.moc"
