@@ -19,29 +19,24 @@ struct ParameterError {
     QString text;
 };
 
-const QStringList& parameterNames()
-{
-    static const QStringList names = {QStringLiteral("fault"), QStringLiteral("path"),
-                                      QStringLiteral("method"), QStringLiteral("value"),
-                                      QStringLiteral("once")};
-    return names;
-}
-
 QString listed(const QStringList& names)
 {
     return names.join(QStringLiteral(", "));
 }
 
-//! The parameters by name; each is known and stands there once.
-QMap<QString, QString> readParameters(const HttpRequest& request)
+using Parameters = QMap<QString, QString>;
+
+//! The parameters by name; each is one of `names` and stands there once.
+Parameters readParameters(const HttpRequest& request, const QStringList& names)
 {
-    QMap<QString, QString> parameters;
+    Parameters parameters;
     const QUrlQuery query(QString::fromUtf8(request.target.mid(request.path().size() + 1)));
     const auto items = query.queryItems(QUrl::FullyDecoded);
     for (const auto& [name, value] : items) {
-        if (!parameterNames().contains(name))
+        if (!names.contains(name)) {
             throw ParameterError{
-                QStringLiteral("unknown parameter \"%1\"; there are %2").arg(name, listed(parameterNames()))};
+                QStringLiteral("unknown parameter \"%1\"; there are %2").arg(name, listed(names))};
+        }
         if (parameters.contains(name))
             throw ParameterError{QStringLiteral("parameter \"%1\" stands there twice").arg(name)};
         parameters.insert(name, value);
@@ -66,13 +61,13 @@ QString readPath(const QString& path)
     return path;
 }
 
-int readNumber(const QString& text, int least, int most, const QString& what)
+int readNumber(const QString& name, const QString& text, int least, int most, const QString& what)
 {
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
     if (!isNumber || number < least || number > most) {
         throw ParameterError{
-            QStringLiteral("parameter \"value\" must be %1 from %2 to %3").arg(what).arg(least).arg(most)};
+            QStringLiteral("parameter \"%1\" must be %2 from %3 to %4").arg(name, what).arg(least).arg(most)};
     }
     return number;
 }
@@ -80,10 +75,11 @@ int readNumber(const QString& text, int least, int most, const QString& what)
 int readValue(Fault fault, const QString& text)
 {
     constexpr int hour = 60 * 60 * 1000;
+    const QString name = QStringLiteral("value");
     if (fault == Fault::Delay)
-        return readNumber(text, 0, hour, QStringLiteral("the milliseconds to wait,"));
+        return readNumber(name, text, 0, hour, QStringLiteral("the milliseconds to wait,"));
     if (fault == Fault::Status)
-        return readNumber(text, 200, 599, QStringLiteral("an HTTP status"));
+        return readNumber(name, text, 200, 599, QStringLiteral("an HTTP status"));
     if (!text.isEmpty())
         throw ParameterError{QStringLiteral("parameter \"value\" goes with delay and status only")};
     return 0;
@@ -98,12 +94,36 @@ bool readOnce(const QString& text)
 
 FaultRule readRule(const HttpRequest& request)
 {
-    const QMap<QString, QString> parameters = readParameters(request);
+    const Parameters parameters =
+        readParameters(request, {QStringLiteral("fault"), QStringLiteral("path"), QStringLiteral("method"),
+                                 QStringLiteral("value"), QStringLiteral("once")});
     const Fault fault = readFault(parameters.value(QStringLiteral("fault")));
     return {fault, readPath(parameters.value(QStringLiteral("path"))),
             parameters.value(QStringLiteral("method")).toUpper().toUtf8(),
             readValue(fault, parameters.value(QStringLiteral("value"))),
             readOnce(parameters.value(QStringLiteral("once")))};
+}
+
+QString readUser(const QString& user, const QStringList& users)
+{
+    if (!users.contains(user)) {
+        throw ParameterError{
+            QStringLiteral("\"%1\" is no account; parameter \"user\" is one of %2").arg(user, listed(users))};
+    }
+    return user;
+}
+
+QByteArray readInfoCode(const QString& code)
+{
+    if (code != QLatin1String("1007") && code != QLatin1String("1002"))
+        throw ParameterError{QStringLiteral("parameter \"code\" must be 1007 or 1002")};
+    return code.toLatin1();
+}
+
+int readCount(const Parameters& parameters, const QString& name)
+{
+    constexpr int most = 1000000;
+    return readNumber(name, parameters.value(name, QStringLiteral("0")), 0, most, QStringLiteral("a number"));
 }
 
 QJsonObject toJson(const FaultRule& rule)
@@ -140,6 +160,18 @@ HttpReply listReply(const QVector<Entry>& entries)
     return reply;
 }
 
+//! Does it and says so, or tells which parameter is wrong.
+template <typename Action>
+HttpReply whenParametersAreRight(const Action& action, const QByteArray& report)
+{
+    try {
+        action();
+        return textReply(200, report);
+    } catch (const ParameterError& wrong) {
+        return textReply(400, wrong.text.toUtf8() + '\n');
+    }
+}
+
 constexpr char helpText[] = R"(The service simulator
 
 Sign-in service  {{signIn}}
@@ -164,6 +196,18 @@ DELETE /faults         removes them all; stalled requests go on, refused ports l
     curl -X DELETE {{control}}/faults
 DELETE /sessions       forgets every session and login ticket; POST /sessions/forget does the same
     curl -X DELETE {{control}}/sessions
+POST /push-out         refuses an account's editor sessions from now on, until it signs in again
+    curl -X POST '{{control}}/push-out?user=lina&code=1002'
+    user    account
+    code    1007 or 1002, the infoCode that tells why; left out: 1007
+GET /state             projects by enterprise and equipment bindings by project, as JSON
+    curl {{control}}/state
+DELETE /state          brings organisation trees, projects and bindings back to the seed
+    curl -X DELETE {{control}}/state
+POST /generate         gives every enterprise a large tree, or many projects, in place of its own
+    curl -X POST '{{control}}/generate?tree=100000&projects=50000'
+    tree      nodes of the tree; left out or 0: the tree stays
+    projects  number of projects; left out or 0: the projects stay
 )";
 
 } // namespace
@@ -181,6 +225,10 @@ HttpReply ControlService::answer(const HttpRequest& request)
         {"DELETE", "/faults", &ControlService::clearFaults},
         {"DELETE", "/sessions", &ControlService::forgetSessions},
         {"POST", "/sessions/forget", &ControlService::forgetSessions},
+        {"POST", "/push-out", &ControlService::pushOut},
+        {"GET", "/state", &ControlService::showState},
+        {"DELETE", "/state", &ControlService::resetState},
+        {"POST", "/generate", &ControlService::generate},
     };
     return dispatch(*this, routes, request);
 }
@@ -212,12 +260,7 @@ HttpReply ControlService::listFaults(const HttpRequest& /*request*/)
 
 HttpReply ControlService::addFault(const HttpRequest& request)
 {
-    try {
-        m_services.addFault(readRule(request));
-        return textReply(200, "fault added\n");
-    } catch (const ParameterError& wrong) {
-        return textReply(400, wrong.text.toUtf8() + '\n');
-    }
+    return whenParametersAreRight([&] { m_services.addFault(readRule(request)); }, "fault added\n");
 }
 
 HttpReply ControlService::clearFaults(const HttpRequest& /*request*/)
@@ -230,6 +273,46 @@ HttpReply ControlService::forgetSessions(const HttpRequest& /*request*/)
 {
     m_services.forgetSessions();
     return textReply(200, "sessions forgotten\n");
+}
+
+HttpReply ControlService::pushOut(const HttpRequest& request)
+{
+    const auto pushOut = [&] {
+        const QString user = QStringLiteral("user");
+        const QString code = QStringLiteral("code");
+        const Parameters parameters = readParameters(request, {user, code});
+        m_services.pushOut(readUser(parameters.value(user), m_services.users()),
+                           readInfoCode(parameters.value(code, QStringLiteral("1007"))));
+    };
+    return whenParametersAreRight(pushOut, "pushed out\n");
+}
+
+HttpReply ControlService::showState(const HttpRequest& /*request*/)
+{
+    HttpReply reply = jsonReply(QJsonObject());
+    reply.body = QJsonDocument(m_services.state()).toJson(QJsonDocument::Indented);
+    return reply;
+}
+
+HttpReply ControlService::resetState(const HttpRequest& /*request*/)
+{
+    m_services.resetState();
+    return textReply(200, "state is as in the seed\n");
+}
+
+//! The tree comes first, since the projects are spread over its departments.
+HttpReply ControlService::generate(const HttpRequest& request)
+{
+    const auto generate = [&] {
+        const QString tree = QStringLiteral("tree");
+        const QString projects = QStringLiteral("projects");
+        const Parameters parameters = readParameters(request, {tree, projects});
+        const int nodes = readCount(parameters, tree);
+        const int count = readCount(parameters, projects);
+        m_services.generateTree(nodes);
+        m_services.generateProjects(count);
+    };
+    return whenParametersAreRight(generate, "generated\n");
 }
 
 } // namespace NelvoDevkit

@@ -20,6 +20,10 @@ private:
     HttpReply addFault(const HttpRequest& request);
     HttpReply clearFaults(const HttpRequest& request);
     HttpReply forgetSessions(const HttpRequest& request);
+    HttpReply pushOut(const HttpRequest& request);
+    HttpReply showState(const HttpRequest& request);
+    HttpReply resetState(const HttpRequest& request);
+    HttpReply generate(const HttpRequest& request);
 
     Services& m_services;
 };

@@ -2,25 +2,60 @@
 
 #include "services/service.h"
 
+#include <map>
 #include <mutex>
-#include <set>
 
 namespace NelvoDevkit {
 
-//! \brief The editor service. It knows a client by its EDITORSESSION cookie, which it hands to whoever
-//! comes without a valid one.
+class EditorData;
+class SignInService;
+struct SignedInClient;
+
+//! \brief The editor service: heartbeat, units, projects and equipment.
+//!
+//! It knows a client by its EDITORSESSION cookie, which the heartbeat hands to whoever comes without a
+//! valid one. Cookies know hosts and no ports, so a client that has signed in shows its JSESSIONID too:
+//! the heartbeat binds the editor session to that account and its enterprise. An account is at one place
+//! only: a further sign-in that shows up pushes the account's other editor sessions out.
 class EditorService final : public Service
 {
 public:
+    EditorService(const SignInService& signIn, EditorData& data);
+
     HttpReply answer(const HttpRequest& request) override;
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 
-private:
-    HttpReply heartbeat(const HttpRequest& request);
+    //! Refuses all present sessions of the account from now on, with that code.
+    void pushOut(const QString& user, const QByteArray& code);
 
+private:
+    struct Session {
+        QByteArray signIn; //!< the sign-in session that it is bound to; empty if none ever showed up
+        QString user;
+        qint64 enterpriseId = 0;
+        QByteArray pushedOut; //!< why it is refused; empty while it is valid
+    };
+
+    HttpReply heartbeat(const HttpRequest& request);
+    HttpReply tree(const HttpRequest& request);
+    HttpReply listProjects(const HttpRequest& request);
+    HttpReply addProject(const HttpRequest& request);
+    HttpReply renameProject(const HttpRequest& request);
+    HttpReply deleteBindings(const HttpRequest& request);
+    HttpReply addBindings(const HttpRequest& request);
+
+    //! The client's session, or null.
+    Session* session(const HttpRequest& request);
+    //! Starts a session and hands its cookies out with the reply.
+    Session& startSession(HttpReply& reply);
+    void bind(Session& session, const SignedInClient& client);
+    void pushOutAll(const QString& user, const QByteArray& code);
+
+    const SignInService& m_signIn;
+    EditorData& m_data;
     std::mutex m_mutex;
-    std::set<QByteArray> m_sessions;
+    std::map<QByteArray, Session> m_sessions;
 };
 
 } // namespace NelvoDevkit

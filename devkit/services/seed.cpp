@@ -5,6 +5,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
+#include <QSet>
 #include <QStringList>
 
 #include <algorithm>
@@ -94,11 +95,102 @@ QVector<Enterprise> readMembership(const QJsonObject& account, const QString& wh
     return enterprises;
 }
 
+//! Reads the node and those below it; no id stands there twice in the whole tree.
+OrgNode readOrgNode(const QJsonValue& value, const QString& where, QSet<QString>& ids)
+{
+    const QString list = QStringLiteral("children");
+    const QJsonObject object = element(value, where);
+    OrgNode node{textMember(object, where, QStringLiteral("value")),
+                 textMember(object, where, QStringLiteral("name")),
+                 object.value(QStringLiteral("type")).toInt(),
+                 {}};
+    if (node.type != OrgNode::Organisation && node.type != OrgNode::Department)
+        throw SeedError{QStringLiteral("%1: \"type\" must be 1 or 2").arg(where)};
+    if (ids.contains(node.id))
+        throw SeedError{QStringLiteral("%1: there is a unit \"%2\" already").arg(where, node.id)};
+    ids.insert(node.id);
+    const QJsonArray children = object.contains(list) ? arrayMember(object, where, list) : QJsonArray();
+    for (int i = 0; i < children.size(); ++i) {
+        const QString what = where + QStringLiteral(": ") + place(list, i);
+        node.children.push_back(readOrgNode(children.at(i), what, ids));
+    }
+    return node;
+}
+
+OrgNode readOrganisation(const QJsonObject& enterprise, const Enterprise& known, const QString& where)
+{
+    const QJsonValue organisation = enterprise.value(QStringLiteral("organisation"));
+    if (organisation.isUndefined())
+        return defaultOrganisation(known.id, known.name);
+    QSet<QString> ids;
+    return readOrgNode(organisation, where + QStringLiteral(": organisation"), ids);
+}
+
+double coordinate(const QJsonObject& object, const QString& where, const QString& name)
+{
+    const QJsonValue value = object.value(name);
+    if (!value.isDouble())
+        throw SeedError{QStringLiteral("%1 needs a number \"%2\"").arg(where, name)};
+    return value.toDouble();
+}
+
+SceneProject readProject(const QJsonObject& object, const QString& where, const OrgTree& tree)
+{
+    SceneProject project;
+    project.id = textMember(object, where, QStringLiteral("id"));
+    project.name = textMember(object, where, QStringLiteral("name"));
+    project.deptId = textMember(object, where, QStringLiteral("deptId"));
+    project.deptName = tree.nameOf(project.deptId);
+    if (project.deptName.isEmpty())
+        throw SeedError{QStringLiteral("%1: there is no unit \"%2\"").arg(where, project.deptId)};
+    project.code = textMember(object, where, QStringLiteral("code"));
+    if (object.contains(QStringLiteral("basemap")))
+        project.basemap = textMember(object, where, QStringLiteral("basemap"));
+    project.proj4 = textMember(object, where, QStringLiteral("proj4"));
+    project.x = coordinate(object, where, QStringLiteral("x"));
+    project.y = coordinate(object, where, QStringLiteral("y"));
+    return project;
+}
+
+QVector<SceneProject> readProjects(const QJsonObject& enterprise, const QString& where, const OrgTree& tree)
+{
+    const QString list = QStringLiteral("projects");
+    const QJsonArray array = enterprise.contains(list) ? arrayMember(enterprise, where, list) : QJsonArray();
+    QVector<SceneProject> projects;
+    QSet<QString> ids;
+    for (int i = 0; i < array.size(); ++i) {
+        const QString what = where + QStringLiteral(": ") + place(list, i);
+        projects.append(readProject(element(array.at(i), what), what, tree));
+        const QString& id = projects.last().id;
+        if (ids.contains(id))
+            throw SeedError{QStringLiteral("%1: there is a project \"%2\" already").arg(what, id)};
+        ids.insert(id);
+    }
+    return projects;
+}
+
+//! What the editor service keeps, of the enterprises that readEnterprises has found in order.
+std::vector<EnterpriseHoldings> readHoldings(const QJsonObject& root, const Enterprises& known)
+{
+    const QString list = QStringLiteral("enterprises");
+    std::vector<EnterpriseHoldings> holdings;
+    const QJsonArray array = root.value(list).toArray();
+    for (int i = 0; i < array.size(); ++i) {
+        const QString where = place(list, i);
+        const QJsonObject object = array.at(i).toObject();
+        const auto id = static_cast<qint64>(object.value(QStringLiteral("id")).toDouble());
+        const OrgNode organisation = readOrganisation(object, known.value(id), where);
+        holdings.push_back({id, organisation, readProjects(object, where, OrgTree(organisation))});
+    }
+    return holdings;
+}
+
 Seed readSeed(const QJsonObject& root)
 {
     const Enterprises enterprises = readEnterprises(root);
     const QString list = QStringLiteral("accounts");
     Seed seed;
+    seed.holdings = readHoldings(root, enterprises);
     const QJsonArray array = arrayMember(root, QStringLiteral("the seed"), list);
     for (int i = 0; i < array.size(); ++i) {
         const QString where = place(list, i);

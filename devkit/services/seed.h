@@ -1,9 +1,13 @@
 #pragma once
 
+#include "services/organisation.h"
+#include "services/services.h"
+
 #include <QString>
 #include <QVector>
 
 #include <optional>
+#include <vector>
 
 namespace NelvoDevkit {
 
@@ -18,9 +22,17 @@ struct Account {
     QVector<Enterprise> enterprises;
 };
 
-//! \brief Who may sign in, and where they belong.
+//! \brief What the editor service keeps of an enterprise.
+struct EnterpriseHoldings {
+    qint64 enterpriseId = 0;
+    OrgNode organisation;
+    QVector<SceneProject> projects;
+};
+
+//! \brief Who may sign in, where they belong, and what there is.
 struct Seed {
     QVector<Account> accounts;
+    std::vector<EnterpriseHoldings> holdings; //!< one for each enterprise
 
     //! The account of that user name, or null.
     const Account* find(const QString& user) const;

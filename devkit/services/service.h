@@ -23,7 +23,8 @@ public:
     virtual void forgetSessions() = 0;
 };
 
-//! \brief Which member function of a service answers a method on a path.
+//! \brief Which member function of a service answers a method on a path. A path that ends in * stands for
+//! all that begin with what is before it.
 template <typename Target>
 struct Route {
     QByteArray method;
@@ -31,13 +32,18 @@ struct Route {
     HttpReply (Target::*answer)(const HttpRequest& request);
 };
 
+inline bool isPathOf(const QByteArray& pattern, const QByteArray& path)
+{
+    return pattern.endsWith('*') ? path.startsWith(pattern.chopped(1)) : path == pattern;
+}
+
 //! The answer of the route that fits the request, or 404 or 405 if there is none.
 template <typename Target>
 HttpReply dispatch(Target& target, const std::vector<Route<Target>>& routes, const HttpRequest& request)
 {
     QByteArrayList allowed;
     for (const auto& route : routes) {
-        if (route.path != request.path())
+        if (!isPathOf(route.path, request.path()))
             continue;
         if (route.method == request.method)
             return (target.*route.answer)(request);

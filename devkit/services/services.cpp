@@ -1,12 +1,16 @@
 #include "services/services.h"
 
 #include "services/controlservice.h"
+#include "services/editordata.h"
 #include "services/editorservice.h"
 #include "services/faults.h"
 #include "services/httplistener.h"
 #include "services/requestlog.h"
 #include "services/seed.h"
 #include "services/signinservice.h"
+
+#include <QJsonObject>
+#include <QStringList>
 
 #include <algorithm>
 #include <map>
@@ -45,6 +49,7 @@ public:
     bool makeListeners(QString* error);
     bool bind(QString* error) const;
     bool listen(QString* error);
+    void makeServices(const Seed& seed, const QString& signInUrl, const QString& editorUrl);
     Delivery handle(Port& port, const HttpRequest& request);
     std::optional<FaultBook::Strike> strike(const Port& port, const HttpRequest& request);
     Delivery underFault(Port& port, const HttpRequest& request, const FaultBook::Strike& strike);
@@ -64,6 +69,9 @@ public:
 
     ControlService control;
     QByteArray certificatePem;
+    QStringList users;
+    std::unique_ptr<EditorData> editorData;
+    EditorService* editorService = nullptr; // owned by its port
     Port signIn{"sign-in", nullptr, nullptr};
     Port editor{"editor", nullptr, nullptr};
     std::unique_ptr<HttpListener> controlListener;
@@ -102,6 +110,20 @@ bool Services::Private::listen(QString* error)
            editor.listener->listen(handler(editor), error) &&
            controlListener->listen(
                [this](const HttpRequest& request) { return Delivery{control.answer(request)}; }, error);
+}
+
+void Services::Private::makeServices(const Seed& seed, const QString& signInUrl, const QString& editorUrl)
+{
+    users.clear();
+    for (const Account& account : seed.accounts)
+        users.append(account.user);
+    auto signInService = std::make_unique<SignInService>(seed, signInUrl, editorUrl);
+    auto data = std::make_unique<EditorData>(seed);
+    auto service = std::make_unique<EditorService>(*signInService, *data);
+    editorService = service.get();
+    editor.service = std::move(service);
+    editorData = std::move(data);
+    signIn.service = std::move(signInService);
 }
 
 Delivery Services::Private::handle(Port& port, const HttpRequest& request)
@@ -183,8 +205,7 @@ bool Services::start(QString* error)
     const std::optional<Seed> seed = loadSeed(d->options.seedFile, &reason);
     bool ok = seed && d->makeListeners(&reason) && d->bind(&reason);
     if (ok) {
-        d->signIn.service = std::make_unique<SignInService>(*seed, signInUrl(), editorUrl());
-        d->editor.service = std::make_unique<EditorService>();
+        d->makeServices(*seed, signInUrl(), editorUrl());
         ok = d->listen(&reason);
     }
     if (!ok) {
@@ -285,6 +306,50 @@ void Services::forgetSessions()
         d->signIn.service->forgetSessions();
     if (d->editor.service)
         d->editor.service->forgetSessions();
+}
+
+QStringList Services::users() const
+{
+    return d->users;
+}
+
+void Services::pushOut(const QString& user, const QByteArray& code)
+{
+    if (d->editorService != nullptr)
+        d->editorService->pushOut(user, code);
+}
+
+QVector<SceneProject> Services::sceneProjects(qint64 enterpriseId) const
+{
+    return d->editorData ? d->editorData->projects(enterpriseId) : QVector<SceneProject>();
+}
+
+EquipmentBindings Services::equipmentBindings(const QString& sceneProjId) const
+{
+    return d->editorData ? d->editorData->bindings(sceneProjId) : EquipmentBindings();
+}
+
+QJsonObject Services::state() const
+{
+    return d->editorData ? d->editorData->state() : QJsonObject();
+}
+
+void Services::generateTree(int nodes)
+{
+    if (d->editorData && nodes > 0)
+        d->editorData->generateTree(nodes);
+}
+
+void Services::generateProjects(int count)
+{
+    if (d->editorData && count > 0)
+        d->editorData->generateProjects(count);
+}
+
+void Services::resetState()
+{
+    if (d->editorData)
+        d->editorData->reset();
 }
 
 } // namespace NelvoDevkit

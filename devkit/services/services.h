@@ -6,6 +6,9 @@
 
 #include <memory>
 
+class QJsonObject;
+class QStringList;
+
 namespace NelvoDevkit {
 
 //! \brief What a service does wrong.
@@ -63,6 +66,26 @@ struct CannedReply {
     QVector<LoggedRequest::Header> headers; //!< further headers, such as Set-Cookie
 };
 
+//! \brief A scene project as the editor service keeps it.
+struct SceneProject {
+    QString id;
+    QString name;
+    QString deptId;
+    QString deptName;
+    QString code;
+    QString basemap; //!< empty for a project that has none
+    QString proj4;
+    double x = 0;
+    double y = 0;
+};
+
+//! \brief What was done to the equipment bindings of a scene project.
+struct EquipmentBindings {
+    int deletes = 0;  //!< calls that deleted them all
+    int batches = 0;  //!< calls that added some
+    int elements = 0; //!< those there are now: added since the last delete
+};
+
 //! \brief How the services are started.
 struct ServicesOptions {
     //! Ports on 127.0.0.1; 0 lets the system choose.
@@ -114,8 +137,28 @@ public:
     QVector<LoggedRequest> requests() const;
     void clearRequests();
 
-    //! Forgets every session and login ticket, as a restarted server does.
+    //! Forgets every session and login ticket, as a restarted server does. Projects and bindings stay.
     void forgetSessions();
+
+    //! Names of the accounts.
+    QStringList users() const;
+    //! From now on the editor service refuses all present sessions of that account, with HTTP status 401
+    //! and `code` as "infoCode". A client that signs in anew gets a new session.
+    void pushOut(const QString& user, const QByteArray& code = "1007");
+
+    //! The projects of the enterprise, in the order in which the editor service lists them.
+    QVector<SceneProject> sceneProjects(qint64 enterpriseId) const;
+    EquipmentBindings equipmentBindings(const QString& sceneProjId) const;
+    //! All projects by enterprise and all equipment bindings by project.
+    QJsonObject state() const;
+    //! Replaces the organisation tree of every enterprise by one of that many nodes, up to ten below each,
+    //! the same one every time. Projects stay as they are. Zero changes nothing.
+    void generateTree(int nodes);
+    //! Replaces the projects of every enterprise by that many, spread over the departments of its tree.
+    //! Zero changes nothing.
+    void generateProjects(int count);
+    //! Brings organisation trees, projects and bindings back to the seed. Sessions stay.
+    void resetState();
 
 private:
     class Private;

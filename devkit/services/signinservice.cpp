@@ -103,6 +103,15 @@ void SignInService::forgetSessions()
     m_loginTickets.clear();
 }
 
+std::optional<SignedInClient> SignInService::signedInClient(const HttpRequest& request) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_sessions.find(cookie(request, sessionCookie));
+    if (found == m_sessions.end() || found->second.account == nullptr)
+        return std::nullopt;
+    return SignedInClient{found->first, found->second.account->user, found->second.enterpriseId};
+}
+
 HttpReply SignInService::showForm(const HttpRequest& request)
 {
     HttpReply reply = form();
@@ -152,6 +161,7 @@ HttpReply SignInService::bindToEnterprise(const HttpRequest& request)
     Session& bound = *session(request);
     if (!belongsTo(*bound.account, enterpriseId.toString()))
         return jsonReply(result(403, QStringLiteral("该用户不属于此企业")));
+    bound.enterpriseId = enterpriseId.toString().toLongLong();
     bound.clientToken = "iot-" + enterpriseId.toString().toUtf8() + '-' + randomId(40);
     return jsonReply(result(0, QStringLiteral("ok")));
 }

@@ -5,12 +5,20 @@
 
 #include <map>
 #include <mutex>
+#include <optional>
 #include <set>
 
 class QJsonObject;
 class QUrlQuery;
 
 namespace NelvoDevkit {
+
+//! \brief A client that has signed in.
+struct SignedInClient {
+    QByteArray session; //!< its id, another one after each sign-in
+    QString user;
+    std::optional<qint64> enterpriseId; //!< once the session is bound to one
+};
 
 //! \brief The sign-in service: a login form with one-time tickets, and what a signed-in client may ask.
 //!
@@ -26,10 +34,14 @@ public:
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 
+    //! The client that sent the request, to this or to another service, if it is signed in.
+    std::optional<SignedInClient> signedInClient(const HttpRequest& request) const;
+
 private:
     struct Session {
         const Account* account = nullptr; //!< null until the client signs in
         QByteArray clientToken;           //!< empty until the client is bound to an enterprise
+        std::optional<qint64> enterpriseId;
     };
 
     HttpReply showForm(const HttpRequest& request);
@@ -56,7 +68,7 @@ private:
     const QString m_ownUrl;
     const QString m_editorUrl;
 
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
     std::map<QByteArray, Session> m_sessions;
     std::set<QByteArray> m_loginTickets; // handed out and not yet used
     int m_ticketCount = 0;

@@ -60,9 +60,9 @@ void TestServicesControl::help_namesEveryPath()
     const Answer help = m_client->get(control("/"));
     QCOMPARE(help.status, 200);
     QVERIFY(help.contentType.startsWith("text/plain"));
-    for (const char* text :
-         {"GET /requests", "DELETE /requests", "POST /faults", "GET /faults", "DELETE /faults",
-          "DELETE /sessions", "POST /sessions/forget", "cut-body", "lose-session"}) {
+    for (const char* text : {"GET /requests", "DELETE /requests", "POST /faults", "GET /faults",
+                             "DELETE /faults", "DELETE /sessions", "POST /sessions/forget", "POST /push-out",
+                             "GET /state", "DELETE /state", "POST /generate", "cut-body", "lose-session"}) {
         QVERIFY2(help.body.contains(text), text);
     }
     QVERIFY(help.body.contains("curl -X DELETE " + control("/faults").toUtf8()));

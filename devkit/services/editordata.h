@@ -1,0 +1,61 @@
+#pragma once
+
+#include "services/organisation.h"
+#include "services/seed.h"
+#include "services/services.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+
+class QJsonArray;
+class QJsonObject;
+
+namespace NelvoDevkit {
+
+//! \brief What the editor service keeps apart from its sessions: each enterprise's units and projects,
+//! and the equipment bound to projects. Any thread.
+class EditorData
+{
+public:
+    enum class Outcome { Done, IdIsTaken, UnknownId };
+
+    explicit EditorData(const Seed& seed);
+
+    //! Goes back to the seed.
+    void reset();
+    void generateTree(int nodes);
+    //! Spreads the projects over the departments of each enterprise's present tree.
+    void generateProjects(int count);
+
+    //! Whose data a client of unknown account gets: 1001, or if there is none the lowest id.
+    qint64 defaultEnterprise() const;
+    QByteArray treeJson(qint64 enterpriseId) const;
+    QVector<SceneProject> projects(qint64 enterpriseId) const;
+    //! Takes id, name and department; the department's name comes from the tree.
+    Outcome addProject(qint64 enterpriseId, SceneProject project);
+    Outcome renameProject(qint64 enterpriseId, const QString& id, const QString& name);
+
+    void deleteBindings(const QString& projectId);
+    void addBindings(const QString& projectId, int elements);
+    EquipmentBindings bindings(const QString& projectId) const;
+
+    //! Projects by enterprise and bindings by project.
+    QJsonObject state() const;
+
+private:
+    struct Holdings {
+        std::shared_ptr<const OrgTree> tree;
+        QVector<SceneProject> projects;
+    };
+
+    const Seed m_seed;
+    mutable std::mutex m_mutex;
+    std::map<qint64, Holdings> m_enterprises;
+    std::map<QString, EquipmentBindings> m_bindings; // by project
+};
+
+//! The projects as the service sends them.
+QJsonArray toJson(const QVector<SceneProject>& projects);
+
+} // namespace NelvoDevkit
