@@ -139,8 +139,8 @@ bool CProjectInfoMgr::GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& pro
     serverProjects.clear();
     const QJsonArray elements = reply.value(QStringLiteral("data")).toArray();
     for (const QJsonValue element : elements) {
-        const ServerProject project = ToServerProject(element.toObject());
-        serverProjects.insert(project.id, project);
+        ServerProject project = ToServerProject(element.toObject());
+        serverProjects[project.id] = std::move(project);
     }
     for (const ServerProject& project : qAsConst(serverProjects))
         projects.push_back(ToProjectNode(project));

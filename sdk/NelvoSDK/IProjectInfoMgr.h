@@ -27,6 +27,9 @@ public:
     //! organisation tree is read, and the session is watched from then on (see IMessageObserver). Each
     //! further call starts one more watch and adds the tree's first level once more. A service that does
     //! not answer is logged and leaves the tree as it was.
+    //!
+    //! A watch asks every ten seconds and keeps what Qt holds of each reply, about 8 kB: some 70 MB a day
+    //! for each call of this operation, so call it once for each sign-in.
     virtual void ReflushProjOrgInfo(const LoginSession& session) = 0;
     //! Does nothing; called by INelvoSDKPlugin::Shutdown.
     virtual void Shutdown() = 0;

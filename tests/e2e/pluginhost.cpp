@@ -1,6 +1,10 @@
 #include "tests/e2e/pluginhost.h"
 
+#include "tests/support/accounts.h"
+
 #include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QLibrary>
 #include <QQmlContext>
 
@@ -48,6 +52,26 @@ QQuickView* PluginHost::window() const
 QObject* PluginHost::loginCtrl() const
 {
     return window()->rootContext()->contextProperty(QStringLiteral("loginCtrl")).value<QObject*>();
+}
+
+NelvoSDK::LoginSession PluginHost::signIn(const QString& url, const QString& user, QString* message) const
+{
+    QString refused;
+    QMetaObject::invokeMethod(loginCtrl(), "login", Q_RETURN_ARG(QString, refused), Q_ARG(QString, user),
+                              Q_ARG(QString, TestSupport::passwordOf(user)), Q_ARG(QString, url),
+                              Q_ARG(QString, QString()));
+    if (message)
+        *message = refused;
+    const QJsonArray companies = loginCtrl()->property("appList").toJsonArray();
+    if (!refused.isEmpty() || companies.isEmpty())
+        return {};
+    const QJsonObject company = companies.at(0).toObject();
+    QMetaObject::invokeMethod(
+        loginCtrl(), "onLogin", Q_ARG(QString, url),
+        Q_ARG(QString, QString::number(company.value(QStringLiteral("enterpriseId")).toInt())),
+        Q_ARG(QString, company.value(QStringLiteral("enterpriseName")).toString()));
+    QMetaObject::invokeMethod(loginCtrl(), "onShowHome");
+    return observer.sessions.isEmpty() ? NelvoSDK::LoginSession{} : observer.sessions.constLast();
 }
 
 } // namespace E2e

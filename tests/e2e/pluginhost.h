@@ -49,6 +49,10 @@ public:
     QQuickView* window() const;
     //! What the pages know as `loginCtrl`.
     QObject* loginCtrl() const;
+    //! Signs an account of the simulator in by the pages' calls in the pages' order, without the window,
+    //! and enters its first enterprise. The session of that sign-in; an empty one if it failed, with the
+    //! reason in `message` if that is given.
+    NelvoSDK::LoginSession signIn(const QString& url, const QString& user, QString* message = nullptr) const;
 
     LoginObserver observer;
     TestSupport::ApplicationFile cache{QStringLiteral("loginchache.json")};

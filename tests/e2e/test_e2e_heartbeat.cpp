@@ -1,5 +1,4 @@
 #include "tests/e2e/pluginhost.h"
-#include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
 
 #include <services/services.h>
@@ -7,8 +6,6 @@
 #include <NelvoSDK/IProjectInfoMgr.h>
 
 #include <QCoreApplication>
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QtTest>
 
 //! The watch on the session with its real ten seconds.
@@ -32,19 +29,6 @@ public:
     QStringList first;
 };
 
-NelvoSDK::LoginSession signIn(const E2e::PluginHost& host, const QString& url)
-{
-    const auto user = QStringLiteral("zhangwei");
-    QString message;
-    QMetaObject::invokeMethod(host.loginCtrl(), "login", Q_RETURN_ARG(QString, message), Q_ARG(QString, user),
-                              Q_ARG(QString, TestSupport::passwordOf(user)), Q_ARG(QString, url),
-                              Q_ARG(QString, QString()));
-    QMetaObject::invokeMethod(host.loginCtrl(), "onLogin", Q_ARG(QString, url),
-                              Q_ARG(QString, QStringLiteral("1001")), Q_ARG(QString, QStringLiteral("x")));
-    QMetaObject::invokeMethod(host.loginCtrl(), "onShowHome");
-    return host.observer.sessions.isEmpty() ? NelvoSDK::LoginSession{} : host.observer.sessions.constLast();
-}
-
 } // namespace
 
 void TestE2eHeartbeat::pushOutArrivesByItself()
@@ -58,8 +42,11 @@ void TestE2eHeartbeat::pushOutArrivesByItself()
     TestSupport::MessageLog log;
     NelvoSDK::IProjectInfoMgr* projects = E2e::plugin()->GetProjectInfoMgr();
     projects->SetPlugin(E2e::plugin());
-    const NelvoSDK::LoginSession session = signIn(host, services.signInUrl());
+    const NelvoSDK::LoginSession session = host.signIn(services.signInUrl(), QStringLiteral("zhangwei"));
     projects->ReflushProjOrgInfo(session);
+    NelvoSDK::OrgTreeNode root;
+    QVERIFY(projects->GetOrgTree(root));
+    QVERIFY(!root.children.empty());
     services.clearRequests();
 
     // The cookies that the sign-in captured identify the client.
@@ -71,8 +58,7 @@ void TestE2eHeartbeat::pushOutArrivesByItself()
     QVERIFY(cookies.startsWith(QString::fromLatin1(sent.left(sent.indexOf(';')))));
     QVERIFY(observer.first.isEmpty());
 
-    services.setReply("GET", QStringLiteral("/org/heartbeat"),
-                      {401, "application/json", R"({"infoCode":"1007"})", {}});
+    services.pushOut(QStringLiteral("zhangwei"));
     QTRY_VERIFY_WITH_TIMEOUT(!observer.first.isEmpty(), Patience);
     QCOMPARE(observer.first.constFirst(), QStringLiteral("您的帐号在另一地点登录，您被迫下线"));
     E2e::plugin()->GetMessageMgr()->Detach(&observer);
