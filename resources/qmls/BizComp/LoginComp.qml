@@ -1,5 +1,5 @@
 import QtQuick 2.15
-import QtQuick.Controls 2.15
+import QtQuick.Templates 2.15 as T
 import "../FuncComp"
 
 // The sign-in form.
@@ -118,7 +118,7 @@ FocusScope {
         onOutTextChanged: loginComp.username = outText.trim()
     }
 
-    TextField {
+    InputField {
         id: passwordField
         objectName: "passwordField"
 
@@ -131,16 +131,12 @@ FocusScope {
         height: 36
         leftPadding: height + 4
         echoMode: TextInput.Password
-        selectByMouse: true
         placeholderText: qsTr("密码")
-        placeholderTextColor: "#8b8fa6"
         font.family: "微软雅黑"
-        renderType: Text.NativeRendering
         font.pixelSize: 12
         color: "#ffffff"
         selectionColor: userNameBox.selectColor
         selectedTextColor: color
-        verticalAlignment: TextInput.AlignVCenter
         background: Rectangle {
             color: userNameBox.normalColor
 
@@ -175,7 +171,7 @@ FocusScope {
         onOutTextChanged: loginComp.cimUrl = outText.trim()
     }
 
-    CheckBox {
+    T.CheckBox {
         id: keepPassword
         objectName: "keepPassword"
 
@@ -184,6 +180,7 @@ FocusScope {
             topMargin: 14
             left: userNameBox.left
         }
+        implicitWidth: implicitContentWidth
         height: 16
         padding: 0
         spacing: 6

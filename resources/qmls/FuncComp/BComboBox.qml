@@ -1,9 +1,10 @@
 import QtQuick 2.15
-import QtQuick.Controls 2.15
+import QtQuick.Templates 2.15 as T
 import QtQuick.Window 2.15
 
 // Editable combo box with a picture in front. The text is free; the list only proposes.
-ComboBox {
+// Built on the templates and not on a style, whose looks would be loaded only to be replaced.
+T.ComboBox {
     id: control
 
     property var dropList: []
@@ -30,6 +31,8 @@ ComboBox {
         }
     }
 
+    implicitWidth: implicitBackgroundWidth
+    implicitHeight: implicitBackgroundHeight
     editable: true
     model: dropList
     padding: 0
@@ -48,7 +51,7 @@ ComboBox {
             outText = currentText;
     }
 
-    delegate: ItemDelegate {
+    delegate: T.ItemDelegate {
         id: entry
 
         width: control.width
@@ -106,7 +109,7 @@ ComboBox {
             }
         }
 
-        TextField {
+        InputField {
             id: field
             objectName: "field"
 
@@ -121,15 +124,11 @@ ComboBox {
             // The box is the one stop of the Tab key and hands the focus on to its field.
             activeFocusOnTab: false
             readOnly: control.readonly
-            selectByMouse: true
             placeholderText: control.placeholderText
-            placeholderTextColor: "#8b8fa6"
             font: control.font
-            renderType: Text.NativeRendering
             color: control.textColor
             selectionColor: control.selectColor
             selectedTextColor: control.textColor
-            verticalAlignment: TextInput.AlignVCenter
             background: null
 
             onActiveFocusChanged: {
@@ -149,9 +148,10 @@ ComboBox {
         color: control.enabled ? control.normalColor : control.disableColor
     }
 
-    popup: Popup {
+    popup: T.Popup {
         y: control.height - 1
         width: control.width
+        implicitHeight: contentHeight + topPadding + bottomPadding
         // A list that is longer than the window still shows all its entries.
         height: Math.min(implicitHeight, control.Window.height - topMargin - bottomMargin)
         topMargin: 2
