@@ -32,9 +32,13 @@ void TestSdk::freshSessionIsEmpty()
 void TestSdk::freshProjectRecordsAreEmpty()
 {
     const NelvoSDK::ProjectNode node;
-    QVERIFY(!node.reservedFlag && !node.serverFlag && node.id.empty() && node.attrs.empty());
+    QVERIFY(!node.reservedFlag && !node.serverFlag);
+    QVERIFY(node.name.empty() && node.id.empty() && node.x.empty() && node.y.empty());
+    QVERIFY(node.code.empty() && node.basemap.empty() && node.proj4.empty() && node.attrs.empty());
+    const NelvoSDK::ProjectRef project;
+    QVERIFY(project.id.empty() && project.name.empty() && project.attrs.empty());
     const NelvoSDK::OrgTreeNode unit;
-    QVERIFY(!unit.canSelect && unit.children.empty());
+    QVERIFY(unit.id.empty() && unit.name.empty() && !unit.canSelect && unit.children.empty());
 }
 
 void TestSdk::recordsAreValues()
