@@ -19,5 +19,20 @@ const QString SDK_DeviceObject = QStringLiteral("SDK_DeviceObject");
 const QString NelvoEditorSDK_DeviceID = QStringLiteral("NelvoEditorSDK_DeviceID");
 const QString NelvoEditorSDK_DeviceName = QStringLiteral("NelvoEditorSDK_DeviceName");
 const QString NelvoEditorSDK_VendorId = QStringLiteral("NelvoEditorSDK_VendorId");
+const QString NelvoEditorSDK_VendorName = QStringLiteral("NelvoEditorSDK_VendorName");
+const QString NelvoEditorSDK_IotType = QStringLiteral("NelvoEditorSDK_IotType");
+const QString NelvoEditorSDK_IotName = QStringLiteral("NelvoEditorSDK_IotName");
+
+namespace ComponentParameter {
+const QString AlignType = QStringLiteral("alignType");
+const QString Group = QStringLiteral("group");
+const QString Image = QStringLiteral("image");
+const QString Name = QStringLiteral("name");
+const QString Parameter = QStringLiteral("paramter");
+const QString SysName = QStringLiteral("sysName");
+const QString SubType = QStringLiteral("subType");
+const QString Unit = QStringLiteral("unit");
+const QString Value = QStringLiteral("value");
+} // namespace ComponentParameter
 
 } // namespace NelvoPlugin

@@ -23,5 +23,22 @@ extern const QString SDK_DeviceObject;
 extern const QString NelvoEditorSDK_DeviceID;
 extern const QString NelvoEditorSDK_DeviceName;
 extern const QString NelvoEditorSDK_VendorId;
+extern const QString NelvoEditorSDK_VendorName;
+extern const QString NelvoEditorSDK_IotType;
+extern const QString NelvoEditorSDK_IotName;
+
+//! Keys of the parameters of a component.
+namespace ComponentParameter {
+extern const QString AlignType;
+extern const QString Group;
+extern const QString Image;
+extern const QString Name;
+//! Spelled "paramter", which is meant.
+extern const QString Parameter;
+extern const QString SysName;
+extern const QString SubType;
+extern const QString Unit;
+extern const QString Value;
+} // namespace ComponentParameter
 
 } // namespace NelvoPlugin

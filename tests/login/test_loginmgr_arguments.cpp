@@ -25,6 +25,17 @@ const char* const HostVariable = "NELVO_TEST_HOST";
 const QByteArray Shown = "shown";
 const QByteArray NotShown = "not shown";
 
+//! Shows a window and waits until the system has brought it up. What was to be shown before has been shown
+//! by then, since both went the same way.
+void showAWindowAndWait()
+{
+    QWindow window;
+    window.resize(100, 100);
+    window.show();
+    if (!QTest::qWaitForWindowExposed(&window, 60000))
+        qFatal("no window comes up here");
+}
+
 //! The application under test: starts the sign-in and tells whether there is a window.
 int runHost(int argc, char** argv)
 {
@@ -32,7 +43,7 @@ int runHost(int argc, char** argv)
     const TestSupport::ApplicationFile cache(QStringLiteral("loginchache.json"));
     NelvoPlugin::CLoginMgr manager;
     manager.Start();
-    QCoreApplication::processEvents();
+    showAWindowAndWait();
     QTextStream(stdout) << (anyWindowShown() ? Shown : NotShown);
     return 0;
 }

@@ -91,10 +91,22 @@ void TestMessageMgr::detachingAStrayChangesNothing()
 void TestMessageMgr::notifyingNobodyReturns()
 {
     NelvoPlugin::CMessageMgr manager;
-    manager.NotifyFirst(QStringLiteral("x"));
+    const auto notifyEachKind = [&manager] {
+        manager.NotifyFirst(QStringLiteral("unheard"));
+        manager.NotifySecond(QStringLiteral("unheard"));
+        manager.NotifyThird(QStringLiteral("unheard"));
+    };
+    notifyEachKind();
+    Observer gone;
+    manager.Attach(&gone);
+    manager.Detach(&gone);
+    notifyEachKind();
+    QVERIFY(gone.heard.isEmpty());
+    // Nothing was kept for those who come later, and the manager still works.
     Observer late;
     manager.Attach(&late);
-    QVERIFY(late.heard.isEmpty());
+    manager.NotifySecond(QStringLiteral("heard"));
+    QCOMPARE(late.heard, QStringList{QStringLiteral("second:heard")});
 }
 
 void TestMessageMgr::textOutlivesTheSenders()

@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QProcess>
 #include <QTimer>
 #include <QTimerEvent>
 #include <QtTest>
@@ -37,6 +38,7 @@ const auto HeartbeatPath = QStringLiteral("/org/heartbeat");
 const auto DeletePath = QStringLiteral("/equipment/bind/deleteAll/s1");
 const auto BatchPath = QStringLiteral("/equipment/bind/batchAdd/s1");
 const auto PushedOut = QStringLiteral("您的帐号在另一地点登录，您被迫下线");
+const auto TooDeep = QStringLiteral("parse json failed: too deeply nested document");
 const auto TreeFailed = QStringLiteral("CProjectInfoMgr::ReflushProjOrgInfo /org/tree error!");
 const auto ProjectsFailed =
     QStringLiteral("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
@@ -121,6 +123,25 @@ QByteArray nested(int levels, const QByteArray& innermost)
            QByteArray("]}").repeated(levels) + "}";
 }
 
+QList<QAbstractEventDispatcher::TimerInfo> timersOf(CProjectInfoMgr& manager)
+{
+    return QAbstractEventDispatcher::instance()->registeredTimers(&manager);
+}
+
+//! Set, to the address of the service, in a process that is to be pushed out without a plug-in.
+const char* const NoPluginVariable = "NELVO_TEST_NO_PLUGIN";
+
+int tickWithoutAPlugin(const QString& sdkAddr)
+{
+    CProjectInfoMgr manager;
+    LoginSession session;
+    session.sdkAddr = sdkAddr.toStdWString();
+    manager.ReflushProjOrgInfo(session);
+    QTimerEvent event(0);
+    QCoreApplication::sendEvent(&manager, &event);
+    return 0;
+}
+
 //! Levels below the root, along the first child.
 int depthOf(const OrgTreeNode& node)
 {
@@ -156,6 +177,8 @@ private Q_SLOTS:
     void foreignCheckWithoutSessionThrows();
 
     void refreshSetsTheProperties();
+    void emptyAddressIsSetAsWell();
+    void failedRefreshHasReplacedJarAndProperties();
     void refreshWithoutTokenKeepsTheEarlierOne();
     void refreshReplacesTheJarBeforeItAsks();
     void emptyCookieTextEmptiesTheJar();
@@ -165,6 +188,7 @@ private Q_SLOTS:
     void treeTypes();
     void oddChildrenAreNone();
     void secondRefreshDoublesTheFirstLevel();
+    void treeIsAddedToWhatTheNodeHolds();
     void failedRefreshKeepsTheTree_data();
     void failedRefreshKeepsTheTree();
     void replyWithoutDataClearsTheRoot();
@@ -183,6 +207,7 @@ private Q_SLOTS:
     void failedListKeepsTheSnapshot_data();
     void failedListKeepsTheSnapshot();
     void listWithoutASessionFails();
+    void listAsDeepAsTheParserAllows();
 
     void uploadThatIsNotWantedSendsNothing();
     void addToTheByte();
@@ -193,6 +218,10 @@ private Q_SLOTS:
     void renameToTheByte();
     void sameNameSendsNothing();
     void caseCountsAsAChange();
+    void beginningOfANameCountsAsAChange();
+    void emptyIdMatchesTheServicesOnly();
+    void uploadsDoNotLookAtTheReply_data();
+    void uploadsDoNotLookAtTheReply();
     void renameIsSentAgainUntilTheListIsRead();
     void failedRenameIsLogged_data();
     void failedRenameIsLogged();
@@ -203,6 +232,8 @@ private Q_SLOTS:
     void bindingsToTheByte();
     void noBindingsSendAnEmptyArray();
     void emptySceneProjectGoesOutAsItIs();
+    void sceneProjectIsNotEscaped();
+    void refusedDeleteIsTheOnlyRequest();
     void failedDeleteSendsNoBatch_data();
     void failedDeleteSendsNoBatch();
     void failedBatchIsLogged_data();
@@ -218,10 +249,15 @@ private Q_SLOTS:
     void tickWithoutMessageManagerIsQuiet();
     void tickWithoutAnAddressFails();
     void tickNeedsNoPluginUnlessPushedOut();
+    void pushOutWithoutAPluginEndsTheProcess();
+    void tickAsDeepAsTheParserAllows();
+    void tickGoesOnWhenAStalledReplyArrives();
     void eachTickTellsAgain();
     void tickInsideABlockingCall();
     void tickInsideATick();
     void eachRefreshStartsOneMoreTimer();
+    void noTimerDuringTheFirstRefresh();
+    void twoTimersAskAndTellTwice();
 
 private:
     LoginSession session() const;
@@ -493,7 +529,12 @@ void TestProjectInfoMgr::foreignCheckWithoutSessionThrows()
     CProjectInfoMgr manager;
     std::list<ProjectRef> projects{projectRef(L"a")};
     projects.front().attrs[L"epId"] = L"1001";
-    QVERIFY_EXCEPTION_THROWN(manager.RemoveForeignProjects(projects), std::out_of_range);
+    try {
+        manager.RemoveForeignProjects(projects);
+        QFAIL("nothing was thrown");
+    } catch (const std::out_of_range& error) {
+        QCOMPARE(error.what(), "invalid map<K, T> key");
+    }
 }
 
 void TestProjectInfoMgr::refreshSetsTheProperties()
@@ -503,6 +544,34 @@ void TestProjectInfoMgr::refreshSetsTheProperties()
     QCOMPARE(qApp->property("sdkAddr"), QVariant(m_services.editorUrl()));
     QCOMPARE(qApp->property("iotToken"), QVariant(QStringLiteral("token")));
     QCOMPARE(qApp->property("epId"), QVariant(QStringLiteral("1001")));
+}
+
+void TestProjectInfoMgr::emptyAddressIsSetAsWell()
+{
+    Project project;
+    project.manager.ReflushProjOrgInfo(session());
+    MessageLog log;
+    project.manager.ReflushProjOrgInfo({});
+    QCOMPARE(qApp->property("sdkAddr"), QVariant(QString("")));
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("Protocol \"\" is unknown")});
+    QCOMPARE(log.debugs(), QStringList{TreeFailed});
+}
+
+void TestProjectInfoMgr::failedRefreshHasReplacedJarAndProperties()
+{
+    sharedCookieJar()->setAllCookies({QNetworkCookie("old", "1")});
+    failEvery("GET", TreePath, Fault::Status, 500);
+    LoginSession made = session();
+    made.cookies = L"new=2";
+    MessageLog log;
+    Project project;
+    project.manager.ReflushProjOrgInfo(made);
+    QCOMPARE(log.debugs(), QStringList{TreeFailed});
+    QCOMPARE(sharedCookieJar()->allCookies().size(), 1);
+    QCOMPARE(sharedCookieJar()->allCookies().constFirst().name(), QByteArray("new"));
+    QCOMPARE(qApp->property("sdkAddr").toString(), m_services.editorUrl());
+    QCOMPARE(qApp->property("iotToken").toString(), QStringLiteral("token"));
+    QCOMPARE(qApp->property("epId").toString(), QStringLiteral("1001"));
 }
 
 void TestProjectInfoMgr::refreshWithoutTokenKeepsTheEarlierOne()
@@ -630,6 +699,18 @@ void TestProjectInfoMgr::secondRefreshDoublesTheFirstLevel()
     QCOMPARE(std::next(root.children.begin(), 3)->children.size(), std::size_t(1));
 }
 
+void TestProjectInfoMgr::treeIsAddedToWhatTheNodeHolds()
+{
+    m_services.setReply("GET", TreePath, json(R"({"data":{"value":"v","children":[{"value":"a"}]}})"));
+    Project project;
+    refresh(project);
+    OrgTreeNode root;
+    QVERIFY(project.manager.GetOrgTree(root));
+    QVERIFY(project.manager.GetOrgTree(root));
+    QVERIFY(root.id == L"v");
+    QCOMPARE(root.children.size(), std::size_t(2));
+}
+
 void TestProjectInfoMgr::failedRefreshKeepsTheTree_data()
 {
     faultRows();
@@ -689,7 +770,7 @@ void TestProjectInfoMgr::treeAsDeepAsTheParserAllows()
 
     m_services.setReply("GET", TreePath, json(nested(Deepest, "{\"children\":[]}")));
     project.manager.ReflushProjOrgInfo(session());
-    QCOMPARE(log.warnings(), QStringList{QStringLiteral("parse json failed: too deeply nested document")});
+    QCOMPARE(log.warnings(), QStringList{TooDeep});
     QCOMPARE(log.debugs(), QStringList{TreeFailed});
 }
 
@@ -860,6 +941,31 @@ void TestProjectInfoMgr::listWithoutASessionFails()
     std::list<ProjectNode> projects;
     QVERIFY(!manager.GetServerProjectTree(projects));
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("Protocol \"\" is unknown")});
+    QCOMPARE(log.debugs(), QStringList{ProjectsFailed});
+    QVERIFY(projects.empty());
+}
+
+//! Three levels are the reply, its list and the project, the rest is what nobody reads.
+void TestProjectInfoMgr::listAsDeepAsTheParserAllows()
+{
+    constexpr int Deepest = 1021;
+    const auto reply = [](int levels) {
+        return json(R"({"data":[{"id":"a","further":)" + QByteArray("[").repeated(levels) +
+                    QByteArray("]").repeated(levels) + "}]}");
+    };
+    Project project;
+    refresh(project);
+    std::list<ProjectNode> projects;
+    m_services.setReply("GET", ScenePath, reply(Deepest));
+    QVERIFY(project.manager.GetServerProjectTree(projects));
+    QCOMPARE(projects.size(), std::size_t(1));
+
+    m_services.setReply("GET", ScenePath, reply(Deepest + 1));
+    MessageLog log;
+    QVERIFY(!project.manager.GetServerProjectTree(projects));
+    QCOMPARE(projects.size(), std::size_t(1));
+    QCOMPARE(log.warnings(), QStringList{TooDeep});
+    QCOMPARE(log.debugs(), QStringList{ProjectsFailed});
 }
 
 void TestProjectInfoMgr::uploadThatIsNotWantedSendsNothing()
@@ -975,6 +1081,56 @@ void TestProjectInfoMgr::caseCountsAsAChange()
     QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
 }
 
+void TestProjectInfoMgr::beginningOfANameCountsAsAChange()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"Bridge"})");
+    project.manager.OnUploadProject(projectNode(L"a", L"Bridg"), nullptr, true);
+    project.manager.OnUploadProject(projectNode(L"a", L""), nullptr, true);
+    QCOMPARE(targets(), (QByteArrayList{"PUT /scene/project", "PUT /scene/project"}));
+}
+
+void TestProjectInfoMgr::emptyIdMatchesTheServicesOnly()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":7,"name":"old"})");
+    project.manager.AddLocalProject(projectRef(L"", L"new"));
+    project.manager.OnUploadProject(projectNode(L"", L"new"), nullptr, true);
+    QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
+    QCOMPARE(m_services.requests().constFirst().body,
+             QByteArray("{\n    \"id\": \"\",\n    \"name\": \"new\"\n}\n"));
+}
+
+void TestProjectInfoMgr::uploadsDoNotLookAtTheReply_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("no JSON") << 200 << QByteArray("<html/>");
+    QTest::newRow("told failure") << 200 << QByteArray(R"({"code":500,"message":"no"})");
+    QTest::newRow("created") << 201 << QByteArray("{}");
+    QTest::newRow("no content") << 204 << QByteArray();
+}
+
+void TestProjectInfoMgr::uploadsDoNotLookAtTheReply()
+{
+    QFETCH(int, status);
+    QFETCH(QByteArray, body);
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"old"})");
+    for (const QString& path : {ScenePath, DeletePath, BatchPath}) {
+        m_services.setReply("POST", path, json(body, status));
+        m_services.setReply("PUT", path, json(body, status));
+    }
+    project.manager.AddLocalProject(projectRef(L"b"));
+    MessageLog log;
+    project.manager.OnUploadProject(projectNode(L"b", L"n"), nullptr, true);
+    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
+    project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {{"g", "s"}});
+    QCOMPARE(targets(), (QByteArrayList{"POST /scene/project", "PUT /scene/project",
+                                        "POST " + DeletePath.toLatin1(), "POST " + BatchPath.toLatin1()}));
+    QVERIFY(log.entries().isEmpty());
+}
+
 void TestProjectInfoMgr::renameIsSentAgainUntilTheListIsRead()
 {
     Project project;
@@ -1079,6 +1235,28 @@ void TestProjectInfoMgr::emptySceneProjectGoesOutAsItIs()
     project.manager.OnUploadSdkProperty({}, {});
     QCOMPARE(targets(),
              (QByteArrayList{"POST /equipment/bind/deleteAll/", "POST /equipment/bind/batchAdd/"}));
+}
+
+void TestProjectInfoMgr::sceneProjectIsNotEscaped()
+{
+    m_services.setReply("POST", QStringLiteral("/equipment/bind/deleteAll/a/b%2F"), json("{}"));
+    m_services.setReply("POST", QStringLiteral("/equipment/bind/batchAdd/a/b%2F"), json("{}"));
+    Project project;
+    refresh(project);
+    project.manager.OnUploadSdkProperty(QStringLiteral("a/b%2F?c=d"), {});
+    QCOMPARE(targets(), (QByteArrayList{"POST /equipment/bind/deleteAll/a/b%2F?c=d",
+                                        "POST /equipment/bind/batchAdd/a/b%2F?c=d"}));
+}
+
+void TestProjectInfoMgr::refusedDeleteIsTheOnlyRequest()
+{
+    Project project;
+    refresh(project);
+    m_services.setReply("POST", DeletePath, json("{}", 500));
+    MessageLog log;
+    project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {{"g", "s"}});
+    QCOMPARE(targets(), QByteArrayList{"POST " + DeletePath.toLatin1()});
+    QCOMPARE(log.debugs().size(), 1);
 }
 
 void TestProjectInfoMgr::failedDeleteSendsNoBatch_data()
@@ -1246,6 +1424,66 @@ void TestProjectInfoMgr::tickNeedsNoPluginUnlessPushedOut()
     QCOMPARE(log.warnings().size(), 1);
 }
 
+//! Hosts must call SetPlugin first; what happens otherwise happens in a process of its own.
+void TestProjectInfoMgr::pushOutWithoutAPluginEndsTheProcess()
+{
+    m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1007"})", 401));
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(NoPluginVariable), m_services.editorUrl());
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(), QStringList());
+    // The services run on threads of their own, so they answer while this one waits.
+    QVERIFY(process.waitForFinished(60000));
+    QVERIFY(process.exitStatus() == QProcess::CrashExit || process.exitCode() != 0);
+    QCOMPARE(targets(), (QByteArrayList{"GET /org/tree", "GET /org/heartbeat"}));
+}
+
+void TestProjectInfoMgr::tickAsDeepAsTheParserAllows()
+{
+    constexpr int Deepest = 1023;
+    const auto reply = [](int levels) {
+        return json(R"({"infoCode":"1007","further":)" + QByteArray("[").repeated(levels) +
+                        QByteArray("]").repeated(levels) + "}",
+                    401);
+    };
+    Project project;
+    refresh(project);
+    MessageLog log;
+    m_services.setReply("GET", HeartbeatPath, reply(Deepest));
+    project.tick();
+    QCOMPARE(project.plugin.messages.first, QStringList{PushedOut});
+    log.clear();
+    m_services.setReply("GET", HeartbeatPath, reply(Deepest + 1));
+    project.tick();
+    QCOMPARE(project.plugin.messages.first.size(), 1);
+    QCOMPARE(log.warnings().size(), 2);
+    QCOMPARE(log.warnings().at(1), TooDeep);
+}
+
+//! There is no time limit: the tick waits for as long as the service does.
+void TestProjectInfoMgr::tickGoesOnWhenAStalledReplyArrives()
+{
+    Project project;
+    refresh(project);
+    m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1002"})", 401));
+    failEvery("GET", HeartbeatPath, Fault::Stall, 0);
+    bool toldBefore = true;
+    QTimer release;
+    connect(&release, &QTimer::timeout, this, [&] {
+        if (m_services.requests().isEmpty())
+            return;
+        release.stop();
+        toldBefore = !project.plugin.messages.first.isEmpty();
+        m_services.clearFaults();
+    });
+    release.start(1);
+    MessageLog log;
+    project.tick();
+    QVERIFY(!toldBefore);
+    QCOMPARE(project.plugin.messages.first, QStringList{PushedOut});
+}
+
 void TestProjectInfoMgr::eachTickTellsAgain()
 {
     Project project;
@@ -1302,20 +1540,64 @@ void TestProjectInfoMgr::tickInsideATick()
 void TestProjectInfoMgr::eachRefreshStartsOneMoreTimer()
 {
     Project project;
-    const auto timers = [&project] {
-        return QAbstractEventDispatcher::instance()->registeredTimers(&project.manager);
-    };
-    QVERIFY(timers().isEmpty());
+    QVERIFY(timersOf(project.manager).isEmpty());
     refresh(project);
     m_services.addFault({Fault::Refuse, {}, {}, 0, false});
     MessageLog log;
     project.manager.ReflushProjOrgInfo(session());
-    QCOMPARE(timers().size(), 2);
-    for (const QAbstractEventDispatcher::TimerInfo& timer : timers()) {
+    const auto timers = timersOf(project.manager);
+    QCOMPARE(timers.size(), 2);
+    for (const QAbstractEventDispatcher::TimerInfo& timer : timers) {
         QCOMPARE(timer.interval, 10000);
         QCOMPARE(timer.timerType, Qt::CoarseTimer);
     }
 }
 
-QTEST_GUILESS_MAIN(TestProjectInfoMgr)
+void TestProjectInfoMgr::noTimerDuringTheFirstRefresh()
+{
+    Project project;
+    failEvery("GET", TreePath, Fault::Stall, 0);
+    int during = -1;
+    QTimer release;
+    connect(&release, &QTimer::timeout, this, [&] {
+        if (m_services.requests().isEmpty())
+            return;
+        release.stop();
+        during = timersOf(project.manager).size();
+        m_services.clearFaults();
+    });
+    release.start(1);
+    project.manager.ReflushProjOrgInfo(session());
+    QCOMPARE(during, 0);
+    QCOMPARE(timersOf(project.manager).size(), 1);
+}
+
+//! Each of the timers fires once, without the ten seconds before that.
+void TestProjectInfoMgr::twoTimersAskAndTellTwice()
+{
+    Project project;
+    refresh(project);
+    refresh(project);
+    m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1007"})", 401));
+    MessageLog log;
+    const auto timers = timersOf(project.manager);
+    for (const QAbstractEventDispatcher::TimerInfo& timer : timers) {
+        QTimerEvent event(timer.timerId);
+        QCoreApplication::sendEvent(&project.manager, &event);
+    }
+    QCOMPARE(targets(), (QByteArrayList{"GET /org/heartbeat", "GET /org/heartbeat"}));
+    QCOMPARE(project.plugin.messages.first, (QStringList{PushedOut, PushedOut}));
+    // Being told stops neither.
+    QCOMPARE(timersOf(project.manager).size(), 2);
+}
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    if (qEnvironmentVariableIsSet(NoPluginVariable))
+        return tickWithoutAPlugin(qEnvironmentVariable(NoPluginVariable));
+    TestProjectInfoMgr test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "test_projectinfomgr.moc"

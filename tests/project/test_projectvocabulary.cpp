@@ -12,6 +12,7 @@ class TestProjectVocabulary : public QObject
 private Q_SLOTS:
     void kindsHaveTheirNames();
     void deviceKeys();
+    void parameterKeys();
     void checkedReadGivesTheValue();
     void checkedReadOfAMissingKeyThrowsOneText();
 };
@@ -32,6 +33,17 @@ void TestProjectVocabulary::deviceKeys()
     QCOMPARE(NelvoEditorSDK_DeviceID, QStringLiteral("NelvoEditorSDK_DeviceID"));
     QCOMPARE(NelvoEditorSDK_DeviceName, QStringLiteral("NelvoEditorSDK_DeviceName"));
     QCOMPARE(NelvoEditorSDK_VendorId, QStringLiteral("NelvoEditorSDK_VendorId"));
+    QCOMPARE(NelvoEditorSDK_VendorName, QStringLiteral("NelvoEditorSDK_VendorName"));
+    QCOMPARE(NelvoEditorSDK_IotType, QStringLiteral("NelvoEditorSDK_IotType"));
+    QCOMPARE(NelvoEditorSDK_IotName, QStringLiteral("NelvoEditorSDK_IotName"));
+}
+
+void TestProjectVocabulary::parameterKeys()
+{
+    using namespace ComponentParameter;
+    QCOMPARE((QStringList{AlignType, Group, Image, Name, Parameter, SysName, SubType, Unit, Value}),
+             (QStringList{"alignType", "group", "image", "name", "paramter", "sysName", "subType", "unit",
+                          "value"}));
 }
 
 void TestProjectVocabulary::checkedReadGivesTheValue()
