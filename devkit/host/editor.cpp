@@ -15,6 +15,7 @@ Editor::Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log) : m_plugin(plug
     m_plugin.Initialize();
     m_plugin.GetLoginMgr()->GetLoginActor()->Attach(this);
     m_plugin.GetMessageMgr()->Attach(this);
+    m_projects = std::make_unique<ProjectDesk>(m_plugin, m_log);
     logAction(QStringLiteral("plug-in %1 initialized").arg(pluginVersion()));
 }
 
@@ -22,6 +23,7 @@ Editor::~Editor()
 {
     m_plugin.GetMessageMgr()->Detach(this);
     m_plugin.GetLoginMgr()->GetLoginActor()->Detach(this);
+    m_projects.reset();
     m_plugin.Shutdown();
     m_plugin.SetHostContext(nullptr);
 }
@@ -61,7 +63,22 @@ void Editor::signOut()
     QGuiApplication::setQuitOnLastWindowClosed(true);
     m_plugin.GetLoginMgr()->GetLoginActor()->ShowLogin();
     m_session.reset();
+    m_projects->closeSession();
+    forgetNotice();
     Q_EMIT sessionChanged();
+}
+
+void Editor::dismissNotice()
+{
+    m_noticeDismissed = true;
+    Q_EMIT noticeChanged();
+}
+
+void Editor::forgetNotice()
+{
+    m_notice.clear();
+    m_noticeDismissed = false;
+    Q_EMIT noticeChanged();
 }
 
 QWebChannel* Editor::GetWebChannel()
@@ -75,7 +92,22 @@ void Editor::OnLoginSucceeded(const NelvoSDK::LoginSession& session)
     logCall(QStringLiteral("ILoginObserver::OnLoginSucceeded: enterprise \"%1\", editor service \"%2\"")
                 .arg(QString::fromStdWString(session.epName), QString::fromStdWString(session.sdkAddr)));
     m_session = session;
+    m_projects->openSession(withCookies(session));
+    forgetNotice();
     Q_EMIT sessionChanged();
+}
+
+//! A sign-in brings those cookies only that are new. Where it brings none, the service has bound the
+//! earlier ones to it; a client that was pushed out has no good ones left.
+NelvoSDK::LoginSession Editor::withCookies(NelvoSDK::LoginSession session)
+{
+    if (!session.cookies.empty()) {
+        m_cookieSource = session;
+    } else if (m_cookieSource && m_cookieSource->sdkAddr == session.sdkAddr) {
+        logAction(QStringLiteral("no new cookies: those of the earlier sign-in hold on"));
+        session.cookies = m_cookieSource->cookies;
+    }
+    return session;
 }
 
 void Editor::OnLoginFailed()
@@ -86,6 +118,9 @@ void Editor::OnLoginFailed()
 void Editor::OnMessageFirst(const QString& text)
 {
     logCall(QStringLiteral("IMessageObserver::OnMessageFirst: ") + text);
+    m_cookieSource.reset();
+    m_notice = text;
+    Q_EMIT noticeChanged();
 }
 
 void Editor::OnMessageSecond(const QString& text)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/logmodel.h"
+#include "host/projectdesk.h"
 
 #include <NelvoSDK/IHostContext.h>
 #include <NelvoSDK/ILoginObserver.h>
@@ -10,6 +11,7 @@
 #include <QObject>
 #include <QVariantList>
 
+#include <memory>
 #include <optional>
 
 namespace NelvoDevkit {
@@ -28,6 +30,9 @@ class Editor : public QObject,
     Q_PROPERTY(QString enterprise READ enterprise NOTIFY sessionChanged)
     Q_PROPERTY(QVariantList session READ session NOTIFY sessionChanged)
     Q_PROPERTY(QString pluginVersion READ pluginVersion CONSTANT)
+    Q_PROPERTY(NelvoDevkit::ProjectDesk* projects READ projects CONSTANT)
+    //! Why this client has been forced offline; empty while it has not, or the user knows.
+    Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
 public:
     //! Neither is owned; both live longer than the editor.
@@ -41,6 +46,8 @@ public:
     //! The session as describeSession gives it; empty without a session.
     QVariantList session() const;
     QString pluginVersion() const;
+    ProjectDesk* projects() const { return m_projects.get(); }
+    QString notice() const { return m_noticeDismissed ? QString() : m_notice; }
 
     //! Starts the sign-in; once. Call it from the event loop, so that the plug-in can end that loop.
     void start();
@@ -48,10 +55,13 @@ public:
     Q_INVOKABLE void signInAgain();
     //! Forgets the session and shows the login window.
     Q_INVOKABLE void signOut();
+    //! Shows the notice no more, also when it is repeated, until the next session.
+    Q_INVOKABLE void dismissNotice();
 
 Q_SIGNALS:
     //! There is a session, another one, or none any more.
     void sessionChanged();
+    void noticeChanged();
 
 private:
     QWebChannel* GetWebChannel() override;
@@ -61,12 +71,21 @@ private:
     void OnMessageSecond(const QString& text) override;
     void OnMessageThird(const QString& text) override;
 
+    //! The session with the cookies that hold in it.
+    NelvoSDK::LoginSession withCookies(NelvoSDK::LoginSession session);
+    void forgetNotice();
+
     void logAction(const QString& text);
     void logCall(const QString& text);
 
     NelvoSDK::INelvoSDKPlugin& m_plugin;
     LogModel& m_log;
+    std::unique_ptr<ProjectDesk> m_projects;
     std::optional<NelvoSDK::LoginSession> m_session;
+    //! The last sign-in that brought cookies, while they are good.
+    std::optional<NelvoSDK::LoginSession> m_cookieSource;
+    QString m_notice;
+    bool m_noticeDismissed = false;
 };
 
 } // namespace NelvoDevkit

@@ -12,7 +12,8 @@ std::optional<HostOptions> HostOptions::parse(const QStringList& arguments, QStr
 
     const QHash<QString, QString*> targets = {{QStringLiteral("--settings"), &options.settingsFile},
                                               {QStringLiteral("--tour"), &options.tourDirectory},
-                                              {QStringLiteral("--services"), &options.servicesFile}};
+                                              {QStringLiteral("--services"), &options.servicesFile},
+                                              {QStringLiteral("--sign-in"), &options.account}};
     for (int i = 1; i < arguments.size(); i += 2) {
         const QString& name = arguments.at(i);
         QString* const target = targets.value(name);
@@ -30,19 +31,28 @@ std::optional<HostOptions> HostOptions::parse(const QStringList& arguments, QStr
         *error = QStringLiteral("'--tour' and '--services' go together");
         return std::nullopt;
     }
+    if (!options.tourDirectory.isEmpty() && !options.account.isEmpty()) {
+        *error = QStringLiteral("a tour signs in by itself, without '--sign-in'");
+        return std::nullopt;
+    }
     return options;
 }
 
 QString HostOptions::usage()
 {
     return QStringLiteral(
-        "usage: NelvoEditor [--settings FILE] [--tour DIR --services FILE]\n"
+        "usage: NelvoEditor [--settings FILE] [--sign-in USER:PASSWORD]\n"
+        "       NelvoEditor [--settings FILE] --tour DIR --services FILE\n"
         "       NelvoEditor SIGN-IN\n"
         "\n"
-        "  --settings FILE   settings to use instead of NelvoEditor.json beside the executable\n"
-        "  --tour DIR        walk through the windows and leave pictures in DIR\n"
-        "  --services FILE   ready file of the nelvo-services that the tour signs in to\n"
-        "  SIGN-IN           a single argument goes to the plug-in, as a sign-in without a window\n");
+        "  --settings FILE          settings to use instead of NelvoEditor.json beside the executable\n"
+        "  --sign-in USER:PASSWORD  fill in the login window; of several enterprises the first is entered\n"
+        "  --tour DIR               walk through the windows and leave pictures in DIR\n"
+        "  --services FILE          ready file of the nelvo-services that the tour signs in to\n"
+        "  SIGN-IN                  a single argument goes to the plug-in, as a sign-in without a window\n"
+        "\n"
+        "Two hosts at once: start each from a copy of the application folder, since accounts are kept\n"
+        "beside the executable. With one account, the second sign-in pushes the first one out.\n");
 }
 
 } // namespace NelvoDevkit

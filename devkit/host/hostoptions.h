@@ -18,6 +18,8 @@ struct HostOptions {
     QString tourDirectory;
     //! Ready file of the service simulator that the tour signs in to.
     QString servicesFile;
+    //! User and password, with a colon between, to sign in by itself; empty when a person signs in.
+    QString account;
 
     //! Reads the arguments, the program's name first. A single argument is left to the plug-in. On
     //! failure returns nothing and tells why in `error`.

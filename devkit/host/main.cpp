@@ -5,6 +5,7 @@
 #include "host/logmodel.h"
 #include "host/messagecapture.h"
 #include "host/pluginlibrary.h"
+#include "host/signinalone.h"
 #include "host/tour.h"
 
 #include <QFileInfo>
@@ -106,6 +107,8 @@ int run()
         start(editor);
         if (!options.tourDirectory.isEmpty())
             runTour(options.tourDirectory, options.servicesFile);
+        else if (!options.account.isEmpty())
+            signInAlone(options.account);
     });
     return QGuiApplication::exec();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "projectinfostandin.h"
+
 #include <NelvoSDK/ILoginMgr.h>
 #include <NelvoSDK/IMessageMgr.h>
 #include <NelvoSDK/INelvoSDKPlugin.h>
@@ -14,6 +16,7 @@ class PluginStandIn final : public NelvoSDK::INelvoSDKPlugin,
 {
 public:
     QStringList calls;
+    ProjectInfoStandIn projects;
     NelvoSDK::ILoginObserver* loginObserver = nullptr;
     NelvoSDK::IMessageObserver* messageObserver = nullptr;
 
@@ -23,7 +26,7 @@ public:
     void ReservedHook() override {}
     std::wstring GetVersion() override { return L"9.8.7"; }
     NelvoSDK::ILoginMgr* GetLoginMgr() override { return this; }
-    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return nullptr; }
+    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return &projects; }
     NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
     NelvoSDK::IMessageMgr* GetMessageMgr() override { return this; }
     void SetHostContext(void* context) override

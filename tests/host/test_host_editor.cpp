@@ -24,6 +24,11 @@ private Q_SLOTS:
     void signInAgainKeepsTheSession();
     void signOutForgetsTheSession();
     void everyCallIsLogged();
+    void projectsFollowTheSession();
+    void earlierCookiesHoldOn();
+    void noticeOfThePushOut();
+    void dismissedNoticeStaysAway();
+    void pushedOutClientHasNoGoodCookies();
 };
 
 namespace {
@@ -214,6 +219,96 @@ void TestHostEditor::everyCallIsLogged()
                                        success, "IMessageObserver::OnMessageFirst: one",
                                        "IMessageObserver::OnMessageSecond: %1",
                                        "IMessageObserver::OnMessageThird: "}));
+}
+
+void TestHostEditor::projectsFollowTheSession()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    Editor editor(plugin, log);
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    QVERIFY(!plugin.projects.calls.contains(QStringLiteral("ReflushProjOrgInfo")));
+    QTRY_VERIFY(!editor.projects()->queue()->isBusy());
+    QCOMPARE(plugin.projects.calls.count(QStringLiteral("ReflushProjOrgInfo")), 1);
+    QVERIFY(plugin.projects.session.cookies == fullSession().cookies);
+    QVERIFY(editor.projects()->isReady());
+    editor.signOut();
+    QTRY_VERIFY(!editor.projects()->queue()->isBusy());
+    QVERIFY(!editor.projects()->isReady());
+}
+
+void TestHostEditor::earlierCookiesHoldOn()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    const auto cookiesAfter = [&](const NelvoSDK::LoginSession& session) {
+        plugin.loginObserver->OnLoginSucceeded(session);
+        if (!QTest::qWaitFor([&editor] { return !editor.projects()->queue()->isBusy(); }, 30000))
+            qFatal("the orders do not end");
+        return QString::fromStdWString(plugin.projects.session.cookies);
+    };
+    NelvoSDK::LoginSession session = fullSession();
+    session.cookies.clear();
+    QCOMPARE(cookiesAfter(session), QString());
+    session.cookies = L"a=1";
+    QCOMPARE(cookiesAfter(session), QStringLiteral("a=1"));
+    session.cookies.clear();
+    QCOMPARE(cookiesAfter(session), QStringLiteral("a=1"));
+    // The record shows what came.
+    QCOMPARE(values(editor).value(QStringLiteral("cookies")), QString());
+    session.sdkAddr = L"http://another";
+    QCOMPARE(cookiesAfter(session), QString());
+}
+
+void TestHostEditor::noticeOfThePushOut()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    Editor editor(plugin, log);
+    QSignalSpy changed(&editor, &Editor::noticeChanged);
+    plugin.messageObserver->OnMessageSecond(QStringLiteral("second"));
+    plugin.messageObserver->OnMessageThird(QStringLiteral("third"));
+    QCOMPARE(editor.notice(), QString());
+    plugin.messageObserver->OnMessageFirst(QStringLiteral("pushed out"));
+    QCOMPARE(editor.notice(), QStringLiteral("pushed out"));
+    QCOMPARE(changed.size(), 1);
+    plugin.loginObserver->OnLoginFailed();
+    QCOMPARE(editor.notice(), QStringLiteral("pushed out"));
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    QCOMPARE(editor.notice(), QString());
+    plugin.messageObserver->OnMessageFirst(QStringLiteral("once more"));
+    editor.signOut();
+    QCOMPARE(editor.notice(), QString());
+}
+
+void TestHostEditor::dismissedNoticeStaysAway()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    Editor editor(plugin, log);
+    plugin.messageObserver->OnMessageFirst(QStringLiteral("pushed out"));
+    editor.dismissNotice();
+    QCOMPARE(editor.notice(), QString());
+    plugin.messageObserver->OnMessageFirst(QStringLiteral("pushed out"));
+    QCOMPARE(editor.notice(), QString());
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    plugin.messageObserver->OnMessageFirst(QStringLiteral("pushed out"));
+    QCOMPARE(editor.notice(), QStringLiteral("pushed out"));
+}
+
+void TestHostEditor::pushedOutClientHasNoGoodCookies()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    const Editor editor(plugin, log);
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    plugin.messageObserver->OnMessageFirst(QStringLiteral("pushed out"));
+    NelvoSDK::LoginSession session = fullSession();
+    session.cookies.clear();
+    plugin.loginObserver->OnLoginSucceeded(session);
+    QTRY_VERIFY(!editor.projects()->queue()->isBusy());
+    QVERIFY(plugin.projects.session.cookies.empty());
 }
 
 QTEST_MAIN(TestHostEditor)

@@ -11,6 +11,7 @@ class TestHostOptions : public QObject
 private Q_SLOTS:
     void nothingGiven();
     void everyOption();
+    void account();
     void singleArgumentBelongsToThePlugin_data();
     void singleArgumentBelongsToThePlugin();
     void mistakes_data();
@@ -36,6 +37,14 @@ void TestHostOptions::everyOption()
     QCOMPARE(options->settingsFile, QStringLiteral("s.json"));
     QCOMPARE(options->tourDirectory, QStringLiteral("--x"));
     QCOMPARE(options->servicesFile, QStringLiteral("r.json"));
+}
+
+void TestHostOptions::account()
+{
+    QString error;
+    const auto options = HostOptions::parse({"NelvoEditor", "--sign-in", "lina:lina2024"}, &error);
+    QVERIFY2(options, qPrintable(error));
+    QCOMPARE(options->account, QStringLiteral("lina:lina2024"));
 }
 
 void TestHostOptions::singleArgumentBelongsToThePlugin_data()
@@ -70,6 +79,9 @@ void TestHostOptions::mistakes_data()
                                  << QStringLiteral("option '--settings' needs a value");
     QTest::newRow("tour alone") << QStringList{"--tour", "pictures"}
                                 << QStringLiteral("'--tour' and '--services' go together");
+    QTest::newRow("tour with an account")
+        << QStringList{"--tour", "pictures", "--services", "r.json", "--sign-in", "lina:lina2024"}
+        << QStringLiteral("a tour signs in by itself, without '--sign-in'");
     QTest::newRow("services alone") << QStringList{"--services", "r.json"}
                                     << QStringLiteral("'--tour' and '--services' go together");
 }

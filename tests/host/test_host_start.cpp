@@ -19,6 +19,7 @@ private Q_SLOTS:
     void ownSettingsWrong();
     void singleArgumentIsForThePlugin();
     void tourMissesItsStation();
+    void signInWithoutPassword();
 };
 
 namespace {
@@ -162,8 +163,18 @@ void TestHostStart::tourMissesItsStation()
     const Ending host = folder.run({QStringLiteral("--tour"), folder.path(QStringLiteral("pictures")),
                                     QStringLiteral("--services"), folder.path(QStringLiteral("none.json"))});
     QCOMPARE(host.status, 1);
-    QVERIFY2(host.output.contains(QStringLiteral("MISSED: 01-login-window: the ready file ")),
+    QVERIFY2(host.output.contains(QStringLiteral("MISSED: 00-simulator: the ready file ")),
              qPrintable(host.output));
+}
+
+void TestHostStart::signInWithoutPassword()
+{
+    const Folder folder;
+    folder.addPlugin(plugin);
+    const Ending host = folder.run({QStringLiteral("--sign-in"), QStringLiteral("lina")});
+    QCOMPARE(host.status, 1);
+    QVERIFY2(host.error.contains(QStringLiteral("NelvoEditor: sign-in: --sign-in takes USER:PASSWORD")),
+             qPrintable(host.error));
 }
 
 QTEST_GUILESS_MAIN(TestHostStart)

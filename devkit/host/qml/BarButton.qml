@@ -7,13 +7,14 @@ Button {
     id: button
 
     property bool accent: false
+    property bool compact: false
     property string hint
 
-    implicitHeight: 32
-    leftPadding: 16
-    rightPadding: 16
+    implicitHeight: compact ? 26 : 32
+    leftPadding: compact ? 10 : 16
+    rightPadding: leftPadding
     font.family: Theme.fontFamily
-    font.pixelSize: 13
+    font.pixelSize: compact ? 12 : 13
     hoverEnabled: true
 
     ToolTip.visible: hint !== "" && hovered
@@ -38,7 +39,7 @@ Button {
         Rectangle {
             anchors.fill: parent
             anchors.margins: button.visualFocus ? 1 : 0
-            visible: button.accent && !button.down
+            visible: button.accent && button.enabled && !button.down
             radius: Theme.radius
             gradient: Gradient {
                 orientation: Gradient.Horizontal

@@ -39,10 +39,7 @@ Panel {
 
             BarButton {
                 objectName: "logFilter" + index
-                implicitHeight: 26
-                leftPadding: 10
-                rightPadding: 10
-                font.pixelSize: 12
+                compact: true
                 text: modelData.text
                 accent: panel.log.shown === modelData.shown
                 onClicked: panel.log.shown = modelData.shown
@@ -50,10 +47,7 @@ Panel {
         },
         BarButton {
             objectName: "copyButton"
-            implicitHeight: 26
-            leftPadding: 10
-            rightPadding: 10
-            font.pixelSize: 12
+            compact: true
             text: "复制"
             hint: "复制所选行；未选择时复制显示的全部行"
             onClicked: panel.copy()

@@ -12,10 +12,10 @@ ApplicationWindow {
     property QtObject editor
     property QtObject log
 
-    width: 1120
-    height: 720
-    minimumWidth: 860
-    minimumHeight: 480
+    width: 1280
+    height: 880
+    minimumWidth: 1080
+    minimumHeight: 660
     visible: editor.signedIn
     title: "Nelvo Editor"
     color: Theme.window
@@ -121,23 +121,83 @@ ApplicationWindow {
         }
     }
 
-    RowLayout {
+    ColumnLayout {
         anchors {
             fill: parent
             margins: Theme.spacing
         }
-        spacing: Theme.spacing
+        spacing: 0
 
-        SessionPanel {
-            Layout.preferredWidth: 340
-            Layout.fillHeight: true
-            session: window.editor.session
+        NoticeBanner {
+            Layout.fillWidth: true
+            Layout.bottomMargin: 12
+            visible: text !== ""
+            text: window.editor.notice
+            onSignInAgain: window.editor.signInAgain()
+            onDismissed: window.editor.dismissNotice()
         }
 
-        LogPanel {
+        RowLayout {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            log: window.log
+            spacing: 12
+
+            OrgTreePanel {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.preferredWidth: 260
+                desk: window.editor.projects
+            }
+
+            ServerProjectPanel {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.preferredWidth: 280
+                desk: window.editor.projects
+            }
+
+            LocalProjectPanel {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.preferredWidth: 300
+                Layout.minimumWidth: 280
+                desk: window.editor.projects
+            }
+
+            DetailsPanel {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                Layout.preferredWidth: 340
+                desk: window.editor.projects
+            }
+        }
+
+        Splitter {
+            id: splitter
+
+            Layout.fillWidth: true
+            lowerHeight: window.height * 0.3
+            least: 160
+            most: parent.height - 320
+        }
+
+        RowLayout {
+            Layout.fillWidth: true
+            Layout.fillHeight: false
+            Layout.preferredHeight: Math.max(splitter.least, Math.min(splitter.most, splitter.lowerHeight))
+            spacing: 12
+
+            SessionPanel {
+                Layout.preferredWidth: 300
+                Layout.fillHeight: true
+                session: window.editor.session
+            }
+
+            LogPanel {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                log: window.log
+            }
         }
     }
 
@@ -155,6 +215,20 @@ ApplicationWindow {
             font.family: Theme.fontFamily
             font.pixelSize: 12
             color: Theme.faintText
+        }
+
+        Text {
+            objectName: "activity"
+
+            anchors {
+                right: parent.right
+                rightMargin: Theme.spacing
+                verticalCenter: parent.verticalCenter
+            }
+            text: window.editor.projects.queue.activity
+            font.family: Theme.fontFamily
+            font.pixelSize: 12
+            color: Theme.accent
         }
     }
 }

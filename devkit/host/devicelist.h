@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QMap>
+
+#include <vector>
+
+namespace NelvoDevkit {
+
+//! \brief The components of a scene that stand for devices, and the serial numbers bound to them.
+//!
+//! Every scene has the same few components, each with a GUID of its own in each scene. What the user typed
+//! stays to the end of the process.
+class DeviceList : public QAbstractListModel
+{
+    Q_OBJECT
+    Q_PROPERTY(int boundCount READ boundCount NOTIFY boundCountChanged)
+
+public:
+    enum Role { ComponentRole = Qt::DisplayRole, SerialRole = Qt::EditRole, GuidRole = Qt::UserRole };
+
+    //! Shows the components of that project; none if the id is empty.
+    void setProject(const QString& id);
+
+    //! GUID to serial number of those components that have one.
+    QMap<QString, QString> bindings() const;
+    int boundCount() const { return bindings().size(); }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void boundCountChanged();
+
+private:
+    struct Component {
+        QString name;
+        QString guid;
+    };
+
+    std::vector<Component> m_components;
+    QMap<QString, QString> m_serials; //!< by GUID, of all projects
+};
+
+} // namespace NelvoDevkit

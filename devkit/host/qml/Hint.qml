@@ -1,0 +1,12 @@
+import QtQuick 2.15
+import "."
+
+// What stands where a list has nothing to show.
+Text {
+    width: parent.width - 2 * Theme.spacing
+    horizontalAlignment: Text.AlignHCenter
+    wrapMode: Text.Wrap
+    font.family: Theme.fontFamily
+    font.pixelSize: 13
+    color: Theme.faintText
+}

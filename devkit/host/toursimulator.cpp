@@ -1,0 +1,115 @@
+#include "host/toursimulator.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QNetworkReply>
+
+#include <memory>
+
+namespace NelvoDevkit {
+
+namespace {
+
+const QString Enterprise = QStringLiteral("1001");
+
+void collectNames(const QJsonObject& unit, QStringList& names)
+{
+    names.append(unit.value(QStringLiteral("name")).toString());
+    const QJsonArray children = unit.value(QStringLiteral("children")).toArray();
+    for (const QJsonValue child : children)
+        collectNames(child.toObject(), names);
+}
+
+} // namespace
+
+TourSimulator::TourSimulator(const Visitor& visitor, const QString& readyFile) : m_visitor(visitor)
+{
+    QFile file(readyFile);
+    m_visitor.require(file.open(QIODevice::ReadOnly), QStringLiteral("the ready file ") + readyFile);
+    const QJsonObject addresses = QJsonDocument::fromJson(file.readAll()).object();
+    const auto read = [&](const QString& name) {
+        QString url = addresses.value(name).toString();
+        m_visitor.require(!url.isEmpty(), QStringLiteral("\"%1\" in %2").arg(name, readyFile));
+        return url;
+    };
+    m_signInUrl = read(QStringLiteral("signIn"));
+    m_editorUrl = read(QStringLiteral("editor"));
+    m_controlUrl = read(QStringLiteral("control"));
+}
+
+QString TourSimulator::projectName(const QString& id)
+{
+    const QJsonArray all = projects();
+    for (const QJsonValue project : all) {
+        if (project[QStringLiteral("id")].toString() == id)
+            return project[QStringLiteral("name")].toString();
+    }
+    return {};
+}
+
+QStringList TourSimulator::projectNames()
+{
+    QStringList names;
+    const QJsonArray all = projects();
+    for (const QJsonValue project : all)
+        names.append(project[QStringLiteral("name")].toString());
+    names.sort();
+    return names;
+}
+
+QJsonObject TourSimulator::bindings(const QString& projectId)
+{
+    const QByteArray state = exchange("GET", m_controlUrl + QStringLiteral("/state"));
+    return QJsonDocument::fromJson(state)
+        .object()
+        .value(QStringLiteral("bindings"))
+        .toObject()
+        .value(projectId)
+        .toObject();
+}
+
+QStringList TourSimulator::unitNames()
+{
+    exchange("GET", m_editorUrl + QStringLiteral("/org/heartbeat"));
+    const QByteArray tree = exchange("GET", m_editorUrl + QStringLiteral("/org/tree"));
+    QStringList names;
+    collectNames(QJsonDocument::fromJson(tree).object().value(QStringLiteral("data")).toObject(), names);
+    return names;
+}
+
+void TourSimulator::addFault(const QString& query)
+{
+    exchange("POST", m_controlUrl + QStringLiteral("/faults?") + query);
+}
+
+void TourSimulator::addProject(const QString& id, const QString& name, const QString& departmentId)
+{
+    const QJsonObject project{
+        {QStringLiteral("id"), id}, {QStringLiteral("name"), name}, {QStringLiteral("deptId"), departmentId}};
+    exchange("GET", m_editorUrl + QStringLiteral("/org/heartbeat"));
+    exchange("POST", m_editorUrl + QStringLiteral("/scene/project"), QJsonDocument(project).toJson());
+}
+
+QJsonArray TourSimulator::projects()
+{
+    const QByteArray state = exchange("GET", m_controlUrl + QStringLiteral("/state"));
+    return QJsonDocument::fromJson(state)
+        .object()
+        .value(QStringLiteral("projects"))
+        .toObject()
+        .value(Enterprise)
+        .toArray();
+}
+
+QByteArray TourSimulator::exchange(const QByteArray& method, const QString& url, const QByteArray& body)
+{
+    QNetworkRequest request{QUrl(url)};
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    const std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, method, body));
+    m_visitor.await([&reply] { return reply->isFinished(); }, QStringLiteral("an answer from ") + url);
+    m_visitor.require(reply->error() == QNetworkReply::NoError, reply->errorString());
+    return reply->readAll();
+}
+
+} // namespace NelvoDevkit

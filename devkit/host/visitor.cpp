@@ -1,0 +1,199 @@
+#include "host/visitor.h"
+
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QScreen>
+#include <QTest>
+
+#include <atomic>
+#include <iostream>
+
+namespace NelvoDevkit {
+
+namespace {
+
+constexpr int PatienceMs = 30000;
+
+void collect(QQuickItem* item, const QString& name, QList<QQuickItem*>& found)
+{
+    if (!item->isVisible())
+        return;
+    if (item->objectName() == name)
+        found.append(item);
+    for (QQuickItem* child : item->childItems())
+        collect(child, name, found);
+}
+
+} // namespace
+
+QList<QQuickItem*> visibleItems(const QString& name)
+{
+    QList<QQuickItem*> found;
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        auto* const quickWindow = qobject_cast<QQuickWindow*>(window);
+        if (quickWindow && quickWindow->isVisible())
+            collect(quickWindow->contentItem(), name, found);
+    }
+    return found;
+}
+
+QQuickItem* visibleItem(const QString& name)
+{
+    return visibleItems(name).value(0);
+}
+
+Visitor::Visitor(const QString& pictures) : m_pictures(pictures) {}
+
+void Visitor::arriveAt(const QString& station)
+{
+    m_station = station;
+    std::cout << "tour: " << qPrintable(station) << std::endl;
+}
+
+void Visitor::require(bool reached, const QString& what) const
+{
+    if (!reached)
+        throw Missed(m_station.isEmpty() ? what : QStringLiteral("%1: %2").arg(m_station, what));
+}
+
+void Visitor::await(const std::function<bool()>& condition, const QString& what) const
+{
+    require(QTest::qWaitFor(condition, PatienceMs), what);
+}
+
+QQuickItem* Visitor::awaitItem(const QString& name) const
+{
+    await([&name] { return visibleItem(name) != nullptr; }, name);
+    return visibleItem(name);
+}
+
+void Visitor::awaitText(const QString& item, const char* property, const QString& text) const
+{
+    QString last;
+    const auto asExpected = [&] {
+        const QQuickItem* const found = visibleItem(item);
+        last = found ? found->property(property).toString() : QStringLiteral("nothing");
+        return found && last == text;
+    };
+    const bool reached = QTest::qWaitFor(asExpected, PatienceMs);
+    require(reached, QStringLiteral("%1 shows '%2' and not '%3'").arg(item, last, text));
+}
+
+QQuickItem* Visitor::awaitItemWith(const QString& name, const char* property, const QString& value) const
+{
+    QQuickItem* match = nullptr;
+    const auto isThere = [&] {
+        for (QQuickItem* item : visibleItems(name)) {
+            if (item->property(property).toString() == value)
+                match = item;
+        }
+        return match != nullptr;
+    };
+    await(isThere, QStringLiteral("%1 '%2'").arg(name, value));
+    return match;
+}
+
+void Visitor::awaitNewestLine() const
+{
+    const QQuickItem* const list = awaitItem(QStringLiteral("logList"));
+    awaitDrawn(list->window()); // rows have their height from then on
+    await([list] { return list->property("atYEnd").toBool(); }, QStringLiteral("the newest line in sight"));
+}
+
+void Visitor::click(QQuickItem* item) const
+{
+    const QPoint place = item->mapToScene(item->boundingRect().center()).toPoint();
+    QQuickWindow* const window = item->window(); // the item may go when the mouse comes
+    QTest::mouseMove(window, place);
+    QTest::mouseClick(window, Qt::LeftButton, {}, place);
+}
+
+void Visitor::click(const QString& item) const
+{
+    awaitDrawn(awaitItem(item)->window());
+    click(awaitItem(item));
+}
+
+void Visitor::click(const QString& item, const char* property, const QString& value) const
+{
+    awaitDrawn(awaitItemWith(item, property, value)->window());
+    click(awaitItemWith(item, property, value));
+}
+
+void Visitor::press(const QString& button) const
+{
+    const QQuickItem* const item = awaitItem(button);
+    await([item] { return item->isEnabled(); }, button + QStringLiteral(" enabled"));
+    click(button);
+}
+
+void Visitor::type(QQuickWindow* window, const QString& text) const
+{
+    QTest::keyClick(window, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(window, Qt::Key_Delete);
+    for (const QChar letter : text)
+        QTest::keyClick(window, letter.toLatin1());
+}
+
+void Visitor::fill(const QString& field, const char* property, const QString& text) const
+{
+    click(field);
+    type(awaitItem(field)->window(), text);
+    awaitText(field, property, text);
+}
+
+void Visitor::focusByTab(QQuickWindow* window, const QString& field) const
+{
+    // Where no window manager runs, nobody else gives a new window the keyboard.
+    window->requestActivate();
+    await([window] { return window->isActive(); }, QStringLiteral("the active window"));
+    const QQuickItem* const item = awaitItem(field);
+    for (int stops = 0; stops < 10 && !item->hasActiveFocus(); ++stops)
+        QTest::keyClick(window, Qt::Key_Tab);
+    require(item->hasActiveFocus(), field + QStringLiteral(" within reach of the Tab key"));
+}
+
+void Visitor::awaitDrawn(QQuickWindow* window) const
+{
+    std::atomic<int> frames{0};
+    const auto counting = QObject::connect(
+        window, &QQuickWindow::frameSwapped, window, [&frames] { ++frames; }, Qt::DirectConnection);
+    // The first one may have been on its way before.
+    const bool drawn = QTest::qWaitFor(
+        [&] {
+            window->update();
+            return frames >= 2;
+        },
+        PatienceMs);
+    QObject::disconnect(counting);
+    require(drawn, QStringLiteral("a drawn window"));
+}
+
+void Visitor::takePicture(QQuickWindow* window) const
+{
+    awaitDrawn(window);
+    const QPixmap picture = window->screen()->grabWindow(window->winId());
+    save(picture.isNull() ? window->grabWindow() : picture.toImage());
+}
+
+void Visitor::pictureMiss() const
+{
+    int number = 0;
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        auto* const quickWindow = qobject_cast<QQuickWindow*>(window);
+        if (quickWindow && quickWindow->isExposed())
+            quickWindow->grabWindow().save(
+                m_pictures.filePath(QStringLiteral("%1-missed-%2.png").arg(m_station).arg(++number)));
+    }
+}
+
+void Visitor::save(const QImage& picture) const
+{
+    require(m_pictures.mkpath(QStringLiteral(".")), QStringLiteral("the folder for the pictures"));
+    const QString file = m_pictures.filePath(m_station + QStringLiteral(".png"));
+    require(picture.save(file), QStringLiteral("the picture ") + file);
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QDir>
+#include <QList>
+#include <QString>
+
+#include <functional>
+#include <utility>
+
+class QImage;
+class QQuickItem;
+class QQuickWindow;
+
+namespace NelvoDevkit {
+
+//! \brief What was not as it should be at a station of a tour.
+class Missed
+{
+public:
+    explicit Missed(QString what) : m_what(std::move(what)) {}
+    const QString& what() const { return m_what; }
+
+private:
+    QString m_what;
+};
+
+//! The visible items of that name in all visible windows.
+QList<QQuickItem*> visibleItems(const QString& name);
+//! The first of them, or null.
+QQuickItem* visibleItem(const QString& name);
+
+//! \brief A person at the windows of this process: looks, clicks, types and takes pictures.
+//!
+//! Items are found by their object names. Whatever does not come about in time throws Missed.
+class Visitor
+{
+public:
+    //! Pictures go to that folder.
+    explicit Visitor(const QString& pictures);
+
+    //! Tells where the visitor is; pictures, and misses from then on, are named after it.
+    void arriveAt(const QString& station);
+
+    void require(bool reached, const QString& what) const;
+    void await(const std::function<bool()>& condition, const QString& what) const;
+    QQuickItem* awaitItem(const QString& name) const;
+    void awaitText(const QString& item, const char* property, const QString& text) const;
+    //! Waits for an item of that name which has that value.
+    QQuickItem* awaitItemWith(const QString& name, const char* property, const QString& value) const;
+    //! Waits until the log shows its end.
+    void awaitNewestLine() const;
+
+    void click(QQuickItem* item) const;
+    //! Clicks an item once it has its place in the window.
+    void click(const QString& item) const;
+    //! The same with the item of that name which has that value.
+    void click(const QString& item, const char* property, const QString& value) const;
+    //! As click, once the item is enabled.
+    void press(const QString& button) const;
+    //! Replaces the text of what has the keyboard.
+    void type(QQuickWindow* window, const QString& text) const;
+    void fill(const QString& field, const char* property, const QString& text) const;
+    void focusByTab(QQuickWindow* window, const QString& field) const;
+
+    //! Waits until the window has drawn its present state.
+    void awaitDrawn(QQuickWindow* window) const;
+    //! Saves what stands on the screen, once the window has drawn its present state.
+    void takePicture(QQuickWindow* window) const;
+    void save(const QImage& picture) const;
+    //! Saves all visible windows as they are now, after a miss.
+    void pictureMiss() const;
+
+private:
+    const QDir m_pictures;
+    QString m_station;
+};
+
+} // namespace NelvoDevkit
