@@ -202,12 +202,13 @@ POST /push-out         refuses an account's editor sessions from now on, until i
     code    1007 or 1002, the infoCode that tells why; left out: 1007
 GET /state             projects by enterprise and equipment bindings by project, as JSON
     curl {{control}}/state
-DELETE /state          brings organisation trees, projects and bindings back to the seed
+DELETE /state          brings trees, projects, models, drawings and bindings back to the seed
     curl -X DELETE {{control}}/state
-POST /generate         gives every enterprise a large tree, or many projects, in place of its own
-    curl -X POST '{{control}}/generate?tree=100000&projects=50000'
+POST /generate         gives every enterprise a large tree, or many projects or models, in place of its own
+    curl -X POST '{{control}}/generate?tree=100000&projects=50000&models=20000'
     tree      nodes of the tree; left out or 0: the tree stays
     projects  number of projects; left out or 0: the projects stay
+    models    number of models, and of drawings; left out or 0: the models and drawings stay
 )";
 
 } // namespace
@@ -300,17 +301,20 @@ HttpReply ControlService::resetState(const HttpRequest& /*request*/)
     return textReply(200, "state is as in the seed\n");
 }
 
-//! The tree comes first, since the projects are spread over its departments.
+//! The tree comes first, since projects and models are spread over its departments.
 HttpReply ControlService::generate(const HttpRequest& request)
 {
     const auto generate = [&] {
         const QString tree = QStringLiteral("tree");
         const QString projects = QStringLiteral("projects");
-        const Parameters parameters = readParameters(request, {tree, projects});
-        const int nodes = readCount(parameters, tree);
-        const int count = readCount(parameters, projects);
-        m_services.generateTree(nodes);
-        m_services.generateProjects(count);
+        const QString models = QStringLiteral("models");
+        const Parameters parameters = readParameters(request, {tree, projects, models});
+        const int treeNodes = readCount(parameters, tree);
+        const int projectCount = readCount(parameters, projects);
+        const int modelCount = readCount(parameters, models);
+        m_services.generateTree(treeNodes);
+        m_services.generateProjects(projectCount);
+        m_services.generateModels(modelCount);
     };
     return whenParametersAreRight(generate, "generated\n");
 }

@@ -62,11 +62,11 @@ void EditorData::reset()
     m_bindings.clear();
     m_enterprises.clear();
     for (const EnterpriseHoldings& seeded : m_seed.holdings)
-        m_enterprises[seeded.enterpriseId] = {std::make_shared<OrgTree>(seeded.organisation),
-                                              seeded.projects};
+        m_enterprises[seeded.enterpriseId] = {std::make_shared<OrgTree>(seeded.organisation), seeded.projects,
+                                              seeded.models};
     if (m_enterprises.empty()) {
         const OrgNode organisation = defaultOrganisation(usualEnterprise, QStringLiteral("示范企业"));
-        m_enterprises[usualEnterprise] = {std::make_shared<OrgTree>(organisation), {}};
+        m_enterprises[usualEnterprise] = {std::make_shared<OrgTree>(organisation), {}, {}};
     }
 }
 
@@ -94,6 +94,13 @@ void EditorData::generateProjects(int count)
             holdings.projects.append(project);
         }
     }
+}
+
+void EditorData::generateModels(int count)
+{
+    const std::lock_guard lock(m_mutex);
+    for (auto& entry : m_enterprises)
+        entry.second.models = generatedModels(count, entry.second.tree->departments());
 }
 
 qint64 EditorData::defaultEnterprise() const
@@ -134,6 +141,13 @@ EditorData::Outcome EditorData::renameProject(qint64 enterpriseId, const QString
         return Outcome::UnknownId;
     project->name = name;
     return Outcome::Done;
+}
+
+ModelLists EditorData::models(qint64 enterpriseId) const
+{
+    const std::lock_guard lock(m_mutex);
+    const auto found = m_enterprises.find(enterpriseId);
+    return found == m_enterprises.end() ? ModelLists() : found->second.models;
 }
 
 void EditorData::deleteBindings(const QString& projectId)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/bimmodels.h"
 #include "services/organisation.h"
 #include "services/seed.h"
 #include "services/services.h"
@@ -13,8 +14,8 @@ class QJsonObject;
 
 namespace NelvoDevkit {
 
-//! \brief What the editor service keeps apart from its sessions: each enterprise's units and projects,
-//! and the equipment bound to projects. Any thread.
+//! \brief What the editor service keeps apart from its sessions: each enterprise's units, projects and
+//! models, and the equipment bound to projects. Any thread.
 class EditorData
 {
 public:
@@ -27,6 +28,8 @@ public:
     void generateTree(int nodes);
     //! Spreads the projects over the departments of each enterprise's present tree.
     void generateProjects(int count);
+    //! Spreads as many models, and drawings, over those departments too.
+    void generateModels(int count);
 
     //! Whose data a client of unknown account gets: 1001, or if there is none the lowest id.
     qint64 defaultEnterprise() const;
@@ -35,6 +38,8 @@ public:
     //! Takes id, name and department; the department's name comes from the tree.
     Outcome addProject(qint64 enterpriseId, SceneProject project);
     Outcome renameProject(qint64 enterpriseId, const QString& id, const QString& name);
+
+    ModelLists models(qint64 enterpriseId) const;
 
     void deleteBindings(const QString& projectId);
     void addBindings(const QString& projectId, int elements);
@@ -47,6 +52,7 @@ private:
     struct Holdings {
         std::shared_ptr<const OrgTree> tree;
         QVector<SceneProject> projects;
+        ModelLists models;
     };
 
     const Seed m_seed;

@@ -20,7 +20,8 @@ constexpr char addBindingsPath[] = "/equipment/bind/batchAdd/";
 
 bool needsASession(const QByteArray& path)
 {
-    return path == "/org/tree" || path.startsWith("/scene/") || path.startsWith("/equipment/");
+    return path == "/org/tree" || path.startsWith("/scene/") || path.startsWith("/bim/") ||
+           path.startsWith("/equipment/");
 }
 
 HttpReply success(const QJsonValue& data = QJsonObject())
@@ -87,6 +88,8 @@ HttpReply EditorService::answer(const HttpRequest& request)
         {"GET", "/scene/project", &EditorService::listProjects},
         {"POST", "/scene/project", &EditorService::addProject},
         {"PUT", "/scene/project", &EditorService::renameProject},
+        {"GET", "/bim/relation/", &EditorService::listModels},
+        {"GET", "/bim/relation/dwg", &EditorService::listDrawings},
         {"POST", QByteArray(deleteBindingsPath) + '*', &EditorService::deleteBindings},
         {"POST", QByteArray(addBindingsPath) + '*', &EditorService::addBindings},
     };
@@ -174,6 +177,16 @@ HttpReply EditorService::renameProject(const HttpRequest& request)
     if (m_data.renameProject(session(request)->enterpriseId, id, name) == EditorData::Outcome::UnknownId)
         return failure(404, QStringLiteral("项目 %1 不存在").arg(id));
     return success();
+}
+
+HttpReply EditorService::listModels(const HttpRequest& request)
+{
+    return success(modelRows(m_data.models(session(request)->enterpriseId).models));
+}
+
+HttpReply EditorService::listDrawings(const HttpRequest& request)
+{
+    return success(drawingRows(m_data.models(session(request)->enterpriseId).drawings));
 }
 
 HttpReply EditorService::deleteBindings(const HttpRequest& request)

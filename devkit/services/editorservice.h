@@ -11,7 +11,7 @@ class EditorData;
 class SignInService;
 struct SignedInClient;
 
-//! \brief The editor service: heartbeat, units, projects and equipment.
+//! \brief The editor service: heartbeat, units, projects, models and equipment.
 //!
 //! It knows a client by its EDITORSESSION cookie, which the heartbeat hands to whoever comes without a
 //! valid one. Cookies know hosts and no ports, so a client that has signed in shows its JSESSIONID too:
@@ -42,6 +42,8 @@ private:
     HttpReply listProjects(const HttpRequest& request);
     HttpReply addProject(const HttpRequest& request);
     HttpReply renameProject(const HttpRequest& request);
+    HttpReply listModels(const HttpRequest& request);
+    HttpReply listDrawings(const HttpRequest& request);
     HttpReply deleteBindings(const HttpRequest& request);
     HttpReply addBindings(const HttpRequest& request);
 

@@ -36,6 +36,12 @@ QJsonArray arrayMember(const QJsonObject& object, const QString& where, const QS
     return value.toArray();
 }
 
+//! Empty if there is no such member.
+QJsonArray optionalArray(const QJsonObject& object, const QString& where, const QString& name)
+{
+    return object.contains(name) ? arrayMember(object, where, name) : QJsonArray();
+}
+
 QString textMember(const QJsonObject& object, const QString& where, const QString& name)
 {
     QString text = object.value(name).toString();
@@ -109,7 +115,7 @@ OrgNode readOrgNode(const QJsonValue& value, const QString& where, QSet<QString>
     if (ids.contains(node.id))
         throw SeedError{QStringLiteral("%1: there is a unit \"%2\" already").arg(where, node.id)};
     ids.insert(node.id);
-    const QJsonArray children = object.contains(list) ? arrayMember(object, where, list) : QJsonArray();
+    const QJsonArray children = optionalArray(object, where, list);
     for (int i = 0; i < children.size(); ++i) {
         const QString what = where + QStringLiteral(": ") + place(list, i);
         node.children.push_back(readOrgNode(children.at(i), what, ids));
@@ -134,15 +140,22 @@ double coordinate(const QJsonObject& object, const QString& where, const QString
     return value.toDouble();
 }
 
+//! The id of the unit that owns what stands there.
+QString unitMember(const QJsonObject& object, const QString& where, const OrgTree& tree)
+{
+    QString id = textMember(object, where, QStringLiteral("deptId"));
+    if (tree.nameOf(id).isEmpty())
+        throw SeedError{QStringLiteral("%1: there is no unit \"%2\"").arg(where, id)};
+    return id;
+}
+
 SceneProject readProject(const QJsonObject& object, const QString& where, const OrgTree& tree)
 {
     SceneProject project;
     project.id = textMember(object, where, QStringLiteral("id"));
     project.name = textMember(object, where, QStringLiteral("name"));
-    project.deptId = textMember(object, where, QStringLiteral("deptId"));
+    project.deptId = unitMember(object, where, tree);
     project.deptName = tree.nameOf(project.deptId);
-    if (project.deptName.isEmpty())
-        throw SeedError{QStringLiteral("%1: there is no unit \"%2\"").arg(where, project.deptId)};
     project.code = textMember(object, where, QStringLiteral("code"));
     if (object.contains(QStringLiteral("basemap")))
         project.basemap = textMember(object, where, QStringLiteral("basemap"));
@@ -155,7 +168,7 @@ SceneProject readProject(const QJsonObject& object, const QString& where, const 
 QVector<SceneProject> readProjects(const QJsonObject& enterprise, const QString& where, const OrgTree& tree)
 {
     const QString list = QStringLiteral("projects");
-    const QJsonArray array = enterprise.contains(list) ? arrayMember(enterprise, where, list) : QJsonArray();
+    const QJsonArray array = optionalArray(enterprise, where, list);
     QVector<SceneProject> projects;
     QSet<QString> ids;
     for (int i = 0; i < array.size(); ++i) {
@@ -169,6 +182,46 @@ QVector<SceneProject> readProjects(const QJsonObject& enterprise, const QString&
     return projects;
 }
 
+//! The model or drawing, whose name stands under that key.
+BimModel readModel(const QJsonObject& object, const QString& where, const QString& nameKey,
+                   const OrgTree& tree)
+{
+    const auto number = [&](const QString& name) {
+        return wholeNumber(object.value(name), QStringLiteral("%1: \"%2\"").arg(where, name));
+    };
+    BimModel model;
+    model.guid = textMember(object, where, QStringLiteral("nelvo3dId"));
+    model.name = textMember(object, where, nameKey);
+    model.deptId = unitMember(object, where, tree);
+    model.ppid = number(QStringLiteral("ppid"));
+    model.profession = number(QStringLiteral("projType"));
+    model.size = number(QStringLiteral("projectSize"));
+    return model;
+}
+
+QVector<BimModel> readModels(const QJsonObject& enterprise, const QString& where, const QString& list,
+                             const QString& nameKey, const OrgTree& tree)
+{
+    const QJsonArray array = optionalArray(enterprise, where, list);
+    QVector<BimModel> models;
+    QSet<QString> guids;
+    for (int i = 0; i < array.size(); ++i) {
+        const QString what = where + QStringLiteral(": ") + place(list, i);
+        models.append(readModel(element(array.at(i), what), what, nameKey, tree));
+        const QString& guid = models.last().guid;
+        if (guids.contains(guid))
+            throw SeedError{QStringLiteral("%1: there is a model \"%2\" already").arg(what, guid)};
+        guids.insert(guid);
+    }
+    return models;
+}
+
+ModelLists readModelLists(const QJsonObject& enterprise, const QString& where, const OrgTree& tree)
+{
+    return {readModels(enterprise, where, QStringLiteral("bimModels"), QStringLiteral("ppName"), tree),
+            readModels(enterprise, where, QStringLiteral("dwgModels"), QStringLiteral("dwgName"), tree)};
+}
+
 //! What the editor service keeps, of the enterprises that readEnterprises has found in order.
 std::vector<EnterpriseHoldings> readHoldings(const QJsonObject& root, const Enterprises& known)
 {
@@ -180,7 +233,9 @@ std::vector<EnterpriseHoldings> readHoldings(const QJsonObject& root, const Ente
         const QJsonObject object = array.at(i).toObject();
         const auto id = static_cast<qint64>(object.value(QStringLiteral("id")).toDouble());
         const OrgNode organisation = readOrganisation(object, known.value(id), where);
-        holdings.push_back({id, organisation, readProjects(object, where, OrgTree(organisation))});
+        const OrgTree tree(organisation);
+        holdings.push_back(
+            {id, organisation, readProjects(object, where, tree), readModelLists(object, where, tree)});
     }
     return holdings;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "services/bimmodels.h"
 #include "services/organisation.h"
 #include "services/services.h"
 
@@ -27,6 +28,7 @@ struct EnterpriseHoldings {
     qint64 enterpriseId = 0;
     OrgNode organisation;
     QVector<SceneProject> projects;
+    ModelLists models;
 };
 
 //! \brief Who may sign in, where they belong, and what there is.

@@ -1,5 +1,6 @@
 #include "services/services.h"
 
+#include "services/bimmodels.h"
 #include "services/controlservice.h"
 #include "services/editordata.h"
 #include "services/editorservice.h"
@@ -329,6 +330,16 @@ EquipmentBindings Services::equipmentBindings(const QString& sceneProjId) const
     return d->editorData ? d->editorData->bindings(sceneProjId) : EquipmentBindings();
 }
 
+QVector<BimModel> Services::bimModels(qint64 enterpriseId) const
+{
+    return d->editorData ? d->editorData->models(enterpriseId).models : QVector<BimModel>();
+}
+
+QVector<BimModel> Services::bimDrawings(qint64 enterpriseId) const
+{
+    return d->editorData ? d->editorData->models(enterpriseId).drawings : QVector<BimModel>();
+}
+
 QJsonObject Services::state() const
 {
     return d->editorData ? d->editorData->state() : QJsonObject();
@@ -344,6 +355,12 @@ void Services::generateProjects(int count)
 {
     if (d->editorData && count > 0)
         d->editorData->generateProjects(count);
+}
+
+void Services::generateModels(int count)
+{
+    if (d->editorData && count > 0)
+        d->editorData->generateModels(count);
 }
 
 void Services::resetState()

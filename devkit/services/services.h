@@ -79,6 +79,16 @@ struct SceneProject {
     double y = 0;
 };
 
+//! \brief A building model, or a drawing, that the editor service relates to the scene projects.
+struct BimModel {
+    QString guid;
+    QString name;
+    QString deptId;
+    qint64 ppid = 0;
+    qint64 profession = 0; //!< a number from 1 to 12; any other is of no known kind
+    qint64 size = 0;
+};
+
 //! \brief What was done to the equipment bindings of a scene project.
 struct EquipmentBindings {
     int deletes = 0;  //!< calls that deleted them all
@@ -149,6 +159,9 @@ public:
     //! The projects of the enterprise, in the order in which the editor service lists them.
     QVector<SceneProject> sceneProjects(qint64 enterpriseId) const;
     EquipmentBindings equipmentBindings(const QString& sceneProjId) const;
+    //! The enterprise's models and its drawings, in the order in which the editor service lists them.
+    QVector<BimModel> bimModels(qint64 enterpriseId) const;
+    QVector<BimModel> bimDrawings(qint64 enterpriseId) const;
     //! All projects by enterprise and all equipment bindings by project.
     QJsonObject state() const;
     //! Replaces the organisation tree of every enterprise by one of that many nodes, up to ten below each,
@@ -157,7 +170,10 @@ public:
     //! Replaces the projects of every enterprise by that many, spread over the departments of its tree.
     //! Zero changes nothing.
     void generateProjects(int count);
-    //! Brings organisation trees, projects and bindings back to the seed. Sessions stay.
+    //! Replaces the models of every enterprise and its drawings by that many of each, spread over the
+    //! departments of its tree. Zero changes nothing.
+    void generateModels(int count);
+    //! Brings organisation trees, projects, models, drawings and bindings back to the seed. Sessions stay.
     void resetState();
 
 private:

@@ -1,0 +1,16 @@
+#include "director.h"
+
+namespace VLSmartDB {
+
+Director& Director::instance()
+{
+    static Director director;
+    return director;
+}
+
+IVLDBDirector* GetIDBDirector()
+{
+    return &Director::instance();
+}
+
+} // namespace VLSmartDB
