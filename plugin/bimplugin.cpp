@@ -1,5 +1,6 @@
 #include "plugin/bimplugin.h"
 
+#include "bim/pdsmgr.h"
 #include "login/loginmgr.h"
 #include "plugin/messagemgr.h"
 #include "project/projectinfomgr.h"
@@ -10,6 +11,7 @@ bool CBimPlugin::Initialize()
 {
     m_loginMgr = std::make_unique<CLoginMgr>();
     m_projectInfoMgr = std::make_unique<CProjectInfoMgr>();
+    m_pdsMgr = std::make_unique<CPdsMgr>();
     m_messageMgr = std::make_unique<CMessageMgr>();
     return true;
 }

@@ -37,6 +37,19 @@ void prepareRequest(const RequestPreparer& prepare, QNetworkRequest& request)
         prepare(request);
 }
 
+//! Belongs to the application's thread, whichever thread asks for it first: that one may end, and requests of
+//! others would then never finish.
+class SharedNetworkManager final : public QNetworkAccessManager
+{
+public:
+    SharedNetworkManager()
+    {
+        setCookieJar(sharedCookieJar());
+        if (const QCoreApplication* application = QCoreApplication::instance())
+            moveToThread(application->thread());
+    }
+};
+
 //! Waits for the reply while the thread's events run; `handler` judges the body of a success. Neither the
 //! reply nor the connection is released, which is meant: replies stay with the manager.
 bool waitFor(QNetworkReply* reply, const ReplyHandler& handler)
@@ -87,7 +100,7 @@ ReplyHandler jsonHandler(Assign assign)
 
 QNetworkAccessManager* sharedNetworkManager()
 {
-    static QNetworkAccessManager manager;
+    static SharedNetworkManager manager;
     manager.setCookieJar(sharedCookieJar());
     return &manager;
 }

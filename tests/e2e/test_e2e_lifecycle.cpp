@@ -39,6 +39,7 @@ void TestE2eLifecycle::managersComeAndGo()
         const E2e::PluginHost host(QStringLiteral("http://127.0.0.1:9"));
         QVERIFY(E2e::plugin()->GetLoginMgr());
         QVERIFY(E2e::plugin()->GetProjectInfoMgr());
+        QVERIFY(E2e::plugin()->GetPdsMgr());
         QVERIFY(E2e::plugin()->GetMessageMgr());
         QVERIFY(E2e::plugin()->GetVersion() == L"1.0.0");
     }
@@ -51,8 +52,10 @@ void TestE2eLifecycle::managersComeAndGo()
 void TestE2eLifecycle::resourcesComeWithTheLibrary()
 {
     E2e::plugin();
-    for (const char* file : {"Main.qml", "BizComp/LoginComp.qml", "BizComp/ApplistComp.qml",
-                             "BizComp/ValidComp.qml", "FuncComp/Background.qml", "images/nelvo.png"}) {
+    for (const char* file :
+         {"Main.qml", "BizComp/LoginComp.qml", "BizComp/ApplistComp.qml", "BizComp/ValidComp.qml",
+          "FuncComp/Background.qml", "BimDialog/BimDialogControl.qml", "Extern/SDKBindParam.qml",
+          "images/nelvo.png"}) {
         QVERIFY2(QFile::exists(QStringLiteral(":/NelvoPlugin/qmls/") + QLatin1String(file)), file);
     }
 }

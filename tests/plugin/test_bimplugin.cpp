@@ -60,8 +60,10 @@ void TestBimPlugin::initializeCreatesTheManagers()
     QVERIFY(plugin.Initialize());
     QVERIFY(plugin.GetLoginMgr());
     QVERIFY(plugin.GetProjectInfoMgr());
+    QVERIFY(plugin.GetPdsMgr());
     QVERIFY(plugin.GetMessageMgr());
     QVERIFY(plugin.GetLoginMgr()->GetLoginActor());
+    QVERIFY(!plugin.GetPdsMgr()->GetPlugin());
     QVERIFY(!plugin.GetProjectInfoMgr()->GetPlugin());
     QVERIFY(!plugin.GetLoginMgr()->GetContext());
     QVERIFY(!plugin.GetMessageMgr()->GetContext());

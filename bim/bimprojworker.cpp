@@ -1,0 +1,61 @@
+#include "bim/bimprojworker.h"
+
+#include "bim/bimrecord.h"
+#include "web/webclient.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QJsonObject>
+#include <QVariant>
+
+namespace NelvoPlugin {
+
+// Both failure texts name another class and another path than the ones at work; they are meant so.
+
+void CBimProjWorker::getBimProjList()
+{
+    request({QStringLiteral("/bim/relation/"), &bimRecord,
+             "CProjectInfoMgr::getBimProjList getprojList /scene/project falied!"});
+}
+
+void CBimProjWorker::getDWGBimProjList()
+{
+    request({QStringLiteral("/bim/relation/dwg"), &dwgRecord,
+             "CProjectInfoMgr::getDWGBimProjList getprojList /scene/project falied!"});
+}
+
+void CBimProjWorker::request(const Source& source)
+{
+    m_requests.enqueue(source);
+    if (m_requests.size() == 1)
+        serve();
+}
+
+//! The next request goes through the event loop, so that a thread that is to end doesn't take it up.
+void CBimProjWorker::serve()
+{
+    fetch(m_requests.head());
+    m_requests.dequeue();
+    if (!m_requests.isEmpty())
+        QMetaObject::invokeMethod(this, &CBimProjWorker::serve, Qt::QueuedConnection);
+}
+
+void CBimProjWorker::fetch(const Source& source)
+{
+    const QString address = QCoreApplication::instance()->property("sdkAddr").toString();
+    QJsonObject answer;
+    if (!httpGetJson(sharedNetworkManager(), address, source.path, {}, answer)) {
+        qDebug("%s", source.failure);
+        Q_EMIT sigSyncBimProjList({}, false);
+        return;
+    }
+    qDebug() << answer;
+
+    QJsonArray records;
+    const QJsonArray rows = answer.value(QLatin1String("data")).toArray();
+    for (const QJsonValue& row : rows)
+        records.append(source.record(row.toObject()));
+    Q_EMIT sigSyncBimProjList(records, true);
+}
+
+} // namespace NelvoPlugin

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+
+//! \file
+//! \brief Words of the model conversion that the host and the plug-in share; each is its own name. Of them
+//! the plug-in's own code reads the last one only.
+
+namespace NelvoPlugin {
+
+extern const QString BVConverter;
+extern const QString convertState;
+extern const QString convertPds;
+extern const QString convertVlg;
+extern const QString convertDwg;
+extern const QString convertFBX;
+extern const QString dwgFile;
+extern const QString fbxFile;
+extern const QString pdsFile;
+extern const QString gltfFile;
+extern const QString levelModel;
+extern const QString levelPerformanceFirst;
+extern const QString outlineModel;
+extern const QString bimGuid;
+extern const QString compGuid;
+extern const QString asComp;
+extern const QString uid;
+//! Key of the property that says where the host has imported an object from.
+extern const std::wstring editor_import_source_type;
+
+} // namespace NelvoPlugin

@@ -1,0 +1,244 @@
+#include "bim/pdsmgr.h"
+
+#include "bim/conversionvocabulary.h"
+#include "bim/orgitems.h"
+#include "bim/vldbid.h"
+
+#include <BVUtility/CTreeModel.h>
+#include <NelvoSDK/IHostContext.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+#include <VLSmartDB/IVLDBDirector.h>
+
+#include <QJsonObject>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QSet>
+#include <QVariant>
+#include <QWebChannel>
+
+namespace NelvoPlugin {
+
+using NelvoSDK::IPdsObserver;
+
+CPdsMgr::CPdsMgr() : m_orgModel(std::make_unique<BVUTILITY::CTreeModel>(nullptr))
+{
+    qRegisterMetaType<QMap<QString, QString>>("QMap<QString,QString>");
+    m_bimWorker.moveToThread(&m_bimThread);
+    connect(this, &CPdsMgr::sigGetBimProjList, &m_bimWorker, &CBimProjWorker::getBimProjList);
+    connect(this, &CPdsMgr::sigGetDWGBimProjList, &m_bimWorker, &CBimProjWorker::getDWGBimProjList);
+    connect(&m_bimWorker, &CBimProjWorker::sigSyncBimProjList, this, &CPdsMgr::onSyncBimProjList);
+    m_bimThread.start();
+}
+
+CPdsMgr::~CPdsMgr()
+{
+    m_bimThread.quit();
+    m_bimThread.wait();
+}
+
+NelvoSDK::INelvoSDKPlugin* CPdsMgr::GetPlugin()
+{
+    return m_plugin;
+}
+
+void CPdsMgr::SetPlugin(NelvoSDK::INelvoSDKPlugin* plugin)
+{
+    m_plugin = plugin;
+}
+
+void CPdsMgr::InitBimData()
+{
+    NelvoSDK::OrgTreeNode root;
+    m_plugin->GetProjectInfoMgr()->GetOrgTree(root);
+    // Appended to what is there: nothing clears the model, and that is meant.
+    appendOrgNode(m_orgModel->invisibleRootItem(), root);
+    Q_EMIT sigGetBimProjList();
+
+    m_bimObject.init();
+    auto* const host = static_cast<NelvoSDK::IHostContext*>(m_plugin->GetHostContext());
+    if (QWebChannel* channel = host ? host->GetWebChannel() : nullptr) {
+        channel->registerObject(QStringLiteral("bimObject"), &m_bimObject);
+        // A channel without clients would keep a destroyed object and hand it to the next client.
+        connect(&m_bimObject, &QObject::destroyed, channel, &QWebChannel::deregisterObject,
+                Qt::UniqueConnection);
+    }
+}
+
+void CPdsMgr::ReservedHook() {}
+
+void CPdsMgr::SetQmlContext(QQmlContext* context)
+{
+    context->setContextProperty(QStringLiteral("pdsMgr"), this);
+    context->setContextProperty(QStringLiteral("orgModel"), QVariant::fromValue(m_orgModel.get()));
+    m_qmlContext = context;
+}
+
+void CPdsMgr::CreateBimDialog(QQuickItem* parent)
+{
+    m_dialogComponent =
+        new QQmlComponent(m_qmlContext->engine(),
+                          QStringLiteral("qrc:/NelvoPlugin/qmls/BimDialog/BimDialogControl.qml"), parent);
+    m_dialogItem = qobject_cast<QQuickItem*>(m_dialogComponent->create(m_qmlContext));
+    m_parentItem = parent;
+    if (m_dialogItem)
+        m_dialogItem->setParent(parent);
+}
+
+void CPdsMgr::OpenBimDialog()
+{
+    openDialog("openBimDialog");
+}
+
+void CPdsMgr::OpenDWGBimDialog()
+{
+    openDialog("openDWGBimDialog");
+}
+
+//! The point that is mapped is the parent's own position, through the parent's transform: that is meant.
+void CPdsMgr::openDialog(const char* function)
+{
+    if (!m_dialogItem)
+        return;
+    m_dialogItem->setParentItem(m_parentItem);
+    const QPointF inScene = m_parentItem->mapToScene(m_parentItem->position());
+    m_dialogItem->setPosition(m_dialogItem->mapFromScene(inScene));
+    QMetaObject::invokeMethod(m_dialogItem, function, Qt::AutoConnection);
+}
+
+void CPdsMgr::Attach(IPdsObserver* observer)
+{
+    ISubject::Attach(observer);
+}
+
+void CPdsMgr::Detach(IPdsObserver* observer)
+{
+    ISubject::Detach(observer);
+}
+
+std::wstring CPdsMgr::GetBimProjName(const std::wstring& guid)
+{
+    return guid.empty() ? std::wstring() : m_bimNameMap.value(QString::fromStdWString(guid)).toStdWString();
+}
+
+void CPdsMgr::onOpenDialog()
+{
+    if (!m_dialogItem)
+        return;
+    m_dialogItem->setParentItem(m_parentItem);
+    Notify([this](IPdsObserver& observer) { observer.OnBimDialogOpened(m_dialogItem); });
+}
+
+void CPdsMgr::onCloseDialog()
+{
+    if (!m_dialogItem)
+        return;
+    m_dialogItem->setParentItem(nullptr);
+    Notify([this](IPdsObserver& observer) { observer.OnBimDialogClosed(m_dialogItem); });
+}
+
+void CPdsMgr::getBimProj()
+{
+    clearBimProjLists(false);
+    Q_EMIT sigGetBimProjList();
+}
+
+void CPdsMgr::getDWGBimProj()
+{
+    clearBimProjLists(true);
+    Q_EMIT sigGetDWGBimProjList();
+}
+
+//! Raises no change signal on purpose: the dialog keeps its rows and its title until the answer comes.
+void CPdsMgr::clearBimProjLists(bool bViewDWG)
+{
+    bViewDWGBimList = bViewDWG;
+    m_allBimProjList = {};
+    bimProjList = {};
+    Notify([](IPdsObserver& observer) { observer.OnBimProjListCleared(); });
+}
+
+void CPdsMgr::onSyncBimProjList(const QJsonArray& array, bool bSuccess)
+{
+    Notify([](IPdsObserver& observer) { observer.OnBimProjListSynced(); });
+    m_allBimProjList = array;
+    bimProjList = array;
+    if (bSuccess) {
+        for (const QJsonValue& element : array) {
+            const QJsonObject record = element.toObject();
+            const auto guid = record.constFind(QLatin1String("guid"));
+            const auto name = record.constFind(QLatin1String("name"));
+            if (guid != record.constEnd() && name != record.constEnd())
+                m_bimNameMap.insert(guid->toString(), name->toString());
+        }
+    }
+    Q_EMIT bViewDWGBimListChanged();
+    Q_EMIT bimProjListChanged();
+}
+
+void CPdsMgr::getPdsProj(const QString& strGuid)
+{
+    VLSmartDB::IVLDB* const database = VLSmartDB::GetIDBDirector()->GetDB();
+    const VLSmartDB::VLDBId projectId = toVldbId(strGuid.toStdWString());
+    database->LoadObject(projectId);
+    VLSmartDB::IVLDBObject* const project = database->GetObject(projectId, {});
+    if (!project)
+        return;
+    m_curBimGuid = strGuid;
+
+    std::vector<VLSmartDB::VLDBId> childIds;
+    project->GetChildren()->ListIds(childIds);
+    pdsProjList = {};
+    for (const VLSmartDB::VLDBId& childId : childIds) {
+        VLSmartDB::IVLDBObject* const child = database->GetObject(childId, {});
+        const bool imported = !child->GetProperty(editor_import_source_type).empty();
+        if (imported || child->GetTypeName() == L"DWG")
+            continue;
+        pdsProjList.append(
+            QJsonObject{{QStringLiteral("name"), QString::fromStdWString(child->GetName())},
+                        {QStringLiteral("guid"), QString::fromStdWString(vldbIdText(child->GetId()))}});
+    }
+    checkList.clear();
+    Q_EMIT bCheckedPdsChanged();
+    Q_EMIT pdsProjListChanged();
+    Q_EMIT checkListChanged();
+}
+
+void CPdsMgr::checkPdsProj(const QString& strGuid, bool bCheck)
+{
+    if (bCheck)
+        checkList.append(strGuid);
+    else
+        checkList.removeOne(strGuid);
+    Q_EMIT bCheckedPdsChanged();
+    Q_EMIT checkListChanged();
+}
+
+void CPdsMgr::downLoadBimProj(const QString& bimProj)
+{
+    const QStringList guids{bimProj};
+    Notify([&guids](IPdsObserver& observer) { observer.OnDownLoadBimProj(guids); });
+}
+
+void CPdsMgr::convertSimplyMode(const QString& bimProj, bool bCompletionFirst)
+{
+    Notify([&](IPdsObserver& observer) { observer.OnConvertSimplyMode(bimProj, bCompletionFirst); });
+}
+
+void CPdsMgr::searchBydeptId(const QString& deptId)
+{
+    bimProjList = {};
+    QStandardItem* const department = findOrgItem(deptId, m_orgModel->invisibleRootItem());
+    if (!department)
+        return;
+    QStringList ids;
+    collectOrgIds(ids, department);
+    const QSet<QString> wanted(ids.cbegin(), ids.cend());
+    for (const QJsonValue& element : qAsConst(m_allBimProjList)) {
+        if (deptId.isEmpty() || wanted.contains(element.toObject().value(QLatin1String("deptId")).toString()))
+            bimProjList.append(element);
+    }
+    Q_EMIT bimProjListChanged();
+}
+
+} // namespace NelvoPlugin

@@ -1,0 +1,32 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import QtGraphicalEffects 1.0
+import "../Config"
+
+// A panel over the scene. It shows whether or not its parent is visible; x and y count from the parent.
+T.Popup {
+    padding: 0
+    focus: true
+    // The scene behind it stays in use.
+    modal: false
+    closePolicy: T.Popup.CloseOnEscape
+
+    background: Item {
+        RectangularGlow {
+            anchors.fill: parent
+            anchors.topMargin: 4
+            glowRadius: 14
+            spread: 0.05
+            cornerRadius: EConfig.eRadius + glowRadius
+            color: "#80000000"
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            anchors.margins: -1
+            color: EConfig.eDialogBackground
+            border.color: EConfig.eDialogBorder
+            radius: EConfig.eRadius
+        }
+    }
+}

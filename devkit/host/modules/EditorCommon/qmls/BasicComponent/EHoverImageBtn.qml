@@ -1,0 +1,53 @@
+import QtQuick 2.15
+
+// A picture to press, with one picture for each of its states and a hint.
+Item {
+    id: button
+
+    property url img
+    property url hoveredImg: img
+    property url selectedImg: hoveredImg
+    property url disabledImg: img
+    property bool selected: false
+    property alias tipText: tip.text
+    // The natural size of the picture.
+    readonly property real sourceWidth: picture.implicitWidth
+    readonly property real sourceHeight: picture.implicitHeight
+
+    signal click
+
+    implicitWidth: sourceWidth
+    implicitHeight: sourceHeight
+
+    Image {
+        id: picture
+        objectName: "picture"
+
+        anchors.fill: parent
+        source: {
+            if (!button.enabled)
+                return button.disabledImg;
+            if (button.selected || mouseArea.pressed)
+                return button.selectedImg;
+            return mouseArea.containsMouse ? button.hoveredImg : button.img;
+        }
+    }
+
+    EToolTip {
+        id: tip
+        objectName: "tip"
+
+        delay: 600
+        visible: text !== "" && mouseArea.containsMouse && !mouseArea.pressed
+    }
+
+    MouseArea {
+        id: mouseArea
+
+        anchors.fill: parent
+        hoverEnabled: true
+        cursorShape: Qt.PointingHandCursor
+
+        onClicked: button.click()
+    }
+}

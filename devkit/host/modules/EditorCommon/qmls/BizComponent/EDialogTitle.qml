@@ -1,0 +1,84 @@
+import QtQuick 2.15
+import "../BasicComponent"
+import "../Config"
+
+// Title bar of a dialog: `move` while it is dragged, `click` when its close button is pressed.
+Rectangle {
+    id: titleBar
+
+    property alias title: label.text
+
+    signal click
+    signal move(real xOffset, real yOffset)
+
+    implicitHeight: 40
+    color: EConfig.eDialogTitle
+    radius: EConfig.eRadius
+
+    // Round at the top only.
+    Rectangle {
+        anchors {
+            left: parent.left
+            right: parent.right
+            bottom: parent.bottom
+        }
+        height: parent.radius
+        color: parent.color
+    }
+
+    Rectangle {
+        anchors {
+            left: parent.left
+            leftMargin: 20
+            verticalCenter: parent.verticalCenter
+        }
+        width: 3
+        height: 14
+        radius: 1
+        color: EConfig.eAccent
+    }
+
+    EText {
+        id: label
+
+        anchors {
+            left: parent.left
+            leftMargin: 33
+            right: closeButton.left
+            rightMargin: 10
+            verticalCenter: parent.verticalCenter
+        }
+        elide: Text.ElideRight
+        font.pixelSize: 14
+        color: EConfig.eText
+    }
+
+    MouseArea {
+        property real pressX: 0
+        property real pressY: 0
+
+        anchors.fill: parent
+
+        onPressed: {
+            pressX = mouse.x;
+            pressY = mouse.y;
+        }
+        // The place of the press stays the measure: the bar moves along with the dialog.
+        onPositionChanged: titleBar.move(mouse.x - pressX, mouse.y - pressY)
+    }
+
+    EHoverImageBtn {
+        id: closeButton
+        objectName: "closeButton"
+
+        anchors {
+            right: parent.right
+            rightMargin: 12
+            verticalCenter: parent.verticalCenter
+        }
+        img: "qrc:/EditorPlug/qmls/images1/dialog_close.png"
+        hoveredImg: "qrc:/EditorPlug/qmls/images1/dialog_close_hover.png"
+
+        onClick: titleBar.click()
+    }
+}

@@ -1,0 +1,206 @@
+import QtQuick 2.15
+import QtQuick.Templates 2.15 as T
+import "qrc:/EditorCommon/qmls/Config"
+import "qrc:/EditorCommon/qmls/BasicComponent"
+
+// The choice of a department, from the tree of the organisation.
+T.ComboBox {
+    id: control
+
+    property color fontColor: "#f0f0f0"
+    property color backGroundColor: EConfig.eBtnSelected
+    property real fontSize: 14
+    property string deptID: ""
+    property string deptName: qsTr("所有工程")
+
+    // The tree is made when it first shows: nothing before that may ask the popup, and the popup holds no id.
+    property bool treeShown: false
+
+    signal sigSelectDeptId
+
+    function clearSelect() {
+        deptID = "";
+        deptName = qsTr("所有工程");
+    }
+
+    // Departments that cannot be selected elsewhere can be here: they only have another image.
+    function selectDept(dept) {
+        deptID = dept.id;
+        deptName = dept.name;
+        sigSelectDeptId();
+        popup.close();
+    }
+
+    implicitWidth: 200
+    implicitHeight: 26
+    padding: 0
+    font.family: "微软雅黑"
+    model: orgModel
+
+    indicator: Image {
+        anchors {
+            right: parent.right
+            rightMargin: 10
+            verticalCenter: parent.verticalCenter
+        }
+        // While open, the image of the download button; that is intended.
+        source: control.treeShown ? "qrc:/NelvoPlugin/qmls/images/pop_ic_bim_hover.png"
+                                  : "qrc:/NelvoPlugin/qmls/images/ic_xiala.png"
+    }
+
+    contentItem: EText {
+        leftPadding: 15
+        rightPadding: control.indicator.width + 20
+        text: control.deptName
+        elide: Text.ElideRight
+        verticalAlignment: Text.AlignVCenter
+        font.family: control.font.family
+        font.pixelSize: control.fontSize
+        color: control.fontColor
+    }
+
+    background: Rectangle {
+        color: control.backGroundColor
+    }
+
+    popup: T.Popup {
+        y: control.height - 1
+        width: control.width
+        height: 280
+        padding: 1
+
+        onVisibleChanged: {
+            control.treeShown = visible;
+            if (visible && orgModel)
+                orgModel.expandAll();
+        }
+
+        background: Rectangle {
+            color: "#272727"
+        }
+
+        contentItem: Loader {
+            sourceComponent: deptTree
+        }
+    }
+
+    Component {
+        id: deptTree
+
+        Item {
+            Rectangle {
+                id: line
+                objectName: "line"
+
+                x: 15
+                width: parent.width - 30
+                height: 1
+                color: "#3e3e3e"
+            }
+
+            ETree {
+                id: orgTree
+                objectName: "orgTree"
+
+                anchors {
+                    top: line.bottom
+                    topMargin: 5
+                    left: parent.left
+                    right: parent.right
+                    bottom: parent.bottom
+                }
+                clip: true
+                model: orgModel
+                treeStyleHeight: 32
+                treeBackColor: "#272727"
+                itemDelegate: deptRow
+
+                Component.onCompleted: {
+                    if (orgModel)
+                        orgModel.expandAll();
+                }
+            }
+
+            Connections {
+                target: orgModel
+                ignoreUnknownSignals: true
+
+                function onExpand(index) {
+                    orgTree.expand(index);
+                }
+                function onCollapse(index) {
+                    orgTree.collapse(index);
+                }
+            }
+        }
+    }
+
+    Component {
+        id: deptRow
+
+        Item {
+            implicitHeight: 32
+
+            Rectangle {
+                objectName: "deptRow"
+
+                readonly property var dept: styleData.value
+
+                width: control.width
+                height: 32
+                color: rowArea.containsMouse || control.deptID === dept.id ? "#2a2a2a" : "#272727"
+
+                Image {
+                    id: deptImage
+                    objectName: "deptImage"
+
+                    x: (styleData.depth + 1) * 15
+                    anchors.verticalCenter: parent.verticalCenter
+                    source: parent.dept.canSelect ? "qrc:/NelvoPlugin/qmls/images/ic_project.png"
+                                                  : "qrc:/NelvoPlugin/qmls/images/ic_company.png"
+                }
+
+                EText {
+                    objectName: "deptNameText"
+
+                    anchors {
+                        left: deptImage.right
+                        leftMargin: 10
+                        right: chosenImage.left
+                        rightMargin: 10
+                        verticalCenter: parent.verticalCenter
+                    }
+                    // A row that is being folded away has no data any more.
+                    text: parent.dept.name || ""
+                    elide: Text.ElideRight
+                    font.family: control.font.family
+                    font.pixelSize: styleData.depth === 0 ? 14 : 12
+                    color: "#dddddd"
+                }
+
+                Image {
+                    id: chosenImage
+                    objectName: "chosenImage"
+
+                    anchors {
+                        right: parent.right
+                        rightMargin: 25
+                        verticalCenter: parent.verticalCenter
+                    }
+                    // By name: departments of one name all show it.
+                    visible: control.deptName === parent.dept.name
+                    source: "qrc:/NelvoPlugin/qmls/images/ic_xuanzhong.png"
+                }
+
+                MouseArea {
+                    id: rowArea
+
+                    anchors.fill: parent
+                    hoverEnabled: true
+
+                    onClicked: control.selectDept(parent.dept)
+                }
+            }
+        }
+    }
+}

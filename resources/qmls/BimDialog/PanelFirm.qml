@@ -1,0 +1,264 @@
+import QtQuick 2.15
+import "qrc:/EditorCommon/qmls/Config"
+import "qrc:/EditorCommon/qmls/BasicComponent"
+import "qrc:/EditorCommon/qmls/BizComponent"
+
+// The panel: the models of one kind, and what narrows their list.
+EDialog {
+    id: frimPanel
+
+    // Read when its change is told, and here only: a new list is being fetched while the rows of the old one
+    // still show, and all of the panel turns to the other kind together with its rows. The panel outlives
+    // what it talks to when the host shuts down.
+    readonly property bool viewDWGList: pdsMgr ? pdsMgr.bViewDWGBimList : false
+    readonly property bool mainProject: editConext ? editConext.isMainProject : false
+    // Outline models are made of BIM models, and in a main project.
+    readonly property bool outlineOffered: mainProject && !viewDWGList
+
+    function clearselectText() {
+        errorText.text = "";
+        searchBox.text = "";
+        orgCheck.clearSelect();
+    }
+
+    function download(guid) {
+        if (!bimControl.checkBimProjValid(guid, editConext.isMainProject)) {
+            errorText.text = qsTr("BIM工程不能重复导入");
+            return;
+        }
+        errorText.text = "";
+        pdsMgr.downLoadBimProj(guid);
+    }
+
+    width: 360
+    height: 444
+
+    contentItem: Item {
+        EDialogTitle {
+            id: dialogTitle
+            objectName: "dialogTitle"
+
+            anchors {
+                top: parent.top
+                left: parent.left
+                right: parent.right
+            }
+            title: frimPanel.viewDWGList ? qsTr("关联DWG模型") : qsTr("关联BIM模型")
+
+            onClick: frimPanel.close()
+            onMove: {
+                frimPanel.x += xOffset;
+                frimPanel.y += yOffset;
+            }
+        }
+
+        EProjOrgCheck {
+            id: orgCheck
+            objectName: "orgCheck"
+
+            anchors {
+                top: dialogTitle.bottom
+                topMargin: 8
+            }
+            x: 20
+            width: parent.width - 40
+            height: 26
+
+            onSigSelectDeptId: pdsMgr.searchBydeptId(deptID)
+        }
+
+        ESearchBox {
+            id: searchBox
+            objectName: "searchBox"
+
+            anchors {
+                top: orgCheck.bottom
+                topMargin: 8
+            }
+            x: 20
+            width: parent.width - 40
+            height: 26
+
+            onTextChanged: searchList.searchText = text
+        }
+
+        EScrollView {
+            objectName: "scrollView"
+
+            anchors {
+                top: searchBox.bottom
+                topMargin: 8
+                bottom: radioRow.top
+                bottomMargin: 8
+            }
+            width: parent.width
+            eScrollBackGround: EConfig.eDialogBackground
+
+            ESearchList {
+                id: searchList
+                objectName: "searchList"
+
+                anchors {
+                    fill: parent
+                    leftMargin: 20
+                    rightMargin: 20
+                }
+                clip: true
+                // Each read of the manager's property converts the whole array. This keeps the result.
+                dataModel: pdsMgr ? pdsMgr.bimProjList : []
+                listCountFunc: () => searchList.dataModel.length
+                listDataFunc: index => searchList.dataModel[index].name
+                groupdelegateItem: projectRow
+            }
+        }
+
+        Row {
+            id: radioRow
+            objectName: "radioRow"
+
+            anchors {
+                left: parent.left
+                leftMargin: 20
+                right: parent.right
+                rightMargin: 20
+                bottom: errorText.top
+                bottomMargin: 8
+            }
+            spacing: 10
+            visible: frimPanel.outlineOffered
+
+            ERadioBtn {
+                id: speedProprityCheck
+                objectName: "speedProprityCheck"
+
+                visible: !frimPanel.viewDWGList
+                checked: true
+                checkedUrl: "qrc:/EditorPlug/qmls/images1/checkBox_selected.png"
+                normalUrl: "qrc:/EditorPlug/qmls/images1/checkBox.png"
+                text: qsTr("性能优先")
+            }
+
+            ERadioBtn {
+                objectName: "completionCheck"
+
+                visible: !frimPanel.viewDWGList
+                checkedUrl: "qrc:/EditorPlug/qmls/images1/checkBox_selected.png"
+                normalUrl: "qrc:/EditorPlug/qmls/images1/checkBox.png"
+                text: qsTr("完整度优先")
+            }
+        }
+
+        EText {
+            id: errorText
+            objectName: "errorText"
+
+            anchors {
+                bottom: parent.bottom
+                bottomMargin: 20
+            }
+            x: 30
+            height: 20
+            text: ""
+            font.pixelSize: 12
+            color: "#1473e6"
+        }
+    }
+
+    Component {
+        id: projectRow
+
+        Rectangle {
+            objectName: "projectRow"
+
+            width: searchList.width
+            height: 40
+            color: EConfig.eDialogBackground
+
+            Image {
+                id: professionImage
+                objectName: "professionImage"
+
+                anchors {
+                    left: parent.left
+                    leftMargin: 10
+                    verticalCenter: parent.verticalCenter
+                }
+                source: modelData.profImg
+            }
+
+            EText {
+                id: nameText
+                objectName: "nameText"
+
+                anchors {
+                    left: professionImage.right
+                    leftMargin: 6
+                    right: outlineButton.left
+                    rightMargin: 10
+                    verticalCenter: parent.verticalCenter
+                }
+                text: modelData.name
+                elide: Text.ElideRight
+                color: EConfig.eInputFieldText
+
+                MouseArea {
+                    anchors.fill: parent
+                    hoverEnabled: true
+                    acceptedButtons: Qt.NoButton
+
+                    onEntered: nameTip.open()
+                    onExited: nameTip.close()
+                }
+
+                EToolTip {
+                    id: nameTip
+                    objectName: "nameTip"
+
+                    text: nameText.text
+                    delay: 200
+                }
+            }
+
+            EHoverImageBtn {
+                id: downloadButton
+                objectName: "downloadButton"
+
+                anchors {
+                    right: parent.right
+                    rightMargin: 15
+                    verticalCenter: parent.verticalCenter
+                }
+                width: sourceWidth
+                height: sourceHeight
+                img: "qrc:/NelvoPlugin/qmls/images/pop_ic_bim.png"
+                hoveredImg: "qrc:/NelvoPlugin/qmls/images/pop_ic_bim_hover.png"
+                selectedImg: "qrc:/NelvoPlugin/qmls/images/pop_ic_bim_hover.png"
+                disabledImg: "qrc:/NelvoPlugin/qmls/images/pop_ic_bim.png"
+                tipText: qsTr("下载模型")
+
+                onClick: frimPanel.download(modelData.guid)
+            }
+
+            EHoverImageBtn {
+                id: outlineButton
+                objectName: "outlineButton"
+
+                anchors {
+                    right: downloadButton.left
+                    rightMargin: 10
+                    verticalCenter: parent.verticalCenter
+                }
+                width: sourceWidth
+                height: sourceHeight
+                visible: frimPanel.outlineOffered
+                img: "qrc:/NelvoPlugin/qmls/images/pop_ic_muxing.png"
+                hoveredImg: "qrc:/NelvoPlugin/qmls/images/pop_ic_muxing_hover.png"
+                selectedImg: "qrc:/NelvoPlugin/qmls/images/pop_ic_muxing_hover.png"
+                disabledImg: "qrc:/NelvoPlugin/qmls/images/pop_ic_muxing.png"
+                tipText: qsTr("转换概要模型")
+
+                onClick: pdsMgr.convertSimplyMode(modelData.guid, !speedProprityCheck.checked)
+            }
+        }
+    }
+}

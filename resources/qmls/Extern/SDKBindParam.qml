@@ -1,0 +1,79 @@
+import QtQuick 2.15
+import "qrc:/EditorCommon/qmls/BizComponent"
+import "qrc:/EditorPlug/qmls/component"
+
+// The equipment that a component is bound to, for the component panel of the host.
+Column {
+    id: bindParam
+
+    width: parent ? parent.width : implicitWidth
+    spacing: 5
+
+    Rectangle {
+        objectName: "titleBar"
+
+        width: parent.width
+        height: 35
+        color: globalEditColor.eGlobalBackGround
+        border.color: globalEditColor.eGlobalBorderColor
+        border.width: 1
+
+        EditText {
+            objectName: "titleText"
+
+            anchors {
+                left: parent.left
+                leftMargin: 16
+                verticalCenter: parent.verticalCenter
+            }
+            text: qsTr("物联绑定")
+            font.pixelSize: 14
+            color: "#f0f0f0"
+        }
+    }
+
+    EditText {
+        objectName: "deviceLabel"
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: parent.width - 32
+        height: 20
+        text: qsTr("设备ID")
+        verticalAlignment: Text.AlignVCenter
+        color: "#dddddd"
+    }
+
+    ETextBtn {
+        objectName: "deviceButton"
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: parent.width - 32
+        height: 32
+        btnText: compCardData.deviceID
+        eBtnBorderColor: "#636363"
+        eBtnTextColor: "#535353"
+        eBtnBackGround: "#dddddd"
+
+        onSendClick: webViewMgr.openWeb(appPath + "/EditorWebExtern/page/device.html", Qt.rect(0, 0, 368, 440))
+
+        EImageBtn {
+            objectName: "clearButton"
+
+            anchors {
+                right: parent.right
+                rightMargin: 8
+                verticalCenter: parent.verticalCenter
+            }
+            width: 14
+            height: 14
+            bHideBorder: true
+            eNormalSource: "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear.png"
+            eDisableSource: "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear.png"
+            eHoverSource: "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear_hover.png"
+            ePressedSource: "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear_hover.png"
+            tipText: qsTr("清除")
+
+            onSendClick: componentObject.clearDeviceData(componentObject.currentComp)
+        }
+    }
+}

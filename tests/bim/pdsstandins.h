@@ -1,0 +1,101 @@
+#pragma once
+
+#include <NelvoSDK/IHostContext.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+#include <NelvoSDK/IPdsObserver.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <QPointer>
+#include <QQuickItem>
+#include <QStringList>
+
+#include <functional>
+
+//! \brief Writes down what the observer of the BIM dialog hears.
+class PdsObserver final : public NelvoSDK::IPdsObserver
+{
+public:
+    void OnBimDialogOpened(QQuickItem* dialog) override { dialogCall(QStringLiteral("opened"), dialog); }
+    void OnBimDialogClosed(QQuickItem* dialog) override { dialogCall(QStringLiteral("closed"), dialog); }
+    void OnBimProjListCleared() override { call(QStringLiteral("cleared")); }
+    void OnBimProjListSynced() override { call(QStringLiteral("synced")); }
+    void OnDownLoadBimProj(const QStringList& guids) override
+    {
+        call(QStringLiteral("download %1: %2").arg(guids.size()).arg(guids.join(QLatin1Char(','))));
+    }
+    void OnConvertSimplyMode(const QString& guid, bool completionFirst) override
+    {
+        call(QStringLiteral("convert %1 %2").arg(guid).arg(completionFirst));
+    }
+
+    QStringList calls;
+    //! The items of the dialog calls, and the visual parents that they had then.
+    QList<QQuickItem*> dialogs;
+    QList<QQuickItem*> visualParents;
+    //! Runs in every call, with its text.
+    std::function<void(const QString&)> whenCalled;
+
+private:
+    void call(const QString& text)
+    {
+        calls.append(text);
+        if (whenCalled)
+            whenCalled(text);
+    }
+
+    void dialogCall(const QString& text, QQuickItem* dialog)
+    {
+        dialogs.append(dialog);
+        visualParents.append(dialog->parentItem());
+        call(text);
+    }
+};
+
+//! \brief Has an organisation tree and nothing else.
+class ProjectInfo final : public NelvoSDK::IProjectInfoMgr
+{
+public:
+    void ReflushProjOrgInfo(const NelvoSDK::LoginSession&) override {}
+    void Shutdown() override {}
+    NelvoSDK::INelvoSDKPlugin* GetPlugin() override { return nullptr; }
+    void SetPlugin(NelvoSDK::INelvoSDKPlugin*) override {}
+    bool GetServerProjectTree(std::list<NelvoSDK::ProjectNode>&) override { return false; }
+    bool GetOrgTree(NelvoSDK::OrgTreeNode& root) override
+    {
+        root = tree;
+        return true;
+    }
+    void RemoveForeignProjects(std::list<NelvoSDK::ProjectRef>&) override {}
+    void GetProjectInfo(const std::wstring, NelvoSDK::ProjectRef&) override {}
+    void AddLocalProject(const NelvoSDK::ProjectRef&) override {}
+    void RemoveLocalProject(const std::wstring) override {}
+    void OnUploadProject(const NelvoSDK::ProjectNode&, void*, bool) override {}
+    void ReservedFirst() override {}
+    void ReservedSecond() override {}
+
+    NelvoSDK::OrgTreeNode tree;
+};
+
+//! \brief A plug-in with a project manager, and with the host context that it is given.
+class Plugin final : public NelvoSDK::INelvoSDKPlugin
+{
+public:
+    bool Initialize() override { return true; }
+    bool Shutdown() override { return true; }
+    void ReservedHook() override {}
+    std::wstring GetVersion() override { return {}; }
+    NelvoSDK::ILoginMgr* GetLoginMgr() override { return nullptr; }
+    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return &projects; }
+    NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
+
+    ProjectInfo projects;
+};
+
+//! \brief A host with the web channel that it is given, or none.
+class HostContext final : public NelvoSDK::IHostContext
+{
+public:
+    QWebChannel* GetWebChannel() override { return channel; }
+
+    QWebChannel* channel = nullptr;
+};

@@ -1,0 +1,321 @@
+#include "bim/bimprojworker.h"
+
+#include "tests/support/messagelog.h"
+
+#include <services/services.h>
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMetaMethod>
+#include <QSignalSpy>
+#include <QThread>
+#include <QTimer>
+#include <QtTest>
+
+using NelvoDevkit::CannedReply;
+using NelvoDevkit::Fault;
+using NelvoDevkit::LoggedRequest;
+using NelvoPlugin::CBimProjWorker;
+using TestSupport::MessageLog;
+
+namespace {
+
+const auto BimPath = QStringLiteral("/bim/relation/");
+const auto DwgPath = QStringLiteral("/bim/relation/dwg");
+const auto BimFailed = QStringLiteral("CProjectInfoMgr::getBimProjList getprojList /scene/project falied!");
+const auto DwgFailed =
+    QStringLiteral("CProjectInfoMgr::getDWGBimProjList getprojList /scene/project falied!");
+
+CannedReply json(const QByteArray& body)
+{
+    return {200, "application/json", body, {}};
+}
+
+//! What the worker has answered, in order.
+struct Answers {
+    explicit Answers(const CBimProjWorker& worker) : spy(&worker, &CBimProjWorker::sigSyncBimProjList) {}
+    QJsonArray array(int index) const { return spy.at(index).at(0).toJsonArray(); }
+    bool success(int index) const { return spy.at(index).at(1).toBool(); }
+
+    QSignalSpy spy;
+};
+
+QStringList namesIn(const QJsonArray& records)
+{
+    QStringList names;
+    for (const QJsonValue& record : records)
+        names.append(record.toObject().value(QStringLiteral("name")).toString());
+    return names;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(NelvoDevkit::Fault)
+
+class TestBimProjWorker : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void metaObject();
+    void bimListToTheByte();
+    void dwgListToTheByte();
+    void rowsKeepOrderAndDuplicates();
+    void rowThatIsNoObjectGivesDefaults();
+    void answerIsLogged();
+    void answerWithoutDataIsAnEmptySuccess_data();
+    void answerWithoutDataIsAnEmptySuccess();
+    void failedCallGivesAnEmptyFailure_data();
+    void failedCallGivesAnEmptyFailure();
+    void withoutAnAddressTheCallFails();
+    void addressIsReadAtEachCall();
+    void requestDuringARequestWaits();
+    void requestsOnAThreadAreAnsweredInOrder();
+
+private:
+    QByteArrayList targets() const;
+
+    NelvoDevkit::Services m_services;
+};
+
+void TestBimProjWorker::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+}
+
+void TestBimProjWorker::init()
+{
+    m_services.clearFaults();
+    m_services.clearReplies();
+    m_services.clearRequests();
+    m_services.setReply("GET", BimPath, json(R"({"data":[{"ppName":"bim"}]})"));
+    m_services.setReply("GET", DwgPath, json(R"({"data":[{"dwgName":"dwg"}]})"));
+    qApp->setProperty("sdkAddr", m_services.editorUrl());
+}
+
+QByteArrayList TestBimProjWorker::targets() const
+{
+    QByteArrayList lines;
+    const QVector<LoggedRequest> requests = m_services.requests();
+    for (const LoggedRequest& request : requests)
+        lines.append(request.method + ' ' + request.target);
+    return lines;
+}
+
+void TestBimProjWorker::metaObject()
+{
+    const QMetaObject& meta = CBimProjWorker::staticMetaObject;
+    QByteArrayList signatures;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        signatures.append(meta.method(i).methodSignature());
+    QCOMPARE(signatures, (QByteArrayList{"sigSyncBimProjList(QJsonArray,bool)", "getBimProjList()",
+                                         "getDWGBimProjList()"}));
+    QCOMPARE(meta.method(meta.methodOffset()).parameterNames(), (QByteArrayList{"array", "bSuccess"}));
+    QCOMPARE(meta.method(meta.methodOffset()).methodType(), QMetaMethod::Signal);
+    QCOMPARE(meta.method(meta.methodOffset() + 1).methodType(), QMetaMethod::Slot);
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+}
+
+void TestBimProjWorker::bimListToTheByte()
+{
+    m_services.setReply("GET", BimPath, json(R"({"data":[{"nelvo3dId":"g","ppName":"楼","projType":1}]})"));
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    worker.getBimProjList();
+
+    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/"});
+    const LoggedRequest request = m_services.requests().first();
+    QVERIFY(request.body.isEmpty());
+    QVERIFY(request.header("Content-Type").isNull());
+    QCOMPARE(request.header("Accept"), QByteArray("*/*"));
+    QCOMPARE(answers.spy.size(), 1);
+    QVERIFY(answers.success(0));
+    QCOMPARE(QJsonDocument(answers.array(0)).toJson(QJsonDocument::Compact),
+             QByteArray(R"([{"deptId":"","guid":"g","name":"楼","ppid":0,)"
+                        R"("profImg":"qrc:/NelvoPlugin/qmls/images/profession_1.png",)"
+                        R"("profTipText":"土建预算","profession":1,"size":0}])"));
+}
+
+void TestBimProjWorker::dwgListToTheByte()
+{
+    m_services.setReply("GET", DwgPath,
+                        json(R"({"data":[{"nelvo3dId":"g","dwgName":"图","projType":1,"projectSize":9}]})"));
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    worker.getDWGBimProjList();
+
+    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/dwg"});
+    QCOMPARE(answers.spy.size(), 1);
+    QVERIFY(answers.success(0));
+    QCOMPARE(QJsonDocument(answers.array(0)).toJson(QJsonDocument::Compact),
+             QByteArray(R"([{"deptId":"","guid":"g","name":"图","ppid":0,"profImg":"",)"
+                        R"("profTipText":"DWG","profession":1}])"));
+}
+
+void TestBimProjWorker::rowsKeepOrderAndDuplicates()
+{
+    m_services.setReply("GET", BimPath,
+                        json(R"({"data":[{"ppName":"c"},{"ppName":"a"},{"ppName":"c"},{"ppName":"b"}]})"));
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    worker.getBimProjList();
+    QCOMPARE(namesIn(answers.array(0)), QStringLiteral("c a c b").split(QLatin1Char(' ')));
+}
+
+void TestBimProjWorker::rowThatIsNoObjectGivesDefaults()
+{
+    m_services.setReply("GET", BimPath, json(R"({"data":[7,null,"text",[]]})"));
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    worker.getBimProjList();
+    QCOMPARE(answers.array(0).size(), 4);
+    for (const QJsonValue& record : answers.array(0)) {
+        QCOMPARE(record.toObject().value(QStringLiteral("guid")), QJsonValue(QString()));
+        QCOMPARE(record.toObject().value(QStringLiteral("profTipText")).toString(),
+                 QStringLiteral("其他类型"));
+    }
+}
+
+void TestBimProjWorker::answerIsLogged()
+{
+    CBimProjWorker worker;
+    const MessageLog log;
+    worker.getBimProjList();
+    QCOMPARE(log.debugs().size(), 1);
+    QVERIFY2(log.debugs().first().contains(QStringLiteral(R"({"data":[{"ppName":"bim"}]})")),
+             qPrintable(log.debugs().first()));
+    QVERIFY(log.warnings().isEmpty());
+}
+
+void TestBimProjWorker::answerWithoutDataIsAnEmptySuccess_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    for (const char* body : {"{}", R"({"data":null})", R"({"data":{"a":1}})", R"({"data":[]})", "[1]"})
+        QTest::addRow("%s", body) << QByteArray(body);
+}
+
+void TestBimProjWorker::answerWithoutDataIsAnEmptySuccess()
+{
+    QFETCH(QByteArray, body);
+    m_services.setReply("GET", BimPath, json(body));
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    worker.getBimProjList();
+    QCOMPARE(answers.spy.size(), 1);
+    QVERIFY(answers.success(0));
+    QVERIFY(answers.array(0).isEmpty());
+}
+
+void TestBimProjWorker::failedCallGivesAnEmptyFailure_data()
+{
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<int>("status");
+    QTest::newRow("refuse") << Fault::Refuse << 0;
+    QTest::newRow("reset") << Fault::Reset << 0;
+    QTest::newRow("cut body") << Fault::CutBody << 0;
+    QTest::newRow("no JSON") << Fault::NotJson << 0;
+    QTest::newRow("status 401") << Fault::Status << 401;
+    QTest::newRow("status 500") << Fault::Status << 500;
+    QTest::newRow("endless redirect") << Fault::EndlessRedirect << 0;
+}
+
+void TestBimProjWorker::failedCallGivesAnEmptyFailure()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, status);
+    m_services.addFault({fault, {}, {}, status, false});
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    const MessageLog log;
+    worker.getBimProjList();
+    worker.getDWGBimProjList();
+
+    QCOMPARE(answers.spy.size(), 2);
+    for (const int index : {0, 1}) {
+        QVERIFY(!answers.success(index));
+        QVERIFY(answers.array(index).isEmpty());
+    }
+    QCOMPARE(log.debugs(), (QStringList{BimFailed, DwgFailed}));
+    QCOMPARE(log.warnings().size(), 2);
+}
+
+void TestBimProjWorker::withoutAnAddressTheCallFails()
+{
+    qApp->setProperty("sdkAddr", QVariant());
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    const MessageLog log;
+    worker.getBimProjList();
+    QCOMPARE(answers.spy.size(), 1);
+    QVERIFY(!answers.success(0));
+    QCOMPARE(log.debugs(), QStringList{BimFailed});
+}
+
+void TestBimProjWorker::addressIsReadAtEachCall()
+{
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    qApp->setProperty("sdkAddr", QVariant());
+    worker.getBimProjList();
+    qApp->setProperty("sdkAddr", m_services.editorUrl());
+    worker.getBimProjList();
+    QVERIFY(!answers.success(0));
+    QVERIFY(answers.success(1));
+}
+
+void TestBimProjWorker::requestDuringARequestWaits()
+{
+    CBimProjWorker worker;
+    const Answers answers(worker);
+    m_services.addFault({Fault::Stall, BimPath, "GET", 0, true});
+    // Both run inside the wait for the first answer, which comes only after them.
+    QTimer::singleShot(0, &worker, &CBimProjWorker::getDWGBimProjList);
+    QTimer::singleShot(0, &worker, [&] {
+        worker.getBimProjList();
+        QVERIFY(answers.spy.isEmpty());
+        m_services.clearFaults();
+    });
+    worker.getBimProjList();
+
+    QTRY_COMPARE(answers.spy.size(), 3);
+    QCOMPARE(namesIn(answers.array(0)), QStringList{QStringLiteral("bim")});
+    QCOMPARE(namesIn(answers.array(1)), QStringList{QStringLiteral("dwg")});
+    QCOMPARE(namesIn(answers.array(2)), QStringList{QStringLiteral("bim")});
+    QCOMPARE(targets(),
+             (QByteArrayList{"GET /bim/relation/", "GET /bim/relation/dwg", "GET /bim/relation/"}));
+}
+
+void TestBimProjWorker::requestsOnAThreadAreAnsweredInOrder()
+{
+    QThread thread;
+    CBimProjWorker worker;
+    worker.moveToThread(&thread);
+    thread.start();
+    QStringList names;
+    connect(&worker, &CBimProjWorker::sigSyncBimProjList, this,
+            [&names](const QJsonArray& array) { names.append(namesIn(array)); });
+    const MessageLog log;
+    QStringList expected;
+    for (int round = 0; round < 10; ++round) {
+        QMetaObject::invokeMethod(&worker, &CBimProjWorker::getBimProjList);
+        QMetaObject::invokeMethod(&worker, &CBimProjWorker::getDWGBimProjList);
+        expected << QStringLiteral("bim") << QStringLiteral("dwg");
+    }
+    QTRY_COMPARE(names.size(), expected.size());
+    thread.quit();
+    thread.wait();
+    QCOMPARE(names, expected);
+    // The shared manager lives in another thread than the worker, of which Qt warns; of nothing else.
+    const QStringList warnings = log.warnings();
+    for (const QString& warning : warnings)
+        QVERIFY2(warning.startsWith(QStringLiteral(
+                     "QObject: Cannot create children for a parent that is in a different thread")),
+                 qPrintable(warning));
+}
+
+QTEST_GUILESS_MAIN(TestBimProjWorker)
+#include "test_bimprojworker.moc"

@@ -1,0 +1,816 @@
+#include "bim/pdsmgr.h"
+
+#include "tests/bim/pdsstandins.h"
+#include "tests/support/messagelog.h"
+
+#include <VLSmartDB/DevkitDatabase.h>
+#include <services/services.h>
+
+#include <QJsonObject>
+#include <QMetaMethod>
+#include <QSignalSpy>
+#include <QWebChannel>
+#include <QtTest>
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <thread>
+
+using NelvoDevkit::CannedReply;
+using NelvoDevkit::Fault;
+using NelvoDevkit::LoggedRequest;
+using NelvoPlugin::CPdsMgr;
+using NelvoSDK::OrgTreeNode;
+using TestSupport::MessageLog;
+
+namespace {
+
+const auto BimPath = QStringLiteral("/bim/relation/");
+const auto DwgPath = QStringLiteral("/bim/relation/dwg");
+const auto ProjectGuid = QStringLiteral("11111111-2222-3333-4444-555555555555");
+
+CannedReply json(const QByteArray& body)
+{
+    return {200, "application/json", body, {}};
+}
+
+QStringList words(const char* text)
+{
+    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+//! One value of every record in the array.
+QStringList column(const QJsonArray& records, const char* key)
+{
+    QStringList values;
+    for (const QJsonValue& record : records)
+        values.append(record.toObject().value(QLatin1String(key)).toString());
+    return values;
+}
+
+OrgTreeNode node(const std::wstring& id, std::list<OrgTreeNode> children = {}, bool canSelect = true)
+{
+    OrgTreeNode made;
+    made.id = id;
+    made.name = L"name of " + id;
+    made.canSelect = canSelect;
+    made.children = std::move(children);
+    return made;
+}
+
+//! A manager, an observer of it, and the order of its signals.
+struct Pds {
+    Pds()
+    {
+        manager.Attach(&observer);
+        manager.SetPlugin(&plugin);
+        const auto note = [this](const char* name) {
+            return [this, name] { observer.calls.append(QString::fromLatin1(name)); };
+        };
+        QObject::connect(&manager, &CPdsMgr::bimProjListChanged, note("bimProjListChanged"));
+        QObject::connect(&manager, &CPdsMgr::pdsProjListChanged, note("pdsProjListChanged"));
+        QObject::connect(&manager, &CPdsMgr::bCheckedPdsChanged, note("bCheckedPdsChanged"));
+        QObject::connect(&manager, &CPdsMgr::bViewDWGBimListChanged, note("bViewDWGBimListChanged"));
+        QObject::connect(&manager, &CPdsMgr::checkListChanged, note("checkListChanged"));
+    }
+
+    //! What was called since the last look.
+    QStringList calls() { return std::exchange(observer.calls, {}); }
+    QStringList shown(const char* key = "name") const { return column(manager.getBimProjList(), key); }
+
+    Plugin plugin;
+    PdsObserver observer;
+    CPdsMgr manager;
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(NelvoDevkit::Fault)
+
+class TestPdsMgr : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void castsByName();
+    void methodsInTheirOrder();
+    void propertiesInTheirOrder();
+    void downloadStages();
+    void newManagerHoldsNothing();
+    void mapOfNamesIsAMetaType();
+    void destroyedWithoutEverHavingFetched();
+    void destructionWaitsForTheFetch();
+
+    void bimListArrives();
+    void dwgListArrives();
+    void nothingIsToldUntilTheListArrives();
+    void observersAreToldBeforeTheListIsThere();
+    void failedFetchIsAnEmptyList_data();
+    void failedFetchIsAnEmptyList();
+    void failedFetchKeepsTheNames();
+    void namesOfBothListsAnswer();
+    void laterRowNamesTheGuid();
+    void namesCompareExactly();
+    void quickSwitchesAreAnsweredInOrder();
+    void arrivingListDropsTheFilter();
+
+    void downloadPassesOneGuid();
+    void conversionPassesItsArguments();
+    void nobodyNeedsToListen();
+    void detachedObserverHearsNothing();
+
+    void pdsProjectsBelowAModel();
+    void modelThatIsNotThereChangesNothing();
+    void modelWithoutChildrenEmptiesTheList();
+    void textThatIsNoGuidIsLookedUp();
+
+    void checkingTwiceGivesTwoEntries();
+    void uncheckingAStrangerStillTells();
+    void emptyEntryCountsAsChecked();
+    void checkingIsTheDefault();
+
+    void departmentAndAllBelowIt();
+    void emptyDepartmentShowsAll();
+    void emptyDepartmentOnAnEmptyTree();
+    void unknownDepartmentEmptiesQuietly();
+    void departmentThatCannotBeChosenFilters();
+    void departmentsCompareExactly();
+    void projectWithoutDepartment();
+
+    void initialDataFillsTheTreeAndAsksForTheList();
+    void initialDataAgainAppendsTheTree();
+    void bimObjectStandsOnTheChannel();
+    void initialDataWithoutAChannel();
+
+private:
+    void receiveBimList(Pds& pds, const QByteArray& rows);
+    QByteArrayList targets() const;
+
+    NelvoDevkit::Services m_services;
+};
+
+void TestPdsMgr::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+}
+
+void TestPdsMgr::init()
+{
+    m_services.clearFaults();
+    m_services.clearReplies();
+    m_services.clearRequests();
+    m_services.setReply("GET", BimPath, json(R"({"data":[{"nelvo3dId":"b1","ppName":"bim"}]})"));
+    m_services.setReply("GET", DwgPath, json(R"({"data":[{"nelvo3dId":"d1","dwgName":"dwg"}]})"));
+    qApp->setProperty("sdkAddr", m_services.editorUrl());
+}
+
+void TestPdsMgr::cleanup()
+{
+    VLSmartDB::clearDatabase();
+}
+
+//! Asks for the BIM list, waits until it is there and forgets what was called meanwhile.
+void TestPdsMgr::receiveBimList(Pds& pds, const QByteArray& rows)
+{
+    m_services.setReply("GET", BimPath, json("{\"data\":[" + rows + "]}"));
+    const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
+    pds.manager.getBimProj();
+    QTRY_COMPARE(arrived.size(), 1);
+    pds.calls();
+}
+
+QByteArrayList TestPdsMgr::targets() const
+{
+    QByteArrayList lines;
+    const QVector<LoggedRequest> requests = m_services.requests();
+    for (const LoggedRequest& request : requests)
+        lines.append(request.method + ' ' + request.target);
+    return lines;
+}
+
+void TestPdsMgr::castsByName()
+{
+    CPdsMgr manager;
+    QCOMPARE(manager.qt_metacast("NelvoPlugin::CPdsMgr"), static_cast<void*>(&manager));
+    QCOMPARE(manager.qt_metacast("NelvoSDK::IPdsMgr"),
+             static_cast<void*>(static_cast<NelvoSDK::IPdsMgr*>(&manager)));
+    QCOMPARE(manager.qt_metacast("BVUTILITY::ISubject<NelvoSDK::IPdsObserver>"),
+             static_cast<void*>(static_cast<BVUTILITY::ISubject<NelvoSDK::IPdsObserver>*>(&manager)));
+    QVERIFY(!manager.qt_metacast("NelvoSDK::IProjectInfoMgr"));
+}
+
+void TestPdsMgr::methodsInTheirOrder()
+{
+    const QMetaObject& meta = CPdsMgr::staticMetaObject;
+    QStringList methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        const char* kind = method.methodType() == QMetaMethod::Signal ? "signal" : "method";
+        methods.append(QStringLiteral("%1 %2 %3 [%4]")
+                           .arg(QLatin1String(kind), QLatin1String(method.typeName()),
+                                QLatin1String(method.methodSignature()),
+                                QLatin1String(method.parameterNames().join(' '))));
+    }
+    QCOMPARE(methods,
+             (QStringList{
+                 QStringLiteral("signal void bimProjListChanged() []"),
+                 QStringLiteral("signal void pdsProjListChanged() []"),
+                 QStringLiteral("signal void bCheckedPdsChanged() []"),
+                 QStringLiteral("signal void bViewDWGBimListChanged() []"),
+                 QStringLiteral("signal void sigGetBimProjList() []"),
+                 QStringLiteral("signal void sigGetDWGBimProjList() []"),
+                 QStringLiteral("signal void checkListChanged() []"),
+                 QStringLiteral("method void onOpenDialog() []"),
+                 QStringLiteral("method void onCloseDialog() []"),
+                 QStringLiteral("method void getBimProj() []"),
+                 QStringLiteral("method void getDWGBimProj() []"),
+                 QStringLiteral("method void getPdsProj(QString) [strGuid]"),
+                 QStringLiteral("method void checkPdsProj(QString,bool) [strGuid bCheck]"),
+                 QStringLiteral("method void checkPdsProj(QString) [strGuid]"),
+                 QStringLiteral("method void downLoadBimProj(QString) [bimProj]"),
+                 QStringLiteral("method void convertSimplyMode(QString,bool) [bimProj bCompletionFirst]"),
+                 QStringLiteral("method void searchBydeptId(QString) [deptId]"),
+             }));
+}
+
+void TestPdsMgr::propertiesInTheirOrder()
+{
+    const QMetaObject& meta = CPdsMgr::staticMetaObject;
+    QStringList properties;
+    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
+        const QMetaProperty property = meta.property(i);
+        QVERIFY(!property.isWritable());
+        QVERIFY(!property.isResettable());
+        properties.append(QStringLiteral("%1 %2 %3")
+                              .arg(QLatin1String(property.typeName()), QLatin1String(property.name()),
+                                   QLatin1String(property.notifySignal().name())));
+    }
+    QCOMPARE(properties, (QStringList{
+                             QStringLiteral("QJsonArray bimProjList bimProjListChanged"),
+                             QStringLiteral("QJsonArray pdsProjList pdsProjListChanged"),
+                             QStringLiteral("bool bCheckedPds bCheckedPdsChanged"),
+                             QStringLiteral("QStringList checkList checkListChanged"),
+                             QStringLiteral("bool bViewDWGBimList bViewDWGBimListChanged"),
+                         }));
+}
+
+void TestPdsMgr::downloadStages()
+{
+    const QMetaObject& meta = CPdsMgr::staticMetaObject;
+    QCOMPARE(meta.enumeratorCount() - meta.enumeratorOffset(), 1);
+    const QMetaEnum stages = meta.enumerator(meta.enumeratorOffset());
+    QCOMPARE(stages.name(), "EDownLoadStatus");
+    QStringList entries;
+    for (int i = 0; i < stages.keyCount(); ++i)
+        entries.append(QStringLiteral("%1=%2").arg(QLatin1String(stages.key(i))).arg(stages.value(i)));
+    QCOMPARE(entries, words("DownLoadInitial=0 DownLoading=1 DownLoadSuccess=2 DownLoadError=3"));
+}
+
+void TestPdsMgr::newManagerHoldsNothing()
+{
+    CPdsMgr manager;
+    QVERIFY(!manager.GetPlugin());
+    QVERIFY(!manager.parent());
+    QVERIFY(manager.getBimProjList().isEmpty());
+    QVERIFY(manager.getPdsProjList().isEmpty());
+    QVERIFY(manager.getCheckList().isEmpty());
+    QVERIFY(!manager.isPdsChecked());
+    QVERIFY(!manager.isDWGBimListViewed());
+    Plugin plugin;
+    manager.SetPlugin(&plugin);
+    QCOMPARE(manager.GetPlugin(), &plugin);
+    manager.ReservedHook();
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestPdsMgr::mapOfNamesIsAMetaType()
+{
+    const CPdsMgr manager;
+    QVERIFY(QMetaType::type("QMap<QString,QString>") != QMetaType::UnknownType);
+}
+
+void TestPdsMgr::destroyedWithoutEverHavingFetched()
+{
+    const MessageLog log;
+    {
+        CPdsMgr manager;
+    }
+    QVERIFY(log.entries().isEmpty());
+}
+
+void TestPdsMgr::destructionWaitsForTheFetch()
+{
+    m_services.addFault({Fault::Stall, BimPath, "GET", 0, false});
+    auto pds = std::make_unique<Pds>();
+    pds->manager.getBimProj();
+    QTRY_COMPARE(targets(), QByteArrayList{"GET /bim/relation/"});
+    pds->manager.getDWGBimProj();
+
+    std::atomic<bool> answered{false};
+    std::thread service([this, &answered] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        answered = true;
+        m_services.clearFaults();
+    });
+    // Outlives the manager, to hear whatever it would still say.
+    PdsObserver late;
+    pds->manager.Attach(&late);
+    pds.reset();
+    QVERIFY(answered);
+    service.join();
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(late.calls.isEmpty());
+    // What was waiting behind the fetch is not taken up any more.
+    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/"});
+}
+
+void TestPdsMgr::bimListArrives()
+{
+    Pds pds;
+    pds.manager.getBimProj();
+    QCOMPARE(pds.calls(), words("cleared"));
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    QCOMPARE(pds.calls(), words("synced bViewDWGBimListChanged bimProjListChanged"));
+    QVERIFY(!pds.manager.isDWGBimListViewed());
+    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/"});
+}
+
+void TestPdsMgr::dwgListArrives()
+{
+    Pds pds;
+    pds.manager.getDWGBimProj();
+    QCOMPARE(pds.calls(), words("cleared"));
+    QTRY_COMPARE(pds.shown(), words("dwg"));
+    QCOMPARE(pds.calls(), words("synced bViewDWGBimListChanged bimProjListChanged"));
+    QVERIFY(pds.manager.isDWGBimListViewed());
+    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/dwg"});
+}
+
+void TestPdsMgr::nothingIsToldUntilTheListArrives()
+{
+    Pds pds;
+    receiveBimList(pds, R"({"ppName":"old"})");
+    m_services.addFault({Fault::Stall, DwgPath, "GET", 0, false});
+    pds.manager.getDWGBimProj();
+    QTRY_COMPARE(targets().size(), 2);
+    QCOMPARE(pds.calls(), words("cleared"));
+    // The values have changed; only the signals wait.
+    QVERIFY(pds.shown().isEmpty());
+    QVERIFY(pds.manager.isDWGBimListViewed());
+    m_services.clearFaults();
+    QTRY_COMPARE(pds.shown(), words("dwg"));
+}
+
+void TestPdsMgr::observersAreToldBeforeTheListIsThere()
+{
+    Pds pds;
+    QVector<int> sizes;
+    pds.observer.whenCalled = [&](const QString&) { sizes.append(pds.manager.getBimProjList().size()); };
+    pds.manager.getBimProj();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    pds.manager.getBimProj();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    QCOMPARE(sizes, (QVector<int>{0, 0, 0, 0}));
+}
+
+void TestPdsMgr::failedFetchIsAnEmptyList_data()
+{
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<int>("status");
+    QTest::newRow("refuse") << Fault::Refuse << 0;
+    QTest::newRow("reset") << Fault::Reset << 0;
+    QTest::newRow("no JSON") << Fault::NotJson << 0;
+    QTest::newRow("status 500") << Fault::Status << 500;
+}
+
+void TestPdsMgr::failedFetchIsAnEmptyList()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, status);
+    Pds pds;
+    receiveBimList(pds, R"({"ppName":"old"})");
+    m_services.addFault({fault, {}, {}, status, false});
+    const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
+    pds.manager.getDWGBimProj();
+    QTRY_COMPARE(arrived.size(), 1);
+    QCOMPARE(pds.calls(), words("cleared synced bViewDWGBimListChanged bimProjListChanged"));
+    QVERIFY(pds.shown().isEmpty());
+    QVERIFY(pds.manager.isDWGBimListViewed());
+    pds.manager.searchBydeptId({});
+    QVERIFY(pds.shown().isEmpty());
+}
+
+void TestPdsMgr::failedFetchKeepsTheNames()
+{
+    Pds pds;
+    receiveBimList(pds, R"({"nelvo3dId":"g1","ppName":"一号楼"})");
+    m_services.addFault({Fault::Status, {}, {}, 500, false});
+    const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
+    pds.manager.getBimProj();
+    QTRY_COMPARE(arrived.size(), 1);
+    QVERIFY(pds.manager.GetBimProjName(L"g1") == L"一号楼");
+}
+
+void TestPdsMgr::namesOfBothListsAnswer()
+{
+    Pds pds;
+    QVERIFY(pds.manager.GetBimProjName(L"d1").empty());
+    pds.manager.getDWGBimProj();
+    QTRY_COMPARE(pds.shown(), words("dwg"));
+    receiveBimList(pds, R"({"nelvo3dId":"b1","ppName":"bim"})");
+    QVERIFY(pds.manager.GetBimProjName(L"d1") == L"dwg");
+    QVERIFY(pds.manager.GetBimProjName(L"b1") == L"bim");
+}
+
+void TestPdsMgr::laterRowNamesTheGuid()
+{
+    Pds pds;
+    receiveBimList(pds, R"({"nelvo3dId":"g","ppName":"first"},{"nelvo3dId":"g","ppName":"second"})");
+    QCOMPARE(pds.shown(), words("first second"));
+    QVERIFY(pds.manager.GetBimProjName(L"g") == L"second");
+}
+
+void TestPdsMgr::namesCompareExactly()
+{
+    Pds pds;
+    // The second row has an empty guid, and still nothing answers to one.
+    receiveBimList(pds, R"({"nelvo3dId":"Ab","ppName":"name"},{"ppName":"nameless"})");
+    QVERIFY(pds.manager.GetBimProjName(L"ab").empty());
+    QVERIFY(pds.manager.GetBimProjName(L"Ab ").empty());
+    QVERIFY(pds.manager.GetBimProjName({}).empty());
+}
+
+void TestPdsMgr::quickSwitchesAreAnsweredInOrder()
+{
+    Pds pds;
+    QStringList shown;
+    QObject::connect(&pds.manager, &CPdsMgr::bimProjListChanged, [&] {
+        shown.append(pds.shown().join(QLatin1Char(',')) + QString::number(pds.manager.isDWGBimListViewed()));
+    });
+    m_services.addFault({Fault::Delay, BimPath, "GET", 50, false});
+    pds.manager.getBimProj();
+    pds.manager.getDWGBimProj();
+    pds.manager.getBimProj();
+    pds.manager.getDWGBimProj();
+    QTRY_COMPARE(shown.size(), 4);
+    // Each answer comes in its turn, under the flag of the request that was made last.
+    QCOMPARE(shown, words("bim1 dwg1 bim1 dwg1"));
+}
+
+void TestPdsMgr::arrivingListDropsTheFilter()
+{
+    Pds pds;
+    pds.plugin.projects.tree = node(L"r", {node(L"a")});
+    pds.manager.InitBimData();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    const QByteArray rows = R"({"ppName":"one","deptId":"a"},{"ppName":"two","deptId":"r"})";
+    receiveBimList(pds, rows);
+    pds.manager.searchBydeptId(QStringLiteral("a"));
+    QCOMPARE(pds.shown(), words("one"));
+    receiveBimList(pds, rows);
+    QCOMPARE(pds.shown(), words("one two"));
+}
+
+void TestPdsMgr::downloadPassesOneGuid()
+{
+    Pds pds;
+    pds.manager.checkPdsProj(QStringLiteral("checked1"));
+    pds.manager.checkPdsProj(QStringLiteral("checked2"));
+    pds.calls();
+    pds.manager.downLoadBimProj(QStringLiteral("guid"));
+    QCOMPARE(pds.calls(), QStringList{QStringLiteral("download 1: guid")});
+    pds.manager.downLoadBimProj({});
+    QCOMPARE(pds.calls(), QStringList{QStringLiteral("download 1: ")});
+}
+
+void TestPdsMgr::conversionPassesItsArguments()
+{
+    Pds pds;
+    pds.manager.convertSimplyMode(QStringLiteral("guid"), true);
+    pds.manager.convertSimplyMode(QStringLiteral("guid"), false);
+    QCOMPARE(pds.calls(), (QStringList{QStringLiteral("convert guid 1"), QStringLiteral("convert guid 0")}));
+    QVERIFY(m_services.requests().isEmpty());
+}
+
+void TestPdsMgr::nobodyNeedsToListen()
+{
+    CPdsMgr manager;
+    manager.downLoadBimProj(QStringLiteral("guid"));
+    manager.convertSimplyMode(QStringLiteral("guid"), true);
+    manager.onOpenDialog();
+    manager.onCloseDialog();
+    const QSignalSpy arrived(&manager, &CPdsMgr::bimProjListChanged);
+    manager.getBimProj();
+    QTRY_COMPARE(arrived.size(), 1);
+}
+
+void TestPdsMgr::detachedObserverHearsNothing()
+{
+    Pds pds;
+    PdsObserver other;
+    pds.manager.Attach(&other);
+    pds.manager.Attach(&other);
+    pds.manager.downLoadBimProj(QStringLiteral("guid"));
+    QCOMPARE(other.calls.size(), 1);
+    pds.manager.Detach(&other);
+    pds.manager.downLoadBimProj(QStringLiteral("guid"));
+    QCOMPARE(other.calls.size(), 1);
+    QCOMPARE(pds.calls().size(), 2);
+}
+
+void TestPdsMgr::pdsProjectsBelowAModel()
+{
+    const auto child = [](const char* id, const char* name, const char* type, const char* source = nullptr) {
+        VLSmartDB::ObjectRecord record;
+        record.id = QString::fromUtf8(id);
+        record.name = QString::fromUtf8(name);
+        record.type = QString::fromUtf8(type);
+        if (source)
+            record.properties.insert(QStringLiteral("editor_import_source_type"), QString::fromUtf8(source));
+        return record;
+    };
+    VLSmartDB::ObjectRecord project;
+    project.id = ProjectGuid;
+    project.children = {
+        child("AAAAAAAA-BBBB-CCCC-DDDD-EEEEEEEEEEEE", "主体结构", "PDS"),
+        child("drawing", "图纸", "DWG"),
+        child("lower", "小写", "dwg"),
+        child("imported", "导入", "PDS", "fbx"),
+        child("empty-source", "空来源", "PDS", ""),
+    };
+    QVERIFY(VLSmartDB::addObject(project));
+
+    Pds pds;
+    pds.manager.checkPdsProj(QStringLiteral("checked"));
+    pds.calls();
+    pds.manager.getPdsProj(ProjectGuid);
+    QCOMPARE(pds.calls(), words("bCheckedPdsChanged pdsProjListChanged checkListChanged"));
+    QCOMPARE(column(pds.manager.getPdsProjList(), "guid"),
+             words("aaaaaaaa-bbbb-cccc-dddd-eeeeeeeeeeee lower empty-source"));
+    QCOMPARE(column(pds.manager.getPdsProjList(), "name"), words("主体结构 小写 空来源"));
+    QCOMPARE(pds.manager.getPdsProjList().first().toObject().keys(), words("guid name"));
+    QVERIFY(pds.manager.getCheckList().isEmpty());
+    QVERIFY(!pds.manager.isPdsChecked());
+}
+
+void TestPdsMgr::modelThatIsNotThereChangesNothing()
+{
+    VLSmartDB::ObjectRecord project;
+    project.id = ProjectGuid;
+    project.children = {{QStringLiteral("c"), QStringLiteral("child"), QStringLiteral("PDS"), {}, {}}};
+    QVERIFY(VLSmartDB::addObject(project));
+    Pds pds;
+    pds.manager.getPdsProj(ProjectGuid);
+    pds.manager.checkPdsProj(QStringLiteral("checked"));
+    pds.calls();
+
+    pds.manager.getPdsProj(QStringLiteral("99999999-2222-3333-4444-555555555555"));
+    pds.manager.getPdsProj({});
+    QVERIFY(pds.calls().isEmpty());
+    QCOMPARE(column(pds.manager.getPdsProjList(), "guid"), words("c"));
+    QCOMPARE(pds.manager.getCheckList(), words("checked"));
+}
+
+void TestPdsMgr::modelWithoutChildrenEmptiesTheList()
+{
+    VLSmartDB::ObjectRecord bare;
+    bare.id = QStringLiteral("bare");
+    VLSmartDB::ObjectRecord project;
+    project.id = ProjectGuid;
+    project.children = {{QStringLiteral("c"), QStringLiteral("child"), QStringLiteral("PDS"), {}, {}}};
+    QVERIFY(VLSmartDB::addObject(bare));
+    QVERIFY(VLSmartDB::addObject(project));
+    Pds pds;
+    pds.manager.getPdsProj(ProjectGuid);
+    QCOMPARE(pds.manager.getPdsProjList().size(), 1);
+    pds.calls();
+    pds.manager.getPdsProj(QStringLiteral("bare"));
+    QVERIFY(pds.manager.getPdsProjList().isEmpty());
+    QCOMPARE(pds.calls(), words("bCheckedPdsChanged pdsProjListChanged checkListChanged"));
+}
+
+void TestPdsMgr::textThatIsNoGuidIsLookedUp()
+{
+    VLSmartDB::ObjectRecord project;
+    project.id = QStringLiteral("模型七");
+    project.children = {{QStringLiteral("c"), QStringLiteral("child"), QStringLiteral("PDS"), {}, {}}};
+    QVERIFY(VLSmartDB::addObject(project));
+    Pds pds;
+    pds.manager.getPdsProj(QStringLiteral("模型七"));
+    QCOMPARE(column(pds.manager.getPdsProjList(), "name"), words("child"));
+}
+
+void TestPdsMgr::checkingTwiceGivesTwoEntries()
+{
+    Pds pds;
+    for (const char* guid : {"a", "b", "a"})
+        pds.manager.checkPdsProj(QString::fromLatin1(guid), true);
+    QCOMPARE(pds.manager.getCheckList(), words("a b a"));
+    pds.calls();
+    pds.manager.checkPdsProj(QStringLiteral("a"), false);
+    QCOMPARE(pds.manager.getCheckList(), words("b a"));
+    QVERIFY(pds.manager.isPdsChecked());
+    QCOMPARE(pds.calls(), words("bCheckedPdsChanged checkListChanged"));
+    pds.manager.checkPdsProj(QStringLiteral("b"), false);
+    pds.manager.checkPdsProj(QStringLiteral("a"), false);
+    QVERIFY(!pds.manager.isPdsChecked());
+}
+
+void TestPdsMgr::uncheckingAStrangerStillTells()
+{
+    Pds pds;
+    pds.manager.checkPdsProj(QStringLiteral("a"));
+    pds.calls();
+    pds.manager.checkPdsProj(QStringLiteral("A"), false);
+    QCOMPARE(pds.manager.getCheckList(), words("a"));
+    QCOMPARE(pds.calls(), words("bCheckedPdsChanged checkListChanged"));
+}
+
+void TestPdsMgr::emptyEntryCountsAsChecked()
+{
+    Pds pds;
+    pds.manager.checkPdsProj({});
+    QCOMPARE(pds.manager.getCheckList(), QStringList{QString()});
+    QVERIFY(pds.manager.property("bCheckedPds").toBool());
+}
+
+void TestPdsMgr::checkingIsTheDefault()
+{
+    Pds pds;
+    QVERIFY(QMetaObject::invokeMethod(&pds.manager, "checkPdsProj", Q_ARG(QString, QStringLiteral("a"))));
+    QVERIFY(QMetaObject::invokeMethod(&pds.manager, "checkPdsProj", Q_ARG(QString, QStringLiteral("b")),
+                                      Q_ARG(bool, true)));
+    QVERIFY(QMetaObject::invokeMethod(&pds.manager, "checkPdsProj", Q_ARG(QString, QStringLiteral("a")),
+                                      Q_ARG(bool, false)));
+    QCOMPARE(pds.manager.property("checkList").toStringList(), words("b"));
+}
+
+void TestPdsMgr::departmentAndAllBelowIt()
+{
+    Pds pds;
+    pds.plugin.projects.tree = node(L"r", {node(L"a", {node(L"a1", {node(L"a11")})}), node(L"b")});
+    pds.manager.InitBimData();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveBimList(pds, R"({"ppName":"below","deptId":"a11"},{"ppName":"above","deptId":"r"},
+        {"ppName":"self","deptId":"a1"},{"ppName":"beside","deptId":"b"},{"ppName":"below2","deptId":"a11"})");
+    pds.manager.searchBydeptId(QStringLiteral("a1"));
+    QCOMPARE(pds.shown(), words("below self below2"));
+    QCOMPARE(pds.calls(), words("bimProjListChanged"));
+    // The filter starts from the whole list each time.
+    pds.manager.searchBydeptId(QStringLiteral("b"));
+    QCOMPARE(pds.shown(), words("beside"));
+}
+
+void TestPdsMgr::emptyDepartmentShowsAll()
+{
+    Pds pds;
+    pds.plugin.projects.tree = node(L"r", {node(L"a")});
+    pds.manager.InitBimData();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveBimList(pds, R"({"ppName":"one","deptId":"a"},{"ppName":"two","deptId":"elsewhere"})");
+    pds.manager.searchBydeptId(QStringLiteral("a"));
+    QCOMPARE(pds.shown(), words("one"));
+    pds.calls();
+    pds.manager.searchBydeptId({});
+    QCOMPARE(pds.shown(), words("one two"));
+    QCOMPARE(pds.calls(), words("bimProjListChanged"));
+}
+
+void TestPdsMgr::emptyDepartmentOnAnEmptyTree()
+{
+    Pds pds;
+    receiveBimList(pds, R"({"ppName":"one","deptId":"a"},{"ppName":"two"})");
+    pds.manager.searchBydeptId({});
+    QCOMPARE(pds.shown(), words("one two"));
+    QCOMPARE(pds.calls(), words("bimProjListChanged"));
+}
+
+void TestPdsMgr::unknownDepartmentEmptiesQuietly()
+{
+    Pds pds;
+    receiveBimList(pds, R"({"ppName":"one","deptId":"a"})");
+    pds.manager.searchBydeptId(QStringLiteral("a"));
+    QVERIFY(pds.calls().isEmpty());
+    QVERIFY(pds.manager.property("bimProjList").toJsonArray().isEmpty());
+}
+
+void TestPdsMgr::departmentThatCannotBeChosenFilters()
+{
+    Pds pds;
+    pds.plugin.projects.tree = node(L"r", {node(L"a", {}, false)}, false);
+    pds.manager.InitBimData();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveBimList(pds, R"({"ppName":"one","deptId":"a"},{"ppName":"two","deptId":"r"})");
+    pds.manager.searchBydeptId(QStringLiteral("a"));
+    QCOMPARE(pds.shown(), words("one"));
+}
+
+void TestPdsMgr::departmentsCompareExactly()
+{
+    Pds pds;
+    pds.plugin.projects.tree = node(L"Dept");
+    pds.manager.InitBimData();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveBimList(pds, R"({"ppName":"one","deptId":"dept"},{"ppName":"two","deptId":"Dept"})");
+    pds.manager.searchBydeptId(QStringLiteral("Dept"));
+    QCOMPARE(pds.shown(), words("two"));
+}
+
+void TestPdsMgr::projectWithoutDepartment()
+{
+    const QByteArray rows = R"({"ppName":"free"},{"ppName":"bound","deptId":"a"})";
+    Pds pds;
+    pds.plugin.projects.tree = node(L"r", {node(L"a")});
+    pds.manager.InitBimData();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveBimList(pds, rows);
+    pds.manager.searchBydeptId(QStringLiteral("r"));
+    QCOMPARE(pds.shown(), words("bound"));
+
+    // A unit without an id below the chosen one takes it in.
+    Pds odd;
+    odd.plugin.projects.tree = node(L"r", {node({})});
+    odd.manager.InitBimData();
+    QTRY_COMPARE(odd.shown(), words("free bound"));
+    odd.manager.searchBydeptId(QStringLiteral("r"));
+    QCOMPARE(odd.shown(), words("free"));
+}
+
+void TestPdsMgr::initialDataFillsTheTreeAndAsksForTheList()
+{
+    Pds pds;
+    pds.manager.getDWGBimProj();
+    QTRY_COMPARE(pds.shown(), words("dwg"));
+    pds.calls();
+    m_services.addFault({Fault::Stall, BimPath, "GET", 0, false});
+    pds.plugin.projects.tree = node(L"r");
+    pds.manager.InitBimData();
+    QTRY_COMPARE(targets(), (QByteArrayList{"GET /bim/relation/dwg", "GET /bim/relation/"}));
+    // Lists and flag stay as they are, and nobody is told that they were emptied.
+    QVERIFY(pds.calls().isEmpty());
+    QCOMPARE(pds.shown(), words("dwg"));
+    m_services.clearFaults();
+    QTRY_COMPARE(pds.shown(), words("bim"));
+    QVERIFY(pds.manager.isDWGBimListViewed());
+}
+
+void TestPdsMgr::initialDataAgainAppendsTheTree()
+{
+    Pds pds;
+    pds.plugin.projects.tree = node(L"first");
+    const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
+    pds.manager.InitBimData();
+    pds.plugin.projects.tree = node(L"second");
+    pds.manager.InitBimData();
+    QTRY_COMPARE(arrived.size(), 2);
+    receiveBimList(pds, R"({"ppName":"one","deptId":"first"},{"ppName":"two","deptId":"second"})");
+    pds.manager.searchBydeptId(QStringLiteral("first"));
+    QCOMPARE(pds.shown(), words("one"));
+    pds.manager.searchBydeptId(QStringLiteral("second"));
+    QCOMPARE(pds.shown(), words("two"));
+}
+
+void TestPdsMgr::bimObjectStandsOnTheChannel()
+{
+    QWebChannel channel;
+    HostContext host;
+    host.channel = &channel;
+    {
+        Pds pds;
+        pds.plugin.SetHostContext(static_cast<NelvoSDK::IHostContext*>(&host));
+        QVERIFY(channel.registeredObjects().isEmpty());
+        pds.manager.InitBimData();
+        pds.manager.InitBimData();
+        QCOMPARE(channel.registeredObjects().keys(), words("bimObject"));
+        const QMetaObject* meta =
+            channel.registeredObjects().value(QStringLiteral("bimObject"))->metaObject();
+        QCOMPARE(meta->className(), "NelvoPlugin::BIMObject");
+        QCOMPARE(meta->methodCount(), meta->methodOffset());
+        QCOMPARE(meta->propertyCount(), meta->propertyOffset());
+    }
+    QVERIFY(channel.registeredObjects().isEmpty());
+}
+
+void TestPdsMgr::initialDataWithoutAChannel()
+{
+    HostContext host;
+    Pds pds;
+    const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
+    pds.plugin.projects.tree = node(L"r");
+    pds.manager.InitBimData();
+    pds.plugin.SetHostContext(static_cast<NelvoSDK::IHostContext*>(&host));
+    pds.manager.InitBimData();
+    QTRY_COMPARE(arrived.size(), 2);
+    receiveBimList(pds, R"({"ppName":"one","deptId":"r"},{"ppName":"two"})");
+    pds.manager.searchBydeptId(QStringLiteral("r"));
+    QCOMPARE(pds.shown(), words("one"));
+}
+
+QTEST_GUILESS_MAIN(TestPdsMgr)
+#include "test_pdsmgr.moc"

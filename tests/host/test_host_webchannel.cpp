@@ -1,0 +1,219 @@
+#include "host/webchannelserver.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QWebChannelAbstractTransport>
+#include <QWebSocket>
+#include <QtTest>
+
+#include <memory>
+
+using NelvoDevkit::WebChannelServer;
+
+namespace {
+
+constexpr int patience = 30000;
+
+//! The answer's status and body.
+std::pair<int, QByteArray> get(const QUrl& url)
+{
+    QNetworkAccessManager manager;
+    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
+    QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+    if (!finished.wait(patience))
+        return {0, "no end"};
+    return {reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll()};
+}
+
+//! \brief The other end of the channel, as far as the handshake goes.
+class ChannelClient : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ChannelClient(const QUrl& url)
+    {
+        connect(&m_socket, &QWebSocket::textMessageReceived, this,
+                [this](const QString& text) { m_messages.append(text); });
+        m_socket.open(url);
+    }
+
+    bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
+    void close() { m_socket.close(); }
+    void send(const QByteArray& text) { m_socket.sendTextMessage(QString::fromUtf8(text)); }
+    int messageCount() const { return m_messages.size(); }
+    QJsonObject lastMessage() const { return QJsonDocument::fromJson(m_messages.last().toUtf8()).object(); }
+    //! Names of the objects that the last message, the answer to an "init", told of.
+    QStringList objects() const { return lastMessage()["data"].toObject().keys(); }
+
+private:
+    QWebSocket m_socket;
+    QStringList m_messages;
+};
+
+constexpr char init[] = R"({"type": 3, "id": 5})";
+
+//! \brief An object with something to call, so that a message is seen to reach it.
+class Counter : public QObject
+{
+    Q_OBJECT
+
+public:
+    int calls = 0;
+
+    Q_INVOKABLE void call() { ++calls; }
+};
+
+} // namespace
+
+class TestHostWebChannel : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void addresses_areEmptyBeforeTheStart();
+    void handshake_tellsTheObjects();
+    void handshake_ofSeveralClients();
+    void message_reachesItsObject();
+    void nonsense_isIgnored();
+    void client_comesAndGoes();
+    void destruction_endsTheConnections();
+    void page_isServed();
+
+private:
+    static std::unique_ptr<WebChannelServer> started();
+};
+
+std::unique_ptr<WebChannelServer> TestHostWebChannel::started()
+{
+    auto server = std::make_unique<WebChannelServer>();
+    QString error;
+    if (!server->start(&error))
+        qFatal("%s", qPrintable(error));
+    return server;
+}
+
+void TestHostWebChannel::addresses_areEmptyBeforeTheStart()
+{
+    WebChannelServer server;
+    QVERIFY(server.channel() != nullptr);
+    QVERIFY(server.pageUrl().isEmpty());
+    QVERIFY(server.socketUrl().isEmpty());
+    QString error;
+    QVERIFY2(server.start(&error), qPrintable(error));
+    QCOMPARE(server.pageUrl().host(), QString("127.0.0.1"));
+    QCOMPARE(server.socketUrl().host(), QString("127.0.0.1"));
+    QVERIFY(server.pageUrl().port() != server.socketUrl().port());
+}
+
+void TestHostWebChannel::handshake_tellsTheObjects()
+{
+    const auto server = started();
+    QObject early;
+    QObject late;
+    server->channel()->registerObject("bimObject", &early);
+    ChannelClient client(server->socketUrl());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    client.send(init);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
+    QCOMPARE(client.lastMessage()["type"].toInt(), 10);
+    QCOMPARE(client.lastMessage()["id"].toInt(), 5);
+    QCOMPARE(client.objects(), QStringList("bimObject"));
+
+    server->channel()->registerObject("another", &late);
+    client.send(init);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 2, patience);
+    QCOMPARE(client.objects(), (QStringList{"another", "bimObject"}));
+}
+
+void TestHostWebChannel::handshake_ofSeveralClients()
+{
+    const auto server = started();
+    QObject object;
+    server->channel()->registerObject("bimObject", &object);
+    ChannelClient first(server->socketUrl());
+    ChannelClient second(server->socketUrl());
+    QTRY_VERIFY_WITH_TIMEOUT(first.isConnected() && second.isConnected(), patience);
+    second.send(init);
+    QTRY_COMPARE_WITH_TIMEOUT(second.messageCount(), 1, patience);
+    first.send(init);
+    QTRY_COMPARE_WITH_TIMEOUT(first.messageCount(), 1, patience);
+    QCOMPARE(first.objects(), second.objects());
+    QCOMPARE(second.messageCount(), 1);
+}
+
+void TestHostWebChannel::message_reachesItsObject()
+{
+    const auto server = started();
+    Counter counter;
+    server->channel()->registerObject("counter", &counter);
+    ChannelClient client(server->socketUrl());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    client.send(R"({"type": 6, "object": "counter", "method": "call", "args": [], "id": 1})");
+    QTRY_COMPARE_WITH_TIMEOUT(counter.calls, 1, patience);
+}
+
+void TestHostWebChannel::nonsense_isIgnored()
+{
+    const auto server = started();
+    ChannelClient client(server->socketUrl());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    client.send("no JSON");
+    client.send("[3]");
+    client.send(init);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
+    QVERIFY(client.objects().isEmpty());
+    QVERIFY(client.isConnected());
+}
+
+void TestHostWebChannel::client_comesAndGoes()
+{
+    const auto server = started();
+    QObject object;
+    server->channel()->registerObject("bimObject", &object);
+    const auto transports = [&] {
+        return server->channel()->findChildren<QWebChannelAbstractTransport*>().size();
+    };
+    for (int n = 0; n < 3; ++n) {
+        ChannelClient client(server->socketUrl());
+        QTRY_COMPARE_WITH_TIMEOUT(transports(), 1, patience);
+        QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+        client.close();
+        QTRY_COMPARE_WITH_TIMEOUT(transports(), 0, patience);
+    }
+    ChannelClient client(server->socketUrl());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    client.send(init);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
+}
+
+void TestHostWebChannel::destruction_endsTheConnections()
+{
+    auto server = started();
+    const QUrl page = server->pageUrl();
+    ChannelClient client(server->socketUrl());
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    client.send(init);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
+    server.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(!client.isConnected(), patience);
+    QCOMPARE(get(page).first, 0);
+}
+
+void TestHostWebChannel::page_isServed()
+{
+    const auto server = started();
+    const auto page = get(server->pageUrl());
+    QCOMPARE(page.first, 200);
+    QVERIFY(page.second.contains('"' + server->socketUrl().toEncoded() + '"'));
+    QVERIFY(!page.second.contains("{{"));
+    const auto script = get(server->pageUrl().resolved(QUrl("qwebchannel.js")));
+    QCOMPARE(script.first, 200);
+    QVERIFY(script.second.contains("QWebChannel"));
+    QCOMPARE(get(server->pageUrl().resolved(QUrl("other"))).first, 404);
+}
+
+QTEST_GUILESS_MAIN(TestHostWebChannel)
+#include "test_host_webchannel.moc"

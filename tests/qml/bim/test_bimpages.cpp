@@ -1,0 +1,36 @@
+#include "tests/qml/bim/standins.h"
+
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QtQuickTest>
+
+//! \brief Gives the test cases what the pages find in the host's context.
+class Setup : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void qmlEngineAvailable(QQmlEngine* engine)
+    {
+        QQmlContext* context = engine->rootContext();
+        context->setContextProperty(QStringLiteral("callLog"), &m_log);
+        context->setContextProperty(QStringLiteral("warningLog"), &m_warnings);
+        context->setContextProperty(QStringLiteral("pdsMgr"), &m_pdsMgr);
+        context->setContextProperty(QStringLiteral("orgModel"), &m_orgModel);
+        for (const char* name :
+             {"bimControl", "editConext", "globalEditColor", "compCardData", "webViewMgr", "componentObject"})
+            context->setContextProperty(QString::fromLatin1(name), &m_host);
+        context->setContextProperty(QStringLiteral("appPath"), QStringLiteral("file:///opt/editor"));
+    }
+
+private:
+    CallLog m_log;
+    WarningLog m_warnings;
+    PdsManager m_pdsMgr{m_log};
+    OrgModel m_orgModel{m_log};
+    HostContext m_host{m_log};
+};
+
+QUICK_TEST_MAIN_WITH_SETUP(bimpages, Setup)
+
+#include "test_bimpages.moc"
