@@ -34,7 +34,8 @@ void CBimProjWorker::request(const Source& source)
 //! The next request goes through the event loop, so that a thread that is to end doesn't take it up.
 void CBimProjWorker::serve()
 {
-    fetch(m_requests.head());
+    const Source source = m_requests.head(); // a copy, since the queue grows during the fetch
+    fetch(source);
     m_requests.dequeue();
     if (!m_requests.isEmpty())
         QMetaObject::invokeMethod(this, &CBimProjWorker::serve, Qt::QueuedConnection);

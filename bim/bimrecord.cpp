@@ -10,33 +10,40 @@ namespace NelvoPlugin {
 
 namespace {
 
-//! The program that a model comes from.
-struct Profession {
-    QString image;
-    QString label;
-};
-
-QString imageUrl(const QString& suffix)
+//! A record with all its keys. To copy one and set its values costs half of what adding the keys does.
+QJsonObject blankRecord(const QString& image, const QString& label)
 {
-    return QStringLiteral("qrc:/NelvoPlugin/qmls/images/profession_%1.png").arg(suffix);
+    return {{QStringLiteral("deptId"), 0},         {QStringLiteral("guid"), 0},
+            {QStringLiteral("name"), 0},           {QStringLiteral("ppid"), 0},
+            {QStringLiteral("profession"), 0},     {QStringLiteral("profImg"), image},
+            {QStringLiteral("profTipText"), label}};
 }
 
-Profession numbered(int type, const QString& label)
+QJsonObject blankBimRecord(const QString& imageSuffix, const QString& label)
 {
-    return {imageUrl(QString::number(type)), label};
+    const auto image = QStringLiteral("qrc:/NelvoPlugin/qmls/images/profession_%1.png").arg(imageSuffix);
+    QJsonObject made = blankRecord(image, label);
+    made.insert(QLatin1String("size"), 0);
+    return made;
 }
 
-//! 6 and 8 have neither an image nor a label of their own, and that is meant.
-const Profession& profession(int type)
+QJsonObject numbered(int type, const QString& label)
 {
-    static const QHash<int, Profession> known{
+    return blankBimRecord(QString::number(type), label);
+}
+
+//! By the program that a model comes from. 6 and 8 have neither an image nor a label of their own, and that
+//! is meant.
+const QJsonObject& blankBimRecord(int type)
+{
+    static const QHash<int, QJsonObject> known{
         {1, numbered(1, QStringLiteral("土建预算"))},  {2, numbered(2, QStringLiteral("安装预算"))},
         {3, numbered(3, QStringLiteral("钢筋预算"))},  {4, numbered(4, QStringLiteral("Revit"))},
         {5, numbered(5, QStringLiteral("Tekla"))},     {7, numbered(7, QStringLiteral("Dorvi客户端"))},
         {9, numbered(9, QStringLiteral("场布预算"))},  {10, numbered(10, QStringLiteral("Civil3D"))},
         {11, numbered(11, QStringLiteral("Bentley"))}, {12, numbered(12, QStringLiteral("Rhino"))},
     };
-    static const Profession other{imageUrl(QStringLiteral("other")), QStringLiteral("其他类型")};
+    static const QJsonObject other = blankBimRecord(QStringLiteral("other"), QStringLiteral("其他类型"));
     const auto found = known.constFind(type);
     return found == known.constEnd() ? other : *found;
 }
@@ -55,32 +62,30 @@ qint64 wholeNumber(const QJsonObject& row, QLatin1String key)
 }
 
 //! What both kinds of row have.
-QJsonObject record(const QJsonObject& row, QLatin1String nameKey)
+void fill(QJsonObject& record, const QJsonObject& row, QLatin1String nameKey)
 {
-    return {{QStringLiteral("deptId"), text(row, QLatin1String("deptId"))},
-            {QStringLiteral("guid"), text(row, QLatin1String("nelvo3dId"))},
-            {QStringLiteral("name"), text(row, nameKey)},
-            {QStringLiteral("ppid"), wholeNumber(row, QLatin1String("ppid"))},
-            {QStringLiteral("profession"), wholeNumber(row, QLatin1String("projType"))}};
+    record.insert(QLatin1String("deptId"), text(row, QLatin1String("deptId")));
+    record.insert(QLatin1String("guid"), text(row, QLatin1String("nelvo3dId")));
+    record.insert(QLatin1String("name"), text(row, nameKey));
+    record.insert(QLatin1String("ppid"), wholeNumber(row, QLatin1String("ppid")));
+    record.insert(QLatin1String("profession"), wholeNumber(row, QLatin1String("projType")));
 }
 
 } // namespace
 
 QJsonObject bimRecord(const QJsonObject& row)
 {
-    QJsonObject made = record(row, QLatin1String("ppName"));
+    QJsonObject made = blankBimRecord(row.value(QLatin1String("projType")).toInt());
+    fill(made, row, QLatin1String("ppName"));
     made.insert(QLatin1String("size"), wholeNumber(row, QLatin1String("projectSize")));
-    const Profession& source = profession(row.value(QLatin1String("projType")).toInt());
-    made.insert(QLatin1String("profImg"), source.image);
-    made.insert(QLatin1String("profTipText"), source.label);
     return made;
 }
 
 QJsonObject dwgRecord(const QJsonObject& row)
 {
-    QJsonObject made = record(row, QLatin1String("dwgName"));
-    made.insert(QLatin1String("profImg"), QString(QLatin1String("")));
-    made.insert(QLatin1String("profTipText"), QStringLiteral("DWG"));
+    static const QJsonObject blank = blankRecord(QLatin1String(""), QStringLiteral("DWG"));
+    QJsonObject made = blank;
+    fill(made, row, QLatin1String("dwgName"));
     return made;
 }
 

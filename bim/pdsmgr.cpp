@@ -17,6 +17,8 @@
 #include <QVariant>
 #include <QWebChannel>
 
+#include <utility>
+
 namespace NelvoPlugin {
 
 using NelvoSDK::IPdsObserver;
@@ -153,8 +155,9 @@ void CPdsMgr::getDWGBimProj()
 void CPdsMgr::clearBimProjLists(bool bViewDWG)
 {
     bViewDWGBimList = bViewDWG;
-    m_allBimProjList = {};
     bimProjList = {};
+    // To free a long list takes longer than to show the dialog. The thread that it came from does it.
+    QMetaObject::invokeMethod(&m_bimWorker, [list = std::exchange(m_allBimProjList, {})] {});
     Notify([](IPdsObserver& observer) { observer.OnBimProjListCleared(); });
 }
 
@@ -191,8 +194,9 @@ void CPdsMgr::getPdsProj(const QString& strGuid)
     pdsProjList = {};
     for (const VLSmartDB::VLDBId& childId : childIds) {
         VLSmartDB::IVLDBObject* const child = database->GetObject(childId, {});
-        const bool imported = !child->GetProperty(editor_import_source_type).empty();
-        if (imported || child->GetTypeName() == L"DWG")
+        const bool isImported = !child->GetProperty(editor_import_source_type).empty();
+        const bool isDrawing = child->GetTypeName() == L"DWG";
+        if (isImported || isDrawing)
             continue;
         pdsProjList.append(
             QJsonObject{{QStringLiteral("name"), QString::fromStdWString(child->GetName())},

@@ -2,6 +2,9 @@
 
 #include <QUuid>
 
+#include <algorithm>
+#include <iterator>
+
 namespace NelvoDevkit {
 
 namespace {
@@ -38,6 +41,28 @@ QMap<QString, QString> DeviceList::bindings() const
             bound.insert(component.guid, serial);
     }
     return bound;
+}
+
+QString DeviceList::nameOf(const QString& guid) const
+{
+    return index(rowOf(guid)).data(ComponentRole).toString();
+}
+
+QString DeviceList::serialOf(const QString& guid) const
+{
+    return index(rowOf(guid)).data(SerialRole).toString();
+}
+
+void DeviceList::clearSerial(const QString& guid)
+{
+    setData(index(rowOf(guid)), QString(), SerialRole);
+}
+
+int DeviceList::rowOf(const QString& guid) const
+{
+    const auto found = std::find_if(m_components.begin(), m_components.end(),
+                                    [&guid](const Component& component) { return component.guid == guid; });
+    return found == m_components.end() ? -1 : int(std::distance(m_components.begin(), found));
 }
 
 int DeviceList::rowCount(const QModelIndex& parent) const

@@ -24,6 +24,11 @@ public:
 
     //! GUID to serial number of those components that have one.
     QMap<QString, QString> bindings() const;
+    //! Name and serial number of a component of the shown project; empty for any other guid.
+    QString nameOf(const QString& guid) const;
+    QString serialOf(const QString& guid) const;
+    //! Takes the serial number of a component of the shown project away.
+    void clearSerial(const QString& guid);
     int boundCount() const { return bindings().size(); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -39,6 +44,9 @@ private:
         QString name;
         QString guid;
     };
+
+    //! The component's row, or -1.
+    int rowOf(const QString& guid) const;
 
     std::vector<Component> m_components;
     QMap<QString, QString> m_serials; //!< by GUID, of all projects

@@ -6,16 +6,33 @@
 #include <NelvoSDK/IMessageMgr.h>
 
 #include <QGuiApplication>
+#include <QQmlContext>
+#include <QVariantMap>
 
 namespace NelvoDevkit {
 
-Editor::Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log) : m_plugin(plugin), m_log(log)
+namespace {
+
+//! As the component panel of the plug-in asks for them.
+QVariantMap editColors()
+{
+    return {{QStringLiteral("eGlobalBackGround"), QStringLiteral("#20222e")},
+            {QStringLiteral("eGlobalBorderColor"), QStringLiteral("#3d4054")}};
+}
+
+} // namespace
+
+Editor::Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log, QWebChannel* channel)
+    : m_plugin(plugin), m_log(log), m_channel(channel), m_webViews(log)
 {
     m_plugin.SetHostContext(static_cast<NelvoSDK::IHostContext*>(this));
     m_plugin.Initialize();
     m_plugin.GetLoginMgr()->GetLoginActor()->Attach(this);
     m_plugin.GetMessageMgr()->Attach(this);
     m_projects = std::make_unique<ProjectDesk>(m_plugin, m_log);
+    m_models = std::make_unique<ModelDesk>(m_plugin, m_log);
+    m_component = std::make_unique<ComponentCard>(*m_projects->devices());
+    connect(m_projects.get(), &ProjectDesk::sessionInstalled, m_models.get(), &ModelDesk::readModels);
     logAction(QStringLiteral("plug-in %1 initialized").arg(pluginVersion()));
 }
 
@@ -23,6 +40,8 @@ Editor::~Editor()
 {
     m_plugin.GetMessageMgr()->Detach(this);
     m_plugin.GetLoginMgr()->GetLoginActor()->Detach(this);
+    m_component.reset();
+    m_models.reset();
     m_projects.reset();
     m_plugin.Shutdown();
     m_plugin.SetHostContext(nullptr);
@@ -41,6 +60,16 @@ QVariantList Editor::session() const
 QString Editor::pluginVersion() const
 {
     return QString::fromStdWString(m_plugin.GetVersion());
+}
+
+void Editor::publish(QQmlContext* context)
+{
+    context->setContextProperty(QStringLiteral("globalEditColor"), editColors());
+    context->setContextProperty(QStringLiteral("compCardData"), m_component.get());
+    context->setContextProperty(QStringLiteral("componentObject"), m_component.get());
+    context->setContextProperty(QStringLiteral("webViewMgr"), &m_webViews);
+    context->setContextProperty(QStringLiteral("appPath"), QCoreApplication::applicationDirPath());
+    m_models->publish(context);
 }
 
 void Editor::start()
@@ -83,8 +112,9 @@ void Editor::forgetNotice()
 
 QWebChannel* Editor::GetWebChannel()
 {
-    logCall(QStringLiteral("IHostContext::GetWebChannel: none"));
-    return nullptr;
+    logCall(QStringLiteral("IHostContext::GetWebChannel") +
+            (m_channel ? QString() : QStringLiteral(": none")));
+    return m_channel;
 }
 
 void Editor::OnLoginSucceeded(const NelvoSDK::LoginSession& session)

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "host/componentcard.h"
 #include "host/logmodel.h"
+#include "host/modeldesk.h"
 #include "host/projectdesk.h"
+#include "host/webviews.h"
 
 #include <NelvoSDK/IHostContext.h>
 #include <NelvoSDK/ILoginObserver.h>
@@ -19,7 +22,8 @@ namespace NelvoDevkit {
 //! \brief The editor behind the host's window: holds the session and speaks with the plug-in.
 //!
 //! From construction to destruction the plug-in is initialised and this object is attached as observer.
-//! Create and destroy it while a QGuiApplication exists.
+//! Create and destroy it while a QGuiApplication exists, and destroy the QML engine that it was published in
+//! before it: pages of the plug-in end before the plug-in.
 class Editor : public QObject,
                private NelvoSDK::IHostContext,
                private NelvoSDK::ILoginObserver,
@@ -31,12 +35,16 @@ class Editor : public QObject,
     Q_PROPERTY(QVariantList session READ session NOTIFY sessionChanged)
     Q_PROPERTY(QString pluginVersion READ pluginVersion CONSTANT)
     Q_PROPERTY(NelvoDevkit::ProjectDesk* projects READ projects CONSTANT)
+    Q_PROPERTY(NelvoDevkit::ModelDesk* models READ models CONSTANT)
+    Q_PROPERTY(NelvoDevkit::ComponentCard* component READ component CONSTANT)
+    Q_PROPERTY(NelvoDevkit::WebViews* webViews READ webViews CONSTANT)
     //! Why this client has been forced offline; empty while it has not, or the user knows.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
 public:
-    //! Neither is owned; both live longer than the editor.
-    Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log);
+    //! `channel` is what the plug-in gets as the host's web channel; it may be null. None is owned, and all
+    //! live longer than the editor.
+    Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log, QWebChannel* channel);
     ~Editor() override;
     Q_DISABLE_COPY(Editor)
 
@@ -47,8 +55,13 @@ public:
     QVariantList session() const;
     QString pluginVersion() const;
     ProjectDesk* projects() const { return m_projects.get(); }
+    ModelDesk* models() const { return m_models.get(); }
+    ComponentCard* component() const { return m_component.get(); }
+    WebViews* webViews() { return &m_webViews; }
     QString notice() const { return m_noticeDismissed ? QString() : m_notice; }
 
+    //! Puts all that the plug-in's pages use into the context, which is not owned. Before anything is loaded.
+    void publish(QQmlContext* context);
     //! Starts the sign-in; once. Call it from the event loop, so that the plug-in can end that loop.
     void start();
     //! Shows the login window; the session stays until another takes its place.
@@ -80,7 +93,11 @@ private:
 
     NelvoSDK::INelvoSDKPlugin& m_plugin;
     LogModel& m_log;
+    QWebChannel* m_channel;
     std::unique_ptr<ProjectDesk> m_projects;
+    std::unique_ptr<ModelDesk> m_models;
+    std::unique_ptr<ComponentCard> m_component;
+    WebViews m_webViews;
     std::optional<NelvoSDK::LoginSession> m_session;
     //! The last sign-in that brought cookies, while they are good.
     std::optional<NelvoSDK::LoginSession> m_cookieSource;

@@ -4,13 +4,17 @@
 #include "host/logfilter.h"
 #include "host/logmodel.h"
 #include "host/messagecapture.h"
+#include "host/modeldatabase.h"
 #include "host/pluginlibrary.h"
 #include "host/signinalone.h"
 #include "host/tour.h"
+#include "host/webchannelserver.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QQuickItem>
 #include <QTimer>
 #include <QWindow>
 
@@ -62,6 +66,22 @@ void applySettings(const QString& givenFile)
     settings->apply();
 }
 
+void loadModels(LogModel& log)
+{
+    QString error;
+    if (!loadModelDatabase(QCoreApplication::applicationDirPath(), &error))
+        log.append({LogEntry::Kind::Warning, QStringLiteral("no PDS projects: ") + error, {}});
+}
+
+void startWebChannel(WebChannelServer& server, LogModel& log)
+{
+    QString error;
+    if (server.start(&error))
+        log.append({LogEntry::Kind::Host, QStringLiteral("web channel: ") + server.pageUrl().toString(), {}});
+    else
+        log.append({LogEntry::Kind::Warning, QStringLiteral("no web channel: ") + error, {}});
+}
+
 bool isAnyWindowVisible()
 {
     const QWindowList windows = QGuiApplication::topLevelWindows();
@@ -92,16 +112,23 @@ int run()
     LogModel log;
     const MessageCapture capture(log);
     LogFilter shownLog(log);
-    Editor editor(*plugin, log);
+    loadModels(log);
+    WebChannelServer webChannel;
+    startWebChannel(webChannel, log);
+    Editor editor(*plugin, log, webChannel.channel());
 
     qmlRegisterUncreatableType<LogFilter>("NelvoEditor", 1, 0, "LogFilter",
                                           QStringLiteral("the host has one"));
     QQmlApplicationEngine engine;
+    editor.publish(engine.rootContext());
     engine.setInitialProperties({{QStringLiteral("editor"), QVariant::fromValue(&editor)},
-                                 {QStringLiteral("log"), QVariant::fromValue(&shownLog)}});
+                                 {QStringLiteral("log"), QVariant::fromValue(&shownLog)},
+                                 {QStringLiteral("webChannelPage"), webChannel.pageUrl()}});
     engine.load(QUrl(QStringLiteral("qrc:/NelvoEditor/Main.qml")));
     if (engine.rootObjects().isEmpty())
         throw StartFailure(QStringLiteral("the host's window did not load"));
+    editor.models()->createDialog(
+        engine.rootObjects().constFirst()->findChild<QQuickItem*>(QStringLiteral("scene")));
 
     QTimer::singleShot(0, &editor, [&] {
         start(editor);
@@ -110,7 +137,9 @@ int run()
         else if (!options.account.isEmpty())
             signInAlone(options.account);
     });
-    return QGuiApplication::exec();
+    const int status = QGuiApplication::exec();
+    editor.models()->destroyDialog();
+    return status;
 }
 
 } // namespace

@@ -64,6 +64,7 @@ void ProjectDesk::installSession(const NelvoSDK::LoginSession& session)
     dropForeignProjects();
     readTree();
     readProjects();
+    Q_EMIT sessionInstalled(int(m_earlierUnits));
 }
 
 void ProjectDesk::closeSession()

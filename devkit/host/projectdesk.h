@@ -81,6 +81,9 @@ Q_SIGNALS:
     void departmentChanged();
     void selectionChanged();
     void detailsChanged();
+    //! The manager has the session of a sign-in. Its tree begins with that many first-level units of
+    //! earlier ones. Told from within an order.
+    void sessionInstalled(int earlierUnits);
 
 private:
     void installSession(const NelvoSDK::LoginSession& session);

@@ -138,8 +138,9 @@ void ProjectTour::failure()
     m_simulator.addFault(QStringLiteral("fault=status&value=503&method=POST&path=/scene/project&once=1"));
     createProject(QStringLiteral("Ill-fated"));
     m_visitor.press(QStringLiteral("uploadButton"));
-    awaitLogLine(QStringLiteral("CProjectInfoMgr::OnUploadProject add project /scene/project falid"));
-    awaitLogLine(QStringLiteral("\"Ill-fated\" is not on the service; it stays local"));
+    m_visitor.awaitLogLine(
+        QStringLiteral("CProjectInfoMgr::OnUploadProject add project /scene/project falid"));
+    m_visitor.awaitLogLine(QStringLiteral("\"Ill-fated\" is not on the service; it stays local"));
     awaitQuiet();
     awaitProjects(LocalList, {QStringLiteral("Ill-fated")});
     takePicture();
@@ -185,7 +186,8 @@ void ProjectTour::pushedOut()
     m_visitor.require(other.isSignedIn(), QStringLiteral("the other host signed in: ") + other.output());
     m_visitor.awaitText(QStringLiteral("notice"), "text",
                         QStringLiteral("您的帐号在另一地点登录，您被迫下线"));
-    awaitLogLine(QStringLiteral("IMessageObserver::OnMessageFirst: 您的帐号在另一地点登录，您被迫下线"));
+    m_visitor.awaitLogLine(
+        QStringLiteral("IMessageObserver::OnMessageFirst: 您的帐号在另一地点登录，您被迫下线"));
     // Where no window manager runs, the other host's window is in front.
     m_visitor.awaitItem(ServerList)->window()->raise();
     takePicture();
@@ -229,12 +231,6 @@ void ProjectTour::awaitProjects(const QString& list, const QStringList& expected
     const QQuickItem* const view = m_visitor.awaitItem(list);
     m_visitor.await([&] { return sorted(names(view)) == sorted(expected); },
                     QStringLiteral("%1: %2").arg(list, expected.join(QStringLiteral(", "))));
-}
-
-void ProjectTour::awaitLogLine(const QString& text) const
-{
-    const QQuickItem* const log = m_visitor.awaitItem(QStringLiteral("logList"));
-    m_visitor.await([&] { return names(log).contains(text); }, QStringLiteral("in the log: ") + text);
 }
 
 //! Waits until nothing is being done.

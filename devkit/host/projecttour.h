@@ -36,7 +36,6 @@ private:
     void selectProject(const QString& name) const;
     void createProject(const QString& name) const;
     void awaitProjects(const QString& list, const QStringList& names) const;
-    void awaitLogLine(const QString& text) const;
     void awaitQuiet() const;
     void takePicture() const;
 

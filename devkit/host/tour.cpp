@@ -1,5 +1,6 @@
 #include "host/tour.h"
 
+#include "host/bimtour.h"
 #include "host/projecttour.h"
 #include "host/signintour.h"
 #include "host/toursimulator.h"
@@ -25,7 +26,8 @@ void walk(Visitor& visitor, const QString& servicesFile)
     TourSimulator simulator(visitor, servicesFile);
     SignInTour(visitor, simulator).walk();
     ProjectTour(visitor, simulator).walk();
-    visitor.arriveAt(QStringLiteral("26-closing"));
+    BimTour(visitor, simulator).walk();
+    visitor.arriveAt(QStringLiteral("41-closing"));
     visitor.awaitItem(QStringLiteral("enterprise"))->window()->close();
 }
 
@@ -44,7 +46,7 @@ void runTour(const QString& pictures, const QString& servicesFile)
     }
     // Closing the host's window has to be enough.
     QTimer::singleShot(PatienceMs, QCoreApplication::instance(), [] {
-        std::cout << "MISSED: 26-closing: the process ends with the host's window" << std::endl;
+        std::cout << "MISSED: 41-closing: the process ends with the host's window" << std::endl;
         QCoreApplication::exit(EXIT_FAILURE);
     });
 }

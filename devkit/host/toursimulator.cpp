@@ -13,12 +13,27 @@ namespace {
 
 const QString Enterprise = QStringLiteral("1001");
 
-void collectNames(const QJsonObject& unit, QStringList& names)
+//! What `unit` and all units below it have under that key.
+void collect(const QJsonObject& unit, const QString& key, QStringList& found)
 {
-    names.append(unit.value(QStringLiteral("name")).toString());
+    found.append(unit.value(key).toString());
     const QJsonArray children = unit.value(QStringLiteral("children")).toArray();
     for (const QJsonValue child : children)
-        collectNames(child.toObject(), names);
+        collect(child.toObject(), key, found);
+}
+
+//! The unit of that name, `unit` or one below it; empty if there is none.
+QJsonObject findUnit(const QJsonObject& unit, const QString& name)
+{
+    if (unit.value(QStringLiteral("name")).toString() == name)
+        return unit;
+    const QJsonArray children = unit.value(QStringLiteral("children")).toArray();
+    for (const QJsonValue child : children) {
+        QJsonObject found = findUnit(child.toObject(), name);
+        if (!found.isEmpty())
+            return found;
+    }
+    return {};
 }
 
 } // namespace
@@ -71,10 +86,31 @@ QJsonObject TourSimulator::bindings(const QString& projectId)
 
 QStringList TourSimulator::unitNames()
 {
-    exchange("GET", m_editorUrl + QStringLiteral("/org/heartbeat"));
-    const QByteArray tree = exchange("GET", m_editorUrl + QStringLiteral("/org/tree"));
     QStringList names;
-    collectNames(QJsonDocument::fromJson(tree).object().value(QStringLiteral("data")).toObject(), names);
+    collect(editorData(QStringLiteral("/org/tree")).toObject(), QStringLiteral("name"), names);
+    return names;
+}
+
+QStringList TourSimulator::modelNames(const QString& unit)
+{
+    const QJsonObject tree = editorData(QStringLiteral("/org/tree")).toObject();
+    QStringList units;
+    collect(unit.isEmpty() ? tree : findUnit(tree, unit), QStringLiteral("value"), units);
+    QStringList names;
+    const QJsonArray models = editorData(QStringLiteral("/bim/relation/")).toArray();
+    for (const QJsonValue model : models) {
+        if (units.contains(model[QStringLiteral("deptId")].toString()))
+            names.append(model[QStringLiteral("ppName")].toString());
+    }
+    return names;
+}
+
+QStringList TourSimulator::drawingNames()
+{
+    QStringList names;
+    const QJsonArray drawings = editorData(QStringLiteral("/bim/relation/dwg")).toArray();
+    for (const QJsonValue drawing : drawings)
+        names.append(drawing[QStringLiteral("dwgName")].toString());
     return names;
 }
 
@@ -100,6 +136,14 @@ QJsonArray TourSimulator::projects()
         .toObject()
         .value(Enterprise)
         .toArray();
+}
+
+QJsonValue TourSimulator::editorData(const QString& path)
+{
+    exchange("GET", m_editorUrl + QStringLiteral("/org/heartbeat"));
+    return QJsonDocument::fromJson(exchange("GET", m_editorUrl + path))
+        .object()
+        .value(QStringLiteral("data"));
 }
 
 QByteArray TourSimulator::exchange(const QByteArray& method, const QString& url, const QByteArray& body)

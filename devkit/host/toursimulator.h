@@ -28,6 +28,10 @@ public:
     QJsonObject bindings(const QString& projectId);
     //! Names of the enterprise's units, each followed by those below it.
     QStringList unitNames();
+    //! Names of the enterprise's models; of those of one unit and all below it, if one is named.
+    QStringList modelNames(const QString& unit = {});
+    //! Names of the enterprise's drawings.
+    QStringList drawingNames();
 
     //! Adds a fault; `query` is that of the control path.
     void addFault(const QString& query);
@@ -36,6 +40,8 @@ public:
 
 private:
     QJsonArray projects();
+    //! What the editor service tells a client under that path.
+    QJsonValue editorData(const QString& path);
     QByteArray exchange(const QByteArray& method, const QString& url, const QByteArray& body = {});
 
     const Visitor& m_visitor;

@@ -1,5 +1,6 @@
 #include "host/visitor.h"
 
+#include <QAbstractItemModel>
 #include <QGuiApplication>
 #include <QPixmap>
 #include <QQuickItem>
@@ -93,6 +94,21 @@ QQuickItem* Visitor::awaitItemWith(const QString& name, const char* property, co
     };
     await(isThere, QStringLiteral("%1 '%2'").arg(name, value));
     return match;
+}
+
+QStringList Visitor::logLines() const
+{
+    const QQuickItem* const list = awaitItem(QStringLiteral("logList"));
+    const auto* const model = list->property("model").value<QAbstractItemModel*>();
+    QStringList lines;
+    for (int row = 0; row < model->rowCount(); ++row)
+        lines.append(model->index(row, 0).data().toString());
+    return lines;
+}
+
+void Visitor::awaitLogLine(const QString& text) const
+{
+    await([&] { return logLines().contains(text); }, QStringLiteral("in the log: ") + text);
 }
 
 void Visitor::awaitNewestLine() const

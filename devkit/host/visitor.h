@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <utility>
@@ -47,6 +48,9 @@ public:
     void awaitText(const QString& item, const char* property, const QString& text) const;
     //! Waits for an item of that name which has that value.
     QQuickItem* awaitItemWith(const QString& name, const char* property, const QString& value) const;
+    //! What the log shows.
+    QStringList logLines() const;
+    void awaitLogLine(const QString& text) const;
     //! Waits until the log shows its end.
     void awaitNewestLine() const;
 

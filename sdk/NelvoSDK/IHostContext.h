@@ -13,7 +13,8 @@ public:
     virtual void ReservedFirst() {}
     virtual void ReservedSecond() {}
     virtual void ReservedThird() {}
-    //! The host's web channel, not owned by the plug-in, or null if the host has none.
+    //! The host's web channel, not owned by the plug-in, or null if the host has none. Asked for by
+    //! IPdsMgr::InitBimData, on the GUI thread.
     virtual QWebChannel* GetWebChannel() = 0;
 
 protected:

@@ -32,8 +32,9 @@ public:
     virtual void ReservedHook() = 0;
     //! Publishes `pdsMgr` and `orgModel` in the host's QML context. Not owned.
     virtual void SetQmlContext(QQmlContext* context) = 0;
-    //! Builds the dialog as a child of the host's item, not yet visible. Needs SetQmlContext. A dialog
-    //! that fails to load leaves the open operations without effect.
+    //! Builds the dialog as a child of the host's item, with which it goes, not yet visible. Needs
+    //! SetQmlContext. A dialog that fails to load leaves the open operations without effect. A second call
+    //! builds another one, which is used from then on; the first stays with its item.
     virtual void CreateBimDialog(QQuickItem* parent) = 0;
     //! Places the dialog over the host's item and shows the BIM models.
     virtual void OpenBimDialog() = 0;
@@ -43,7 +44,8 @@ public:
     virtual void Attach(IPdsObserver* observer) = 0;
     //! Removes an observer; see ILoginActor::Detach.
     virtual void Detach(IPdsObserver* observer) = 0;
-    //! The name of the BIM project `guid` in the lists read so far, or an empty text.
+    //! The name of the model `guid` in the lists read so far, of both kinds, or an empty text. Of two rows
+    //! with one GUID the later counts.
     virtual std::wstring GetBimProjName(const std::wstring& guid) = 0;
 };
 

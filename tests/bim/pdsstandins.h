@@ -1,7 +1,6 @@
 #pragma once
 
 #include <NelvoSDK/IHostContext.h>
-#include <NelvoSDK/INelvoSDKPlugin.h>
 #include <NelvoSDK/IPdsObserver.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
 
@@ -51,7 +50,7 @@ private:
     }
 };
 
-//! \brief Has an organisation tree and nothing else.
+//! \brief Has an organisation tree and nothing else, and expects to fill an empty one.
 class ProjectInfo final : public NelvoSDK::IProjectInfoMgr
 {
 public:
@@ -62,6 +61,7 @@ public:
     bool GetServerProjectTree(std::list<NelvoSDK::ProjectNode>&) override { return false; }
     bool GetOrgTree(NelvoSDK::OrgTreeNode& root) override
     {
+        wasAskedForEmpty = root.id.empty() && root.name.empty() && root.children.empty();
         root = tree;
         return true;
     }
@@ -74,21 +74,7 @@ public:
     void ReservedSecond() override {}
 
     NelvoSDK::OrgTreeNode tree;
-};
-
-//! \brief A plug-in with a project manager, and with the host context that it is given.
-class Plugin final : public NelvoSDK::INelvoSDKPlugin
-{
-public:
-    bool Initialize() override { return true; }
-    bool Shutdown() override { return true; }
-    void ReservedHook() override {}
-    std::wstring GetVersion() override { return {}; }
-    NelvoSDK::ILoginMgr* GetLoginMgr() override { return nullptr; }
-    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return &projects; }
-    NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
-
-    ProjectInfo projects;
+    bool wasAskedForEmpty = false;
 };
 
 //! \brief A host with the web channel that it is given, or none.

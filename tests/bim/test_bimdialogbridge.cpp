@@ -2,9 +2,11 @@
 
 #include "tests/bim/pdsstandins.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/pluginstandin.h"
 
 #include <BVUtility/CTreeModel.h>
 
+#include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickWindow>
@@ -12,6 +14,7 @@
 
 using NelvoPlugin::CPdsMgr;
 using TestSupport::MessageLog;
+using TestSupport::PluginStandIn;
 
 namespace {
 
@@ -42,9 +45,28 @@ struct Scene {
     QQuickItem item;
 };
 
+//! A dialog that a manager has built in the scene; before anyone opens it.
+struct BuiltDialog : Scene {
+    BuiltDialog()
+    {
+        manager.SetQmlContext(engine.rootContext());
+        manager.CreateBimDialog(&item);
+    }
+
+    QQuickItem* dialog() const { return dialogs().first(); }
+
+    CPdsMgr manager;
+};
+
 QStringList callsOf(const QQuickItem* dialog)
 {
     return dialog->property("calls").toStringList();
+}
+
+BVUTILITY::CTreeModel* modelIn(const QQmlContext& context)
+{
+    return qobject_cast<BVUTILITY::CTreeModel*>(
+        context.contextProperty(QStringLiteral("orgModel")).value<QObject*>());
 }
 
 QStringList words(const char* text)
@@ -60,8 +82,10 @@ class TestBimDialogBridge : public QObject
 
 private Q_SLOTS:
     void contextShowsManagerAndModel();
+    void treeThatIsNotKnownIsAnEmptyUnit();
     void contextForgetsADestroyedManager();
     void dialogIsAChildWithoutAVisualParent();
+    void dialogSeesTheContextThatTheManagerHas();
     void openingPlacesTheDialog();
     void openingGoesThroughTheParentsTransform();
     void openingTwicePlacesTheDialogAgain();
@@ -80,151 +104,165 @@ void TestBimDialogBridge::contextShowsManagerAndModel()
     manager.SetQmlContext(scene.engine.rootContext());
     const QQmlContext* context = scene.engine.rootContext();
     QCOMPARE(context->contextProperty(QStringLiteral("pdsMgr")).value<QObject*>(), &manager);
-    const auto* model = qobject_cast<BVUTILITY::CTreeModel*>(
-        context->contextProperty(QStringLiteral("orgModel")).value<QObject*>());
+    const auto* model = modelIn(*context);
     QVERIFY(model);
     QVERIFY(!model->parent());
     QVERIFY(QMetaType::type("BVUTILITY::CTreeModel*") != QMetaType::UnknownType);
 
-    Plugin plugin;
-    plugin.projects.tree.name = L"root";
+    ProjectInfo projects;
+    projects.tree.name = L"root";
+    PluginStandIn plugin;
+    plugin.projectInfoMgr = &projects;
     manager.SetPlugin(&plugin);
     manager.InitBimData();
     QCOMPARE(model->rowCount(), 1);
 }
 
+void TestBimDialogBridge::treeThatIsNotKnownIsAnEmptyUnit()
+{
+    Scene scene;
+    ProjectInfo projects;
+    PluginStandIn plugin;
+    plugin.projectInfoMgr = &projects;
+    CPdsMgr manager;
+    manager.SetQmlContext(scene.engine.rootContext());
+    manager.SetPlugin(&plugin);
+    manager.InitBimData();
+    const auto* model = modelIn(*scene.engine.rootContext());
+    QVERIFY(model);
+    QCOMPARE(model->rowCount(), 1);
+    QCOMPARE(model->item(0)->data(Qt::UserRole + 1).toMap(),
+             (QVariantMap{{QStringLiteral("id"), QString()},
+                          {QStringLiteral("name"), QString()},
+                          {QStringLiteral("canSelect"), false}}));
+}
+
 void TestBimDialogBridge::contextForgetsADestroyedManager()
 {
     Scene scene;
+    QPointer<BVUTILITY::CTreeModel> model;
     {
         CPdsMgr manager;
         manager.SetQmlContext(scene.engine.rootContext());
+        model = modelIn(*scene.engine.rootContext());
+        QVERIFY(model);
     }
+    QVERIFY(!model);
     for (const char* name : {"pdsMgr", "orgModel"})
         QVERIFY(!scene.engine.rootContext()->contextProperty(QLatin1String(name)).value<QObject*>());
+    QVERIFY(scene.item.children().isEmpty());
 }
 
 void TestBimDialogBridge::dialogIsAChildWithoutAVisualParent()
 {
     const MessageLog log;
-    Scene scene;
-    CPdsMgr manager;
-    manager.SetQmlContext(scene.engine.rootContext());
-    manager.CreateBimDialog(&scene.item);
-    QCOMPARE(scene.dialogs().size(), 1);
-    const QQuickItem* dialog = scene.dialogs().first();
+    BuiltDialog built;
+    QCOMPARE(built.dialogs().size(), 1);
+    const QQuickItem* dialog = built.dialog();
     QVERIFY(!dialog->parentItem());
-    QCOMPARE(dialog->property("seenManager").value<QObject*>(), &manager);
+    QCOMPARE(dialog->property("seenManager").value<QObject*>(), &built.manager);
     QVERIFY(qobject_cast<BVUTILITY::CTreeModel*>(dialog->property("seenModel").value<QObject*>()));
     QVERIFY(callsOf(dialog).isEmpty());
     QVERIFY2(log.entries().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
 }
 
-void TestBimDialogBridge::openingPlacesTheDialog()
+void TestBimDialogBridge::dialogSeesTheContextThatTheManagerHas()
 {
     Scene scene;
+    QQmlContext context(scene.engine.rootContext());
     CPdsMgr manager;
-    manager.SetQmlContext(scene.engine.rootContext());
+    manager.SetQmlContext(&context);
     manager.CreateBimDialog(&scene.item);
-    manager.OpenBimDialog();
-    const QQuickItem* dialog = scene.dialogs().first();
-    QCOMPARE(dialog->parentItem(), &scene.item);
+    QCOMPARE(scene.dialogs().size(), 1);
+    QCOMPARE(scene.dialogs().first()->property("seenManager").value<QObject*>(), &manager);
+    QVERIFY(!scene.engine.rootContext()->contextProperty(QStringLiteral("pdsMgr")).isValid());
+}
+
+void TestBimDialogBridge::openingPlacesTheDialog()
+{
+    BuiltDialog built;
+    built.manager.OpenBimDialog();
+    const QQuickItem* dialog = built.dialog();
+    QCOMPARE(dialog->parentItem(), &built.item);
     QCOMPARE(dialog->position(), QPointF(30, 40));
     QCOMPARE(callsOf(dialog), words("bim"));
 }
 
 void TestBimDialogBridge::openingGoesThroughTheParentsTransform()
 {
-    Scene scene;
-    scene.item.setTransformOrigin(QQuickItem::TopLeft);
-    scene.item.setScale(2);
-    CPdsMgr manager;
-    manager.SetQmlContext(scene.engine.rootContext());
-    manager.CreateBimDialog(&scene.item);
-    manager.OpenBimDialog();
+    BuiltDialog built;
+    built.item.setTransformOrigin(QQuickItem::TopLeft);
+    built.item.setScale(2);
+    built.manager.OpenBimDialog();
     // Through the scale on the way to the scene, and through the same scale on the way back.
-    QCOMPARE(scene.dialogs().first()->position(), QPointF(30, 40));
-    QCOMPARE(scene.dialogs().first()->mapToScene({0, 0}), QPointF(130 + 60, 90 + 80));
+    QCOMPARE(built.dialog()->position(), QPointF(30, 40));
+    QCOMPARE(built.dialog()->mapToScene({0, 0}), QPointF(130 + 60, 90 + 80));
 }
 
 //! The point goes into the dialog's own coordinates, so a dialog that has been placed is placed anew from
 //! where it stands.
 void TestBimDialogBridge::openingTwicePlacesTheDialogAgain()
 {
-    Scene scene;
-    CPdsMgr manager;
-    manager.SetQmlContext(scene.engine.rootContext());
-    manager.CreateBimDialog(&scene.item);
-    manager.OpenBimDialog();
-    manager.OpenBimDialog();
-    const QQuickItem* dialog = scene.dialogs().first();
+    BuiltDialog built;
+    built.manager.OpenBimDialog();
+    built.manager.OpenBimDialog();
+    const QQuickItem* dialog = built.dialog();
     QCOMPARE(dialog->position(), QPointF(0, 0));
     QCOMPARE(callsOf(dialog), words("bim bim"));
-    manager.OpenBimDialog();
+    built.manager.OpenBimDialog();
     QCOMPARE(dialog->position(), QPointF(30, 40));
 }
 
 void TestBimDialogBridge::dwgDialogCallsItsOwnFunction()
 {
-    Scene scene;
-    CPdsMgr manager;
-    manager.SetQmlContext(scene.engine.rootContext());
-    manager.CreateBimDialog(&scene.item);
-    manager.OpenDWGBimDialog();
-    const QQuickItem* dialog = scene.dialogs().first();
-    QCOMPARE(dialog->parentItem(), &scene.item);
+    BuiltDialog built;
+    built.manager.OpenDWGBimDialog();
+    const QQuickItem* dialog = built.dialog();
+    QCOMPARE(dialog->parentItem(), &built.item);
     QCOMPARE(dialog->position(), QPointF(30, 40));
     QCOMPARE(callsOf(dialog), words("dwg"));
 }
 
 void TestBimDialogBridge::observersHearOpeningAndClosing()
 {
-    Scene scene;
     PdsObserver observer;
-    CPdsMgr manager;
-    manager.Attach(&observer);
-    manager.SetQmlContext(scene.engine.rootContext());
-    manager.CreateBimDialog(&scene.item);
-    QQuickItem* dialog = scene.dialogs().first();
-    manager.onOpenDialog();
-    manager.onCloseDialog();
+    BuiltDialog built;
+    built.manager.Attach(&observer);
+    QQuickItem* dialog = built.dialog();
+    built.manager.onOpenDialog();
+    built.manager.onCloseDialog();
     QCOMPARE(observer.calls, words("opened closed"));
     QCOMPARE(observer.dialogs, (QList<QQuickItem*>{dialog, dialog}));
-    QCOMPARE(observer.visualParents, (QList<QQuickItem*>{&scene.item, nullptr}));
+    QCOMPARE(observer.visualParents, (QList<QQuickItem*>{&built.item, nullptr}));
 }
 
 void TestBimDialogBridge::closingTakesTheDialogOutOfTheScene()
 {
-    Scene scene;
-    CPdsMgr manager;
-    manager.SetQmlContext(scene.engine.rootContext());
-    manager.CreateBimDialog(&scene.item);
-    manager.OpenBimDialog();
-    QPointer<QQuickItem> dialog = scene.dialogs().first();
-    manager.onCloseDialog();
+    BuiltDialog built;
+    built.manager.OpenBimDialog();
+    QPointer<QQuickItem> dialog = built.dialog();
+    built.manager.onCloseDialog();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(dialog);
     QVERIFY(!dialog->parentItem());
-    QCOMPARE(dialog->parent(), &scene.item);
+    QCOMPARE(dialog->parent(), &built.item);
     // It is used again.
-    manager.OpenDWGBimDialog();
-    QCOMPARE(scene.dialogs().size(), 1);
-    QCOMPARE(dialog->parentItem(), &scene.item);
+    built.manager.OpenDWGBimDialog();
+    QCOMPARE(built.dialogs().size(), 1);
+    QCOMPARE(dialog->parentItem(), &built.item);
     QCOMPARE(callsOf(dialog), words("bim dwg"));
 }
 
 void TestBimDialogBridge::secondDialogTakesTheFirstOnesPlace()
 {
-    Scene scene;
-    CPdsMgr manager;
-    manager.SetQmlContext(scene.engine.rootContext());
-    manager.CreateBimDialog(&scene.item);
-    manager.CreateBimDialog(&scene.item);
-    QCOMPARE(scene.dialogs().size(), 2);
-    manager.OpenBimDialog();
-    QVERIFY(callsOf(scene.dialogs().first()).isEmpty());
-    QVERIFY(!scene.dialogs().first()->parentItem());
-    QCOMPARE(callsOf(scene.dialogs().last()), words("bim"));
+    BuiltDialog built;
+    built.manager.CreateBimDialog(&built.item);
+    QCOMPARE(built.dialogs().size(), 2);
+    QCOMPARE(built.item.findChildren<QQmlComponent*>(QString(), Qt::FindDirectChildrenOnly).size(), 2);
+    built.manager.OpenBimDialog();
+    QVERIFY(callsOf(built.dialog()).isEmpty());
+    QVERIFY(!built.dialog()->parentItem());
+    QCOMPARE(callsOf(built.dialogs().last()), words("bim"));
 }
 
 void TestBimDialogBridge::dialogGoesWithTheHostsItem()

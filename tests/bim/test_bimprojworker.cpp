@@ -1,8 +1,7 @@
 #include "bim/bimprojworker.h"
 
+#include "tests/bim/modelservice.h"
 #include "tests/support/messagelog.h"
-
-#include <services/services.h>
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -12,7 +11,6 @@
 #include <QTimer>
 #include <QtTest>
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Fault;
 using NelvoDevkit::LoggedRequest;
 using NelvoPlugin::CBimProjWorker;
@@ -20,16 +18,9 @@ using TestSupport::MessageLog;
 
 namespace {
 
-const auto BimPath = QStringLiteral("/bim/relation/");
-const auto DwgPath = QStringLiteral("/bim/relation/dwg");
 const auto BimFailed = QStringLiteral("CProjectInfoMgr::getBimProjList getprojList /scene/project falied!");
 const auto DwgFailed =
     QStringLiteral("CProjectInfoMgr::getDWGBimProjList getprojList /scene/project falied!");
-
-CannedReply json(const QByteArray& body)
-{
-    return {200, "application/json", body, {}};
-}
 
 //! What the worker has answered, in order.
 struct Answers {
@@ -66,6 +57,7 @@ private Q_SLOTS:
     void rowsKeepOrderAndDuplicates();
     void rowThatIsNoObjectGivesDefaults();
     void answerIsLogged();
+    void logComesBeforeTheAnswer();
     void answerWithoutDataIsAnEmptySuccess_data();
     void answerWithoutDataIsAnEmptySuccess();
     void failedCallGivesAnEmptyFailure_data();
@@ -76,9 +68,7 @@ private Q_SLOTS:
     void requestsOnAThreadAreAnsweredInOrder();
 
 private:
-    QByteArrayList targets() const;
-
-    NelvoDevkit::Services m_services;
+    ModelService m_services;
 };
 
 void TestBimProjWorker::initTestCase()
@@ -89,21 +79,7 @@ void TestBimProjWorker::initTestCase()
 
 void TestBimProjWorker::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.clearRequests();
-    m_services.setReply("GET", BimPath, json(R"({"data":[{"ppName":"bim"}]})"));
-    m_services.setReply("GET", DwgPath, json(R"({"data":[{"dwgName":"dwg"}]})"));
-    qApp->setProperty("sdkAddr", m_services.editorUrl());
-}
-
-QByteArrayList TestBimProjWorker::targets() const
-{
-    QByteArrayList lines;
-    const QVector<LoggedRequest> requests = m_services.requests();
-    for (const LoggedRequest& request : requests)
-        lines.append(request.method + ' ' + request.target);
-    return lines;
+    m_services.reset();
 }
 
 void TestBimProjWorker::metaObject()
@@ -122,12 +98,12 @@ void TestBimProjWorker::metaObject()
 
 void TestBimProjWorker::bimListToTheByte()
 {
-    m_services.setReply("GET", BimPath, json(R"({"data":[{"nelvo3dId":"g","ppName":"楼","projType":1}]})"));
+    m_services.setList(BimPath, R"({"nelvo3dId":"g","ppName":"楼","projType":1})");
     CBimProjWorker worker;
     const Answers answers(worker);
     worker.getBimProjList();
 
-    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/"});
+    QCOMPARE(m_services.targets(), QByteArrayList{"GET /bim/relation/"});
     const LoggedRequest request = m_services.requests().first();
     QVERIFY(request.body.isEmpty());
     QVERIFY(request.header("Content-Type").isNull());
@@ -142,13 +118,12 @@ void TestBimProjWorker::bimListToTheByte()
 
 void TestBimProjWorker::dwgListToTheByte()
 {
-    m_services.setReply("GET", DwgPath,
-                        json(R"({"data":[{"nelvo3dId":"g","dwgName":"图","projType":1,"projectSize":9}]})"));
+    m_services.setList(DwgPath, R"({"nelvo3dId":"g","dwgName":"图","projType":1,"projectSize":9})");
     CBimProjWorker worker;
     const Answers answers(worker);
     worker.getDWGBimProjList();
 
-    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/dwg"});
+    QCOMPARE(m_services.targets(), QByteArrayList{"GET /bim/relation/dwg"});
     QCOMPARE(answers.spy.size(), 1);
     QVERIFY(answers.success(0));
     QCOMPARE(QJsonDocument(answers.array(0)).toJson(QJsonDocument::Compact),
@@ -158,8 +133,7 @@ void TestBimProjWorker::dwgListToTheByte()
 
 void TestBimProjWorker::rowsKeepOrderAndDuplicates()
 {
-    m_services.setReply("GET", BimPath,
-                        json(R"({"data":[{"ppName":"c"},{"ppName":"a"},{"ppName":"c"},{"ppName":"b"}]})"));
+    m_services.setList(BimPath, R"({"ppName":"c"},{"ppName":"a"},{"ppName":"c"},{"ppName":"b"})");
     CBimProjWorker worker;
     const Answers answers(worker);
     worker.getBimProjList();
@@ -168,12 +142,13 @@ void TestBimProjWorker::rowsKeepOrderAndDuplicates()
 
 void TestBimProjWorker::rowThatIsNoObjectGivesDefaults()
 {
-    m_services.setReply("GET", BimPath, json(R"({"data":[7,null,"text",[]]})"));
+    m_services.setList(BimPath, R"(7,null,"text",[])");
     CBimProjWorker worker;
     const Answers answers(worker);
     worker.getBimProjList();
     QCOMPARE(answers.array(0).size(), 4);
-    for (const QJsonValue& record : answers.array(0)) {
+    const QJsonArray records = answers.array(0);
+    for (const QJsonValue record : records) {
         QCOMPARE(record.toObject().value(QStringLiteral("guid")), QJsonValue(QString()));
         QCOMPARE(record.toObject().value(QStringLiteral("profTipText")).toString(),
                  QStringLiteral("其他类型"));
@@ -186,9 +161,22 @@ void TestBimProjWorker::answerIsLogged()
     const MessageLog log;
     worker.getBimProjList();
     QCOMPARE(log.debugs().size(), 1);
-    QVERIFY2(log.debugs().first().contains(QStringLiteral(R"({"data":[{"ppName":"bim"}]})")),
+    QVERIFY2(log.debugs().first().contains(QStringLiteral(R"({"data":[{"nelvo3dId":"b1","ppName":"bim"}]})")),
              qPrintable(log.debugs().first()));
     QVERIFY(log.warnings().isEmpty());
+}
+
+void TestBimProjWorker::logComesBeforeTheAnswer()
+{
+    CBimProjWorker worker;
+    const MessageLog log;
+    QList<int> linesBefore;
+    connect(&worker, &CBimProjWorker::sigSyncBimProjList, this,
+            [&] { linesBefore.append(log.debugs().size()); });
+    worker.getBimProjList();
+    m_services.addFault({Fault::Status, {}, {}, 500, false});
+    worker.getBimProjList();
+    QCOMPARE(linesBefore, (QList<int>{1, 2}));
 }
 
 void TestBimProjWorker::answerWithoutDataIsAnEmptySuccess_data()
@@ -201,7 +189,7 @@ void TestBimProjWorker::answerWithoutDataIsAnEmptySuccess_data()
 void TestBimProjWorker::answerWithoutDataIsAnEmptySuccess()
 {
     QFETCH(QByteArray, body);
-    m_services.setReply("GET", BimPath, json(body));
+    m_services.setAnswer(BimPath, body);
     CBimProjWorker worker;
     const Answers answers(worker);
     worker.getBimProjList();
@@ -245,7 +233,7 @@ void TestBimProjWorker::failedCallGivesAnEmptyFailure()
 
 void TestBimProjWorker::withoutAnAddressTheCallFails()
 {
-    qApp->setProperty("sdkAddr", QVariant());
+    QCoreApplication::instance()->setProperty("sdkAddr", QVariant());
     CBimProjWorker worker;
     const Answers answers(worker);
     const MessageLog log;
@@ -259,9 +247,9 @@ void TestBimProjWorker::addressIsReadAtEachCall()
 {
     CBimProjWorker worker;
     const Answers answers(worker);
-    qApp->setProperty("sdkAddr", QVariant());
+    QCoreApplication::instance()->setProperty("sdkAddr", QVariant());
     worker.getBimProjList();
-    qApp->setProperty("sdkAddr", m_services.editorUrl());
+    QCoreApplication::instance()->setProperty("sdkAddr", m_services.editorUrl());
     worker.getBimProjList();
     QVERIFY(!answers.success(0));
     QVERIFY(answers.success(1));
@@ -285,7 +273,7 @@ void TestBimProjWorker::requestDuringARequestWaits()
     QCOMPARE(namesIn(answers.array(0)), QStringList{QStringLiteral("bim")});
     QCOMPARE(namesIn(answers.array(1)), QStringList{QStringLiteral("dwg")});
     QCOMPARE(namesIn(answers.array(2)), QStringList{QStringLiteral("bim")});
-    QCOMPARE(targets(),
+    QCOMPARE(m_services.targets(),
              (QByteArrayList{"GET /bim/relation/", "GET /bim/relation/dwg", "GET /bim/relation/"}));
 }
 

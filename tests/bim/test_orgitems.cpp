@@ -1,6 +1,6 @@
 #include "bim/orgitems.h"
 
-#include <NelvoSDK/ProjectRecords.h>
+#include "tests/bim/orgnode.h"
 
 #include <QStandardItemModel>
 #include <QtTest>
@@ -11,16 +11,6 @@ using NelvoPlugin::findOrgItem;
 using NelvoSDK::OrgTreeNode;
 
 namespace {
-
-OrgTreeNode node(const std::wstring& id, std::list<OrgTreeNode> children = {}, bool canSelect = true)
-{
-    OrgTreeNode made;
-    made.id = id;
-    made.name = L"名" + id;
-    made.canSelect = canSelect;
-    made.children = std::move(children);
-    return made;
-}
 
 //! r with a (of a1, a2) and b (of b1).
 OrgTreeNode sample()

@@ -1,39 +1,31 @@
 #include "bim/pdsmgr.h"
 
+#include "tests/bim/modelservice.h"
+#include "tests/bim/orgnode.h"
 #include "tests/bim/pdsstandins.h"
 #include "tests/support/messagelog.h"
-
-#include <VLSmartDB/DevkitDatabase.h>
-#include <services/services.h>
+#include "tests/support/pluginstandin.h"
 
 #include <QJsonObject>
 #include <QMetaMethod>
 #include <QSignalSpy>
 #include <QWebChannel>
 #include <QtTest>
+#include <VLSmartDB/DevkitDatabase.h>
 
 #include <atomic>
 #include <chrono>
 #include <memory>
 #include <thread>
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Fault;
-using NelvoDevkit::LoggedRequest;
 using NelvoPlugin::CPdsMgr;
-using NelvoSDK::OrgTreeNode;
 using TestSupport::MessageLog;
+using TestSupport::PluginStandIn;
 
 namespace {
 
-const auto BimPath = QStringLiteral("/bim/relation/");
-const auto DwgPath = QStringLiteral("/bim/relation/dwg");
 const auto ProjectGuid = QStringLiteral("11111111-2222-3333-4444-555555555555");
-
-CannedReply json(const QByteArray& body)
-{
-    return {200, "application/json", body, {}};
-}
 
 QStringList words(const char* text)
 {
@@ -49,20 +41,11 @@ QStringList column(const QJsonArray& records, const char* key)
     return values;
 }
 
-OrgTreeNode node(const std::wstring& id, std::list<OrgTreeNode> children = {}, bool canSelect = true)
-{
-    OrgTreeNode made;
-    made.id = id;
-    made.name = L"name of " + id;
-    made.canSelect = canSelect;
-    made.children = std::move(children);
-    return made;
-}
-
 //! A manager, an observer of it, and the order of its signals.
 struct Pds {
     Pds()
     {
+        plugin.projectInfoMgr = &projects;
         manager.Attach(&observer);
         manager.SetPlugin(&plugin);
         const auto note = [this](const char* name) {
@@ -79,7 +62,8 @@ struct Pds {
     QStringList calls() { return std::exchange(observer.calls, {}); }
     QStringList shown(const char* key = "name") const { return column(manager.getBimProjList(), key); }
 
-    Plugin plugin;
+    ProjectInfo projects;
+    PluginStandIn plugin;
     PdsObserver observer;
     CPdsMgr manager;
 };
@@ -104,12 +88,14 @@ private Q_SLOTS:
     void newManagerHoldsNothing();
     void mapOfNamesIsAMetaType();
     void destroyedWithoutEverHavingFetched();
+    void destroyedRightAfterARequest();
     void destructionWaitsForTheFetch();
 
-    void bimListArrives();
-    void dwgListArrives();
+    void listArrives_data();
+    void listArrives();
     void nothingIsToldUntilTheListArrives();
     void observersAreToldBeforeTheListIsThere();
+    void everythingIsToldOnTheGuiThread();
     void failedFetchIsAnEmptyList_data();
     void failedFetchIsAnEmptyList();
     void failedFetchKeepsTheNames();
@@ -143,15 +129,16 @@ private Q_SLOTS:
     void projectWithoutDepartment();
 
     void initialDataFillsTheTreeAndAsksForTheList();
+    void initialDataGoesInItsOrder();
     void initialDataAgainAppendsTheTree();
     void bimObjectStandsOnTheChannel();
     void initialDataWithoutAChannel();
 
 private:
+    void receiveTree(Pds& pds, const NelvoSDK::OrgTreeNode& tree);
     void receiveBimList(Pds& pds, const QByteArray& rows);
-    QByteArrayList targets() const;
 
-    NelvoDevkit::Services m_services;
+    ModelService m_services;
 };
 
 void TestPdsMgr::initTestCase()
@@ -162,12 +149,7 @@ void TestPdsMgr::initTestCase()
 
 void TestPdsMgr::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.clearRequests();
-    m_services.setReply("GET", BimPath, json(R"({"data":[{"nelvo3dId":"b1","ppName":"bim"}]})"));
-    m_services.setReply("GET", DwgPath, json(R"({"data":[{"nelvo3dId":"d1","dwgName":"dwg"}]})"));
-    qApp->setProperty("sdkAddr", m_services.editorUrl());
+    m_services.reset();
 }
 
 void TestPdsMgr::cleanup()
@@ -175,23 +157,23 @@ void TestPdsMgr::cleanup()
     VLSmartDB::clearDatabase();
 }
 
+//! Takes the organisation over, and waits for the list that is asked for with it.
+void TestPdsMgr::receiveTree(Pds& pds, const NelvoSDK::OrgTreeNode& tree)
+{
+    pds.projects.tree = tree;
+    const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
+    pds.manager.InitBimData();
+    QTRY_COMPARE(arrived.size(), 1);
+}
+
 //! Asks for the BIM list, waits until it is there and forgets what was called meanwhile.
 void TestPdsMgr::receiveBimList(Pds& pds, const QByteArray& rows)
 {
-    m_services.setReply("GET", BimPath, json("{\"data\":[" + rows + "]}"));
+    m_services.setList(BimPath, rows);
     const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
     pds.manager.getBimProj();
     QTRY_COMPARE(arrived.size(), 1);
     pds.calls();
-}
-
-QByteArrayList TestPdsMgr::targets() const
-{
-    QByteArrayList lines;
-    const QVector<LoggedRequest> requests = m_services.requests();
-    for (const LoggedRequest& request : requests)
-        lines.append(request.method + ' ' + request.target);
-    return lines;
 }
 
 void TestPdsMgr::castsByName()
@@ -282,7 +264,7 @@ void TestPdsMgr::newManagerHoldsNothing()
     QVERIFY(manager.getCheckList().isEmpty());
     QVERIFY(!manager.isPdsChecked());
     QVERIFY(!manager.isDWGBimListViewed());
-    Plugin plugin;
+    PluginStandIn plugin;
     manager.SetPlugin(&plugin);
     QCOMPARE(manager.GetPlugin(), &plugin);
     manager.ReservedHook();
@@ -304,12 +286,26 @@ void TestPdsMgr::destroyedWithoutEverHavingFetched()
     QVERIFY(log.entries().isEmpty());
 }
 
+//! Whether or not the thread has taken the request up by then.
+void TestPdsMgr::destroyedRightAfterARequest()
+{
+    PdsObserver late;
+    for (int round = 0; round < 20; ++round) {
+        Pds pds;
+        pds.manager.getBimProj();
+        pds.manager.getDWGBimProj();
+        pds.manager.Attach(&late);
+    }
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(late.calls.isEmpty());
+}
+
 void TestPdsMgr::destructionWaitsForTheFetch()
 {
     m_services.addFault({Fault::Stall, BimPath, "GET", 0, false});
     auto pds = std::make_unique<Pds>();
     pds->manager.getBimProj();
-    QTRY_COMPARE(targets(), QByteArrayList{"GET /bim/relation/"});
+    QTRY_COMPARE(m_services.targets(), QByteArrayList{"GET /bim/relation/"});
     pds->manager.getDWGBimProj();
 
     std::atomic<bool> answered{false};
@@ -322,34 +318,32 @@ void TestPdsMgr::destructionWaitsForTheFetch()
     PdsObserver late;
     pds->manager.Attach(&late);
     pds.reset();
-    QVERIFY(answered);
+    const bool waited = answered;
     service.join();
+    QVERIFY(waited);
     QCoreApplication::sendPostedEvents();
     QVERIFY(late.calls.isEmpty());
     // What was waiting behind the fetch is not taken up any more.
-    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/"});
+    QCOMPARE(m_services.targets(), QByteArrayList{"GET /bim/relation/"});
 }
 
-void TestPdsMgr::bimListArrives()
+void TestPdsMgr::listArrives_data()
 {
-    Pds pds;
-    pds.manager.getBimProj();
-    QCOMPARE(pds.calls(), words("cleared"));
-    QTRY_COMPARE(pds.shown(), words("bim"));
-    QCOMPARE(pds.calls(), words("synced bViewDWGBimListChanged bimProjListChanged"));
-    QVERIFY(!pds.manager.isDWGBimListViewed());
-    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/"});
+    QTest::addColumn<bool>("isDwg");
+    QTest::newRow("bim") << false;
+    QTest::newRow("dwg") << true;
 }
 
-void TestPdsMgr::dwgListArrives()
+void TestPdsMgr::listArrives()
 {
+    QFETCH(bool, isDwg);
     Pds pds;
-    pds.manager.getDWGBimProj();
+    isDwg ? pds.manager.getDWGBimProj() : pds.manager.getBimProj();
     QCOMPARE(pds.calls(), words("cleared"));
-    QTRY_COMPARE(pds.shown(), words("dwg"));
+    QTRY_COMPARE(pds.shown(), words(QTest::currentDataTag()));
     QCOMPARE(pds.calls(), words("synced bViewDWGBimListChanged bimProjListChanged"));
-    QVERIFY(pds.manager.isDWGBimListViewed());
-    QCOMPARE(targets(), QByteArrayList{"GET /bim/relation/dwg"});
+    QCOMPARE(pds.manager.isDWGBimListViewed(), isDwg);
+    QCOMPARE(m_services.targets(), QByteArrayList{"GET " + (isDwg ? DwgPath : BimPath).toLatin1()});
 }
 
 void TestPdsMgr::nothingIsToldUntilTheListArrives()
@@ -358,7 +352,7 @@ void TestPdsMgr::nothingIsToldUntilTheListArrives()
     receiveBimList(pds, R"({"ppName":"old"})");
     m_services.addFault({Fault::Stall, DwgPath, "GET", 0, false});
     pds.manager.getDWGBimProj();
-    QTRY_COMPARE(targets().size(), 2);
+    QTRY_COMPARE(m_services.targets().size(), 2);
     QCOMPARE(pds.calls(), words("cleared"));
     // The values have changed; only the signals wait.
     QVERIFY(pds.shown().isEmpty());
@@ -377,6 +371,26 @@ void TestPdsMgr::observersAreToldBeforeTheListIsThere()
     pds.manager.getBimProj();
     QTRY_COMPARE(pds.shown(), words("bim"));
     QCOMPARE(sizes, (QVector<int>{0, 0, 0, 0}));
+}
+
+void TestPdsMgr::everythingIsToldOnTheGuiThread()
+{
+    Pds pds;
+    QStringList strays;
+    const auto check = [&strays](const QString& call) {
+        if (QThread::currentThread() != QCoreApplication::instance()->thread())
+            strays.append(call);
+    };
+    pds.observer.whenCalled = check;
+    // In the thread that emits, whichever that is.
+    QObject::connect(
+        &pds.manager, &CPdsMgr::bimProjListChanged, &pds.manager,
+        [&check] { check(QStringLiteral("bimProjListChanged")); }, Qt::DirectConnection);
+    const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
+    pds.manager.getBimProj();
+    pds.manager.getDWGBimProj();
+    QTRY_COMPARE(arrived.size(), 2);
+    QCOMPARE(strays, QStringList());
 }
 
 void TestPdsMgr::failedFetchIsAnEmptyList_data()
@@ -466,9 +480,7 @@ void TestPdsMgr::quickSwitchesAreAnsweredInOrder()
 void TestPdsMgr::arrivingListDropsTheFilter()
 {
     Pds pds;
-    pds.plugin.projects.tree = node(L"r", {node(L"a")});
-    pds.manager.InitBimData();
-    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveTree(pds, node(L"r", {node(L"a")}));
     const QByteArray rows = R"({"ppName":"one","deptId":"a"},{"ppName":"two","deptId":"r"})";
     receiveBimList(pds, rows);
     pds.manager.searchBydeptId(QStringLiteral("a"));
@@ -654,9 +666,7 @@ void TestPdsMgr::checkingIsTheDefault()
 void TestPdsMgr::departmentAndAllBelowIt()
 {
     Pds pds;
-    pds.plugin.projects.tree = node(L"r", {node(L"a", {node(L"a1", {node(L"a11")})}), node(L"b")});
-    pds.manager.InitBimData();
-    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveTree(pds, node(L"r", {node(L"a", {node(L"a1", {node(L"a11")})}), node(L"b")}));
     receiveBimList(pds, R"({"ppName":"below","deptId":"a11"},{"ppName":"above","deptId":"r"},
         {"ppName":"self","deptId":"a1"},{"ppName":"beside","deptId":"b"},{"ppName":"below2","deptId":"a11"})");
     pds.manager.searchBydeptId(QStringLiteral("a1"));
@@ -670,9 +680,7 @@ void TestPdsMgr::departmentAndAllBelowIt()
 void TestPdsMgr::emptyDepartmentShowsAll()
 {
     Pds pds;
-    pds.plugin.projects.tree = node(L"r", {node(L"a")});
-    pds.manager.InitBimData();
-    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveTree(pds, node(L"r", {node(L"a")}));
     receiveBimList(pds, R"({"ppName":"one","deptId":"a"},{"ppName":"two","deptId":"elsewhere"})");
     pds.manager.searchBydeptId(QStringLiteral("a"));
     QCOMPARE(pds.shown(), words("one"));
@@ -703,9 +711,7 @@ void TestPdsMgr::unknownDepartmentEmptiesQuietly()
 void TestPdsMgr::departmentThatCannotBeChosenFilters()
 {
     Pds pds;
-    pds.plugin.projects.tree = node(L"r", {node(L"a", {}, false)}, false);
-    pds.manager.InitBimData();
-    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveTree(pds, node(L"r", {node(L"a", {}, false)}, false));
     receiveBimList(pds, R"({"ppName":"one","deptId":"a"},{"ppName":"two","deptId":"r"})");
     pds.manager.searchBydeptId(QStringLiteral("a"));
     QCOMPARE(pds.shown(), words("one"));
@@ -714,9 +720,7 @@ void TestPdsMgr::departmentThatCannotBeChosenFilters()
 void TestPdsMgr::departmentsCompareExactly()
 {
     Pds pds;
-    pds.plugin.projects.tree = node(L"Dept");
-    pds.manager.InitBimData();
-    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveTree(pds, node(L"Dept"));
     receiveBimList(pds, R"({"ppName":"one","deptId":"dept"},{"ppName":"two","deptId":"Dept"})");
     pds.manager.searchBydeptId(QStringLiteral("Dept"));
     QCOMPARE(pds.shown(), words("two"));
@@ -726,16 +730,14 @@ void TestPdsMgr::projectWithoutDepartment()
 {
     const QByteArray rows = R"({"ppName":"free"},{"ppName":"bound","deptId":"a"})";
     Pds pds;
-    pds.plugin.projects.tree = node(L"r", {node(L"a")});
-    pds.manager.InitBimData();
-    QTRY_COMPARE(pds.shown(), words("bim"));
+    receiveTree(pds, node(L"r", {node(L"a")}));
     receiveBimList(pds, rows);
     pds.manager.searchBydeptId(QStringLiteral("r"));
     QCOMPARE(pds.shown(), words("bound"));
 
     // A unit without an id below the chosen one takes it in.
     Pds odd;
-    odd.plugin.projects.tree = node(L"r", {node({})});
+    odd.projects.tree = node(L"r", {node({})});
     odd.manager.InitBimData();
     QTRY_COMPARE(odd.shown(), words("free bound"));
     odd.manager.searchBydeptId(QStringLiteral("r"));
@@ -749,9 +751,9 @@ void TestPdsMgr::initialDataFillsTheTreeAndAsksForTheList()
     QTRY_COMPARE(pds.shown(), words("dwg"));
     pds.calls();
     m_services.addFault({Fault::Stall, BimPath, "GET", 0, false});
-    pds.plugin.projects.tree = node(L"r");
+    pds.projects.tree = node(L"r");
     pds.manager.InitBimData();
-    QTRY_COMPARE(targets(), (QByteArrayList{"GET /bim/relation/dwg", "GET /bim/relation/"}));
+    QTRY_COMPARE(m_services.targets(), (QByteArrayList{"GET /bim/relation/dwg", "GET /bim/relation/"}));
     // Lists and flag stay as they are, and nobody is told that they were emptied.
     QVERIFY(pds.calls().isEmpty());
     QCOMPARE(pds.shown(), words("dwg"));
@@ -760,13 +762,33 @@ void TestPdsMgr::initialDataFillsTheTreeAndAsksForTheList()
     QVERIFY(pds.manager.isDWGBimListViewed());
 }
 
+void TestPdsMgr::initialDataGoesInItsOrder()
+{
+    QWebChannel channel;
+    HostContext host;
+    host.channel = &channel;
+    Pds pds;
+    pds.plugin.SetHostContext(static_cast<NelvoSDK::IHostContext*>(&host));
+    pds.projects.tree = node(L"r");
+    QStringList seen;
+    QObject::connect(&pds.manager, &CPdsMgr::sigGetBimProjList, [&] {
+        // A department that is not there yet would change nothing.
+        pds.manager.searchBydeptId(QStringLiteral("r"));
+        seen = pds.calls() + channel.registeredObjects().keys();
+    });
+    pds.manager.InitBimData();
+    QVERIFY(pds.projects.wasAskedForEmpty);
+    QCOMPARE(seen, words("bimProjListChanged"));
+    QCOMPARE(channel.registeredObjects().keys(), words("bimObject"));
+}
+
 void TestPdsMgr::initialDataAgainAppendsTheTree()
 {
     Pds pds;
-    pds.plugin.projects.tree = node(L"first");
+    pds.projects.tree = node(L"first");
     const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
     pds.manager.InitBimData();
-    pds.plugin.projects.tree = node(L"second");
+    pds.projects.tree = node(L"second");
     pds.manager.InitBimData();
     QTRY_COMPARE(arrived.size(), 2);
     receiveBimList(pds, R"({"ppName":"one","deptId":"first"},{"ppName":"two","deptId":"second"})");
@@ -802,7 +824,7 @@ void TestPdsMgr::initialDataWithoutAChannel()
     HostContext host;
     Pds pds;
     const QSignalSpy arrived(&pds.manager, &CPdsMgr::bimProjListChanged);
-    pds.plugin.projects.tree = node(L"r");
+    pds.projects.tree = node(L"r");
     pds.manager.InitBimData();
     pds.plugin.SetHostContext(static_cast<NelvoSDK::IHostContext*>(&host));
     pds.manager.InitBimData();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pdsstandin.h"
 #include "projectinfostandin.h"
 
 #include <NelvoSDK/ILoginMgr.h>
@@ -7,6 +8,8 @@
 #include <NelvoSDK/INelvoSDKPlugin.h>
 
 #include <QStringList>
+
+#include <functional>
 
 //! \brief A plug-in that does nothing but write down what the host calls, and in which order.
 class PluginStandIn final : public NelvoSDK::INelvoSDKPlugin,
@@ -17,17 +20,26 @@ class PluginStandIn final : public NelvoSDK::INelvoSDKPlugin,
 public:
     QStringList calls;
     ProjectInfoStandIn projects;
+    PdsStandIn models;
     NelvoSDK::ILoginObserver* loginObserver = nullptr;
     NelvoSDK::IMessageObserver* messageObserver = nullptr;
 
+    //! Runs where the plug-in ends.
+    std::function<void()> onShutdown;
+
     // INelvoSDKPlugin
     bool Initialize() override { return note("Initialize"), true; }
-    bool Shutdown() override { return note("Shutdown"), true; }
+    bool Shutdown() override
+    {
+        if (onShutdown)
+            onShutdown();
+        return note("Shutdown"), true;
+    }
     void ReservedHook() override {}
     std::wstring GetVersion() override { return L"9.8.7"; }
     NelvoSDK::ILoginMgr* GetLoginMgr() override { return this; }
     NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return &projects; }
-    NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
+    NelvoSDK::IPdsMgr* GetPdsMgr() override { return &models; }
     NelvoSDK::IMessageMgr* GetMessageMgr() override { return this; }
     void SetHostContext(void* context) override
     {

@@ -2,9 +2,15 @@
 
 #include "pluginstandin.h"
 
+#include <QColor>
 #include <QGuiApplication>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlExpression>
+#include <QWebChannel>
 #include <QtTest>
 
+using NelvoDevkit::DeviceList;
 using NelvoDevkit::Editor;
 using NelvoDevkit::LogEntry;
 using NelvoDevkit::LogModel;
@@ -15,7 +21,10 @@ class TestHostEditor : public QObject
 
 private Q_SLOTS:
     void orderOfCalls();
-    void contextHasNoWebChannel();
+    void contextHandsOverTheWebChannel();
+    void pagesFindTheirObjects();
+    void modelsFollowTheSession();
+    void plugInOutlivesTheDesks();
     void noSessionAtFirst();
     void sessionAfterSuccess();
     void everyFieldHasItsRow();
@@ -69,7 +78,7 @@ void TestHostEditor::orderOfCalls()
     PluginStandIn plugin;
     LogModel log;
     {
-        Editor editor(plugin, log);
+        Editor editor(plugin, log, nullptr);
         QCOMPARE(plugin.calls,
                  (QStringList{"SetHostContext", "Initialize", "Attach login", "Attach message"}));
         QCOMPARE(editor.pluginVersion(), QStringLiteral("9.8.7"));
@@ -82,20 +91,90 @@ void TestHostEditor::orderOfCalls()
              (QStringList{"Detach message", "Detach login", "Shutdown", "SetHostContext null"}));
 }
 
-void TestHostEditor::contextHasNoWebChannel()
+void TestHostEditor::contextHandsOverTheWebChannel()
+{
+    const auto channelOf = [](PluginStandIn& plugin) {
+        return static_cast<NelvoSDK::IHostContext*>(plugin.GetHostContext())->GetWebChannel();
+    };
+    PluginStandIn plugin;
+    LogModel log;
+    {
+        const Editor editor(plugin, log, nullptr);
+        QCOMPARE(channelOf(plugin), nullptr);
+    }
+    QWebChannel channel;
+    const Editor editor(plugin, log, &channel);
+    QCOMPARE(channelOf(plugin), &channel);
+}
+
+//! What the plug-in's component panel needs, asked for as that page does.
+void TestHostEditor::pagesFindTheirObjects()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
-    auto* const context = static_cast<NelvoSDK::IHostContext*>(plugin.GetHostContext());
-    QCOMPARE(context->GetWebChannel(), nullptr);
+    Editor editor(plugin, log, nullptr);
+    QQmlEngine engine;
+    editor.publish(engine.rootContext());
+    QVERIFY(plugin.models.calls.contains(QStringLiteral("SetQmlContext")));
+    DeviceList& devices = *editor.projects()->devices();
+    devices.setProject(QStringLiteral("p-1"));
+    devices.setData(devices.index(0), QStringLiteral("SN-1"), DeviceList::SerialRole);
+    const auto evaluate = [&engine](const QString& expression) {
+        QQmlExpression asked(engine.rootContext(), nullptr, expression);
+        const QVariant value = asked.evaluate();
+        return asked.hasError() ? asked.error().toString() : value.toString();
+    };
+    editor.component()->select(devices.index(0).data(DeviceList::GuidRole).toString());
+    QCOMPARE(evaluate(QStringLiteral("compCardData.deviceID")), QStringLiteral("SN-1"));
+    QCOMPARE(evaluate(QStringLiteral("appPath")), QCoreApplication::applicationDirPath());
+    QVERIFY(QColor(evaluate(QStringLiteral("globalEditColor.eGlobalBackGround"))).isValid());
+    QVERIFY(QColor(evaluate(QStringLiteral("globalEditColor.eGlobalBorderColor"))).isValid());
+    evaluate(QStringLiteral("webViewMgr.openWeb(appPath + '/device.html', Qt.rect(0, 0, 368, 440))"));
+    QCOMPARE(editor.webViews()->url(),
+             QCoreApplication::applicationDirPath() + QStringLiteral("/device.html"));
+    evaluate(QStringLiteral("componentObject.clearDeviceData(componentObject.currentComp)"));
+    QCOMPARE(devices.boundCount(), 0);
+}
+
+void TestHostEditor::modelsFollowTheSession()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    Editor editor(plugin, log, nullptr);
+    const auto count = [&plugin] { return plugin.models.calls.count(QStringLiteral("InitBimData")); };
+    plugin.projects.whileBlocking = [&] { QCOMPARE(count(), 0); };
+    plugin.loginObserver->OnLoginSucceeded(fullSession());
+    QTRY_VERIFY(!editor.projects()->queue()->isBusy());
+    QCOMPARE(count(), 1);
+    QVERIFY(editor.models()->isReady());
+
+    // There is no organisation without a service.
+    plugin.projects.whileBlocking = nullptr;
+    NelvoSDK::LoginSession session = fullSession();
+    session.sdkAddr.clear();
+    plugin.loginObserver->OnLoginSucceeded(session);
+    QTRY_VERIFY(!editor.projects()->queue()->isBusy());
+    QCOMPARE(count(), 1);
+}
+
+void TestHostEditor::plugInOutlivesTheDesks()
+{
+    PluginStandIn plugin;
+    LogModel log;
+    {
+        const Editor editor(plugin, log, nullptr);
+        QVERIFY(plugin.models.observer != nullptr);
+        plugin.models.calls.clear();
+        plugin.onShutdown = [&plugin] { QCOMPARE(plugin.models.calls, QStringList("Detach")); };
+    }
+    QVERIFY(plugin.models.observer == nullptr);
 }
 
 void TestHostEditor::noSessionAtFirst()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
+    const Editor editor(plugin, log, nullptr);
     QVERIFY(!editor.isSignedIn());
     QCOMPARE(editor.enterprise(), QString());
     QVERIFY(editor.session().isEmpty());
@@ -105,7 +184,7 @@ void TestHostEditor::sessionAfterSuccess()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
+    const Editor editor(plugin, log, nullptr);
     QSignalSpy changed(&editor, &Editor::sessionChanged);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
     QCOMPARE(changed.size(), 1);
@@ -117,7 +196,7 @@ void TestHostEditor::everyFieldHasItsRow()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
+    const Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
     const QMap<QString, QString> expected = {
         {"token", "the token"},
@@ -143,7 +222,7 @@ void TestHostEditor::failureLeavesTheSession()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
+    const Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginFailed();
     QVERIFY(!editor.isSignedIn());
     plugin.loginObserver->OnLoginSucceeded(fullSession());
@@ -155,7 +234,7 @@ void TestHostEditor::anotherSessionTakesItsPlace()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
+    const Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
     NelvoSDK::LoginSession other;
     other.epName = L"another";
@@ -168,7 +247,7 @@ void TestHostEditor::signInAgainKeepsTheSession()
 {
     PluginStandIn plugin;
     LogModel log;
-    Editor editor(plugin, log);
+    Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
     plugin.calls.clear();
     editor.signInAgain();
@@ -180,7 +259,7 @@ void TestHostEditor::signOutForgetsTheSession()
 {
     PluginStandIn plugin;
     LogModel log;
-    Editor editor(plugin, log);
+    Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
     QGuiApplication::setQuitOnLastWindowClosed(false); // as the plug-in leaves it
     plugin.calls.clear();
@@ -197,7 +276,7 @@ void TestHostEditor::everyCallIsLogged()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
+    const Editor editor(plugin, log, nullptr);
     static_cast<NelvoSDK::IHostContext*>(plugin.GetHostContext())->GetWebChannel();
     plugin.loginObserver->OnLoginFailed();
     plugin.loginObserver->OnLoginSucceeded(fullSession());
@@ -225,7 +304,7 @@ void TestHostEditor::projectsFollowTheSession()
 {
     PluginStandIn plugin;
     LogModel log;
-    Editor editor(plugin, log);
+    Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
     QVERIFY(!plugin.projects.calls.contains(QStringLiteral("ReflushProjOrgInfo")));
     QTRY_VERIFY(!editor.projects()->queue()->isBusy());
@@ -241,7 +320,7 @@ void TestHostEditor::earlierCookiesHoldOn()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
+    const Editor editor(plugin, log, nullptr);
     const auto cookiesAfter = [&](const NelvoSDK::LoginSession& session) {
         plugin.loginObserver->OnLoginSucceeded(session);
         if (!QTest::qWaitFor([&editor] { return !editor.projects()->queue()->isBusy(); }, 30000))
@@ -265,7 +344,7 @@ void TestHostEditor::noticeOfThePushOut()
 {
     PluginStandIn plugin;
     LogModel log;
-    Editor editor(plugin, log);
+    Editor editor(plugin, log, nullptr);
     QSignalSpy changed(&editor, &Editor::noticeChanged);
     plugin.messageObserver->OnMessageSecond(QStringLiteral("second"));
     plugin.messageObserver->OnMessageThird(QStringLiteral("third"));
@@ -286,7 +365,7 @@ void TestHostEditor::dismissedNoticeStaysAway()
 {
     PluginStandIn plugin;
     LogModel log;
-    Editor editor(plugin, log);
+    Editor editor(plugin, log, nullptr);
     plugin.messageObserver->OnMessageFirst(QStringLiteral("pushed out"));
     editor.dismissNotice();
     QCOMPARE(editor.notice(), QString());
@@ -301,7 +380,7 @@ void TestHostEditor::pushedOutClientHasNoGoodCookies()
 {
     PluginStandIn plugin;
     LogModel log;
-    const Editor editor(plugin, log);
+    const Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
     plugin.messageObserver->OnMessageFirst(QStringLiteral("pushed out"));
     NelvoSDK::LoginSession session = fullSession();

@@ -181,7 +181,9 @@ void TestHostProjects::secondSignInShowsItsOwnUnits()
     signIn();
     manager().rootName = QStringLiteral("other");
     manager().firstLevel = QStringList{"v1"};
+    QSignalSpy installed(m_desk.get(), &ProjectDesk::sessionInstalled);
     signIn(L"1002");
+    QCOMPARE(installed, QList<QVariantList>{{2}});
     QCOMPARE(shown(*m_desk->tree()), (QStringList{"other", "v1"}));
     m_desk->refresh();
     QVERIFY(settle());

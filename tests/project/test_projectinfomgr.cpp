@@ -1,13 +1,13 @@
 #include "project/projectinfomgr.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/pluginstandin.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
 
 #include <services/services.h>
 
 #include <NelvoSDK/IMessageMgr.h>
-#include <NelvoSDK/INelvoSDKPlugin.h>
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
@@ -29,6 +29,7 @@ using NelvoSDK::OrgTreeNode;
 using NelvoSDK::ProjectNode;
 using NelvoSDK::ProjectRef;
 using TestSupport::MessageLog;
+using TestSupport::PluginStandIn;
 
 namespace {
 
@@ -53,7 +54,7 @@ QString text(const std::wstring& wide)
     return QString::fromStdWString(wide);
 }
 
-//! The part of a plug-in that a project manager uses, and what it says there.
+//! The neighbour that a project manager uses, and what it says there.
 class Messages final : public NelvoSDK::IMessageMgr
 {
 public:
@@ -69,32 +70,21 @@ public:
     int others = 0;
 };
 
-class Plugin final : public NelvoSDK::INelvoSDKPlugin
-{
-public:
-    bool Initialize() override { return true; }
-    bool Shutdown() override { return true; }
-    void ReservedHook() override {}
-    std::wstring GetVersion() override { return {}; }
-    NelvoSDK::ILoginMgr* GetLoginMgr() override { return nullptr; }
-    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return nullptr; }
-    NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
-    NelvoSDK::IMessageMgr* GetMessageMgr() override { return hasMessages ? &messages : nullptr; }
-
-    Messages messages;
-    bool hasMessages = true;
-};
-
 //! A manager, the plug-in behind it, and its ticks without the ten seconds between them.
 struct Project {
-    Project() { manager.SetPlugin(&plugin); }
+    Project()
+    {
+        plugin.messageMgr = &messages;
+        manager.SetPlugin(&plugin);
+    }
     void tick()
     {
         QTimerEvent event(0);
         QCoreApplication::sendEvent(&manager, &event);
     }
 
-    Plugin plugin;
+    Messages messages;
+    PluginStandIn plugin;
     CProjectInfoMgr manager;
 };
 
@@ -1308,7 +1298,7 @@ void TestProjectInfoMgr::tickAsksTheHeartbeat()
     QCOMPARE(targets(), QByteArrayList{"GET /org/heartbeat"});
     QVERIFY(m_services.requests().constFirst().header("Content-Type").isNull());
     QVERIFY(log.entries().isEmpty());
-    QVERIFY(project.plugin.messages.first.isEmpty());
+    QVERIFY(project.messages.first.isEmpty());
     QCOMPARE(sharedNetworkManager()->findChildren<QNetworkReply*>().size(), replies + 1);
 }
 
@@ -1330,8 +1320,8 @@ void TestProjectInfoMgr::pushedOutIsTold()
     m_services.setReply("GET", HeartbeatPath, json(body, status));
     MessageLog log;
     project.tick();
-    QCOMPARE(project.plugin.messages.first, QStringList{PushedOut});
-    QCOMPARE(project.plugin.messages.others, 0);
+    QCOMPARE(project.messages.first, QStringList{PushedOut});
+    QCOMPARE(project.messages.others, 0);
     QCOMPARE(log.warnings().size(), 1);
     QCOMPARE(log.entries().size(), 1);
 }
@@ -1361,7 +1351,7 @@ void TestProjectInfoMgr::otherRepliesTellNothing()
     m_services.setReply("GET", HeartbeatPath, json(body, status));
     MessageLog log;
     project.tick();
-    QVERIFY(project.plugin.messages.first.isEmpty());
+    QVERIFY(project.messages.first.isEmpty());
     QCOMPARE(log.warnings().size(), warnings);
     QCOMPARE(log.entries().size(), warnings);
     if (warnings == 2)
@@ -1388,14 +1378,14 @@ void TestProjectInfoMgr::failedTickLogs()
     project.tick();
     QCOMPARE(log.warnings().constFirst(), warning);
     QCOMPARE(log.warnings().at(1), QStringLiteral("parse json failed: illegal value"));
-    QVERIFY(project.plugin.messages.first.isEmpty());
+    QVERIFY(project.messages.first.isEmpty());
 }
 
 void TestProjectInfoMgr::tickWithoutMessageManagerIsQuiet()
 {
     Project project;
     refresh(project);
-    project.plugin.hasMessages = false;
+    project.plugin.messageMgr = nullptr;
     m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1007"})", 401));
     MessageLog log;
     project.tick();
@@ -1452,11 +1442,11 @@ void TestProjectInfoMgr::tickAsDeepAsTheParserAllows()
     MessageLog log;
     m_services.setReply("GET", HeartbeatPath, reply(Deepest));
     project.tick();
-    QCOMPARE(project.plugin.messages.first, QStringList{PushedOut});
+    QCOMPARE(project.messages.first, QStringList{PushedOut});
     log.clear();
     m_services.setReply("GET", HeartbeatPath, reply(Deepest + 1));
     project.tick();
-    QCOMPARE(project.plugin.messages.first.size(), 1);
+    QCOMPARE(project.messages.first.size(), 1);
     QCOMPARE(log.warnings().size(), 2);
     QCOMPARE(log.warnings().at(1), TooDeep);
 }
@@ -1474,14 +1464,14 @@ void TestProjectInfoMgr::tickGoesOnWhenAStalledReplyArrives()
         if (m_services.requests().isEmpty())
             return;
         release.stop();
-        toldBefore = !project.plugin.messages.first.isEmpty();
+        toldBefore = !project.messages.first.isEmpty();
         m_services.clearFaults();
     });
     release.start(1);
     MessageLog log;
     project.tick();
     QVERIFY(!toldBefore);
-    QCOMPARE(project.plugin.messages.first, QStringList{PushedOut});
+    QCOMPARE(project.messages.first, QStringList{PushedOut});
 }
 
 void TestProjectInfoMgr::eachTickTellsAgain()
@@ -1492,7 +1482,7 @@ void TestProjectInfoMgr::eachTickTellsAgain()
     MessageLog log;
     project.tick();
     project.tick();
-    QCOMPARE(project.plugin.messages.first, (QStringList{PushedOut, PushedOut}));
+    QCOMPARE(project.messages.first, (QStringList{PushedOut, PushedOut}));
 }
 
 void TestProjectInfoMgr::tickInsideABlockingCall()
@@ -1509,7 +1499,7 @@ void TestProjectInfoMgr::tickInsideABlockingCall()
     MessageLog log;
     std::list<ProjectNode> projects;
     QVERIFY(project.manager.GetServerProjectTree(projects));
-    QCOMPARE(project.plugin.messages.first, QStringList{PushedOut});
+    QCOMPARE(project.messages.first, QStringList{PushedOut});
     QCOMPARE(projects.size(), std::size_t(1));
 }
 
@@ -1526,14 +1516,14 @@ void TestProjectInfoMgr::tickInsideATick()
             return;
         inner.stop();
         project.tick();
-        toldByTheInner = project.plugin.messages.first.size();
+        toldByTheInner = project.messages.first.size();
         m_services.clearFaults();
     });
     inner.start(1);
     MessageLog log;
     project.tick();
     QCOMPARE(toldByTheInner, 1);
-    QCOMPARE(project.plugin.messages.first.size(), 2);
+    QCOMPARE(project.messages.first.size(), 2);
     QCOMPARE(targets(), (QByteArrayList{"GET /org/heartbeat", "GET /org/heartbeat"}));
 }
 
@@ -1586,7 +1576,7 @@ void TestProjectInfoMgr::twoTimersAskAndTellTwice()
         QCoreApplication::sendEvent(&project.manager, &event);
     }
     QCOMPARE(targets(), (QByteArrayList{"GET /org/heartbeat", "GET /org/heartbeat"}));
-    QCOMPARE(project.plugin.messages.first, (QStringList{PushedOut, PushedOut}));
+    QCOMPARE(project.messages.first, (QStringList{PushedOut, PushedOut}));
     // Being told stops neither.
     QCOMPARE(timersOf(project.manager).size(), 2);
 }

@@ -1,13 +1,13 @@
 #include "project/projectinfomgr.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/pluginstandin.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
 
 #include <services/services.h>
 
 #include <NelvoSDK/IMessageMgr.h>
-#include <NelvoSDK/INelvoSDKPlugin.h>
 
 #include <QCoreApplication>
 #include <QJsonObject>
@@ -24,6 +24,7 @@ using NelvoSDK::LoginSession;
 using NelvoSDK::ProjectNode;
 using NelvoSDK::ProjectRef;
 using TestSupport::MessageLog;
+using TestSupport::PluginStandIn;
 
 namespace {
 
@@ -107,21 +108,6 @@ public:
     void Detach(NelvoSDK::IMessageObserver*) override {}
 
     QStringList first;
-};
-
-class Plugin final : public NelvoSDK::INelvoSDKPlugin
-{
-public:
-    bool Initialize() override { return true; }
-    bool Shutdown() override { return true; }
-    void ReservedHook() override {}
-    std::wstring GetVersion() override { return {}; }
-    NelvoSDK::ILoginMgr* GetLoginMgr() override { return nullptr; }
-    NelvoSDK::IProjectInfoMgr* GetProjectInfoMgr() override { return nullptr; }
-    NelvoSDK::IPdsMgr* GetPdsMgr() override { return nullptr; }
-    NelvoSDK::IMessageMgr* GetMessageMgr() override { return &messages; }
-
-    Messages messages;
 };
 
 void tick(CProjectInfoMgr& manager)
@@ -262,7 +248,8 @@ private:
 
     NelvoDevkit::Services m_services;
     LoginSession m_session;
-    Plugin m_plugin;
+    Messages m_messages;
+    PluginStandIn m_plugin;
     // As prepare() leaves it.
     QStringList m_server;
     QStringList m_local;
@@ -271,6 +258,7 @@ private:
 
 void TestProjectState::initTestCase()
 {
+    m_plugin.messageMgr = &m_messages;
     QString error;
     QVERIFY2(m_services.start(&error), qPrintable(error));
 }
@@ -282,7 +270,7 @@ void TestProjectState::init()
     m_services.clearReplies();
     m_services.resetState();
     m_services.forgetSessions();
-    m_plugin.messages.first.clear();
+    m_messages.first.clear();
     sharedCookieJar()->setAllCookies({});
     QJsonObject ignored;
     QVERIFY(httpGetJson(sharedNetworkManager(), m_services.editorUrl(), HeartbeatPath, {}, ignored));
@@ -561,7 +549,7 @@ void TestProjectState::everyCallInEveryWay()
 
     QCOMPARE(onService(), expectedOnService(call, verdict, way.isServed));
     compareManager(manager, call, verdict);
-    QVERIFY(m_plugin.messages.first.isEmpty());
+    QVERIFY(m_messages.first.isEmpty());
 }
 
 void TestProjectState::tickInsideEveryCall_data()
@@ -595,7 +583,7 @@ void TestProjectState::tickInsideEveryCall()
             return;
         handler.stop();
         tick(manager);
-        toldInside = m_plugin.messages.first.size();
+        toldInside = m_messages.first.size();
         m_services.clearFaults();
     });
     handler.start(1);
@@ -603,7 +591,7 @@ void TestProjectState::tickInsideEveryCall()
     const MessageLog log;
     make(call, manager);
     QCOMPARE(toldInside, 1);
-    QCOMPARE(m_plugin.messages.first.size(), 1);
+    QCOMPARE(m_messages.first.size(), 1);
     QCOMPARE(log.entries().size(), 1); // the tick's own warning
     QCOMPARE(onService(), expectedOnService(call, Verdict::Accepted, true));
     compareManager(manager, call, Verdict::Accepted);

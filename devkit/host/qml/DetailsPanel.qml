@@ -3,11 +3,13 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "."
 
-// The project in hand: its record, and the devices that its components stand for.
+// The project in hand: its record, the devices that its components stand for, and the plug-in's page for the
+// component in hand.
 Panel {
     id: panel
 
     property QtObject desk
+    property QtObject component
 
     title: "项目详情"
     note: "ProjectNode"
@@ -119,19 +121,44 @@ Panel {
 
             delegate: RowLayout {
                 width: ListView.view.width - (deviceBar.visible ? deviceBar.width : 0)
-                height: 32
+                height: 30
                 spacing: 8
 
-                Text {
-                    Layout.leftMargin: 6
+                Rectangle {
+                    objectName: "component"
+
+                    readonly property string componentName: model.component
+                    readonly property bool chosen: model.guid === panel.component.currentComp
+
                     Layout.fillWidth: true
                     Layout.preferredWidth: 110
-                    text: model.component
-                    textFormat: Text.PlainText
-                    elide: Text.ElideRight
-                    font.family: Theme.fontFamily
-                    font.pixelSize: 12
-                    color: Theme.text
+                    implicitHeight: 26
+                    radius: Theme.radius
+                    color: chosen ? Theme.selection : componentArea.containsMouse ? Theme.hover : "transparent"
+
+                    Text {
+                        anchors {
+                            fill: parent
+                            leftMargin: 6
+                            rightMargin: 6
+                        }
+                        text: model.component
+                        textFormat: Text.PlainText
+                        elide: Text.ElideRight
+                        verticalAlignment: Text.AlignVCenter
+                        font.family: Theme.fontFamily
+                        font.pixelSize: 12
+                        color: Theme.text
+                    }
+
+                    MouseArea {
+                        id: componentArea
+
+                        anchors.fill: parent
+                        hoverEnabled: true
+                        // A second click takes it out of the hand.
+                        onClicked: panel.component.currentComp = parent.chosen ? "" : model.guid
+                    }
                 }
 
                 Field {
@@ -144,6 +171,15 @@ Panel {
                     onTextEdited: model.serial = text
                 }
             }
+        }
+
+        Loader {
+            objectName: "componentPanel"
+
+            Layout.fillWidth: true
+            visible: active
+            active: panel.component.currentComp !== ""
+            source: "qrc:/NelvoPlugin/qmls/Extern/SDKBindParam.qml"
         }
 
         Item {

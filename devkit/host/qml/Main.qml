@@ -11,6 +11,7 @@ ApplicationWindow {
     // Set by whoever loads the window.
     property QtObject editor
     property QtObject log
+    property url webChannelPage
 
     width: 1280
     height: 880
@@ -97,6 +98,45 @@ ApplicationWindow {
                 color: Theme.accent
             }
 
+            ProjectKindSwitch {
+                desk: window.editor.models
+            }
+
+            BarButton {
+                objectName: "bimButton"
+                text: "BIM 模型"
+                hint: "打开 BIM 模型对话框"
+                enabled: window.editor.models.ready
+                onClicked: window.editor.models.openBimDialog()
+            }
+
+            BarButton {
+                objectName: "dwgButton"
+                text: "DWG 图纸"
+                hint: "打开 DWG 图纸对话框"
+                enabled: window.editor.models.ready
+                onClicked: window.editor.models.openDwgDialog()
+            }
+
+            BarButton {
+                objectName: "webChannelButton"
+
+                readonly property url page: window.webChannelPage
+
+                text: "网页通道"
+                hint: "在浏览器中打开 " + page
+                enabled: String(page) !== ""
+                onClicked: Qt.openUrlExternally(page)
+            }
+
+            Rectangle {
+                Layout.leftMargin: 8
+                Layout.rightMargin: 8
+                implicitWidth: 1
+                implicitHeight: 24
+                color: Theme.line
+            }
+
             BarButton {
                 objectName: "signInAgainButton"
                 text: "重新登录"
@@ -169,6 +209,7 @@ ApplicationWindow {
                 Layout.fillHeight: true
                 Layout.preferredWidth: 340
                 desk: window.editor.projects
+                component: window.editor.component
             }
         }
 
@@ -188,9 +229,15 @@ ApplicationWindow {
             spacing: 12
 
             SessionPanel {
-                Layout.preferredWidth: 300
+                Layout.preferredWidth: 270
                 Layout.fillHeight: true
                 session: window.editor.session
+            }
+
+            ModelPanel {
+                Layout.preferredWidth: 300
+                Layout.fillHeight: true
+                desk: window.editor.models
             }
 
             LogPanel {
@@ -199,6 +246,23 @@ ApplicationWindow {
                 log: window.log
             }
         }
+    }
+
+    // The dialogs of the plug-in go over this, below the bar.
+    Item {
+        anchors {
+            fill: parent
+            margins: Theme.spacing
+        }
+
+        Item {
+            objectName: "scene"
+            anchors.fill: parent
+        }
+    }
+
+    WebViewPopup {
+        webViews: window.editor.webViews
     }
 
     footer: Rectangle {

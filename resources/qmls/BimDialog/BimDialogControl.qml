@@ -26,6 +26,9 @@ Item {
     visible: false
 
     onIsDialogShowChanged: {
+        // The host may have shut the plug-in down while the panel was open.
+        if (!pdsMgr)
+            return;
         if (isDialogShow)
             pdsMgr.onOpenDialog();
         else

@@ -83,6 +83,15 @@ BimTest {
         waitForRendering(parent);
     }
 
+    function test_closingAfterTheManagerHasGone() {
+        createAndOpen();
+        setup.offerManager(false);
+        click(findChild(panel.contentItem, "closeButton"));
+        tryCompare(panel, "visible", false);
+        setup.offerManager(true);
+        compare(callLog.calls, []);
+    }
+
     function test_panelFollowsThePositionOfTheRootItem() {
         create();
         open("BIM");

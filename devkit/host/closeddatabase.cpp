@@ -1,0 +1,10 @@
+#include "host/modeldatabase.h"
+
+namespace NelvoDevkit {
+
+bool loadModelDatabase(const QString& /*directory*/, QString* /*error*/)
+{
+    return true;
+}
+
+} // namespace NelvoDevkit

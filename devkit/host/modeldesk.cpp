@@ -1,0 +1,164 @@
+#include "host/modeldesk.h"
+
+#include <QAbstractItemModel>
+#include <QQmlContext>
+#include <QStringList>
+
+namespace NelvoDevkit {
+
+namespace {
+
+QString projectName(bool isMainProject)
+{
+    return isMainProject ? QStringLiteral("the main project") : QStringLiteral("another project");
+}
+
+} // namespace
+
+ModelDesk::ModelDesk(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log)
+    : m_manager(*plugin.GetPdsMgr()), m_log(log)
+{
+    m_manager.SetPlugin(&plugin);
+    m_manager.Attach(this);
+    connect(&m_models, &ImportedModels::finished, this, [this](const ImportedModel& model) {
+        logAction(QStringLiteral("%1 “%2”: done, in %3")
+                      .arg(model.kindName(), model.name, projectName(model.inMainProject)));
+    });
+}
+
+ModelDesk::~ModelDesk()
+{
+    m_manager.Detach(this);
+}
+
+void ModelDesk::setMainProject(bool isMainProject)
+{
+    if (isMainProject == m_isMainProject)
+        return;
+    m_isMainProject = isMainProject;
+    logAction(QStringLiteral("opened ") + projectName(isMainProject));
+    Q_EMIT mainProjectChanged();
+}
+
+void ModelDesk::publish(QQmlContext* context)
+{
+    context->setContextProperty(QStringLiteral("bimControl"), this);
+    context->setContextProperty(QStringLiteral("editConext"), this); // spelled so
+    logAction(QStringLiteral("IPdsMgr::SetQmlContext"));
+    m_manager.SetQmlContext(context);
+    m_organisation = context->contextProperty(QStringLiteral("orgModel")).value<QAbstractItemModel*>();
+}
+
+void ModelDesk::createDialog(QQuickItem* scene)
+{
+    logAction(QStringLiteral("IPdsMgr::CreateBimDialog"));
+    m_manager.CreateBimDialog(scene);
+    m_dialog = scene->findChild<QQuickItem*>(QString(), Qt::FindDirectChildrenOnly);
+    if (!m_dialog)
+        logProblem(QStringLiteral("the BIM dialog did not load"));
+}
+
+void ModelDesk::destroyDialog()
+{
+    delete m_dialog;
+}
+
+//! InitBimData appends the whole tree to what the dialog has, so a host that signs in once calls it once.
+//! This one can enter another enterprise. It takes the earlier tree out of the model that it shares with
+//! the plug-in, and the earlier sign-ins' units out of the new tree.
+void ModelDesk::readModels(int earlierUnits)
+{
+    if (m_organisation)
+        m_organisation->removeRows(0, m_organisation->rowCount());
+    logAction(QStringLiteral("IPdsMgr::InitBimData"));
+    m_manager.InitBimData();
+    if (m_organisation)
+        m_organisation->removeRows(0, earlierUnits, m_organisation->index(0, 0));
+    m_ready = true;
+    Q_EMIT readyChanged();
+}
+
+void ModelDesk::openBimDialog()
+{
+    logAction(QStringLiteral("IPdsMgr::OpenBimDialog"));
+    m_manager.OpenBimDialog();
+}
+
+void ModelDesk::openDwgDialog()
+{
+    logAction(QStringLiteral("IPdsMgr::OpenDWGBimDialog"));
+    m_manager.OpenDWGBimDialog();
+}
+
+bool ModelDesk::checkBimProjValid(const QString& guid, bool isMainProject)
+{
+    const bool isValid = !m_models.has(guid, isMainProject);
+    logCall(QStringLiteral("bimControl.checkBimProjValid: “%1” into %2: %3")
+                .arg(nameOf(guid), projectName(isMainProject),
+                     isValid ? QStringLiteral("true") : QStringLiteral("false, it is there")));
+    return isValid;
+}
+
+void ModelDesk::OnBimDialogOpened(QQuickItem* /*dialog*/)
+{
+    logCall(QStringLiteral("IPdsObserver::OnBimDialogOpened"));
+}
+
+void ModelDesk::OnBimDialogClosed(QQuickItem* /*dialog*/)
+{
+    logCall(QStringLiteral("IPdsObserver::OnBimDialogClosed"));
+}
+
+void ModelDesk::OnBimProjListCleared()
+{
+    logCall(QStringLiteral("IPdsObserver::OnBimProjListCleared"));
+}
+
+void ModelDesk::OnBimProjListSynced()
+{
+    logCall(QStringLiteral("IPdsObserver::OnBimProjListSynced"));
+}
+
+void ModelDesk::OnDownLoadBimProj(const QStringList& guids)
+{
+    for (const QString& guid : guids) {
+        logCall(QStringLiteral("IPdsObserver::OnDownLoadBimProj: “%1”, %2").arg(nameOf(guid), guid));
+        add(guid, ImportedModel::Kind::Download);
+    }
+}
+
+void ModelDesk::OnConvertSimplyMode(const QString& guid, bool completionFirst)
+{
+    logCall(QStringLiteral("IPdsObserver::OnConvertSimplyMode: “%1”, %2 first")
+                .arg(nameOf(guid),
+                     completionFirst ? QStringLiteral("completion") : QStringLiteral("performance")));
+    add(guid, completionFirst ? ImportedModel::Kind::CompletionFirst : ImportedModel::Kind::PerformanceFirst);
+}
+
+void ModelDesk::add(const QString& guid, ImportedModel::Kind kind)
+{
+    m_models.add({guid, nameOf(guid), kind, m_isMainProject});
+}
+
+QString ModelDesk::nameOf(const QString& guid)
+{
+    const QString name = QString::fromStdWString(m_manager.GetBimProjName(guid.toStdWString()));
+    return name.isEmpty() ? guid : name;
+}
+
+void ModelDesk::logAction(const QString& text)
+{
+    m_log.append({LogEntry::Kind::Host, text, {}});
+}
+
+void ModelDesk::logProblem(const QString& text)
+{
+    m_log.append({LogEntry::Kind::Warning, text, QStringLiteral("host")});
+}
+
+void ModelDesk::logCall(const QString& text)
+{
+    m_log.append({LogEntry::Kind::Observer, text, {}});
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,69 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import "."
+
+// Stands where the editor would show a web page, in the size that was asked for.
+Popup {
+    id: popup
+
+    property QtObject webViews
+
+    anchors.centerIn: Overlay.overlay
+    width: webViews.rect.width
+    height: webViews.rect.height
+    padding: 1
+    modal: true
+
+    Connections {
+        target: popup.webViews
+
+        function onAsked() {
+            popup.open();
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: Theme.window
+        border.color: Theme.accent
+    }
+
+    contentItem: Panel {
+        title: "网页视图"
+        note: "%1 × %2".arg(popup.webViews.rect.width).arg(popup.webViews.rect.height)
+        tools: BarButton {
+            objectName: "webViewCloseButton"
+            compact: true
+            text: "关闭"
+            onClicked: popup.close()
+        }
+
+        Column {
+            anchors {
+                left: parent.left
+                right: parent.right
+                margins: 2 * Theme.spacing
+                verticalCenter: parent.verticalCenter
+            }
+            spacing: Theme.spacing
+
+            Text {
+                objectName: "webViewUrl"
+
+                width: parent.width
+                text: popup.webViews.url
+                textFormat: Text.PlainText
+                wrapMode: Text.WrapAnywhere
+                horizontalAlignment: Text.AlignHCenter
+                font.family: "monospace"
+                font.pixelSize: 12
+                color: Theme.accent
+            }
+
+            Hint {
+                anchors.horizontalCenter: parent.horizontalCenter
+                text: "编辑器在此显示该网页\n参考宿主程序不含浏览器"
+            }
+        }
+    }
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <services/services.h>
+
+#include <QByteArrayList>
+#include <QCoreApplication>
+#include <QString>
+
+inline const QString BimPath = QStringLiteral("/bim/relation/");
+inline const QString DwgPath = QStringLiteral("/bim/relation/dwg");
+
+//! \brief The simulated service with one BIM model and one drawing, at the application's address.
+class ModelService : public NelvoDevkit::Services
+{
+public:
+    //! As it is at the beginning of each test.
+    void reset()
+    {
+        clearFaults();
+        clearReplies();
+        clearRequests();
+        setList(BimPath, R"({"nelvo3dId":"b1","ppName":"bim"})");
+        setList(DwgPath, R"({"nelvo3dId":"d1","dwgName":"dwg"})");
+        QCoreApplication::instance()->setProperty("sdkAddr", editorUrl());
+    }
+
+    //! These rows, separated by commas, are the list from now on.
+    void setList(const QString& path, const QByteArray& rows)
+    {
+        setAnswer(path, "{\"data\":[" + rows + "]}");
+    }
+
+    void setAnswer(const QString& path, const QByteArray& body)
+    {
+        setReply("GET", path, {200, "application/json", body, {}});
+    }
+
+    //! Method and target of each request so far.
+    QByteArrayList targets() const
+    {
+        QByteArrayList lines;
+        const QVector<NelvoDevkit::LoggedRequest> received = requests();
+        for (const NelvoDevkit::LoggedRequest& request : received)
+            lines.append(request.method + ' ' + request.target);
+        return lines;
+    }
+};
