@@ -3,7 +3,7 @@ PRESET ?= release
 BUILD = build/$(PRESET)
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build run tour test lint format asan bench artwork clean
+.PHONY: help deps build run tour test lint format asan tsan bench artwork clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -34,6 +34,10 @@ format: deps ## format the C++ sources
 asan: ## every test under AddressSanitizer and UndefinedBehaviorSanitizer
 	@$(MAKE) --no-print-directory build PRESET=asan
 	@ctest --preset asan
+
+tsan: ## the tests of the thread that fetches lists, under ThreadSanitizer
+	@$(MAKE) --no-print-directory build PRESET=tsan
+	@ctest --preset tsan
 
 bench: build ## the measurements, each beside a peer or a floor
 	@tools/bench $(BUILD)

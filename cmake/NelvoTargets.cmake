@@ -38,6 +38,10 @@ if(NELVO_SANITIZE)
   target_link_options(nelvo_options INTERFACE -fsanitize=${NELVO_SANITIZE})
   target_sources(nelvo_options INTERFACE
     $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/tests/support/keeplibraries.cpp>)
+  if(NELVO_SANITIZE STREQUAL "thread")
+    target_sources(nelvo_options INTERFACE
+      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/tests/support/qtorder.cpp>)
+  endif()
 endif()
 
 # nelvo_subsystem(name SOURCES ... LINK ...): one folder of the plug-in, as an object library that the

@@ -21,43 +21,47 @@ void collect(QQuickItem* item, const QString& name, QVector<QQuickItem*>& found)
 
 } // namespace
 
-QVector<QQuickItem*> findItems(const QQuickView* window, const QString& name)
+QVector<QQuickItem*> findItems(const QQuickWindow* window, const QString& name)
+{
+    return window ? findItems(window->contentItem(), name) : QVector<QQuickItem*>();
+}
+
+QVector<QQuickItem*> findItems(QQuickItem* root, const QString& name)
 {
     QVector<QQuickItem*> found;
-    if (window && window->rootObject())
-        collect(window->rootObject(), name, found);
+    collect(root, name, found);
     std::sort(found.begin(), found.end(), [](const QQuickItem* left, const QQuickItem* right) {
         return left->mapToScene({}).y() < right->mapToScene({}).y();
     });
     return found;
 }
 
-QQuickItem* findItem(const QQuickView* window, const QString& name)
+QQuickItem* findItem(const QQuickWindow* window, const QString& name)
 {
     const QVector<QQuickItem*> found = findItems(window, name);
     return found.isEmpty() ? nullptr : found.constFirst();
 }
 
-bool activate(QQuickView* window)
+bool activate(QQuickWindow* window)
 {
     window->requestActivate();
     return QTest::qWaitForWindowActive(window);
 }
 
-void click(QQuickView* window, const QQuickItem* item)
+void click(QQuickWindow* window, const QQuickItem* item)
 {
     QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier,
                       item->mapToScene({item->width() / 2, item->height() / 2}).toPoint());
 }
 
-void typeText(QQuickView* window, const QString& text)
+void typeText(QQuickWindow* window, const QString& text)
 {
     for (const QChar character : text) {
         QTest::sendKeyEvent(QTest::Click, window, Qt::Key_unknown, QString(character), Qt::NoModifier);
     }
 }
 
-void fillField(QQuickView* window, const QString& name, const QString& text)
+void fillField(QQuickWindow* window, const QString& name, const QString& text)
 {
     click(window, findItem(window, name));
     QTest::keyClick(window, Qt::Key_A, Qt::ControlModifier);
@@ -65,7 +69,7 @@ void fillField(QQuickView* window, const QString& name, const QString& text)
     typeText(window, text);
 }
 
-void submitForm(QQuickView* window, const QString& user, const QString& password, const QString& address)
+void submitForm(QQuickWindow* window, const QString& user, const QString& password, const QString& address)
 {
     fillField(window, QStringLiteral("userNameBox"), user);
     fillField(window, QStringLiteral("passwordField"), password);
@@ -73,7 +77,7 @@ void submitForm(QQuickView* window, const QString& user, const QString& password
     click(window, findItem(window, QStringLiteral("loginButton")));
 }
 
-QString shownError(const QQuickView* window)
+QString shownError(const QQuickWindow* window)
 {
     const QQuickItem* error = findItem(window, QStringLiteral("errorItem"));
     return error ? error->property("text").toString() : QString();

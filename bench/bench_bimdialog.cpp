@@ -1,0 +1,213 @@
+#include "bench/measure.h"
+#include "tests/bim/pdsstandins.h"
+#include "tests/e2e/bimscene.h"
+#include "tests/e2e/pluginhost.h"
+#include "tests/e2e/userinput.h"
+#include "tests/support/messagelog.h"
+
+#include <services/services.h>
+
+#include <NelvoSDK/IPdsMgr.h>
+
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QQmlEngine>
+#include <QtTest>
+
+#include <functional>
+
+//! The dialog of the loaded library in a host's scene, with 50,000 models beside 100: opening it, a list that
+//! arrives in it, and scrolling. Until the frame with the rows has been shown.
+
+namespace {
+
+constexpr int Few = 100;
+constexpr int Many = 50000;
+constexpr int WaitMilliseconds = 60000;
+const auto BimPath = QStringLiteral("/bim/relation/");
+
+struct Times {
+    QVector<double> opening;
+    QVector<double> arrival;
+    QVector<double> row;
+    QVector<double> conversion;
+};
+
+void require(bool condition, const char* what)
+{
+    if (!condition)
+        qFatal("%s", what);
+}
+
+//! The rows in the view, looked for where the view keeps them.
+bool hasRow(QQuickItem* view)
+{
+    QQuickItem* row = nullptr;
+    QMetaObject::invokeMethod(view, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, row), Q_ARG(int, 0));
+    return row;
+}
+
+class Desk
+{
+public:
+    explicit Desk(NelvoDevkit::Services& services) : m_services(services), m_scene(m_control)
+    {
+        require(m_scene.show(), "no window");
+        manager().Attach(&m_observer);
+        m_observer.whenCalled = [this](const QString& call) {
+            if (call == QStringLiteral("synced"))
+                m_sinceArrival.start();
+        };
+    }
+
+    ~Desk() { manager().Detach(&m_observer); }
+    Q_DISABLE_COPY(Desk)
+
+    //! Gives the service that many models, and the dialog too.
+    void fill(int count)
+    {
+        m_services.generateModels(count);
+        open();
+        require(QTest::qWaitFor([&] { return m_scene.rowCount() == count; }, WaitMilliseconds), "no rows");
+        close();
+    }
+
+    void measure(Times& times)
+    {
+        // The list is there from before; the one that is asked for waits.
+        m_services.addFault({NelvoDevkit::Fault::Stall, BimPath, "GET", 0, false});
+        QElapsedTimer sinceOpening;
+        sinceOpening.start();
+        open();
+        waitForFrame([this] { return m_scene.isDialogShown() && hasRow(view()); });
+        times.opening.append(milliseconds(sinceOpening));
+
+        const int synced = m_observer.calls.count(QStringLiteral("synced"));
+        m_services.clearFaults();
+        waitForFrame(
+            [&] { return m_observer.calls.count(QStringLiteral("synced")) > synced && hasRow(view()); });
+        times.arrival.append(milliseconds(m_sinceArrival));
+        times.row.append(scroll());
+        times.conversion.append(convert());
+        close();
+    }
+
+private:
+    static NelvoSDK::IPdsMgr& manager() { return *E2e::plugin()->GetPdsMgr(); }
+
+    static double milliseconds(const QElapsedTimer& timer)
+    {
+        return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    }
+
+    QQuickItem* view() { return E2e::findItem(m_scene.window(), QStringLiteral("searchView")); }
+
+    void open() { manager().OpenBimDialog(); }
+
+    void close()
+    {
+        m_scene.clickPart(QStringLiteral("closeButton"));
+        require(QTest::qWaitFor([this] { return !m_scene.isDialogShown(); }, WaitMilliseconds), "not closed");
+    }
+
+    //! What a page's mere reading of the list costs.
+    double convert()
+    {
+        const QJsonArray list = dynamic_cast<QObject&>(manager()).property("bimProjList").toJsonArray();
+        QJSEngine* const engine = m_scene.window()->engine();
+        QElapsedTimer timer;
+        timer.start();
+        const QJSValue converted = engine->toScriptValue(list);
+        require(converted.property(QStringLiteral("length")).toInt() == list.size(), "not the list");
+        return milliseconds(timer);
+    }
+
+    //! Until a frame has been shown that began when `condition` was true.
+    void waitForFrame(const std::function<bool()>& condition)
+    {
+        bool isShown = false;
+        bool isTrue = false;
+        QObject context;
+        QObject::connect(
+            m_scene.window(), &QQuickWindow::afterSynchronizing, &context, [&] { isTrue = condition(); },
+            Qt::DirectConnection);
+        QObject::connect(m_scene.window(), &QQuickWindow::frameSwapped, &context,
+                         [&] { isShown = isShown || isTrue; });
+        QElapsedTimer waited;
+        waited.start();
+        while (!isShown) {
+            m_scene.window()->update();
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            require(waited.elapsed() < WaitMilliseconds, "no frame");
+        }
+    }
+
+    //! Of a row, each in a frame of its own.
+    double scroll()
+    {
+        constexpr int Steps = 80;
+        constexpr int RowHeight = 40;
+        QQuickItem* const list = view();
+        const double begin = list->property("contentY").toDouble();
+        QElapsedTimer timer;
+        timer.start();
+        for (int step = 1; step <= Steps; ++step) {
+            list->setProperty("contentY", begin + step * RowHeight);
+            waitForFrame([] { return true; });
+        }
+        const double perRow = milliseconds(timer) / Steps;
+        list->setProperty("contentY", begin);
+        return perRow;
+    }
+
+    NelvoDevkit::Services& m_services;
+    E2e::ImportControl m_control;
+    E2e::BimScene m_scene;
+    PdsObserver m_observer;
+    QElapsedTimer m_sinceArrival;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // Everything in one thread: what is asked of the scene when a frame begins is what the frame shows.
+    qputenv("QSG_RENDER_LOOP", "basic");
+    const QGuiApplication application(argc, argv);
+    NelvoDevkit::Services services;
+    if (!services.start())
+        return 1;
+    const E2e::PluginHost host(services.signInUrl());
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type == QtFatalMsg)
+            std::fprintf(stderr, "%s\n", qUtf8Printable(text));
+    });
+    QCoreApplication::instance()->setProperty("sdkAddr", services.editorUrl());
+    host.signIn(services.signInUrl(), QStringLiteral("zhangwei"));
+
+    constexpr int Rounds = 5;
+    constexpr int Repetitions = 3;
+    Times few;
+    Times many;
+    {
+        Desk desk(services);
+        for (int round = 0; round < Rounds; ++round) {
+            for (const int count : {Few, Many}) {
+                desk.fill(count);
+                for (int repetition = 0; repetition < Repetitions; ++repetition)
+                    desk.measure(count == Few ? few : many);
+            }
+        }
+    }
+    const auto print = [](const char* name, const QVector<double>& own, const QVector<double>& other,
+                          double bound) {
+        Bench::printRatio(name, Bench::median(own), Bench::median(other), "ms", bound);
+    };
+    print("dialog opened, 50,000 models / 100", many.opening, few.opening, 3);
+    print("one row scrolled, 50,000 models / 100", many.row, few.row, 3);
+    // The page has the whole list converted for its scripts, of which there is no way around.
+    print("50,000 models arrive / 100", many.arrival, few.arrival, 0);
+    print("50,000 models arrive / converted", many.arrival, many.conversion, 0);
+    return 0;
+}

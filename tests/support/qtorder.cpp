@@ -1,0 +1,86 @@
+//! \file
+//! \brief For builds with ThreadSanitizer: tells it of the order that Qt brings into threads.
+//!
+//! Qt is not built with the sanitizer, and its mutexes and atomics work without the system's, so what passes
+//! through a queue of events would look like a race. These stand before Qt's functions of the same names and
+//! name the two orders that the program relies on: what was done before a signal or a call was sent is done
+//! before an event of that kind is handled, and what a thread has handled is done before a wait for it ends.
+//!
+//! Senders and receivers are not told apart, so a race between two events that happen to lie between a
+//! sending and a handling goes unseen.
+
+#include <QDeadlineTimer>
+#include <QEvent>
+#include <QMetaObject>
+#include <QObject>
+#include <QThread>
+
+#include <dlfcn.h>
+
+#define NELVO_BEFORE_QT __attribute__((visibility("default")))
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the names are the sanitizer's and the compiler's.
+
+extern "C" {
+void __tsan_acquire(void* address);
+void __tsan_release(void* address);
+}
+
+namespace {
+
+char sent;
+char handled;
+
+template <typename Function>
+Function* next(const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" {
+
+//! QMetaObject::activate, by which signals are emitted.
+NELVO_BEFORE_QT void _ZN11QMetaObject8activateEP7QObjectPKS_iPPv(QObject* sender, const QMetaObject* meta,
+                                                                 int signal, void** arguments)
+{
+    static auto* const activate =
+        next<void(QObject*, const QMetaObject*, int, void**)>("_ZN11QMetaObject8activateEP7QObjectPKS_iPPv");
+    __tsan_release(&sent);
+    activate(sender, meta, signal, arguments);
+}
+
+//! QMetaObject::invokeMethod, for functions and functors.
+NELVO_BEFORE_QT bool
+_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv(
+    QObject* object, QtPrivate::QSlotObjectBase* slot, Qt::ConnectionType type, void* result)
+{
+    static auto* const invoke = next<bool(QObject*, QtPrivate::QSlotObjectBase*, Qt::ConnectionType, void*)>(
+        "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv");
+    __tsan_release(&sent);
+    return invoke(object, slot, type, result);
+}
+
+//! QObject::event, as this program's classes inherit it.
+NELVO_BEFORE_QT bool _ZN7QObject5eventEP6QEvent(QObject* object, QEvent* event)
+{
+    static auto* const handle = next<bool(QObject*, QEvent*)>("_ZN7QObject5eventEP6QEvent");
+    if (event->type() == QEvent::MetaCall)
+        __tsan_acquire(&sent);
+    const bool result = handle(object, event);
+    __tsan_release(&handled);
+    return result;
+}
+
+//! QThread::wait.
+NELVO_BEFORE_QT bool _ZN7QThread4waitE14QDeadlineTimer(QThread* thread, QDeadlineTimer deadline)
+{
+    static auto* const wait = next<bool(QThread*, QDeadlineTimer)>("_ZN7QThread4waitE14QDeadlineTimer");
+    const bool result = wait(thread, deadline);
+    __tsan_acquire(&handled);
+    return result;
+}
+}
+
+// NOLINTEND(bugprone-reserved-identifier)
