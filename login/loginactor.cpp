@@ -100,6 +100,17 @@ bool captureEditorCookies(const QString& editorUrl, QString& cookies)
     return true;
 }
 
+//! The name of the first enterprise of that id; empty if there is none. What has no number as its id counts
+//! as having 0.
+QString enterpriseName(const QJsonArray& companies, int id)
+{
+    for (const QJsonValue company : companies) {
+        if (company[QStringLiteral("enterpriseId")].toInt() == id)
+            return company[QStringLiteral("enterpriseName")].toString();
+    }
+    return {};
+}
+
 NelvoSDK::LoginSession toLoginSession(const QJsonObject& session)
 {
     const auto text = [&session](const char* key) {
@@ -296,6 +307,19 @@ void CLoginActor::onShowHome()
     m_view->close();
     const NelvoSDK::LoginSession session = toLoginSession(m_session);
     Notify([&session](NelvoSDK::ILoginObserver& observer) { observer.OnLoginSucceeded(session); });
+}
+
+void CLoginActor::loginFromCommandLine(QString userName, QString pwd, QString cimUrl, QString epId)
+{
+    const QString message = login(userName, pwd, cimUrl, {}, true);
+    if (!message.isEmpty()) {
+        qWarning().noquote() << "login failed:" << message;
+        // The application ends when its event loop gets to it. Until then everything runs as after a
+        // success, which is meant: the caller waits for the end of the sequence.
+        QCoreApplication::quit();
+    }
+    onLogin(cimUrl, epId, enterpriseName(m_appList, epId.toInt()));
+    onShowHome();
 }
 
 //! At every orderly quit, also when nobody signed in: the address is then relative, and the call fails and

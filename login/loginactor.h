@@ -37,6 +37,11 @@ public:
     void Attach(NelvoSDK::ILoginObserver* observer) override;
     void Detach(NelvoSDK::ILoginObserver* observer) override;
 
+    //! The whole sign-in in one go, with the MD5 of the password: signs in, enters the enterprise of the
+    //! list with that id and publishes the session. A sign-in that fails is logged, asks the application to
+    //! quit, and goes through the rest all the same.
+    void loginFromCommandLine(QString userName, QString pwd, QString cimUrl, QString epId);
+
     QJsonArray appList() const;
 
 Q_SIGNALS:

@@ -1,10 +1,10 @@
 #include "login/loginmgr.h"
 
 #include "login/loginactor.h"
+#include "login/logincmdlinemgr.h"
 #include "login/tools.h"
 
 #include <QCoreApplication>
-#include <QDebug>
 #include <QQmlContext>
 #include <QQmlEngine>
 
@@ -43,10 +43,21 @@ void CLoginMgr::Start()
     }
     // Exactly one argument is a sign-in without a window, whatever it holds.
     if (QCoreApplication::arguments().size() == 2) {
-        qWarning("the sign-in from the command line is not available in this version");
+        startFromCommandLine();
         return;
     }
     m_loginActor->ShowLogin();
+}
+
+void CLoginMgr::startFromCommandLine()
+{
+    CLoginCmdLineMgr manager;
+    manager.parseCommandLine(QCoreApplication::arguments().at(1).toStdWString());
+    static_cast<CLoginActor&>(*m_loginActor)
+        .loginFromCommandLine(
+            QString::fromStdWString(manager.m_userName), QString::fromStdWString(manager.m_password),
+            QString::fromStdWString(manager.m_serverUrl), QString::number(manager.m_enterpriseId));
+    manager.notifyCaller();
 }
 
 } // namespace NelvoPlugin

@@ -23,6 +23,9 @@ public:
     void Start() override;
 
 private:
+    //! Signs in with the one argument there is and tells the program that gave it.
+    void startFromCommandLine();
+
     QQuickView m_view;
     std::unique_ptr<NelvoSDK::ILoginActor> m_loginActor;
     void* m_context = nullptr;

@@ -1,3 +1,4 @@
+#include "host/commandlinetour.h"
 #include "host/editor.h"
 #include "host/hostoptions.h"
 #include "host/hostsettings.h"
@@ -41,7 +42,9 @@ private:
 HostOptions readOptions()
 {
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() == 2 && arguments.at(1).startsWith(QLatin1Char('-')))
+    // Not what was meant, most likely, unless it has the parts of a sign-in.
+    if (arguments.size() == 2 && arguments.at(1).startsWith(QLatin1Char('-')) &&
+        !arguments.at(1).contains(QStringLiteral("$$")))
         std::cerr << "NelvoEditor: '" << arguments.at(1).toStdString()
                   << "' goes to the plug-in, as a sign-in\n"
                   << HostOptions::usage().toStdString();
@@ -136,6 +139,8 @@ int run()
             runTour(options.tourDirectory, options.servicesFile);
         else if (!options.account.isEmpty())
             signInAlone(options.account);
+        else if (qEnvironmentVariableIsSet(CommandLineTourVariable))
+            runCommandLineTour(qEnvironmentVariable(CommandLineTourVariable));
     });
     const int status = QGuiApplication::exec();
     editor.models()->destroyDialog();

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void settingsWrong();
     void ownSettingsWrong();
     void singleArgumentIsForThePlugin();
+    void signInIsNoOptionWhateverItBeginsWith();
     void tourMissesItsStation();
     void signInWithoutPassword();
 };
@@ -154,6 +155,17 @@ void TestHostStart::singleArgumentIsForThePlugin()
                  QStringLiteral("'--help' goes to the plug-in, as a sign-in\nusage: NelvoEditor ")),
              qPrintable(host.error));
     QVERIFY2(!host.error.contains(QStringLiteral("unknown option")), qPrintable(host.error));
+}
+
+//! One that fails ends the host.
+void TestHostStart::signInIsNoOptionWhateverItBeginsWith()
+{
+    const Folder folder;
+    folder.addPlugin(plugin);
+    const Ending host = folder.run({QStringLiteral("--help$$md5$$127.0.0.1:1$$$$$$1")});
+    QCOMPARE(host.status, 0);
+    QVERIFY2(host.error.contains(QStringLiteral("login failed: ")), qPrintable(host.error));
+    QVERIFY2(!host.error.contains(QStringLiteral("usage: NelvoEditor ")), qPrintable(host.error));
 }
 
 void TestHostStart::tourMissesItsStation()

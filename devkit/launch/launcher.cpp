@@ -1,0 +1,168 @@
+#include "launch/launcher.h"
+
+#include "launch/callerhandshake.h"
+
+#include <QDeadlineTimer>
+#include <QProcess>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <system_error>
+
+namespace NelvoDevkit {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds LookEvery{50};
+constexpr milliseconds EndPatience{10000};
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void interrupt(int /*signal*/)
+{
+    interrupted = 1;
+}
+
+//! Names would outlive this process on some systems, so an interruption has to come to its end as well.
+void heedInterruptions()
+{
+    std::signal(SIGINT, &interrupt);
+    std::signal(SIGTERM, &interrupt);
+}
+
+void say(const std::string& text)
+{
+    std::cout << "nelvo-launch: " << text << std::endl;
+}
+
+void complain(const std::string& text)
+{
+    std::cerr << "nelvo-launch: " << text << std::endl;
+}
+
+//! \brief The started host: its terminal is this program's.
+class HostProcess final : private QProcess
+{
+public:
+    HostProcess()
+    {
+        setProcessChannelMode(ForwardedChannels);
+        setInputChannelMode(ForwardedInputChannel);
+    }
+
+    bool start(const QString& program, const QString& argument)
+    {
+        QProcess::start(program, {argument}, QIODevice::NotOpen);
+        return waitForStarted(-1);
+    }
+    std::string error() const { return errorString().toStdString(); }
+    qint64 id() const { return processId(); }
+    bool hasEnded(milliseconds patience = milliseconds(0))
+    {
+        return state() == NotRunning || waitForFinished(static_cast<int>(patience.count()));
+    }
+
+    //! The destructor ends a process that runs; this one it leaves alone.
+    void leave() { setProcessState(NotRunning); }
+    void end()
+    {
+        terminate();
+        if (hasEnded(EndPatience))
+            return;
+        kill();
+        hasEnded(EndPatience);
+    }
+    //! Of a host that has ended; one that crashed failed.
+    int status() const { return exitStatus() == NormalExit ? exitCode() : EXIT_FAILURE; }
+};
+
+LaunchStatus awaitWord(const CallerHandshake& handshake, HostProcess& host, milliseconds patience)
+{
+    const QDeadlineTimer deadline(patience);
+    for (;;) {
+        // A host may tell and end in one go: its word is looked for once more after its end.
+        const bool ended = host.hasEnded();
+        if (handshake.wait(ended ? milliseconds(0) : LookEvery))
+            return LaunchStatus::Told;
+        if (ended)
+            return LaunchStatus::HostEnded;
+        if (interrupted != 0)
+            return LaunchStatus::Interrupted;
+        if (deadline.hasExpired())
+            return LaunchStatus::TimedOut;
+    }
+}
+
+void report(LaunchStatus status, const CallerHandshake& handshake, const LaunchOptions& options)
+{
+    switch (status) {
+    case LaunchStatus::Told:
+        say("the host says \"" + handshake.text() +
+            "\": the sign-in has run; whether it went well shows in the host");
+        break;
+    case LaunchStatus::TimedOut:
+        complain("no word from the host within " + std::to_string(options.patience.count()) + " seconds");
+        break;
+    case LaunchStatus::HostEnded:
+        complain("the host ended without a word");
+        break;
+    default:
+        complain("interrupted");
+        break;
+    }
+}
+
+//! Lets the host run until its end; false if somebody interrupts before.
+bool awaitEnd(HostProcess& host)
+{
+    while (!host.hasEnded(LookEvery)) {
+        if (interrupted != 0)
+            return false;
+    }
+    return true;
+}
+
+//! Leaves the host, ended or not, as the options want it. The status for the program to exit with.
+int partWith(HostProcess& host, LaunchStatus status, LaunchOptions::Afterwards afterwards)
+{
+    const bool isAwaited = afterwards == LaunchOptions::Afterwards::Await && status == LaunchStatus::Told;
+    if (isAwaited && !awaitEnd(host))
+        status = LaunchStatus::Interrupted;
+    if (!host.hasEnded() && afterwards == LaunchOptions::Afterwards::Leave) {
+        say("the host stays, as process " + std::to_string(host.id()));
+        host.leave();
+        return static_cast<int>(status);
+    }
+    if (!host.hasEnded())
+        host.end();
+    say("the host has ended with status " + std::to_string(host.status()));
+    return isAwaited && status == LaunchStatus::Told ? host.status() : static_cast<int>(status);
+}
+
+} // namespace
+
+int launch(const LaunchOptions& options)
+{
+    heedInterruptions();
+    try {
+        const CallerHandshake handshake(options.eventName.toStdWString(), options.mappingName.toStdWString());
+        HostProcess host;
+        if (!host.start(options.host, options.hostArgument())) {
+            complain("cannot start " + options.host.toStdString() + ": " + host.error());
+            return static_cast<int>(LaunchStatus::NotStarted);
+        }
+        const LaunchStatus status = awaitWord(handshake, host, options.patience);
+        report(status, handshake, options);
+        return partWith(host, status, options.afterwards);
+    } catch (const std::system_error& error) {
+        complain(error.what());
+        return static_cast<int>(LaunchStatus::NotStarted);
+    }
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,106 @@
+#include "platform/handshake.h"
+
+#include <fcntl.h>
+#include <semaphore.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+
+#include <list>
+
+namespace NelvoPlugin {
+
+struct SharedMemory {
+    int descriptor;
+};
+
+struct NamedEvent {
+    sem_t* semaphore;
+};
+
+namespace {
+
+//! Keeps what was opened until the process ends.
+template <typename Object>
+Object* keep(Object object)
+{
+    static std::list<Object> kept;
+    return &kept.emplace_back(object);
+}
+
+std::string toUtf8(const std::wstring& text)
+{
+    std::string bytes;
+    const auto append = [&bytes](char32_t value) { bytes += static_cast<char>(value); };
+    const auto appendRest = [&append](char32_t value) { append(0x80 | (value & 0x3F)); };
+    for (const char32_t code : std::u32string(text.begin(), text.end())) {
+        if (code < 0x80) {
+            append(code);
+        } else if (code < 0x800) {
+            append(0xC0 | (code >> 6));
+            appendRest(code);
+        } else if (code < 0x10000) {
+            append(0xE0 | (code >> 12));
+            appendRest(code >> 6);
+            appendRest(code);
+        } else {
+            append(0xF0 | (code >> 18));
+            appendRest(code >> 12);
+            appendRest(code >> 6);
+            appendRest(code);
+        }
+    }
+    return bytes;
+}
+
+bool isPlain(char byte)
+{
+    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
+           byte == '-' || byte == '.' || byte == '_' || byte == '~';
+}
+
+//! What the object of that name is called here, where slashes are not allowed within a name.
+std::string objectName(const std::wstring& name)
+{
+    static const char* const digits = "0123456789ABCDEF";
+    std::string encoded = "/";
+    for (const char byte : toUtf8(name)) {
+        if (isPlain(byte)) {
+            encoded += byte;
+            continue;
+        }
+        const auto value = static_cast<unsigned char>(byte);
+        encoded += {'%', digits[value >> 4], digits[value & 0xF]};
+    }
+    return encoded;
+}
+
+} // namespace
+
+SharedMemory* openSharedMemory(const std::wstring& name)
+{
+    const int descriptor = shm_open(objectName(name).c_str(), O_RDWR, 0);
+    return descriptor < 0 ? nullptr : keep(SharedMemory{descriptor});
+}
+
+char* mapSharedMemory(SharedMemory* memory)
+{
+    struct stat information = {};
+    if (fstat(memory->descriptor, &information) != 0 || information.st_size <= 0)
+        return nullptr;
+    void* const address = mmap(nullptr, static_cast<std::size_t>(information.st_size), PROT_READ | PROT_WRITE,
+                               MAP_SHARED, memory->descriptor, 0);
+    return address == MAP_FAILED ? nullptr : static_cast<char*>(address);
+}
+
+NamedEvent* openEvent(const std::wstring& name)
+{
+    sem_t* const semaphore = sem_open(objectName(name).c_str(), 0);
+    return semaphore == SEM_FAILED ? nullptr : keep(NamedEvent{semaphore});
+}
+
+void setEvent(NamedEvent* event)
+{
+    sem_post(event->semaphore);
+}
+
+} // namespace NelvoPlugin
