@@ -137,6 +137,7 @@ CLoginActor::CLoginActor(QQuickView* view, QObject* parent)
 {
     QQmlContext* context = m_view->rootContext();
     context->setContextProperty(QStringLiteral("loginCtrl"), this);
+    context->setContextProperty(QStringLiteral("updater"), &m_updater);
     context->setContextProperty(QStringLiteral("defaultUrl"), m_defaultUrl);
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &CLoginActor::logout);
     m_urlSuffix = readUrlSuffix();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "updater/updater.h"
+
 #include <BVUtility/ISubject.h>
 #include <NelvoSDK/ILoginActor.h>
 
@@ -71,6 +73,8 @@ private:
     auto pageCall();
 
     QQuickView* m_view;
+    //! What the pages know as `updater`.
+    CUpdater m_updater;
     //! Base address of the sign-in service since the form was accepted.
     QString m_cimUrl;
     //! Unused, like m_spareArray: they keep their places.

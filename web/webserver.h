@@ -4,7 +4,13 @@
 #include <QObject>
 #include <QString>
 
+class QJsonObject;
+class QUrl;
+
 //! \brief The client of the update service: a network manager of its own, without the shared cookies.
+//!
+//! Its calls block until the service has answered or the time is up, and pump the events of their thread
+//! meanwhile, all kinds of them, so they may come back into the caller. Redirects are not followed.
 class CWebServer final : public QObject
 {
     Q_OBJECT
@@ -12,6 +18,21 @@ class CWebServer final : public QObject
 public:
     explicit CWebServer(QObject* parent = nullptr);
     ~CWebServer() override;
+
+    //! Sets the base address of the update service, scheme and host without a trailing slash.
+    void setServerAddress(const QString& url);
+
+    //! Asks for the latest release of a product, as postJson does. `token` and `productId` go into the
+    //! address as they are; `version` is the one that the client claims to have.
+    bool findLatest(const QString& token, const QString& productId, const QString& version,
+                    const QJsonObject& body, QJsonObject& reply, int timeoutMs);
+
+    //! Posts `body` to `url`. True if the service answered with an object that holds "data" and whose "code"
+    //! is the number 200; `reply` is that object.
+    //!
+    //! Otherwise `reply` is the object that came, or if none did, one whose "message" tells why: that no
+    //! answer came within `timeoutMs`, or the network's error text. An empty `reply` is expected.
+    bool postJson(const QJsonObject& body, QJsonObject& reply, const QUrl& url, int timeoutMs);
 
     QNetworkAccessManager manager;
     //! Base address of the update service; empty until a version check sets it.

@@ -1,48 +1,16 @@
 #include "services/controlservice.h"
 
+#include "services/controlparameters.h"
 #include "services/faults.h"
 #include "services/service.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QMap>
-#include <QStringList>
-#include <QUrlQuery>
 
 namespace NelvoDevkit {
 
 namespace {
-
-//! What is wrong with the parameters of a request.
-struct ParameterError {
-    QString text;
-};
-
-QString listed(const QStringList& names)
-{
-    return names.join(QStringLiteral(", "));
-}
-
-using Parameters = QMap<QString, QString>;
-
-//! The parameters by name; each is one of `names` and stands there once.
-Parameters readParameters(const HttpRequest& request, const QStringList& names)
-{
-    Parameters parameters;
-    const QUrlQuery query(QString::fromUtf8(request.target.mid(request.path().size() + 1)));
-    const auto items = query.queryItems(QUrl::FullyDecoded);
-    for (const auto& [name, value] : items) {
-        if (!names.contains(name)) {
-            throw ParameterError{
-                QStringLiteral("unknown parameter \"%1\"; there are %2").arg(name, listed(names))};
-        }
-        if (parameters.contains(name))
-            throw ParameterError{QStringLiteral("parameter \"%1\" stands there twice").arg(name)};
-        parameters.insert(name, value);
-    }
-    return parameters;
-}
 
 Fault readFault(const QString& name)
 {
@@ -61,35 +29,17 @@ QString readPath(const QString& path)
     return path;
 }
 
-int readNumber(const QString& name, const QString& text, int least, int most, const QString& what)
-{
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    if (!isNumber || number < least || number > most) {
-        throw ParameterError{
-            QStringLiteral("parameter \"%1\" must be %2 from %3 to %4").arg(name, what).arg(least).arg(most)};
-    }
-    return number;
-}
-
 int readValue(Fault fault, const QString& text)
 {
     constexpr int hour = 60 * 60 * 1000;
     const QString name = QStringLiteral("value");
     if (fault == Fault::Delay)
-        return readNumber(name, text, 0, hour, QStringLiteral("the milliseconds to wait,"));
+        return static_cast<int>(readNumber(name, text, 0, hour, QStringLiteral("the milliseconds to wait,")));
     if (fault == Fault::Status)
-        return readNumber(name, text, 200, 599, QStringLiteral("an HTTP status"));
+        return static_cast<int>(readNumber(name, text, 200, 599, QStringLiteral("an HTTP status")));
     if (!text.isEmpty())
         throw ParameterError{QStringLiteral("parameter \"value\" goes with delay and status only")};
     return 0;
-}
-
-bool readOnce(const QString& text)
-{
-    if (!text.isEmpty() && text != QLatin1String("0") && text != QLatin1String("1"))
-        throw ParameterError{QStringLiteral("parameter \"once\" must be 0 or 1")};
-    return text == QLatin1String("1");
 }
 
 FaultRule readRule(const HttpRequest& request)
@@ -101,7 +51,7 @@ FaultRule readRule(const HttpRequest& request)
     return {fault, readPath(parameters.value(QStringLiteral("path"))),
             parameters.value(QStringLiteral("method")).toUpper().toUtf8(),
             readValue(fault, parameters.value(QStringLiteral("value"))),
-            readOnce(parameters.value(QStringLiteral("once")))};
+            readFlag(parameters, QStringLiteral("once"))};
 }
 
 QString readUser(const QString& user, const QStringList& users)
@@ -123,7 +73,8 @@ QByteArray readInfoCode(const QString& code)
 int readCount(const Parameters& parameters, const QString& name)
 {
     constexpr int most = 1000000;
-    return readNumber(name, parameters.value(name, QStringLiteral("0")), 0, most, QStringLiteral("a number"));
+    const QString text = parameters.value(name, QStringLiteral("0"));
+    return static_cast<int>(readNumber(name, text, 0, most, QStringLiteral("a number")));
 }
 
 QJsonObject toJson(const FaultRule& rule)
@@ -160,22 +111,12 @@ HttpReply listReply(const QVector<Entry>& entries)
     return reply;
 }
 
-//! Does it and says so, or tells which parameter is wrong.
-template <typename Action>
-HttpReply whenParametersAreRight(const Action& action, const QByteArray& report)
-{
-    try {
-        action();
-        return textReply(200, report);
-    } catch (const ParameterError& wrong) {
-        return textReply(400, wrong.text.toUtf8() + '\n');
-    }
-}
-
 constexpr char helpText[] = R"(The service simulator
 
 Sign-in service  {{signIn}}
 Editor service   {{editor}}
+Update service   {{update}}
+Package server   {{package}}
 
 GET /                  this text
     curl {{control}}/
@@ -186,7 +127,7 @@ DELETE /requests       forgets them
 POST /faults           adds a fault; the first one that fits a request strikes it
     curl -X POST '{{control}}/faults?fault=status&path=/login&method=GET&value=503&once=1'
     fault   {{faults}}
-    path    path that it applies to, without query; left out: every path of both services
+    path    path that it applies to, without query; left out: every path of all services
     method  HTTP method that it applies to; left out: every method
     value   milliseconds of delay, HTTP status of status
     once    1: strikes the next matching request only
@@ -202,18 +143,43 @@ POST /push-out         refuses an account's editor sessions from now on, until i
     code    1007 or 1002, the infoCode that tells why; left out: 1007
 GET /state             projects by enterprise and equipment bindings by project, as JSON
     curl {{control}}/state
-DELETE /state          brings trees, projects, models, drawings and bindings back to the seed
+DELETE /state          brings trees, projects, models, drawings, bindings and releases back to the
+                       seed
     curl -X DELETE {{control}}/state
 POST /generate         gives every enterprise a large tree, or many projects or models, in place of its own
     curl -X POST '{{control}}/generate?tree=100000&projects=50000&models=20000'
     tree      nodes of the tree; left out or 0: the tree stays
     projects  number of projects; left out or 0: the projects stay
     models    number of models, and of drawings; left out or 0: the models and drawings stay
+GET /releases          the releases in offer by product, as JSON
+    curl {{control}}/releases
+POST /releases         offers a release as its product's latest one
+    curl -X POST '{{control}}/releases?productId=nelvo-editor&version=1.0.2&package=big.zip'
+    productId, version, remarks
+    package          a package of the package server, which tells path, size and MD5
+    path, size, md5  what the release tells in place of that; a path that begins with / is on the package
+                     server
+GET /packages          the packages and their addresses, as JSON
+    curl {{control}}/packages
+POST /packages         adds a package, or puts it in place of the one of that name
+    curl -X POST '{{control}}/packages?name=big.zip&size=1073741824'
+    name    what it is called
+    file    the file that it is, or
+    size    the number of bytes to make up
+POST /packages/delivery  changes how a package is answered; without further parameters: whole, right and
+                         at once; answers that stall go on
+    curl -X POST '{{control}}/packages/delivery?package=big.zip&end=cut&after=1000000&once=1'
+    package          the package
+    end              cut, reset or stall, after so many bytes of an answer as "after" tells
+    paceBytes        bytes to send every paceMilliseconds; those are 10 if left out
+    ignoresRange     1: answers a Range with the whole package and 200
+    announced        Content-Length in place of the right one
+    once             1: for the next answer only
 )";
 
 } // namespace
 
-ControlService::ControlService(Services& services) : m_services(services) {}
+ControlService::ControlService(Services& services) : m_services(services), m_updates(services) {}
 
 HttpReply ControlService::answer(const HttpRequest& request)
 {
@@ -231,7 +197,9 @@ HttpReply ControlService::answer(const HttpRequest& request)
         {"DELETE", "/state", &ControlService::resetState},
         {"POST", "/generate", &ControlService::generate},
     };
-    return dispatch(*this, routes, request);
+    const bool isAboutUpdates =
+        request.path().startsWith("/releases") || request.path().startsWith("/packages");
+    return isAboutUpdates ? m_updates.answer(request) : dispatch(*this, routes, request);
 }
 
 HttpReply ControlService::help(const HttpRequest& /*request*/)
@@ -239,6 +207,8 @@ HttpReply ControlService::help(const HttpRequest& /*request*/)
     return textReply(200, QByteArray(helpText)
                               .replace("{{signIn}}", m_services.signInUrl().toLatin1())
                               .replace("{{editor}}", m_services.editorUrl().toLatin1())
+                              .replace("{{update}}", m_services.updateUrl().toLatin1())
+                              .replace("{{package}}", m_services.packageUrl().toLatin1())
                               .replace("{{control}}", m_services.controlUrl().toLatin1())
                               .replace("{{faults}}", faultNames().join(QLatin1Char(' ')).toLatin1()));
 }

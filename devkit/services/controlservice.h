@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/httpmessage.h"
+#include "services/updatecontrol.h"
 
 namespace NelvoDevkit {
 
@@ -26,6 +26,7 @@ private:
     HttpReply generate(const HttpRequest& request);
 
     Services& m_services;
+    UpdateControl m_updates;
 };
 
 } // namespace NelvoDevkit

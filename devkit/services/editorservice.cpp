@@ -80,7 +80,7 @@ QString idBehind(const char* prefix, const HttpRequest& request)
 EditorService::EditorService(const SignInService& signIn, EditorData& data) : m_signIn(signIn), m_data(data)
 {}
 
-HttpReply EditorService::answer(const HttpRequest& request)
+Delivery EditorService::answer(const HttpRequest& request)
 {
     static const std::vector<Route<EditorService>> routes = {
         {"GET", "/org/heartbeat", &EditorService::heartbeat},
@@ -97,11 +97,11 @@ HttpReply EditorService::answer(const HttpRequest& request)
     if (needsASession(request.path())) {
         const Session* known = session(request);
         if (known == nullptr)
-            return refusal("1001");
+            return {refusal("1001")};
         if (!known->pushedOut.isEmpty())
-            return refusal(known->pushedOut);
+            return {refusal(known->pushedOut)};
     }
-    return dispatch(*this, routes, request);
+    return {dispatch(*this, routes, request)};
 }
 
 void EditorService::forgetSession(const HttpRequest& request)

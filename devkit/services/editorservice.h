@@ -22,7 +22,7 @@ class EditorService final : public Service
 public:
     EditorService(const SignInService& signIn, EditorData& data);
 
-    HttpReply answer(const HttpRequest& request) override;
+    Delivery answer(const HttpRequest& request) override;
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 

@@ -15,7 +15,7 @@ std::optional<Fault> faultFromName(const QString& name);
 //! The names of all faults, in the order of the enumeration.
 QStringList faultNames();
 
-//! Whether the rule makes both services refuse from the moment on which it is added.
+//! Whether the rule makes all services refuse from the moment on which it is added.
 bool refusesEverything(const FaultRule& rule);
 
 //! Where a Redirect leads: the request's own target with a mark, by which the rule lets it pass.

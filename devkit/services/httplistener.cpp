@@ -4,6 +4,7 @@
 #include <boost/asio/ip/tcp.hpp>
 #include <boost/asio/post.hpp>
 #include <boost/asio/ssl.hpp>
+#include <boost/asio/steady_timer.hpp>
 #include <boost/asio/write.hpp>
 #include <boost/beast/core/flat_buffer.hpp>
 #include <boost/beast/http/basic_parser.hpp>
@@ -29,6 +30,7 @@ namespace NelvoDevkit {
 namespace {
 
 constexpr std::uint32_t headerLimit = 64 * 1024;
+constexpr qint64 endless = std::numeric_limits<qint64>::max();
 
 QByteArray bytes(beast::string_view text)
 {
@@ -174,15 +176,12 @@ private:
     //! Returns whether the connection may serve another request.
     bool deliver(const Delivery& delivery, bool keepAlive)
     {
-        const HttpReply& reply = delivery.reply;
         switch (delivery.manner) {
         case Delivery::Manner::Whole:
-            return !write(wireHead(reply, keepAlive) + wireBody(reply)) && keepAlive;
-        case Delivery::Manner::HalfBody: {
-            const QByteArray body = wireBody(reply);
-            write(wireHead(reply, keepAlive) + body.left(body.size() / 2));
+            return send(delivery, keepAlive) && keepAlive;
+        case Delivery::Manner::HalfBody:
+            sendHalf(delivery, keepAlive);
             return false;
-        }
         case Delivery::Manner::Reset:
             reset();
             return false;
@@ -190,6 +189,66 @@ private:
             return false;
         }
         return false;
+    }
+
+    bool send(const Delivery& delivery, bool keepAlive)
+    {
+        const HttpReply& reply = delivery.reply;
+        if (!delivery.stream)
+            return !write(wireHead(reply, reply.body.size(), keepAlive) + wireBody(reply));
+        const qint64 size = delivery.stream->announcedSize();
+        return !write(wireHead(reply, size, keepAlive)) && stream(*delivery.stream, endless) == size;
+    }
+
+    void sendHalf(const Delivery& delivery, bool keepAlive)
+    {
+        const HttpReply& reply = delivery.reply;
+        if (!delivery.stream) {
+            const QByteArray body = wireBody(reply);
+            write(wireHead(reply, reply.body.size(), keepAlive) + body.left(body.size() / 2));
+            return;
+        }
+        const qint64 size = delivery.stream->announcedSize();
+        if (!write(wireHead(reply, size, keepAlive)))
+            stream(*delivery.stream, size / 2);
+    }
+
+    //! Sends what the stream gives, `limit` bytes at most, until its end or the connection's. Returns how
+    //! many bytes that were, or -1 if the connection is of no more use.
+    qint64 stream(BodyStream& body, qint64 limit)
+    {
+        // Small pieces that are paced don't wait for one another.
+        error_code ignored;
+        m_socket.set_option(tcp::no_delay(true), ignored);
+        qint64 sent = 0;
+        while (!m_cut && sent < limit) {
+            const BodyStep step = body.next();
+            switch (step.kind) {
+            case BodyStep::Kind::Write: {
+                const auto bytes = step.bytes.substr(0, static_cast<std::size_t>(limit - sent));
+                if (write(asio::buffer(bytes.data(), bytes.size())))
+                    return -1;
+                sent += static_cast<qint64>(bytes.size());
+                break;
+            }
+            case BodyStep::Kind::Wait:
+                waitFor(step.time);
+                break;
+            case BodyStep::Kind::End:
+                return sent;
+            case BodyStep::Kind::Reset:
+                reset();
+                return -1;
+            }
+        }
+        return sent;
+    }
+
+    void waitFor(std::chrono::milliseconds time)
+    {
+        m_timer.expires_after(time);
+        m_timer.async_wait([](const error_code& /*error*/) {});
+        runUntilDone();
     }
 
     //! Tells a client that sent something else than HTTP; one that merely went away needs no answer.
@@ -200,7 +259,7 @@ private:
         if (malformed) {
             const HttpReply reply =
                 textReply(400, "bad request: " + QByteArray::fromStdString(error.message()) + '\n');
-            write(wireHead(reply, false) + wireBody(reply));
+            write(wireHead(reply, reply.body.size(), false) + wireBody(reply));
         }
     }
 
@@ -215,7 +274,11 @@ private:
 
     error_code write(const QByteArray& data)
     {
-        const asio::const_buffer buffer(data.constData(), static_cast<std::size_t>(data.size()));
+        return write(asio::buffer(data.constData(), static_cast<std::size_t>(data.size())));
+    }
+
+    error_code write(const asio::const_buffer& buffer)
+    {
         return transfer(
             [&buffer](auto& stream, const auto& done) { asio::async_write(stream, buffer, done); });
     }
@@ -250,6 +313,7 @@ private:
     void end()
     {
         error_code ignored;
+        m_timer.cancel();
         m_socket.shutdown(tcp::socket::shutdown_both, ignored);
         m_socket.close(ignored);
     }
@@ -257,6 +321,7 @@ private:
     const HttpListener::Handler& m_handler;
     asio::io_context m_context;
     tcp::socket m_socket{m_context};
+    asio::steady_timer m_timer{m_context};
     std::optional<asio::ssl::stream<tcp::socket&>> m_tls;
     beast::flat_buffer m_buffer;
     std::atomic_bool m_cut = false;

@@ -1,25 +1,12 @@
 #pragma once
 
 #include "services/certificate.h"
-#include "services/httpmessage.h"
+#include "services/delivery.h"
 
 #include <functional>
 #include <memory>
 
 namespace NelvoDevkit {
-
-//! \brief An answer and how it goes out.
-struct Delivery {
-    enum class Manner {
-        Whole,
-        HalfBody, //!< the head announces the whole body, half of it follows, then the connection ends
-        Reset,    //!< nothing goes out, the connection is reset
-        Drop,     //!< nothing goes out, the connection ends
-    };
-
-    HttpReply reply;
-    Manner manner = Manner::Whole;
-};
 
 //! \brief One loopback port that speaks HTTP/1.1 or HTTPS, each connection on a thread of its own.
 //!

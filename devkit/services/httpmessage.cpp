@@ -84,14 +84,14 @@ void setCookie(HttpReply& reply, const QByteArray& cookie)
     reply.headers.append({"Set-Cookie", cookie});
 }
 
-QByteArray wireHead(const HttpReply& reply, bool keepAlive)
+QByteArray wireHead(const HttpReply& reply, qint64 bodySize, bool keepAlive)
 {
     QByteArray head = statusLine(reply.status) + line("Server", "nelvo-services") + line("Date", httpDate());
     for (const auto& header : reply.headers)
         head += line(header.name, header.value);
     if (hasBody(reply.status)) {
-        head += line("Content-Type", reply.contentType) +
-                line("Content-Length", QByteArray::number(reply.body.size()));
+        head +=
+            line("Content-Type", reply.contentType) + line("Content-Length", QByteArray::number(bodySize));
     }
     if (!keepAlive)
         head += line("Connection", "close");

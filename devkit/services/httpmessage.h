@@ -23,8 +23,8 @@ HttpReply redirectReply(const QByteArray& location);
 //! Adds a cookie to the reply; `cookie` is the header's value, such as "a=b; Path=/".
 void setCookie(HttpReply& reply, const QByteArray& cookie);
 
-//! Status line and headers as they go over the wire. They announce the reply's whole body.
-QByteArray wireHead(const HttpReply& reply, bool keepAlive);
+//! Status line and headers as they go over the wire. They announce a body of that size.
+QByteArray wireHead(const HttpReply& reply, qint64 bodySize, bool keepAlive);
 //! The body as it goes over the wire: none where the status forbids one.
 QByteArray wireBody(const HttpReply& reply);
 

@@ -64,7 +64,8 @@ Arguments readArguments(const QCoreApplication& application)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Simulates the sign-in and the editor service on 127.0.0.1. Runs until SIGINT or SIGTERM."));
+        "Simulates the sign-in, the editor and the update service and the package server on 127.0.0.1.\n"
+        "Runs until SIGINT or SIGTERM."));
     parser.addHelpOption();
     const QString portName = QStringLiteral("port");
     const QString fileName = QStringLiteral("file");
@@ -74,11 +75,18 @@ Arguments readArguments(const QCoreApplication& application)
     const QString editorPort =
         valueOption(parser, QStringLiteral("editor-port"),
                     QStringLiteral("Port of the editor service; any if left out."), portName);
+    const QString updatePort =
+        valueOption(parser, QStringLiteral("update-port"),
+                    QStringLiteral("Port of the update service; any if left out."), portName);
+    const QString packagePort =
+        valueOption(parser, QStringLiteral("package-port"),
+                    QStringLiteral("Port of the package server; any if left out."), portName);
     const QString controlPort =
         valueOption(parser, QStringLiteral("control-port"),
                     QStringLiteral("Port of the control path; any if left out."), portName);
-    const QString seed = valueOption(parser, QStringLiteral("seed"),
-                                     QStringLiteral("JSON file with accounts and enterprises."), fileName);
+    const QString seed =
+        valueOption(parser, QStringLiteral("seed"),
+                    QStringLiteral("JSON file with accounts, enterprises and releases."), fileName);
     const QString https = QStringLiteral("https");
     parser.addOption({https, QStringLiteral("Speak HTTPS with a certificate made at start.")});
     const QString certificate =
@@ -93,8 +101,8 @@ Arguments readArguments(const QCoreApplication& application)
         throw Failure{QStringLiteral("unknown argument \"%1\"").arg(parser.positionalArguments().first())};
     if (parser.isSet(certificate) && !parser.isSet(https))
         throw Failure{QStringLiteral("--certificate-out goes with --https only")};
-    return {{port(parser, signInPort), port(parser, editorPort), port(parser, controlPort),
-             parser.value(seed), parser.isSet(https)},
+    return {{port(parser, signInPort), port(parser, editorPort), port(parser, updatePort),
+             port(parser, packagePort), port(parser, controlPort), parser.value(seed), parser.isSet(https)},
             parser.value(certificate),
             parser.value(ready)};
 }
@@ -113,6 +121,9 @@ QByteArray readyText(const Services& services, const QString& certificateFile)
         certificateFile.isEmpty() ? QString() : QFileInfo(certificateFile).absoluteFilePath();
     return QJsonDocument(QJsonObject{{QStringLiteral("signIn"), services.signInUrl()},
                                      {QStringLiteral("editor"), services.editorUrl()},
+                                     {QStringLiteral("update"), services.updateUrl()},
+                                     {QStringLiteral("updateToken"), services.updateToken()},
+                                     {QStringLiteral("package"), services.packageUrl()},
                                      {QStringLiteral("control"), services.controlUrl()},
                                      {QStringLiteral("certificate"), certificate}})
         .toJson();
@@ -122,6 +133,8 @@ void printAddresses(QTextStream& out, const Services& services)
 {
     out << "sign-in service  " << services.signInUrl() << '\n'
         << "editor service   " << services.editorUrl() << '\n'
+        << "update service   " << services.updateUrl() << '\n'
+        << "package server   " << services.packageUrl() << '\n'
         << "control path     " << services.controlUrl() << '\n';
 }
 
@@ -130,6 +143,14 @@ void printAccounts(QTextStream& out, const NelvoDevkit::Seed& seed)
     out << "\naccounts (user, password, enterprises)\n";
     for (const auto& account : seed.accounts)
         out << "  " << account.user << "  " << account.password << "  " << account.enterprises.size() << '\n';
+}
+
+void printReleases(QTextStream& out, const Services& services)
+{
+    out << "\nreleases (product, version, package), for the access token " << services.updateToken() << '\n';
+    const auto releases = services.releases();
+    for (auto release = releases.begin(); release != releases.end(); ++release)
+        out << "  " << release.key() << "  " << release->version << "  " << release->path << '\n';
 }
 
 void printHint(QTextStream& out, const Services& services)
@@ -161,6 +182,7 @@ void run(const Arguments& arguments)
     writeUtf8(out);
     printAddresses(out, services);
     printAccounts(out, *seed);
+    printReleases(out, services);
     printHint(out, services);
     out.flush();
     if (!arguments.readyFile.isEmpty())

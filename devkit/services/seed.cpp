@@ -1,5 +1,9 @@
 #include "services/seed.h"
 
+#include "package/updatepackage.h"
+#include "services/packageservice.h"
+
+#include <QCryptographicHash>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -240,12 +244,74 @@ std::vector<EnterpriseHoldings> readHoldings(const QJsonObject& root, const Ente
     return holdings;
 }
 
+//! Packs the files, whose texts stand under their names.
+QByteArray packFiles(const QJsonObject& files, const QString& where)
+{
+    QVector<PackageEntry> entries;
+    for (auto file = files.begin(); file != files.end(); ++file)
+        entries.append({file.key(), file.value().toString().toUtf8()});
+    QString error;
+    std::optional<QByteArray> package = packEntries(entries, &error);
+    if (!package)
+        throw SeedError{QStringLiteral("%1: %2").arg(where, error)};
+    return std::move(*package);
+}
+
+//! Packs the release's own package and tells the release about it.
+void readPackage(const QJsonObject& object, const QString& where, Release& release,
+                 QMap<QString, QByteArray>& packages)
+{
+    const QString name = textMember(object, where, QStringLiteral("package"));
+    const QByteArray content = packFiles(object.value(QStringLiteral("files")).toObject(), where);
+    release.path = packagePath(name);
+    release.md5 = QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex());
+    release.size = content.size();
+    packages.insert(name, content);
+}
+
+//! A release whose package is made of "files", or lies at "path" with that size and MD5.
+Release readRelease(const QJsonObject& object, const QString& where, QMap<QString, QByteArray>& packages)
+{
+    Release release;
+    release.version = textMember(object, where, QStringLiteral("version"));
+    release.remarks = textMember(object, where, QStringLiteral("remarks"));
+    if (object.contains(QStringLiteral("files"))) {
+        readPackage(object, where, release, packages);
+        return release;
+    }
+    release.path = textMember(object, where, QStringLiteral("path"));
+    release.md5 = textMember(object, where, QStringLiteral("md5"));
+    release.size = wholeNumber(object.value(QStringLiteral("size")), where + QStringLiteral(": \"size\""));
+    return release;
+}
+
+//! What the update service and the package server have; nothing if the seed has no "updates".
+void readUpdates(const QJsonObject& root, Seed& seed)
+{
+    const QString updates = QStringLiteral("updates");
+    const QString list = QStringLiteral("releases");
+    if (!root.contains(updates))
+        return;
+    const QJsonObject object = element(root.value(updates), updates);
+    seed.updateToken = textMember(object, updates, QStringLiteral("token"));
+    const QJsonArray array = arrayMember(object, updates, list);
+    for (int i = 0; i < array.size(); ++i) {
+        const QString where = updates + QStringLiteral(": ") + place(list, i);
+        const QJsonObject release = element(array.at(i), where);
+        const QString productId = textMember(release, where, QStringLiteral("productId"));
+        if (seed.releases.contains(productId))
+            throw SeedError{QStringLiteral("%1: there is a release of \"%2\" already").arg(where, productId)};
+        seed.releases.insert(productId, readRelease(release, where, seed.packages));
+    }
+}
+
 Seed readSeed(const QJsonObject& root)
 {
     const Enterprises enterprises = readEnterprises(root);
     const QString list = QStringLiteral("accounts");
     Seed seed;
     seed.holdings = readHoldings(root, enterprises);
+    readUpdates(root, seed);
     const QJsonArray array = arrayMember(root, QStringLiteral("the seed"), list);
     for (int i = 0; i < array.size(); ++i) {
         const QString where = place(list, i);

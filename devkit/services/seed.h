@@ -4,6 +4,7 @@
 #include "services/organisation.h"
 #include "services/services.h"
 
+#include <QMap>
 #include <QString>
 #include <QVector>
 
@@ -35,6 +36,9 @@ struct EnterpriseHoldings {
 struct Seed {
     QVector<Account> accounts;
     std::vector<EnterpriseHoldings> holdings; //!< one for each enterprise
+    QString updateToken;                      //!< lets one ask for releases; empty if nothing does
+    QMap<QString, Release> releases;          //!< by product
+    QMap<QString, QByteArray> packages;       //!< by name
 
     //! The account of that user name, or null.
     const Account* find(const QString& user) const;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "services/httpmessage.h"
+#include "services/delivery.h"
 
 #include <QByteArrayList>
 
@@ -16,7 +16,7 @@ public:
     virtual ~Service() = default;
     Q_DISABLE_COPY(Service)
 
-    virtual HttpReply answer(const HttpRequest& request) = 0;
+    virtual Delivery answer(const HttpRequest& request) = 0;
     //! Forgets the session of the client that sent the request.
     virtual void forgetSession(const HttpRequest& request) = 0;
     //! Forgets every session and whatever else a restarted server would not know.
@@ -25,11 +25,11 @@ public:
 
 //! \brief Which member function of a service answers a method on a path. A path that ends in * stands for
 //! all that begin with what is before it.
-template <typename Target>
+template <typename Target, typename Result = HttpReply>
 struct Route {
     QByteArray method;
     QByteArray path;
-    HttpReply (Target::*answer)(const HttpRequest& request);
+    Result (Target::*answer)(const HttpRequest& request);
 };
 
 inline bool isPathOf(const QByteArray& pattern, const QByteArray& path)
@@ -38,8 +38,8 @@ inline bool isPathOf(const QByteArray& pattern, const QByteArray& path)
 }
 
 //! The answer of the route that fits the request, or 404 or 405 if there is none.
-template <typename Target>
-HttpReply dispatch(Target& target, const std::vector<Route<Target>>& routes, const HttpRequest& request)
+template <typename Target, typename Result>
+Result dispatch(Target& target, const std::vector<Route<Target, Result>>& routes, const HttpRequest& request)
 {
     QByteArrayList allowed;
     for (const auto& route : routes) {
@@ -50,10 +50,10 @@ HttpReply dispatch(Target& target, const std::vector<Route<Target>>& routes, con
         allowed.append(route.method);
     }
     if (allowed.isEmpty())
-        return textReply(404, "There is nothing at " + request.path() + '\n');
+        return {textReply(404, "There is nothing at " + request.path() + '\n')};
     HttpReply refusal = textReply(405, request.path() + " takes " + allowed.join(", ") + " only\n");
     refusal.headers.append({"Allow", allowed.join(", ")});
-    return refusal;
+    return {refusal};
 }
 
 } // namespace NelvoDevkit

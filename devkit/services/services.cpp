@@ -1,19 +1,25 @@
 #include "services/services.h"
 
+#include "package/updatepackage.h"
 #include "services/bimmodels.h"
 #include "services/controlservice.h"
 #include "services/editordata.h"
 #include "services/editorservice.h"
 #include "services/faults.h"
 #include "services/httplistener.h"
+#include "services/packages.h"
+#include "services/packageservice.h"
 #include "services/requestlog.h"
 #include "services/seed.h"
 #include "services/signinservice.h"
+#include "services/updateservice.h"
 
+#include <QIODevice>
 #include <QJsonObject>
 #include <QStringList>
 
 #include <algorithm>
+#include <array>
 #include <map>
 
 namespace NelvoDevkit {
@@ -40,6 +46,12 @@ HttpReply ofTheOtherKind(HttpReply reply)
     return reply;
 }
 
+Delivery halved(Delivery delivery)
+{
+    delivery.manner = Delivery::Manner::HalfBody;
+    return delivery;
+}
+
 } // namespace
 
 class Services::Private
@@ -50,14 +62,19 @@ public:
     bool makeListeners(QString* error);
     bool bind(QString* error) const;
     bool listen(QString* error);
-    void makeServices(const Seed& seed, const QString& signInUrl, const QString& editorUrl);
+    void makeServices(const Seed& seed);
+    void makeUpdateServices(const Seed& seed);
+    Release completed(Release release) const;
     Delivery handle(Port& port, const HttpRequest& request);
     std::optional<FaultBook::Strike> strike(const Port& port, const HttpRequest& request);
     Delivery underFault(Port& port, const HttpRequest& request, const FaultBook::Strike& strike);
     Delivery answer(const Port& port, const HttpRequest& request) const;
     void refuseEverything() const;
 
-    QString scheme() const { return options.https ? QStringLiteral("https") : QStringLiteral("http"); }
+    QString url(const Port& port) const
+    {
+        return port.url(options.https ? QStringLiteral("https") : QStringLiteral("http"));
+    }
 
     const ServicesOptions options;
     RequestLog log;
@@ -72,9 +89,14 @@ public:
     QByteArray certificatePem;
     QStringList users;
     std::unique_ptr<EditorData> editorData;
+    Packages packages;
     EditorService* editorService = nullptr; // owned by its port
+    UpdateService* updateService = nullptr; // likewise
     Port signIn{"sign-in", nullptr, nullptr};
     Port editor{"editor", nullptr, nullptr};
+    Port update{"update", nullptr, nullptr};
+    Port package{"package", nullptr, nullptr};
+    const std::array<Port*, 4> ports{&signIn, &editor, &update, &package};
     std::unique_ptr<HttpListener> controlListener;
 };
 
@@ -89,8 +111,8 @@ bool Services::Private::makeListeners(QString* error)
         }
         certificatePem = certificate->certificatePem;
     }
-    signIn.listener = std::make_unique<HttpListener>(certificate);
-    editor.listener = std::make_unique<HttpListener>(certificate);
+    for (Port* port : ports)
+        port->listener = std::make_unique<HttpListener>(certificate);
     controlListener = std::make_unique<HttpListener>();
     return true;
 }
@@ -99,32 +121,55 @@ bool Services::Private::bind(QString* error) const
 {
     return signIn.listener->bind(options.signInPort, error) &&
            editor.listener->bind(options.editorPort, error) &&
+           update.listener->bind(options.updatePort, error) &&
+           package.listener->bind(options.packagePort, error) &&
            controlListener->bind(options.controlPort, error);
 }
 
 bool Services::Private::listen(QString* error)
 {
-    const auto handler = [this](Port& port) {
-        return [this, &port](const HttpRequest& request) { return handle(port, request); };
+    const auto listens = [this, error](Port* port) {
+        return port->listener->listen(
+            [this, port](const HttpRequest& request) { return handle(*port, request); }, error);
     };
-    return signIn.listener->listen(handler(signIn), error) &&
-           editor.listener->listen(handler(editor), error) &&
+    return std::all_of(ports.begin(), ports.end(), listens) &&
            controlListener->listen(
                [this](const HttpRequest& request) { return Delivery{control.answer(request)}; }, error);
 }
 
-void Services::Private::makeServices(const Seed& seed, const QString& signInUrl, const QString& editorUrl)
+void Services::Private::makeServices(const Seed& seed)
 {
     users.clear();
     for (const Account& account : seed.accounts)
         users.append(account.user);
-    auto signInService = std::make_unique<SignInService>(seed, signInUrl, editorUrl);
+    auto signInService = std::make_unique<SignInService>(seed, url(signIn), url(editor));
     auto data = std::make_unique<EditorData>(seed);
     auto service = std::make_unique<EditorService>(*signInService, *data);
     editorService = service.get();
     editor.service = std::move(service);
     editorData = std::move(data);
     signIn.service = std::move(signInService);
+    makeUpdateServices(seed);
+}
+
+void Services::Private::makeUpdateServices(const Seed& seed)
+{
+    for (auto entry = seed.packages.begin(); entry != seed.packages.end(); ++entry)
+        packages.add(entry.key(), entry.value());
+    package.service = std::make_unique<PackageService>(packages);
+    QMap<QString, Release> releases = seed.releases;
+    for (Release& release : releases)
+        release = completed(release);
+    auto service = std::make_unique<UpdateService>(seed.updateToken, releases);
+    updateService = service.get();
+    update.service = std::move(service);
+}
+
+Release Services::Private::completed(Release release) const
+{
+    if (release.path.startsWith(QLatin1Char('/')))
+        release.path.prepend(url(package));
+    return release;
 }
 
 Delivery Services::Private::handle(Port& port, const HttpRequest& request)
@@ -158,7 +203,7 @@ Delivery Services::Private::underFault(Port& port, const HttpRequest& request,
         faults.hold(strike);
         return answer(port, request);
     case Fault::CutBody:
-        return {answer(port, request).reply, Delivery::Manner::HalfBody};
+        return halved(answer(port, request));
     case Fault::Status:
         return {textReply(strike.rule.value, "simulated fault\n")};
     case Fault::NotJson:
@@ -184,13 +229,13 @@ Delivery Services::Private::answer(const Port& port, const HttpRequest& request)
         if (canned != replies.end())
             return {canned->second};
     }
-    return {port.service->answer(request)};
+    return port.service->answer(request);
 }
 
 void Services::Private::refuseEverything() const
 {
-    signIn.listener->refuse();
-    editor.listener->refuse();
+    for (const Port* port : ports)
+        port->listener->refuse();
 }
 
 Services::Services(const ServicesOptions& options) : d(std::make_unique<Private>(*this, options)) {}
@@ -206,7 +251,7 @@ bool Services::start(QString* error)
     const std::optional<Seed> seed = loadSeed(d->options.seedFile, &reason);
     bool ok = seed && d->makeListeners(&reason) && d->bind(&reason);
     if (ok) {
-        d->makeServices(*seed, signInUrl(), editorUrl());
+        d->makeServices(*seed);
         ok = d->listen(&reason);
     }
     if (!ok) {
@@ -229,21 +274,31 @@ void Services::stop()
         return;
     d->controlListener->close();
     d->controlListener->join();
-    d->signIn.listener->close();
-    d->editor.listener->close();
+    for (const Port* port : d->ports)
+        port->listener->close();
     d->faults.clear();
-    d->signIn.listener->join();
-    d->editor.listener->join();
+    for (const Port* port : d->ports)
+        port->listener->join();
 }
 
 QString Services::signInUrl() const
 {
-    return d->signIn.url(d->scheme());
+    return d->url(d->signIn);
 }
 
 QString Services::editorUrl() const
 {
-    return d->editor.url(d->scheme());
+    return d->url(d->editor);
+}
+
+QString Services::updateUrl() const
+{
+    return d->url(d->update);
+}
+
+QString Services::packageUrl() const
+{
+    return d->url(d->package);
 }
 
 QString Services::controlUrl() const
@@ -269,8 +324,8 @@ void Services::clearFaults()
     const std::lock_guard lock(d->refusal);
     d->faults.clear();
     if (d->signIn.listener) {
-        d->signIn.listener->resume();
-        d->editor.listener->resume();
+        for (const Port* port : d->ports)
+            port->listener->resume();
     }
 }
 
@@ -303,10 +358,10 @@ void Services::clearRequests()
 
 void Services::forgetSessions()
 {
-    if (d->signIn.service)
-        d->signIn.service->forgetSessions();
-    if (d->editor.service)
-        d->editor.service->forgetSessions();
+    for (const Port* port : d->ports) {
+        if (port->service)
+            port->service->forgetSessions();
+    }
 }
 
 QStringList Services::users() const
@@ -367,6 +422,67 @@ void Services::resetState()
 {
     if (d->editorData)
         d->editorData->reset();
+    if (d->updateService != nullptr)
+        d->updateService->reset();
+}
+
+QString Services::updateToken() const
+{
+    return d->updateService != nullptr ? d->updateService->token() : QString();
+}
+
+void Services::setRelease(const QString& productId, const Release& release)
+{
+    if (d->updateService != nullptr)
+        d->updateService->setRelease(productId, d->completed(release));
+}
+
+QMap<QString, Release> Services::releases() const
+{
+    return d->updateService != nullptr ? d->updateService->releases() : QMap<QString, Release>();
+}
+
+void Services::addPackage(const QString& name, const QByteArray& content)
+{
+    d->packages.add(name, content);
+}
+
+void Services::addPackageFile(const QString& name, const QString& fileName)
+{
+    d->packages.addFile(name, fileName);
+}
+
+void Services::addGeneratedPackage(const QString& name, qint64 size)
+{
+    d->packages.addGenerated(name, size);
+}
+
+QStringList Services::packages() const
+{
+    return d->packages.names();
+}
+
+QString Services::packageUrl(const QString& name) const
+{
+    return packageUrl() + packagePath(name);
+}
+
+Release Services::packageRelease(const QString& name, const QString& version, const QString& remarks) const
+{
+    const std::unique_ptr<QIODevice> package = d->packages.open(name);
+    return {version, remarks, package ? md5Of(*package) : QString(), package ? package->size() : 0,
+            packageUrl(name)};
+}
+
+QByteArray Services::packageBytes(const QString& name, qint64 offset, int size) const
+{
+    const std::unique_ptr<QIODevice> package = d->packages.open(name);
+    return package && package->seek(offset) ? package->read(size) : QByteArray();
+}
+
+void Services::setPackageDelivery(const QString& name, const PackageDelivery& delivery)
+{
+    d->packages.setDelivery(name, delivery);
 }
 
 } // namespace NelvoDevkit

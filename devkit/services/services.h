@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <QVector>
 
 #include <memory>
+#include <optional>
 
 class QJsonObject;
 class QStringList;
@@ -46,7 +48,7 @@ struct LoggedRequest {
         QByteArray value;
     };
 
-    QByteArray service; //!< "sign-in" or "editor"
+    QByteArray service; //!< "sign-in", "editor", "update" or "package"
     QByteArray method;
     QByteArray target;       //!< path and query, undecoded
     QVector<Header> headers; //!< in the order received
@@ -96,20 +98,49 @@ struct EquipmentBindings {
     int elements = 0; //!< those there are now: added since the last delete
 };
 
+//! \brief A release of a product, as the update service offers it.
+struct Release {
+    QString version;
+    QString remarks;
+    QString md5;
+    qint64 size = 0;
+    QString path; //!< URL of the package; one that begins with / lies on the package server
+};
+
+//! \brief How the package server answers for a package. As it stands here: whole, right and at once.
+struct PackageDelivery {
+    enum class End {
+        Whole, //!< with the last byte
+        Cut,   //!< the connection ends after `endAfter` bytes
+        Reset, //!< it is reset after that many; the client gets no more of them, but may get less
+        Stall, //!< nothing follows them until setPackageDelivery is called for the package again
+    };
+
+    End end = End::Whole;
+    qint64 endAfter = 0;  //!< bytes of the answer's body, of which a Range leaves less than of the file
+    qint64 paceBytes = 0; //!< sends so many bytes every paceMilliseconds; 0: as fast as it goes
+    int paceMilliseconds = 10;
+    bool ignoresRange = false;           //!< answers a Range with 200 and the whole package
+    std::optional<qint64> announcedSize; //!< Content-Length in place of the right one
+    bool once = false; //!< for the next answer only; those after it are whole, right and at once
+};
+
 //! \brief How the services are started.
 struct ServicesOptions {
     //! Ports on 127.0.0.1; 0 lets the system choose.
     quint16 signInPort = 0;
     quint16 editorPort = 0;
+    quint16 updatePort = 0;
+    quint16 packagePort = 0;
     quint16 controlPort = 0;
-    //! JSON file with accounts and enterprises; empty for the one that comes with the simulator.
+    //! JSON file with accounts, enterprises and releases; empty for the one that comes with the simulator.
     QString seedFile;
-    //! Sign-in and editor service speak HTTPS with a certificate made at start. The control path
-    //! always speaks HTTP.
+    //! The services speak HTTPS with a certificate made at start. The control path always speaks HTTP.
     bool https = false;
 };
 
-//! \brief The simulated services: sign-in and editor, each on its own loopback port, and a control path.
+//! \brief The simulated services: sign-in, editor, update and package server, each on its own loopback
+//! port, and a control path.
 //!
 //! Runs on threads of its own; every operation may be called from any thread. A test starts one, points
 //! the plug-in at signInUrl and looks at requests afterwards.
@@ -128,6 +159,8 @@ public:
     //! Base addresses with scheme and port, without a trailing slash.
     QString signInUrl() const;
     QString editorUrl() const;
+    QString updateUrl() const;
+    QString packageUrl() const;
     QString controlUrl() const;
     //! The certificate of an HTTPS server in PEM form; empty without `https`.
     QByteArray certificatePem() const;
@@ -173,8 +206,33 @@ public:
     //! Replaces the models of every enterprise and its drawings by that many of each, spread over the
     //! departments of its tree. Zero changes nothing.
     void generateModels(int count);
-    //! Brings organisation trees, projects, models, drawings and bindings back to the seed. Sessions stay.
+    //! Brings organisation trees, projects, models, drawings, bindings and releases back to the seed.
+    //! Sessions and packages stay.
     void resetState();
+
+    //! The access token with which one may ask for releases.
+    QString updateToken() const;
+    //! From now on this is the product's latest release.
+    void setRelease(const QString& productId, const Release& release);
+    //! The releases in offer by product, with whole URLs.
+    QMap<QString, Release> releases() const;
+
+    //! Adds a package to the package server, in place of one of that name: from memory, from a file, which
+    //! is read anew for each request, or of that many bytes that are made up as they go out, the same
+    //! ones every time. Packages may be added before start.
+    void addPackage(const QString& name, const QByteArray& content);
+    void addPackageFile(const QString& name, const QString& fileName);
+    void addGeneratedPackage(const QString& name, qint64 size);
+    //! The names of the packages.
+    QStringList packages() const;
+    //! Address of the package of that name, whether there is one or not.
+    QString packageUrl(const QString& name) const;
+    //! A release with the address, the size and the MD5 of that package, which is read whole for it.
+    Release packageRelease(const QString& name, const QString& version, const QString& remarks) const;
+    //! Up to `size` bytes of the package from `offset` on; less where it ends.
+    QByteArray packageBytes(const QString& name, qint64 offset, int size) const;
+    //! How that package is answered from now on; answers that stall for it go on.
+    void setPackageDelivery(const QString& name, const PackageDelivery& delivery);
 
 private:
     class Private;

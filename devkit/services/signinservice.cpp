@@ -72,7 +72,7 @@ SignInService::SignInService(const Seed& seed, const QString& ownUrl, const QStr
     : m_seed(seed), m_ownUrl(ownUrl), m_editorUrl(editorUrl)
 {}
 
-HttpReply SignInService::answer(const HttpRequest& request)
+Delivery SignInService::answer(const HttpRequest& request)
 {
     static const std::vector<Route<SignInService>> routes = {
         {"GET", "/login", &SignInService::showForm},
@@ -86,8 +86,8 @@ HttpReply SignInService::answer(const HttpRequest& request)
     };
     const std::lock_guard lock(m_mutex);
     if (request.path().startsWith("/rs/") && !isSignedIn(request))
-        return sendToForm(request);
-    return dispatch(*this, routes, request);
+        return {sendToForm(request)};
+    return {dispatch(*this, routes, request)};
 }
 
 void SignInService::forgetSession(const HttpRequest& request)

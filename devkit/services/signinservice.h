@@ -30,7 +30,7 @@ public:
     //! The addresses are base addresses without a trailing slash.
     SignInService(const Seed& seed, const QString& ownUrl, const QString& editorUrl);
 
-    HttpReply answer(const HttpRequest& request) override;
+    Delivery answer(const HttpRequest& request) override;
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 

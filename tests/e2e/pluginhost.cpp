@@ -28,6 +28,7 @@ PluginHost::PluginHost(const QString& defaultServer)
     QGuiApplication::setQuitOnLastWindowClosed(false);
     defaultServerFile.write("{\"defaultServer\": \"" + defaultServer.toUtf8() + "\"}");
     suffixFile.write(R"({"UrlSuffix": "/proxy"})");
+    versionFile.write(R"({"version": "1.0.0"})");
     plugin()->Initialize();
     actor()->Attach(&observer);
 }

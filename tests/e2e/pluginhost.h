@@ -58,6 +58,7 @@ public:
     TestSupport::ApplicationFile cache{QStringLiteral("loginchache.json")};
     TestSupport::ApplicationFile defaultServerFile{QStringLiteral("defaultServerAddress.json")};
     TestSupport::ApplicationFile suffixFile{QStringLiteral("ProxyUrlSuffix.json")};
+    TestSupport::ApplicationFile versionFile{QStringLiteral("updateConfig.json")};
 };
 
 } // namespace E2e

@@ -156,6 +156,7 @@ private:
     NelvoDevkit::Services m_services;
     QString m_url;
     std::unique_ptr<ApplicationFile> m_defaultServer;
+    std::unique_ptr<ApplicationFile> m_installedVersion;
 };
 
 void TestLoginActor::initTestCase()
@@ -164,6 +165,8 @@ void TestLoginActor::initTestCase()
     QVERIFY2(m_services.start(&error), qPrintable(error));
     m_url = m_services.signInUrl();
     m_defaultServer = std::make_unique<ApplicationFile>(QStringLiteral("defaultServerAddress.json"));
+    m_installedVersion = std::make_unique<ApplicationFile>(QStringLiteral("updateConfig.json"));
+    m_installedVersion->write(R"({"version": "1.0.0"})");
 }
 
 void TestLoginActor::init()
@@ -217,6 +220,10 @@ void TestLoginActor::publishesItselfToThePages()
     SignIn signIn;
     QQmlContext* context = signIn.view.rootContext();
     QCOMPARE(context->contextProperty(QStringLiteral("loginCtrl")).value<QObject*>(), &signIn.actor);
+    const auto* updater = context->contextProperty(QStringLiteral("updater")).value<QObject*>();
+    QVERIFY(qobject_cast<const CUpdater*>(updater));
+    QVERIFY(!updater->parent());
+    QCOMPARE(updater->property("localVersion"), QVariant("1.0.0"));
     QCOMPARE(context->contextProperty(QStringLiteral("defaultUrl")), QVariant("http://default"));
     QVERIFY(!signIn.actor.parent());
     QVERIFY(!signIn.view.isVisible());

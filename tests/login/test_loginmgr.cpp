@@ -45,6 +45,7 @@ private:
 
     std::unique_ptr<ApplicationFile> m_cache;
     std::unique_ptr<ApplicationFile> m_defaultServer;
+    std::unique_ptr<ApplicationFile> m_installedVersion;
 };
 
 void TestLoginMgr::init()
@@ -52,6 +53,8 @@ void TestLoginMgr::init()
     m_cache = std::make_unique<ApplicationFile>(QStringLiteral("loginchache.json"));
     m_defaultServer = std::make_unique<ApplicationFile>(QStringLiteral("defaultServerAddress.json"));
     m_defaultServer->write(R"({"defaultServer": "http://default:8080"})");
+    m_installedVersion = std::make_unique<ApplicationFile>(QStringLiteral("updateConfig.json"));
+    m_installedVersion->write(R"({"version": "1.0.0"})");
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
@@ -59,6 +62,7 @@ void TestLoginMgr::cleanup()
 {
     m_cache.reset();
     m_defaultServer.reset();
+    m_installedVersion.reset();
 }
 
 QQuickView* TestLoginMgr::view() const
@@ -100,6 +104,9 @@ void TestLoginMgr::pagesFindTheirContext()
     QVERIFY(context->contextProperty(QStringLiteral("loginCtrl")).value<QObject*>());
     QCOMPARE(context->contextProperty(QStringLiteral("defaultUrl")),
              QVariant(QStringLiteral("http://default:8080")));
+    const auto* updater = context->contextProperty(QStringLiteral("updater")).value<QObject*>();
+    QVERIFY(updater);
+    QCOMPARE(updater->property("localVersion"), QVariant(QStringLiteral("1.0.0")));
 
     QQmlComponent component(view()->engine());
     component.setData("import PercentTools 1.0\nPercentTools { property string text: toPercentString(' ') }",

@@ -25,6 +25,7 @@ private Q_SLOTS:
 
 private:
     std::unique_ptr<TestSupport::ApplicationFile> m_defaultServer;
+    std::unique_ptr<TestSupport::ApplicationFile> m_installedVersion;
 };
 
 void TestBimPlugin::initTestCase()
@@ -32,6 +33,8 @@ void TestBimPlugin::initTestCase()
     m_defaultServer =
         std::make_unique<TestSupport::ApplicationFile>(QStringLiteral("defaultServerAddress.json"));
     m_defaultServer->write("{}");
+    m_installedVersion = std::make_unique<TestSupport::ApplicationFile>(QStringLiteral("updateConfig.json"));
+    m_installedVersion->write("{}");
 }
 
 void TestBimPlugin::versionIsFixed()

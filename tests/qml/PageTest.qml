@@ -15,6 +15,7 @@ TestCase {
     function init() {
         warningLog.start();
         loginCtrl.reset();
+        updater.reset();
     }
 
     function cleanup() {

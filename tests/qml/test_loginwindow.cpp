@@ -1,8 +1,12 @@
+#include "login/loginactor.h"
 #include "login/tools.h"
 #include "tests/qml/standins.h"
 #include "tests/support/messagelog.h"
+#include "updater/updater.h"
 
 #include <QJsonObject>
+#include <QMetaMethod>
+#include <QMetaProperty>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QQmlContext>
@@ -30,6 +34,10 @@ private Q_SLOTS:
     void emptyAccountsLeaveTheDefaultAddress();
     void withoutADefaultAddressTheFieldIsEmpty();
     void secondLoadStartsAfresh();
+    void standInOffersWhatTheUpdaterOffers();
+    void signInOffersNeitherDownloadNorUpgrade();
+    void updatePagesOutliveTheUpdater_data();
+    void updatePagesOutliveTheUpdater();
     void titleBarMovesTheWindow();
     void closeButtonClosesTheWindowAndThenQuits();
     void keyboardAloneSignsIn();
@@ -205,6 +213,64 @@ void TestLoginWindow::secondLoadStartsAfresh()
     QCOMPARE(item("userNameBox")->property("outText").toString(), QString());
     setAccounts({account(QStringLiteral("ann"), QStringLiteral("changed"), {})});
     QCOMPARE(item("passwordField")->property("text").toString(), QStringLiteral("changed"));
+}
+
+// Else the tests of the update pages would tell nothing of those pages in the product.
+void TestLoginWindow::standInOffersWhatTheUpdaterOffers()
+{
+    const QMetaObject& real = CUpdater::staticMetaObject;
+    const QMetaObject& standIn = UpdaterStandIn::staticMetaObject;
+    int methods = 0;
+    for (int index = real.methodOffset(); index < real.methodCount(); ++index) {
+        const QMetaMethod method = real.method(index);
+        if (method.access() != QMetaMethod::Public)
+            continue;
+        ++methods;
+        const QByteArray signature = method.methodSignature();
+        const int same = standIn.indexOfMethod(signature.constData());
+        QVERIFY2(same >= 0, signature.constData());
+        QCOMPARE(standIn.method(same).methodType(), method.methodType());
+    }
+    QCOMPARE(methods, 12 + 3);
+    for (int index = real.propertyOffset(); index < real.propertyCount(); ++index) {
+        const QMetaProperty property = real.property(index);
+        const int same = standIn.indexOfProperty(property.name());
+        QVERIFY2(same >= 0, property.name());
+        QCOMPARE(standIn.property(same).userType(), property.userType());
+        QCOMPARE(standIn.property(same).notifySignal().name(), property.notifySignal().name());
+    }
+}
+
+// The update pages call them there, and stop.
+void TestLoginWindow::signInOffersNeitherDownloadNorUpgrade()
+{
+    QCOMPARE(NelvoPlugin::CLoginActor::staticMetaObject.indexOfMethod("download()"), -1);
+    QCOMPARE(NelvoPlugin::CLoginActor::staticMetaObject.indexOfMethod("upgrade()"), -1);
+}
+
+void TestLoginWindow::updatePagesOutliveTheUpdater_data()
+{
+    QTest::addColumn<QString>("page");
+    for (const char* page : {"UpdateComp", "DownloadComp", "CoverComp"})
+        QTest::newRow(page) << QString::fromLatin1(page);
+}
+
+// As when the host shuts down: what stands behind the pages goes before the window.
+void TestLoginWindow::updatePagesOutliveTheUpdater()
+{
+    QFETCH(QString, page);
+    auto updater = std::make_unique<UpdaterStandIn>();
+    m_view->rootContext()->setContextProperty(QStringLiteral("updater"), updater.get());
+    load();
+    const QString url = QStringLiteral("qrc:/NelvoPlugin/qmls/BizComp/%1.qml").arg(page);
+    QVERIFY(item("contentLoader")->setProperty("source", QUrl(url)));
+    QTRY_VERIFY(item("title"));
+    Q_EMIT updater->readyUpdateInfo(QStringLiteral("still here"));
+
+    m_loginCtrl.reset();
+    updater.reset();
+    QCoreApplication::processEvents();
+    QVERIFY(item("title"));
 }
 
 void TestLoginWindow::titleBarMovesTheWindow()

@@ -8,7 +8,7 @@
 
 #include <memory>
 
-//! \brief Lets a test see the warnings of the pages.
+//! \brief Lets a test see the warnings of the pages, and what else they log.
 class WarningLog : public QObject
 {
     Q_OBJECT
@@ -29,6 +29,9 @@ public:
         m_log->clear();
         return warnings;
     }
+
+    //! What the pages put on the console since the start or the last taking of warnings.
+    Q_INVOKABLE QStringList debugs() const { return m_log->debugs(); }
 
     //! The last warnings; from here on messages go where they went before.
     Q_INVOKABLE QStringList finish()

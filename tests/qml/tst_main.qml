@@ -4,7 +4,7 @@ Item {
     width: 400
     height: 700
 
-    PageTest {
+    UpdatePageTest {
         name: "Main"
 
         function pageUrl(name) {
@@ -61,7 +61,8 @@ Item {
 
         function test_eachPageGetsTheFocus() {
             openWindow();
-            for (const key of ["AppListComp", "ValidComp", "loginComp"]) {
+            for (const key of ["AppListComp", "UpdateComp", "DownloadComp", "CoverComp", "ValidComp",
+                               "loginComp"]) {
                 item("contentLoader").source = loginWindow.compList[key];
                 compare(item("contentLoader").item.activeFocus, true);
             }
@@ -86,14 +87,23 @@ Item {
             tryVerify(() => !item("loginComp"));
         }
 
-        // The page of the update is still to come, so all there is to see is that it is asked for.
         function test_needUpdateTrueLoadsTheUpdatePage() {
             openWindow();
             updater.needUpdate(true);
             compare(item("contentLoader").source, pageUrl("UpdateComp"));
-            const warnings = warningLog.take();
-            compare(warnings.length, 1);
-            verify(warnings[0].includes("UpdateComp.qml"));
+            verify(item("updateComp"));
+        }
+
+        function test_needUpdateReplacesAnUpdatePageToo_data() {
+            return [{ tag: "UpdateComp" }, { tag: "DownloadComp" }, { tag: "CoverComp" }];
+        }
+
+        function test_needUpdateReplacesAnUpdatePageToo(data) {
+            openPage(data.tag);
+            updater.needUpdate(false);
+            verify(item("validComp"));
+            updater.needUpdate(true);
+            verify(item("updateComp"));
         }
 
         function test_needUpdateWhileTheSignInWaits() {
@@ -125,7 +135,7 @@ Item {
             tryVerify(() => loginCtrl.calls.length > 0);
             compare(loginCtrl.calls, [["onLogin", "", "1", "Acme"]]);
             compare(item("contentLoader").source, pageUrl("UpdateComp"));
-            compare(warningLog.take().length, 1);
+            verify(item("updateComp"));
         }
 
         function test_wholeFlow() {
@@ -146,6 +156,37 @@ Item {
                 ["onLogin", "http://one", "2", "Bolt"],
                 ["onShowHome"]
             ]);
+        }
+
+        function test_flowOfASkippedUpdate() {
+            openWindow();
+            updater.latestVersion = "1.0.1";
+            updater.needUpdate(true);
+            mouseClick(part("skipButton"));
+            tryVerify(() => loginCtrl.calls.length > 0);
+            compare(loginCtrl.calls, [["onShowHome"]]);
+            compare(updater.calls, []);
+        }
+
+        function test_flowOfAnUpdate() {
+            openWindow();
+            updater.latestVersion = "1.0.1";
+            updater.needUpdate(true);
+            mouseClick(part("upgradeButton"));
+            compareScriptError("UpdateComp", "download");
+
+            updater.downloadStarted("/tmp/p.zip", 100);
+            updater.downloadProgress("/tmp/p.zip", 100, 100);
+            updater.downloadFinished("/tmp/p.zip");
+            mouseClick(part("installButton"));
+            compareScriptError("DownloadComp", "upgrade");
+
+            updater.upgradeStart();
+            updater.upgradeProcess(0.05);
+            updater.readyUpdateInfo("稍后将自动重启,请等待");
+            updater.upgradeEnd();
+            compare(part("progress").value, 1);
+            compare(part("log").text, "稍后将自动重启,请等待<br/>");
         }
     }
 }

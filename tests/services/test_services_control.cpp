@@ -60,14 +60,18 @@ void TestServicesControl::help_namesEveryPath()
     const Answer help = m_client->get(control("/"));
     QCOMPARE(help.status, 200);
     QVERIFY(help.contentType.startsWith("text/plain"));
-    for (const char* text : {"GET /requests", "DELETE /requests", "POST /faults", "GET /faults",
-                             "DELETE /faults", "DELETE /sessions", "POST /sessions/forget", "POST /push-out",
-                             "GET /state", "DELETE /state", "POST /generate", "cut-body", "lose-session"}) {
+    for (const char* text :
+         {"GET /requests", "DELETE /requests", "POST /faults", "GET /faults", "DELETE /faults",
+          "DELETE /sessions", "POST /sessions/forget", "POST /push-out", "GET /state", "DELETE /state",
+          "POST /generate", "GET /releases", "POST /releases", "GET /packages", "POST /packages ",
+          "POST /packages/delivery", "cut-body", "lose-session"}) {
         QVERIFY2(help.body.contains(text), text);
     }
     QVERIFY(help.body.contains("curl -X DELETE " + control("/faults").toUtf8()));
     QVERIFY(help.body.contains(m_services->signInUrl().toUtf8()));
     QVERIFY(help.body.contains(m_services->editorUrl().toUtf8()));
+    QVERIFY(help.body.contains(m_services->updateUrl().toUtf8()));
+    QVERIFY(help.body.contains(m_services->packageUrl().toUtf8()));
     QVERIFY(!help.body.contains("{{"));
 }
 

@@ -67,7 +67,8 @@ void TestServicesProgram::start(QStringList arguments)
     QFile ready(file("ready.json"));
     QVERIFY2(ready.open(QIODevice::ReadOnly), m_program->readAllStandardError().constData());
     m_ready = QJsonDocument::fromJson(ready.readAll()).object();
-    QCOMPARE(m_ready.keys(), (QStringList{"certificate", "control", "editor", "signIn"}));
+    QCOMPARE(m_ready.keys(),
+             (QStringList{"certificate", "control", "editor", "package", "signIn", "update", "updateToken"}));
 }
 
 void TestServicesProgram::readyFile_tellsTheAddresses()
@@ -77,6 +78,10 @@ void TestServicesProgram::readyFile_tellsTheAddresses()
     Client client;
     QCOMPARE(client.signIn(address("signIn"), "zhangwei", "123456").url.path(), QString("/login/success"));
     QCOMPARE(client.get(address("editor") + "/org/heartbeat").status, 200);
+    const QString latest = "/v1.0/service/sys/productVersion/findLatest?productId=nelvo-editor"
+                           "&productVersion=0.0.0&access_token=";
+    QVERIFY(client.post(address("update") + latest + address("updateToken"), "{}").body.contains("1.0.1"));
+    QCOMPARE(client.get(address("package") + "/packages/NelvoEditor-1.0.1.zip").status, 200);
     QCOMPARE(client.post(address("control") + "/faults?fault=status&value=503", {}).status, 200);
     QCOMPARE(client.get(address("editor") + "/org/heartbeat").status, 503);
 }
@@ -91,8 +96,10 @@ void TestServicesProgram::output_tellsAddressesAndAccounts()
     };
     QVERIFY(QTest::qWaitFor(isWhole, patience));
     for (const QString& text :
-         {address("signIn"), address("editor"), address("control"), QString("zhangwei  123456  1"),
-          QString("müller  Größe-9é  1"), QString("陈晓明"), address("control") + "/faults?fault=status"}) {
+         {address("signIn"), address("editor"), address("update"), address("package"), address("control"),
+          "access token " + address("updateToken"), QString("nelvo-editor  1.0.1  http"),
+          QString("zhangwei  123456  1"), QString("müller  Größe-9é  1"), QString("陈晓明"),
+          address("control") + "/faults?fault=status"}) {
         QVERIFY2(output.contains(text.toUtf8()), qPrintable(text));
     }
 }
@@ -107,8 +114,8 @@ void TestServicesProgram::ports_areTaken()
     const auto port = [&first](const char* name) {
         return QString::number(QUrl(first[name].toString()).port());
     };
-    start({"--sign-in-port", port("signIn"), "--editor-port", port("editor"), "--control-port",
-           port("control")});
+    start({"--sign-in-port", port("signIn"), "--editor-port", port("editor"), "--update-port", port("update"),
+           "--package-port", port("package"), "--control-port", port("control")});
     QCOMPARE(m_ready, first);
     QCOMPARE(Client().get(address("control") + "/").status, 200);
 }
@@ -158,6 +165,10 @@ void TestServicesProgram::failure_isExplained_data()
                                 << QByteArray("--sign-in-port: \"65536\" is no port from 0 to 65535");
     QTest::newRow("negative port") << QStringList{"--editor-port=-1"}
                                    << QByteArray("--editor-port: \"-1\" is no port");
+    QTest::newRow("update port") << QStringList{"--update-port", "x"}
+                                 << QByteArray("--update-port: \"x\" is no port");
+    QTest::newRow("package port") << QStringList{"--package-port", "x"}
+                                  << QByteArray("--package-port: \"x\" is no port");
     QTest::newRow("port in words") << QStringList{"--control-port", "http"}
                                    << QByteArray("--control-port: \"http\" is no port");
     QTest::newRow("seed") << QStringList{"--seed", "/nowhere/seed.json"}

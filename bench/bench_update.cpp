@@ -1,0 +1,298 @@
+#include "bench/measure.h"
+#include "bench/processmemory.h"
+#include "tasks/threadpool.h"
+#include "updater/unzippackage.h"
+#include "updater/updatehelper.h"
+#include "web/downloader.h"
+
+#include <package/updatepackage.h>
+#include <services/services.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QNetworkAccessManager>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+
+//! The stages of the self-update beside the tools that do the same: the download beside curl, the checksum
+//! beside md5sum, the unpacking beside unzip; and whether the window stays alive while a package is unpacked.
+
+namespace {
+
+constexpr int Mebibyte = 1024 * 1024;
+constexpr qint64 Gibibyte = 1024LL * Mebibyte;
+constexpr int SmallFile = 2048;
+constexpr int Rounds = 5;
+
+const auto DownloadMode = QStringLiteral("--download");
+
+//! What one download took.
+struct Transfer {
+    double milliseconds = 0;
+    double growth = 0; //!< bytes of peak resident memory
+};
+
+//! Runs a tool to its end and returns what it wrote.
+QByteArray outputOf(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished(-1) || process.exitCode() != 0)
+        qFatal("%s failed: %s", qUtf8Printable(program), process.readAllStandardError().constData());
+    return process.readAllStandardOutput();
+}
+
+void requireSize(const QString& path, qint64 size)
+{
+    if (QFileInfo(path).size() != size)
+        qFatal("%s has %lld bytes", qUtf8Printable(path), QFileInfo(path).size());
+}
+
+//! In a process of its own, which has nothing else in memory.
+int downloadHere(const QString& url, const QString& path)
+{
+    QNetworkAccessManager manager;
+    CDownloader downloader(&manager);
+    QEventLoop loop;
+    QObject::connect(&downloader, &CDownloader::downloadFinished, &loop, &QEventLoop::quit);
+    QObject::connect(&downloader, &CDownloader::downloadError, &loop, [&loop] { loop.exit(1); });
+    const double before = Bench::statusBytes("VmRSS");
+    int failed = 0;
+    const double elapsed = Bench::milliseconds([&] {
+        QString error;
+        downloader.download(url, path, Gibibyte, error, true);
+        failed = loop.exec();
+    });
+    std::printf("%f %f\n", elapsed, Bench::statusBytes("VmHWM") - before);
+    return failed;
+}
+
+Transfer downloadBeside(const QString& url, const QString& path)
+{
+    const QByteArray output = outputOf(QCoreApplication::applicationFilePath(), {DownloadMode, url, path});
+    const QList<QByteArray> figures = output.simplified().split(' ');
+    return {figures.at(0).toDouble(), figures.at(1).toDouble()};
+}
+
+double curlMilliseconds(const QString& url, const QString& path)
+{
+    return 1000 * outputOf(QStringLiteral("curl"),
+                           {QStringLiteral("--silent"), QStringLiteral("--fail"), QStringLiteral("--output"),
+                            path, QStringLiteral("--write-out"), QStringLiteral("%{time_total}"), url})
+                      .toDouble();
+}
+
+void measureDownload(const QString& directory)
+{
+    NelvoDevkit::Services services;
+    if (!services.start())
+        qFatal("no services");
+    const auto name = QStringLiteral("package.zip");
+    services.addGeneratedPackage(name, Gibibyte);
+    const QString url = services.packageUrl(name);
+    const QString path = directory + QLatin1String("/download");
+
+    constexpr int DownloadRounds = 11;
+    QVector<double> own;
+    QVector<double> curl;
+    double growth = 0;
+    for (int round = 0; round < DownloadRounds; ++round) {
+        const Transfer transfer = downloadBeside(url, path);
+        requireSize(path, Gibibyte);
+        QFile::remove(path);
+        own.append(transfer.milliseconds);
+        growth = qMax(growth, transfer.growth);
+
+        curl.append(curlMilliseconds(url, path));
+        requireSize(path, Gibibyte);
+        QFile::remove(path);
+    }
+    Bench::printRatio("download of 1 GiB / curl", Bench::median(own), Bench::median(curl), "ms", 1);
+    Bench::printFigure("  growth of the peak resident memory", growth / Mebibyte, "MiB", 32);
+}
+
+//! A file of that size, no two blocks of it alike.
+void writeLargeFile(const QString& path, qint64 size)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("no file");
+    QByteArray block(Mebibyte, 'x');
+    for (qint64 at = 0; at < size; at += block.size()) {
+        block.replace(0, 8, QByteArray::number(at).leftJustified(8));
+        file.write(block);
+    }
+}
+
+void measureChecksum(const QString& directory)
+{
+    const QString path = directory + QLatin1String("/checksum");
+    writeLargeFile(path, Gibibyte);
+    QString expected;
+    QVector<double> own;
+    QVector<double> md5sum;
+    for (int round = 0; round < Rounds; ++round) {
+        md5sum.append(Bench::milliseconds(
+            [&] { expected = QString::fromLatin1(outputOf(QStringLiteral("md5sum"), {path}).left(32)); }));
+        bool right = false;
+        own.append(Bench::milliseconds([&] { right = checkMd5(path, expected); }));
+        if (!right)
+            qFatal("wrong checksum");
+    }
+    const double growth = Bench::growthDuring("RssAnon", [&] { checkMd5(path, expected); });
+    QFile::remove(path);
+    Bench::printRatio("MD5 of 1 GiB / md5sum", Bench::median(own), Bench::median(md5sum), "ms", 1.15);
+    Bench::printFigure("  growth of the memory that is no mapping", growth / Mebibyte, "MiB", 1);
+}
+
+//! Bytes as a program's files have them: neither all alike nor without any pattern.
+QByteArray fileContent(int seed, int size)
+{
+    QByteArray content;
+    content.reserve(size + 32);
+    quint32 state = static_cast<quint32>(seed) + 1;
+    while (content.size() < size) {
+        state = state * 1664525U + 1013904223U;
+        content += "value " + QByteArray::number(state) + '\n';
+    }
+    content.truncate(size);
+    return content;
+}
+
+//! A package of `count` files of `size` bytes, a hundred to a directory.
+void writePackage(const QString& path, int count, int size)
+{
+    QVector<NelvoDevkit::PackageEntry> entries;
+    for (int index = 0; index < count; ++index) {
+        entries.append(
+            {QStringLiteral("directory%1/file%2.dat").arg(index / 100).arg(index), fileContent(index, size)});
+    }
+    QString error;
+    const std::optional<QByteArray> package = NelvoDevkit::packEntries(entries, &error);
+    QFile file(path);
+    if (!package || !file.open(QIODevice::WriteOnly) || file.write(*package) != package->size())
+        qFatal("no package: %s", qUtf8Printable(error));
+}
+
+void requireFiles(const QString& directory, int count)
+{
+    int found = 0;
+    QDir top(directory);
+    const QStringList names = top.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& name : names)
+        found += QDir(top.filePath(name)).entryList(QDir::Files).size();
+    if (found != count)
+        qFatal("%d files in %s", found, qUtf8Printable(directory));
+}
+
+//! Longest time between two events of a timer on this thread, until the task is done on another one.
+double longestGap(const std::function<bool()>& task)
+{
+    QEventLoop loop;
+    QElapsedTimer sinceEvent;
+    qint64 longest = 0;
+    const auto note = [&] { longest = qMax(longest, sinceEvent.nsecsElapsed()); };
+    QTimer timer;
+    timer.setTimerType(Qt::PreciseTimer);
+    timer.setInterval(1);
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        note();
+        sinceEvent.start();
+    });
+    VCIM::ThreadPool::instance()->start(task, [&loop](bool done) {
+        if (!done)
+            qFatal("not unpacked");
+        loop.quit();
+    });
+    sinceEvent.start();
+    timer.start();
+    loop.exec();
+    note();
+    return static_cast<double>(longest) / 1e6;
+}
+
+bool unzip(const QString& package, const QString& target)
+{
+    outputOf(QStringLiteral("unzip"), {QStringLiteral("-q"), package, QStringLiteral("-d"), target});
+    return true;
+}
+
+void measureUnpacking(const char* what, const QString& directory, int count, int size)
+{
+    const QString package = directory + QLatin1String("/package.zip");
+    const QString target = directory + QLatin1String("/unpacked");
+    writePackage(package, count, size);
+    const auto checkAndRemove = [&] {
+        requireFiles(target, count);
+        QDir(target).removeRecursively();
+    };
+    QVector<double> own;
+    QVector<double> other;
+    for (int round = 0; round < Rounds; ++round) {
+        own.append(Bench::milliseconds([&] { unzipPackage(package, target); }));
+        checkAndRemove();
+        other.append(Bench::milliseconds([&] { unzip(package, target); }));
+        checkAndRemove();
+    }
+    Bench::printRatio(what, Bench::median(own), Bench::median(other), "ms", 1.5);
+
+    const double gap = longestGap([&] { return unzipPackage(package, target); });
+    checkAndRemove();
+    const double otherGap = longestGap([&] { return unzip(package, target); });
+    checkAndRemove();
+    Bench::printFigure("  longest gap between the window's events", gap, "ms", 50);
+    Bench::printRatio("  that gap / with unzip at work", gap, otherGap, "ms", 0);
+}
+
+//! A large package beside small ones that hold as many files between them: the file system, whose own cost
+//! for each file rises with their number, has the same to do for both.
+void measureGrowth(const char* what, const QString& directory, int packages)
+{
+    constexpr int Count = 1000;
+    const QString small = directory + QLatin1String("/small.zip");
+    const QString large = directory + QLatin1String("/large.zip");
+    const QString target = directory + QLatin1String("/unpacked");
+    writePackage(small, Count, SmallFile);
+    writePackage(large, packages * Count, SmallFile);
+    QVector<double> one;
+    QVector<double> several;
+    for (int round = 0; round < Rounds; ++round) {
+        one.append(Bench::milliseconds([&] { unzipPackage(large, target); }));
+        requireFiles(target, packages * Count);
+        QDir(target).removeRecursively();
+        several.append(Bench::milliseconds([&] {
+            for (int index = 0; index < packages; ++index)
+                unzipPackage(small, target + QLatin1Char('/') + QString::number(index));
+        }));
+        QDir(target).removeRecursively();
+    }
+    Bench::printRatio(what, Bench::median(one), Bench::median(several), "ms", 1.25);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == DownloadMode)
+        return downloadHere(arguments.value(2), arguments.value(3));
+
+    const QTemporaryDir directory;
+    measureDownload(directory.path());
+    measureChecksum(directory.path());
+
+    measureUnpacking("200 files of 1 MiB / unzip", directory.path(), 200, Mebibyte);
+    measureUnpacking("1,000 small files / unzip", directory.path(), 1000, SmallFile);
+    measureUnpacking("3,000 small files / unzip", directory.path(), 3000, SmallFile);
+    measureUnpacking("10,000 small files / unzip", directory.path(), 10000, SmallFile);
+    measureGrowth("3,000 files / three packages of 1,000", directory.path(), 3);
+    measureGrowth("10,000 files / ten packages of 1,000", directory.path(), 10);
+    return 0;
+}

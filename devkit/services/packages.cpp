@@ -1,0 +1,86 @@
+#include "services/packages.h"
+
+#include "services/generatedfile.h"
+
+#include <QBuffer>
+#include <QFile>
+
+namespace NelvoDevkit {
+
+std::unique_ptr<QIODevice> opened(const Packages::Content& content)
+{
+    std::unique_ptr<QIODevice> device = content();
+    if (!device->open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return nullptr;
+    return device;
+}
+
+void Packages::add(const QString& name, const QByteArray& content)
+{
+    add(name, [content] {
+        auto buffer = std::make_unique<QBuffer>();
+        buffer->setData(content);
+        return buffer;
+    });
+}
+
+void Packages::addFile(const QString& name, const QString& fileName)
+{
+    add(name, [fileName] { return std::make_unique<QFile>(fileName); });
+}
+
+void Packages::addGenerated(const QString& name, qint64 size)
+{
+    add(name, [size] { return std::make_unique<GeneratedFile>(size); });
+}
+
+void Packages::add(const QString& name, const Content& content)
+{
+    const std::lock_guard lock(m_mutex);
+    m_contents.insert(name, content);
+}
+
+void Packages::setDelivery(const QString& name, const PackageDelivery& delivery)
+{
+    const std::lock_guard lock(m_mutex);
+    Answers& answers = m_answers[name];
+    answers.delivery = delivery;
+    ++answers.era;
+}
+
+QStringList Packages::names() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_contents.keys();
+}
+
+std::unique_ptr<QIODevice> Packages::open(const QString& name) const
+{
+    Content content;
+    {
+        const std::lock_guard lock(m_mutex);
+        content = m_contents.value(name);
+    }
+    return content ? opened(content) : nullptr;
+}
+
+std::optional<Packages::Order> Packages::take(const QString& name)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto content = m_contents.find(name);
+    if (content == m_contents.end())
+        return std::nullopt;
+    Answers& answers = m_answers[name];
+    Order order{*content, answers.delivery, answers.era};
+    if (answers.delivery.once)
+        answers.delivery = {};
+    return order;
+}
+
+bool Packages::isOutdated(const QString& name, const Order& order) const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_answers.value(name).era != order.era;
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "services/httpmessage.h"
+
+namespace NelvoDevkit {
+
+//! \brief The part of the control path that is about releases and packages.
+class UpdateControl
+{
+public:
+    explicit UpdateControl(Services& services) : m_services(services) {}
+
+    HttpReply answer(const HttpRequest& request);
+
+private:
+    HttpReply listReleases(const HttpRequest& request);
+    HttpReply setRelease(const HttpRequest& request);
+    HttpReply listPackages(const HttpRequest& request);
+    HttpReply addPackage(const HttpRequest& request);
+    HttpReply setDelivery(const HttpRequest& request);
+
+    //! The package that the text names, which must be there.
+    QString knownPackage(const QString& name) const;
+
+    Services& m_services;
+};
+
+} // namespace NelvoDevkit

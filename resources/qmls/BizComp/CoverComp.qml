@@ -1,0 +1,61 @@
+import QtQuick 2.15
+import "../FuncComp"
+
+// The installation of the new version.
+Item {
+    id: coverComp
+    objectName: "coverComp"
+
+    Connections {
+        target: updater
+
+        function onUpgradeStart() {
+            progress.value = 0;
+        }
+        function onUpgradeProcess(percent) {
+            progress.value = percent;
+        }
+        function onUpgradeEnd() {
+            progress.value = 1;
+        }
+    }
+
+    PageTitle {
+        id: title
+        objectName: "title"
+
+        text: qsTr("安装中")
+        color: "#ffffff"
+        font.bold: true
+        font.pixelSize: 18
+        fading: true
+    }
+
+    ProgressItem {
+        id: progress
+        objectName: "progress"
+
+        anchors {
+            top: title.bottom
+            topMargin: 30
+            left: parent.left
+            right: parent.right
+            leftMargin: 26
+            rightMargin: 26
+        }
+        height: 14
+    }
+
+    UpdateLog {
+        objectName: "log"
+
+        anchors {
+            top: progress.bottom
+            topMargin: 20
+            left: progress.left
+            right: progress.right
+            bottom: parent.bottom
+            bottomMargin: 60
+        }
+    }
+}

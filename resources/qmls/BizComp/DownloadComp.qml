@@ -1,0 +1,115 @@
+import QtQuick 2.15
+import "../FuncComp"
+
+// The download of the new version.
+Item {
+    id: downloadComp
+    objectName: "downloadComp"
+
+    property bool downloadFinished: false
+
+    function megabytes(bytes) {
+        return (bytes / 1024 / 1024).toFixed(2);
+    }
+
+    // The installation begins under the eyes of the next page, which is therefore there first.
+    function install() {
+        contentLoader.source = root.compList["CoverComp"];
+        loginCtrl.upgrade();
+    }
+
+    Connections {
+        target: updater
+
+        function onDownloadStarted(filePath, bytesTotal) {
+            console.log("onDownloadStarted", filePath);
+            progressText.text = qsTr("%1/%2 MB").arg(0).arg(downloadComp.megabytes(bytesTotal));
+            // Full until the first progress: more than the bar's end is its end.
+            progress.value = 10;
+        }
+        function onDownloadProgress(filePath, bytesReceived, bytesTotal) {
+            progressText.text = qsTr("<font color='#50bcd8'>%1</font><font color='#ffffff'>/%2 MB</font>")
+                .arg(downloadComp.megabytes(bytesReceived)).arg(downloadComp.megabytes(bytesTotal));
+            progress.value = bytesReceived / bytesTotal;
+        }
+        function onDownloadFinished(filePath) {
+            console.log("onDownloadFinished", filePath);
+            downloadComp.downloadFinished = true;
+        }
+    }
+
+    PageTitle {
+        id: title
+        objectName: "title"
+
+        text: downloadComp.downloadFinished ? qsTr("下载完成") : qsTr("正在下载")
+        fading: !downloadComp.downloadFinished
+    }
+
+    ProgressItem {
+        id: progress
+        objectName: "progress"
+
+        anchors {
+            top: title.bottom
+            topMargin: 30
+            left: parent.left
+            right: parent.right
+            leftMargin: 26
+            rightMargin: 26
+        }
+        height: 14
+    }
+
+    Text {
+        id: progressText
+        objectName: "progressText"
+
+        anchors {
+            top: progress.bottom
+            topMargin: 6
+            right: progress.right
+        }
+        textFormat: Text.StyledText
+        color: "#ffffff"
+        font.family: "微软雅黑"
+        renderType: Text.NativeRendering
+        font.pixelSize: 14
+        horizontalAlignment: Text.AlignRight
+    }
+
+    UpdateLog {
+        id: log
+        objectName: "log"
+
+        anchors {
+            top: progressText.bottom
+            topMargin: 14
+            left: progress.left
+            right: progress.right
+            bottom: installButton.top
+            bottomMargin: 20
+        }
+        color: "transparent"
+        border.color: "gray"
+        border.width: 1
+    }
+
+    GradiantBtn {
+        id: installButton
+        objectName: "installButton"
+
+        anchors {
+            left: progress.left
+            right: progress.right
+            bottom: parent.bottom
+            bottomMargin: 40
+        }
+        height: 36
+        text: qsTr("安装")
+        enabled: downloadComp.downloadFinished
+        opacity: enabled ? 1 : 0.3
+
+        onClicked: downloadComp.install()
+    }
+}

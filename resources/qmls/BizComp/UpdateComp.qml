@@ -1,0 +1,79 @@
+import QtQuick 2.15
+import "../FuncComp"
+
+// The offer of a new version.
+Item {
+    id: updateComp
+    objectName: "updateComp"
+
+    // The download begins under the eyes of the next page, which is therefore there first.
+    function upgrade() {
+        contentLoader.source = root.compList["DownloadComp"];
+        loginCtrl.download();
+    }
+
+    PageTitle {
+        id: title
+        objectName: "title"
+
+        text: qsTr("检测到新版本！")
+    }
+
+    RichTextPanel {
+        objectName: "releaseNotes"
+
+        anchors {
+            top: title.bottom
+            topMargin: 30
+            left: buttons.left
+            right: buttons.right
+            bottom: buttons.top
+            bottomMargin: 20
+        }
+        // The window outlives what it talks to when the host shuts down.
+        text: updater ? updater.latestVersion + "<br/> 更新内容: <br/>" + updater.changeLog : ""
+    }
+
+    Item {
+        id: buttons
+        objectName: "buttons"
+
+        anchors {
+            left: parent.left
+            right: parent.right
+            leftMargin: 26
+            rightMargin: 26
+            bottom: parent.bottom
+            bottomMargin: 40
+        }
+        height: 36
+
+        GradiantBtn {
+            objectName: "skipButton"
+
+            x: 4
+            width: parent.width / 2 - 18
+            height: parent.height
+            text: qsTr("跳过")
+            gradientStartColor: "#272937"
+            gradientMidColor: "#272937"
+            gradientStopColor: "#272937"
+            glowColor: "#2996b3"
+            textColor: "#2996b3"
+            glowVisible: true
+
+            onClicked: contentLoader.source = root.compList["ValidComp"]
+        }
+
+        GradiantBtn {
+            objectName: "upgradeButton"
+
+            x: parent.width / 2 + 14
+            width: parent.width / 2 - 18
+            height: parent.height
+            text: qsTr("升级")
+
+            onClicked: updateComp.upgrade()
+        }
+    }
+}

@@ -1,0 +1,40 @@
+import QtQuick 2.15
+
+// The title of an update page. It stands above the page, under the logo, and can fade away and back to show
+// that something is going on.
+Text {
+    id: title
+
+    property bool fading: false
+
+    anchors {
+        top: parent.top
+        topMargin: -80
+        horizontalCenter: parent.horizontalCenter
+    }
+    textFormat: Text.PlainText
+    color: "#50bcd8"
+    font.family: "微软雅黑"
+    renderType: Text.NativeRendering
+    font.pixelSize: 14
+
+    SequentialAnimation {
+        loops: Animation.Infinite
+        running: title.fading
+
+        onStopped: title.opacity = 1
+
+        NumberAnimation {
+            target: title
+            property: "opacity"
+            to: 0
+            duration: 500
+        }
+        NumberAnimation {
+            target: title
+            property: "opacity"
+            to: 1
+            duration: 500
+        }
+    }
+}

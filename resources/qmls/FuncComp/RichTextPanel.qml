@@ -1,0 +1,81 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+// A panel of rich text to read, to select and to scroll up and down.
+Rectangle {
+    id: panel
+
+    // As it was given: the editor would tell it as a whole document.
+    property string text: ""
+    property int textSize: 14
+    // Text that is added is brought into view, as in a log.
+    property bool followsEnd: false
+
+    color: "#2f3243"
+
+    Flickable {
+        id: flickable
+        objectName: "flickable"
+
+        anchors {
+            fill: parent
+            margins: 10
+            rightMargin: 14
+        }
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        flickableDirection: Flickable.VerticalFlick
+        contentWidth: width
+        contentHeight: edit.height
+        ScrollBar.vertical: scrollBar
+
+        onContentHeightChanged: {
+            if (panel.followsEnd)
+                contentY = Math.max(0, contentHeight - height);
+        }
+
+        TextEdit {
+            id: edit
+            objectName: "edit"
+
+            width: flickable.width
+            text: panel.text
+            readOnly: true
+            selectByMouse: true
+            textFormat: TextEdit.RichText
+            wrapMode: TextEdit.Wrap
+            color: "#ffffff"
+            selectionColor: "#255187"
+            selectedTextColor: "lightblue"
+            font.family: "微软雅黑"
+            renderType: TextEdit.NativeRendering
+            font.pixelSize: panel.textSize
+        }
+    }
+
+    // Beside the text and not over it.
+    ScrollBar {
+        id: scrollBar
+        objectName: "scrollBar"
+
+        anchors {
+            top: flickable.top
+            right: parent.right
+            rightMargin: 5
+            bottom: flickable.bottom
+        }
+        width: 4
+        padding: 0
+        visible: size < 1.0
+        contentItem: Rectangle {
+            implicitWidth: 4
+            radius: 2
+            color: "#ffffff"
+            opacity: 0.2
+        }
+        background: Rectangle {
+            radius: 2
+            color: "#535353"
+        }
+    }
+}

@@ -1,0 +1,25 @@
+import QtQuick 2.15
+
+// What the updater has to say, line after line. It shows once there is something in it.
+RichTextPanel {
+    id: log
+
+    function append(message) {
+        text += message + "<br/>";
+    }
+
+    visible: text !== ""
+    textSize: 12
+    followsEnd: true
+
+    Connections {
+        target: updater
+
+        function onReadyUpdateInfo(info) {
+            log.append(info);
+        }
+        function onReadyUpdateError(error) {
+            log.append(error);
+        }
+    }
+}

@@ -1,0 +1,90 @@
+import QtQuick 2.15
+import QtTest 1.15
+
+// What the tests of the update pages share.
+PageTest {
+    id: updatePageTest
+
+    readonly property int patience: 30000
+    property var opacities: []
+
+    // Of the page that shows: the one before it may still be around, with parts of the same names.
+    function part(objectName) {
+        return findChild(item("contentLoader").item, objectName);
+    }
+
+    // An update page calls what the sign-in does not have: a script error, after the next page is there.
+    function compareScriptError(page, missing) {
+        const warnings = warningLog.take();
+        compare(warnings.length, 1);
+        verify(warnings[0].includes("/" + page + ".qml:"), warnings[0]);
+        verify(warnings[0].includes("TypeError: Property '" + missing + "' of object LoginCtrl"), warnings[0]);
+        compare(loginCtrl.calls, []);
+        compare(updater.calls, []);
+    }
+
+    function compareTitlePlace(title) {
+        compare(title.y, -80);
+        fuzzyCompare(title.x + title.width / 2, 170, 0.5);
+        const inWindow = title.mapToItem(loginWindow, 0, 0).y;
+        verify(inWindow >= 32 && inWindow < 32 + 200);
+        compare(title.font.family, "微软雅黑");
+    }
+
+    // Away and back, several times over.
+    function compareFading(title) {
+        const animation = Array.from(title.resources).find(object => object.loops !== undefined);
+        compare(animation.running, true);
+        verify(animation.loops < 0); // Animation.Infinite reads back as another negative number
+        compare(Array.from(animation.animations).map(step => [step.property, step.to, step.duration]),
+                [["opacity", 0, 500], ["opacity", 1, 500]]);
+        opacities = [];
+        opacitySpy.target = title;
+        tryVerify(() => opacities.filter(opacity => opacity === 0).length >= 3, patience);
+        tryVerify(() => opacities.lastIndexOf(1) > opacities.lastIndexOf(0), patience);
+        opacitySpy.target = null;
+        verify(opacities.some(opacity => opacity > 0 && opacity < 1));
+    }
+
+    function plainText(panel) {
+        const edit = findChild(panel, "edit");
+        return edit.getText(0, edit.length);
+    }
+
+    // Line separators of rich text are their own characters.
+    function lines(panel) {
+        return plainText(panel).split(/[\u2028\u2029\n]/);
+    }
+
+    function compareLogsInfoAndErrors() {
+        const log = part("log");
+        compare(log.text, "");
+        compare(log.visible, false);
+        updater.readyUpdateInfo("下载失败Connection closed");
+        compare(log.visible, true);
+        compare(log.text, "下载失败Connection closed<br/>");
+        updater.readyUpdateError("broken");
+        updater.readyUpdateInfo("稍后将自动重启,请等待");
+        compare(log.text, "下载失败Connection closed<br/>broken<br/>稍后将自动重启,请等待<br/>");
+        compare(lines(log), ["下载失败Connection closed", "broken", "稍后将自动重启,请等待"]);
+        compare(findChild(log, "edit").readOnly, true);
+    }
+
+    function compareLogShowsItsEnd() {
+        const flickable = findChild(part("log"), "flickable");
+        for (let i = 0; i < 60; ++i)
+            updater.readyUpdateInfo("line " + i);
+        tryVerify(() => flickable.contentHeight > flickable.height && flickable.atYEnd);
+        compare(findChild(part("log"), "scrollBar").visible, true);
+    }
+
+    Connections {
+        id: opacitySpy
+
+        target: null
+
+        function onOpacityChanged() {
+            updatePageTest.opacities.push(target.opacity);
+        }
+    }
+}

@@ -1,0 +1,755 @@
+#include "clients.h"
+
+#include <services/services.h>
+
+#include <boost/asio/buffer.hpp>
+#include <boost/asio/error.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/read.hpp>
+#include <boost/asio/write.hpp>
+
+#include <QCryptographicHash>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <array>
+#include <vector>
+
+using NelvoDevkit::Fault;
+using NelvoDevkit::LoggedRequest;
+using NelvoDevkit::PackageDelivery;
+using NelvoDevkit::Services;
+using NelvoDevkit::ServicesOptions;
+
+using End = PackageDelivery::End;
+
+namespace {
+
+constexpr int blockSize = 64 * 1024;
+
+//! Content in which no byte stands where another one could.
+QByteArray countedContent(int size)
+{
+    QByteArray content;
+    for (int i = 0; content.size() < size; ++i)
+        content += QByteArray::number(i) + '\n';
+    return content.left(size);
+}
+
+PackageDelivery ending(End end, qint64 after)
+{
+    PackageDelivery delivery;
+    delivery.end = end;
+    delivery.endAfter = after;
+    return delivery;
+}
+
+PackageDelivery once(PackageDelivery delivery)
+{
+    delivery.once = true;
+    return delivery;
+}
+
+PackageDelivery paced(qint64 bytes, int milliseconds)
+{
+    PackageDelivery delivery;
+    delivery.paceBytes = bytes;
+    delivery.paceMilliseconds = milliseconds;
+    return delivery;
+}
+
+PackageDelivery ignoringRange()
+{
+    PackageDelivery delivery;
+    delivery.ignoresRange = true;
+    return delivery;
+}
+
+PackageDelivery announcing(qint64 size)
+{
+    PackageDelivery delivery;
+    delivery.announcedSize = size;
+    return delivery;
+}
+
+QByteArray md5(const QByteArray& bytes)
+{
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
+}
+
+QByteArray requestFor(const QString& url, const QByteArray& headers = {})
+{
+    return "GET " + QUrl(url).path(QUrl::FullyEncoded).toLatin1() + " HTTP/1.1\r\nHost: h\r\n" + headers +
+           "\r\n";
+}
+
+//! Head and body of an answer as it came over the wire.
+struct WireAnswer {
+    explicit WireAnswer(const QByteArray& bytes)
+        : head(bytes.left(bytes.indexOf("\r\n\r\n") + 2)), body(bytes.mid(bytes.indexOf("\r\n\r\n") + 4))
+    {}
+
+    bool has(const QByteArray& line) const { return head.contains("\r\n" + line + "\r\n"); }
+
+    QByteArray head;
+    QByteArray body;
+};
+
+//! Reads all that comes for the package, and tells how the connection ended.
+boost::system::error_code endOf(const QString& url, std::size_t* size)
+{
+    using boost::asio::ip::tcp;
+    boost::asio::io_context context;
+    tcp::socket socket(context);
+    boost::system::error_code error;
+    socket.connect({boost::asio::ip::address_v4::loopback(), static_cast<quint16>(QUrl(url).port())}, error);
+    boost::asio::write(socket, boost::asio::buffer(requestFor(url).toStdString()), error);
+    std::string answer;
+    boost::asio::read(socket, boost::asio::dynamic_buffer(answer), error);
+    const std::size_t head = answer.find("\r\n\r\n");
+    *size = head == std::string::npos ? 0 : answer.size() - head - 4;
+    return error;
+}
+
+} // namespace
+
+//! \brief The package server, and what the control path does with packages.
+class TestServicesPackages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void package_fromMemory();
+    void package_fromAFile();
+    void package_fromAFileIsReadAnew();
+    void package_fromAFileThatIsMissing();
+    void package_isReplaced();
+    void package_hasAnyName_data();
+    void package_hasAnyName();
+    void package_thatIsUnknown();
+    void package_isGotOnly();
+    void package_isSentToSeveralClients();
+    void package_overHttps();
+    void packages_areListed();
+    void request_isLogged();
+
+    void generated_isTheSameEveryTime();
+    void generated_hasNoTwoBlocksAlike();
+    void generated_isOfAnySize();
+    void generated_isSentWhole();
+
+    void range_data();
+    void range();
+    void range_outsideIsRefused_data();
+    void range_outsideIsRefused();
+    void range_ofAnotherKindIsIgnored_data();
+    void range_ofAnotherKindIsIgnored();
+    void range_isIgnoredOnDemand();
+    void range_ofAnEmptyPackage();
+
+    void connection_isKeptAfterAPackage();
+    void cut_sendsTheFirstBytes();
+    void cut_countsTheAnswersBytes();
+    void cut_atOnce();
+    void cut_behindTheEnd();
+    void reset_comesAfterTheFirstBytes();
+    void stall_goesOnWhenReleased();
+    void stall_keepsOtherPackagesGoing();
+    void stall_endsWithStop();
+    void stall_endsWithRefuse();
+    void pace_spreadsThePackage();
+    void pace_endsWithStop();
+    void length_thatIsTooLarge();
+    void length_thatIsTooSmall();
+    void delivery_once();
+    void delivery_ofOnePackage();
+
+    void faults_strike();
+    void fault_cutsTheBodyInHalf();
+    void fault_redirects();
+    void canned_replyGoesFirst();
+
+    void control_listsThePackages();
+    void control_addsAFile();
+    void control_addsAGeneratedPackage();
+    void control_refusesAPackage_data();
+    void control_refusesAPackage();
+    void control_setsTheDelivery();
+    void control_endsAStall();
+    void control_refusesADelivery_data();
+    void control_refusesADelivery();
+
+private:
+    QString url() const { return m_services->packageUrl("p.zip"); }
+    QByteArray wire(const QByteArray& headers = {}) const
+    {
+        RawConnection raw(url());
+        raw.send(requestFor(url(), headers + "Connection: close\r\n"));
+        return raw.readToEnd();
+    }
+    QNetworkReply* start(Client& client) const { return client.start("GET", url()); }
+    Answer control(const QString& path) const { return Client().post(m_services->controlUrl() + path, {}); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<Services> m_services;
+    const QByteArray m_content = countedContent(1000000);
+};
+
+void TestServicesPackages::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_services = std::make_unique<Services>();
+    QVERIFY(m_services->start());
+    m_services->addPackage("p.zip", m_content);
+}
+
+void TestServicesPackages::cleanup()
+{
+    m_services.reset();
+    m_folder.reset();
+}
+
+void TestServicesPackages::package_fromMemory()
+{
+    const WireAnswer answer(wire());
+    QVERIFY(answer.head.startsWith("HTTP/1.1 200 OK\r\n"));
+    QVERIFY(answer.has("Content-Length: 1000000"));
+    QVERIFY(answer.has("Content-Type: application/octet-stream"));
+    QVERIFY(answer.has("Accept-Ranges: bytes"));
+    QCOMPARE(answer.body, m_content);
+    QCOMPARE(m_services->packageBytes("p.zip", 999998, 10), m_content.right(2));
+}
+
+void TestServicesPackages::package_fromAFile()
+{
+    QFile file(m_folder->filePath("f"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(m_content);
+    file.close();
+    m_services->addPackageFile("f.zip", file.fileName());
+    QCOMPARE(Client().get(m_services->packageUrl("f.zip")).body, m_content);
+    QCOMPARE(m_services->packageRelease("f.zip", {}, {}).md5, QString(md5(m_content)));
+}
+
+void TestServicesPackages::package_fromAFileIsReadAnew()
+{
+    QFile file(m_folder->filePath("f"));
+    m_services->addPackageFile("f.zip", file.fileName());
+    for (const QByteArray& content : {QByteArray("first"), QByteArray("the second")}) {
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        QCOMPARE(Client().get(m_services->packageUrl("f.zip")).body, content);
+    }
+}
+
+void TestServicesPackages::package_fromAFileThatIsMissing()
+{
+    m_services->addPackageFile("f.zip", m_folder->filePath("missing"));
+    QCOMPARE(Client().get(m_services->packageUrl("f.zip")).status, 404);
+    QCOMPARE(m_services->packageBytes("f.zip", 0, 1), QByteArray());
+}
+
+void TestServicesPackages::package_isReplaced()
+{
+    m_services->addPackage("p.zip", "other");
+    QCOMPARE(Client().get(url()).body, QByteArray("other"));
+}
+
+void TestServicesPackages::package_hasAnyName_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char* name : {"更新包 1.0.1.zip", "a/b.zip", "100%.zip", "a?b#c.zip", "a+b.zip"})
+        QTest::newRow(name) << QString(name);
+}
+
+void TestServicesPackages::package_hasAnyName()
+{
+    QFETCH(const QString, name);
+    m_services->addPackage(name, "content");
+    QCOMPARE(Client().get(m_services->packageUrl(name)).body, QByteArray("content"));
+}
+
+void TestServicesPackages::package_thatIsUnknown()
+{
+    QCOMPARE(Client().get(m_services->packageUrl("q.zip")).status, 404);
+    QCOMPARE(Client().get(m_services->packageUrl() + "/p.zip").status, 404);
+}
+
+void TestServicesPackages::package_isGotOnly()
+{
+    const Answer answer = Client().post(url(), {});
+    QCOMPARE(answer.status, 405);
+    QCOMPARE(answer.allow, QByteArray("GET"));
+}
+
+void TestServicesPackages::package_isSentToSeveralClients()
+{
+    std::array<Client, 4> clients;
+    std::vector<QNetworkReply*> replies;
+    replies.reserve(clients.size());
+    for (Client& client : clients)
+        replies.push_back(start(client));
+    for (QNetworkReply* reply : replies)
+        QCOMPARE(Client::finish(reply).body, m_content);
+}
+
+void TestServicesPackages::package_overHttps()
+{
+    ServicesOptions options;
+    options.https = true;
+    Services services(options);
+    QVERIFY(services.start());
+    services.addPackage("p.zip", m_content);
+    QSslConfiguration trusting = QSslConfiguration::defaultConfiguration();
+    trusting.setCaCertificates(QSslCertificate::fromData(services.certificatePem()));
+    Client client;
+    client.setSslConfiguration(trusting);
+    QVERIFY(services.packageUrl("p.zip").startsWith("https:"));
+    QVERIFY(services.updateUrl().startsWith("https:"));
+    QCOMPARE(client.get(services.packageUrl("p.zip")).body, m_content);
+}
+
+void TestServicesPackages::packages_areListed()
+{
+    m_services->addGeneratedPackage("a.zip", 1);
+    QCOMPARE(m_services->packages(), (QStringList{"NelvoEditor-1.0.1.zip", "a.zip", "p.zip"}));
+}
+
+void TestServicesPackages::request_isLogged()
+{
+    wire("Range: bytes=999999-\r\n");
+    const QVector<LoggedRequest> requests = m_services->requests();
+    QCOMPARE(requests.size(), 1);
+    QCOMPARE(requests[0].service, QByteArray("package"));
+    QCOMPARE(requests[0].target, QByteArray("/packages/p.zip"));
+    QCOMPARE(requests[0].header("Range"), QByteArray("bytes=999999-"));
+}
+
+void TestServicesPackages::generated_isTheSameEveryTime()
+{
+    m_services->addGeneratedPackage("g.zip", 200000);
+    Services other;
+    other.addGeneratedPackage("another.zip", 300000);
+    const QByteArray bytes = m_services->packageBytes("g.zip", 0, 300000);
+    QCOMPARE(bytes.size(), 200000);
+    QCOMPARE(other.packageBytes("another.zip", 0, 200000), bytes);
+    for (const int offset : {3, 65530, 65536, 65537, 131075})
+        QCOMPARE(other.packageBytes("another.zip", offset, 20), bytes.mid(offset, 20));
+    QCOMPARE(m_services->packageRelease("g.zip", {}, {}).md5, QString(md5(bytes)));
+}
+
+void TestServicesPackages::generated_hasNoTwoBlocksAlike()
+{
+    constexpr int blocks = 1000;
+    m_services->addGeneratedPackage("g.zip", blocks * qint64{blockSize});
+    QSet<QByteArray> seen;
+    for (int i = 0; i < blocks; ++i)
+        seen.insert(md5(m_services->packageBytes("g.zip", i * qint64{blockSize}, blockSize)));
+    QCOMPARE(seen.size(), blocks);
+}
+
+void TestServicesPackages::generated_isOfAnySize()
+{
+    // No memory and no disk would hold it.
+    constexpr qint64 size = qint64{1} << 60;
+    m_services->addGeneratedPackage("p.zip", size);
+    const WireAnswer answer(wire("Range: bytes=" + QByteArray::number(size - 100) + "-\r\n"));
+    QVERIFY(answer.head.startsWith("HTTP/1.1 206 "));
+    QVERIFY(answer.has("Content-Range: bytes 1152921504606846876-1152921504606846975/1152921504606846976"));
+    QCOMPARE(answer.body, m_services->packageBytes("p.zip", size - 100, 1000));
+    QCOMPARE(answer.body.size(), 100);
+}
+
+void TestServicesPackages::generated_isSentWhole()
+{
+    constexpr int size = 10 * 1024 * 1024 + 17;
+    m_services->addGeneratedPackage("p.zip", size);
+    const QByteArray body = Client().get(url()).body;
+    QCOMPARE(body.size(), size);
+    QCOMPARE(QString(md5(body)), m_services->packageRelease("p.zip", {}, {}).md5);
+}
+
+void TestServicesPackages::range_data()
+{
+    QTest::addColumn<int>("start");
+    QTest::addColumn<QByteArray>("contentRange");
+    QTest::newRow("everything") << 0 << QByteArray("bytes 0-999999/1000000");
+    QTest::newRow("rest") << 300001 << QByteArray("bytes 300001-999999/1000000");
+    QTest::newRow("last byte") << 999999 << QByteArray("bytes 999999-999999/1000000");
+}
+
+void TestServicesPackages::range()
+{
+    QFETCH(const int, start);
+    QFETCH(const QByteArray, contentRange);
+    const WireAnswer answer(wire("Range: bytes=" + QByteArray::number(start) + "-\r\n"));
+    QVERIFY(answer.head.startsWith("HTTP/1.1 206 Partial Content\r\n"));
+    QVERIFY(answer.has("Content-Range: " + contentRange));
+    QVERIFY(answer.has("Content-Length: " + QByteArray::number(1000000 - start)));
+    QCOMPARE(answer.body, m_content.mid(start));
+}
+
+void TestServicesPackages::range_outsideIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("start");
+    QTest::newRow("end") << QByteArray("1000000");
+    QTest::newRow("behind") << QByteArray("9223372036854775807");
+}
+
+void TestServicesPackages::range_outsideIsRefused()
+{
+    QFETCH(const QByteArray, start);
+    const WireAnswer answer(wire("Range: bytes=" + start + "-\r\n"));
+    QVERIFY(answer.head.startsWith("HTTP/1.1 416 Range Not Satisfiable\r\n"));
+    QVERIFY(answer.has("Content-Range: bytes */1000000"));
+}
+
+void TestServicesPackages::range_ofAnotherKindIsIgnored_data()
+{
+    QTest::addColumn<QByteArray>("range");
+    for (const char* range : {"bytes=0-5", "bytes=-5", "bytes=x-", "bytes=-", "bytes=-5-", "items=5-"})
+        QTest::newRow(range) << QByteArray(range);
+}
+
+void TestServicesPackages::range_ofAnotherKindIsIgnored()
+{
+    QFETCH(const QByteArray, range);
+    const WireAnswer answer(wire("Range: " + range + "\r\n"));
+    QVERIFY(answer.head.startsWith("HTTP/1.1 200 OK\r\n"));
+    QCOMPARE(answer.body, m_content);
+}
+
+void TestServicesPackages::range_isIgnoredOnDemand()
+{
+    m_services->setPackageDelivery("p.zip", ignoringRange());
+    for (const char* start : {"300001", "1000000"}) {
+        const WireAnswer answer(wire("Range: bytes=" + QByteArray(start) + "-\r\n"));
+        QVERIFY(answer.head.startsWith("HTTP/1.1 200 OK\r\n"));
+        QVERIFY(!answer.head.contains("Accept-Ranges"));
+        QCOMPARE(answer.body, m_content);
+    }
+}
+
+void TestServicesPackages::range_ofAnEmptyPackage()
+{
+    m_services->addPackage("p.zip", QByteArray());
+    const WireAnswer whole(wire());
+    QVERIFY(whole.head.startsWith("HTTP/1.1 200 OK\r\n"));
+    QVERIFY(whole.has("Content-Length: 0"));
+    QVERIFY(wire("Range: bytes=0-\r\n").startsWith("HTTP/1.1 416 "));
+}
+
+void TestServicesPackages::connection_isKeptAfterAPackage()
+{
+    RawConnection raw(url());
+    for (int i = 0; i < 2; ++i) {
+        raw.send(requestFor(url()));
+        QCOMPARE(WireAnswer(raw.readAnswer()).body, m_content);
+    }
+}
+
+void TestServicesPackages::cut_sendsTheFirstBytes()
+{
+    m_services->setPackageDelivery("p.zip", ending(End::Cut, 700001));
+    const WireAnswer answer(wire());
+    QVERIFY(answer.head.startsWith("HTTP/1.1 200 OK\r\n"));
+    QVERIFY(answer.has("Content-Length: 1000000"));
+    QCOMPARE(answer.body, m_content.left(700001));
+    std::size_t size = 0;
+    QCOMPARE(endOf(url(), &size), make_error_code(boost::asio::error::eof));
+    QCOMPARE(size, std::size_t{700001});
+}
+
+void TestServicesPackages::cut_countsTheAnswersBytes()
+{
+    m_services->setPackageDelivery("p.zip", ending(End::Cut, 10));
+    const WireAnswer answer(wire("Range: bytes=500000-\r\n"));
+    QVERIFY(answer.has("Content-Length: 500000"));
+    QCOMPARE(answer.body, m_content.mid(500000, 10));
+}
+
+void TestServicesPackages::cut_atOnce()
+{
+    m_services->setPackageDelivery("p.zip", ending(End::Cut, 0));
+    const WireAnswer answer(wire());
+    QVERIFY(answer.has("Content-Length: 1000000"));
+    QCOMPARE(answer.body, QByteArray());
+}
+
+void TestServicesPackages::cut_behindTheEnd()
+{
+    m_services->setPackageDelivery("p.zip", ending(End::Cut, 2000000));
+    QCOMPARE(Client().get(url()).body, m_content);
+}
+
+void TestServicesPackages::reset_comesAfterTheFirstBytes()
+{
+    m_services->setPackageDelivery("p.zip", ending(End::Reset, 1000));
+    std::size_t size = 0;
+    QCOMPARE(endOf(url(), &size), make_error_code(boost::asio::error::connection_reset));
+    QVERIFY(size <= 1000);
+}
+
+void TestServicesPackages::stall_goesOnWhenReleased()
+{
+    m_services->setPackageDelivery("p.zip", once(ending(End::Stall, 1000)));
+    Client client;
+    QNetworkReply* reply = start(client);
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    // Other answers come and go; this one doesn't move.
+    QCOMPARE(Client().get(url()).body, m_content);
+    QCOMPARE(reply->bytesAvailable(), 1000);
+    QVERIFY(!reply->isFinished());
+    m_services->setPackageDelivery("p.zip", {});
+    QCOMPARE(Client::finish(reply).body, m_content);
+}
+
+void TestServicesPackages::stall_keepsOtherPackagesGoing()
+{
+    m_services->setPackageDelivery("p.zip", ending(End::Stall, 1000));
+    Client client;
+    QNetworkReply* reply = start(client);
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    m_services->addPackage("q.zip", "content");
+    m_services->setPackageDelivery("q.zip", {});
+    QCOMPARE(Client().get(m_services->packageUrl("q.zip")).body, QByteArray("content"));
+    m_services->clearFaults();
+    QCOMPARE(Client().get(m_services->packageUrl("q.zip")).body, QByteArray("content"));
+    QVERIFY(!reply->isFinished());
+    QCOMPARE(reply->bytesAvailable(), 1000);
+}
+
+void TestServicesPackages::stall_endsWithStop()
+{
+    m_services->setPackageDelivery("p.zip", ending(End::Stall, 1000));
+    Client client;
+    QNetworkReply* reply = start(client);
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    m_services->stop();
+    QCOMPARE(Client::finish(reply).body, m_content.left(1000));
+}
+
+void TestServicesPackages::stall_endsWithRefuse()
+{
+    m_services->setPackageDelivery("p.zip", ending(End::Stall, 1000));
+    Client client;
+    QNetworkReply* reply = start(client);
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    m_services->addFault({Fault::Refuse, {}, {}, 0, false});
+    QCOMPARE(Client::finish(reply).body, m_content.left(1000));
+}
+
+void TestServicesPackages::pace_spreadsThePackage()
+{
+    m_services->addPackage("p.zip", m_content.left(1000));
+    m_services->setPackageDelivery("p.zip", paced(100, 30));
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(Client().get(url()).body, m_content.left(1000));
+    QVERIFY2(timer.elapsed() >= 270, qPrintable(QString::number(timer.elapsed())));
+}
+
+void TestServicesPackages::pace_endsWithStop()
+{
+    m_services->setPackageDelivery("p.zip", paced(1000, 60 * 60 * 1000));
+    Client client;
+    QNetworkReply* reply = start(client);
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    m_services->stop();
+    QCOMPARE(Client::finish(reply).body, m_content.left(1000));
+}
+
+void TestServicesPackages::length_thatIsTooLarge()
+{
+    m_services->setPackageDelivery("p.zip", announcing(1000001));
+    RawConnection raw(url());
+    raw.send(requestFor(url()));
+    const WireAnswer answer(raw.readToEnd());
+    QVERIFY(answer.has("Content-Length: 1000001"));
+    QCOMPARE(answer.body, m_content);
+}
+
+void TestServicesPackages::length_thatIsTooSmall()
+{
+    m_services->setPackageDelivery("p.zip", announcing(999999));
+    RawConnection raw(url());
+    raw.send(requestFor(url()));
+    const WireAnswer answer(raw.readToEnd());
+    QVERIFY(answer.has("Content-Length: 999999"));
+    QCOMPARE(answer.body, m_content);
+    QCOMPARE(Client().get(url()).body, m_content.left(999999));
+}
+
+void TestServicesPackages::delivery_once()
+{
+    m_services->setPackageDelivery("p.zip", once(ending(End::Cut, 10)));
+    QCOMPARE(WireAnswer(wire()).body, m_content.left(10));
+    QCOMPARE(WireAnswer(wire()).body, m_content);
+}
+
+void TestServicesPackages::delivery_ofOnePackage()
+{
+    m_services->addPackage("q.zip", "content");
+    m_services->setPackageDelivery("p.zip", ending(End::Cut, 0));
+    QCOMPARE(Client().get(m_services->packageUrl("q.zip")).body, QByteArray("content"));
+}
+
+void TestServicesPackages::faults_strike()
+{
+    m_services->addFault({Fault::Status, "/packages/p.zip", "GET", 503, true});
+    QCOMPARE(Client().get(url()).status, 503);
+    m_services->addFault({Fault::WrongJson, "/packages/p.zip", {}, 0, true});
+    QCOMPARE(Client().get(url()).body, QByteArray("[]"));
+    m_services->addFault({Fault::Reset, "/packages/p.zip", {}, 0, true});
+    std::size_t size = 0;
+    QCOMPARE(endOf(url(), &size), make_error_code(boost::asio::error::connection_reset));
+    QCOMPARE(size, std::size_t{0});
+    m_services->addFault({Fault::Stall, "/packages/p.zip", {}, 0, false});
+    Client client;
+    QNetworkReply* stalled = start(client);
+    QVERIFY(QTest::qWaitFor([this] { return m_services->requests().size() == 4; }, patience));
+    m_services->clearFaults();
+    QCOMPARE(Client::finish(stalled).body, m_content);
+}
+
+void TestServicesPackages::fault_cutsTheBodyInHalf()
+{
+    m_services->addFault({Fault::CutBody, {}, {}, 0, false});
+    const WireAnswer answer(wire());
+    QVERIFY(answer.has("Content-Length: 1000000"));
+    QCOMPARE(answer.body, m_content.left(500000));
+}
+
+void TestServicesPackages::fault_redirects()
+{
+    m_services->addFault({Fault::Redirect, "/packages/p.zip", {}, 0, false});
+    QCOMPARE(Client().get(url()).body, m_content);
+}
+
+void TestServicesPackages::canned_replyGoesFirst()
+{
+    m_services->setReply("GET", "/packages/p.zip", {200, "text/plain", "canned", {}});
+    QCOMPARE(Client().get(url()).body, QByteArray("canned"));
+}
+
+void TestServicesPackages::control_listsThePackages()
+{
+    const QJsonObject expected = {{"NelvoEditor-1.0.1.zip", m_services->packageUrl("NelvoEditor-1.0.1.zip")},
+                                  {"p.zip", url()}};
+    const QByteArray list = Client().get(m_services->controlUrl() + "/packages").body;
+    QCOMPARE(QJsonDocument::fromJson(list).object(), expected);
+}
+
+void TestServicesPackages::control_addsAFile()
+{
+    QFile file(m_folder->filePath("f"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("content");
+    file.close();
+    QCOMPARE(control("/packages?name=f.zip&file=" + file.fileName()).status, 200);
+    QCOMPARE(Client().get(m_services->packageUrl("f.zip")).body, QByteArray("content"));
+}
+
+void TestServicesPackages::control_addsAGeneratedPackage()
+{
+    QCOMPARE(control("/packages?name=g.zip&size=5000000000").status, 200);
+    QCOMPARE(m_services->packageBytes("g.zip", 4999999990, 100).size(), 10);
+}
+
+void TestServicesPackages::control_refusesAPackage_data()
+{
+    QTest::addColumn<QString>("parameters");
+    QTest::addColumn<QByteArray>("complaint");
+    QTest::newRow("no name") << "?size=1" << QByteArray("\"name\" must be the name of a package");
+    QTest::newRow("neither") << "?name=a" << QByteArray("there must be either \"file\" or \"size\"");
+    QTest::newRow("both") << "?name=a&file=b&size=1"
+                          << QByteArray("there must be either \"file\" or \"size\"");
+    QTest::newRow("size") << "?name=a&size=big" << QByteArray("\"size\" must be a number of bytes");
+    QTest::newRow("missing file") << "?name=a&file=/nowhere/b"
+                                  << QByteArray("can't read a file \"/nowhere/b\"");
+    QTest::newRow("directory") << "?name=a&file=/" << QByteArray("can't read a file \"/\"");
+}
+
+void TestServicesPackages::control_refusesAPackage()
+{
+    QFETCH(const QString, parameters);
+    QFETCH(const QByteArray, complaint);
+    const Answer answer = control("/packages" + parameters);
+    QCOMPARE(answer.status, 400);
+    QVERIFY2(answer.body.contains(complaint), answer.body.constData());
+    QCOMPARE(m_services->packages().size(), 2);
+}
+
+void TestServicesPackages::control_setsTheDelivery()
+{
+    QCOMPARE(control("/packages/delivery?package=p.zip&end=cut&after=10&once=1").status, 200);
+    QCOMPARE(WireAnswer(wire()).body, m_content.left(10));
+    QCOMPARE(WireAnswer(wire()).body, m_content);
+    QCOMPARE(control("/packages/delivery?package=p.zip&ignoresRange=1&announced=2000000").status, 200);
+    const WireAnswer answer(wire("Range: bytes=10-\r\n"));
+    QVERIFY(answer.head.startsWith("HTTP/1.1 200 "));
+    QVERIFY(answer.has("Content-Length: 2000000"));
+    QCOMPARE(control("/packages/delivery?package=p.zip&end=reset&after=0").status, 200);
+    std::size_t size = 0;
+    QCOMPARE(endOf(url(), &size), make_error_code(boost::asio::error::connection_reset));
+    QCOMPARE(control("/packages/delivery?package=p.zip&paceBytes=500000&paceMilliseconds=100").status, 200);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(WireAnswer(wire()).body, m_content);
+    QVERIFY(timer.elapsed() >= 100);
+    QCOMPARE(control("/packages/delivery?package=p.zip").status, 200);
+    QVERIFY(WireAnswer(wire("Range: bytes=10-\r\n")).head.startsWith("HTTP/1.1 206 "));
+}
+
+void TestServicesPackages::control_endsAStall()
+{
+    QCOMPARE(control("/packages/delivery?package=p.zip&end=stall&after=10").status, 200);
+    Client client;
+    QNetworkReply* reply = start(client);
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() == 10; }, patience));
+    QCOMPARE(control("/packages/delivery?package=p.zip").status, 200);
+    QCOMPARE(Client::finish(reply).body, m_content);
+}
+
+void TestServicesPackages::control_refusesADelivery_data()
+{
+    QTest::addColumn<QString>("parameters");
+    QTest::addColumn<QByteArray>("complaint");
+    QTest::newRow("unknown package") << "?package=q.zip"
+                                     << QByteArray("\"q.zip\" is no package; parameter \"package\" is one of "
+                                                   "NelvoEditor-1.0.1.zip, p.zip");
+    QTest::newRow("end") << "?package=p.zip&end=bad"
+                         << QByteArray("\"end\" must be whole, cut, reset or stall");
+    QTest::newRow("no after") << "?package=p.zip&end=cut"
+                              << QByteArray("\"after\" must be a number of bytes");
+    QTest::newRow("idle after") << "?package=p.zip&after=1"
+                                << QByteArray("\"after\" goes with cut, reset and stall only");
+    QTest::newRow("pace") << "?package=p.zip&paceBytes=x" << QByteArray("\"paceBytes\" must be a number");
+    QTest::newRow("interval") << "?package=p.zip&paceBytes=1&paceMilliseconds=0"
+                              << QByteArray("\"paceMilliseconds\" must be a number from 1 to");
+    QTest::newRow("flag") << "?package=p.zip&ignoresRange=yes"
+                          << QByteArray("\"ignoresRange\" must be 0 or 1");
+    QTest::newRow("length") << "?package=p.zip&announced=-1" << QByteArray("\"announced\" must be a number");
+}
+
+void TestServicesPackages::control_refusesADelivery()
+{
+    QFETCH(const QString, parameters);
+    QFETCH(const QByteArray, complaint);
+    const Answer answer = control("/packages/delivery" + parameters);
+    QCOMPARE(answer.status, 400);
+    QVERIFY2(answer.body.contains(complaint), answer.body.constData());
+    QCOMPARE(Client().get(url()).body, m_content);
+}
+
+QTEST_GUILESS_MAIN(TestServicesPackages)
+#include "test_services_packages.moc"

@@ -1,0 +1,455 @@
+#include "clients.h"
+
+#include <services/services.h>
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+using NelvoDevkit::Fault;
+using NelvoDevkit::LoggedRequest;
+using NelvoDevkit::Release;
+using NelvoDevkit::Services;
+using NelvoDevkit::ServicesOptions;
+
+namespace {
+
+const QString findLatestPath = "/v1.0/service/sys/productVersion/findLatest";
+
+QJsonObject object(const Answer& answer)
+{
+    return QJsonDocument::fromJson(answer.body).object();
+}
+
+//! A seed with that in place of its updates.
+QByteArray seedWith(const QByteArray& updates)
+{
+    return R"({"accounts": [], "enterprises": [], "updates": )" + updates + "}";
+}
+
+QByteArray seedWithRelease(const QByteArray& release)
+{
+    return seedWith(R"({"token": "t", "releases": [)" + release + "]}");
+}
+
+} // namespace
+
+//! \brief The update service, and what the control path does with releases.
+class TestServicesUpdate : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void findLatest_tellsTheSeedsRelease();
+    void findLatest_tellsAPackageThatIsThere();
+    void findLatest_needsTheToken_data();
+    void findLatest_needsTheToken();
+    void findLatest_ofAnUnknownProduct();
+    void findLatest_ofAnotherRequest_data();
+    void findLatest_ofAnotherRequest();
+    void findLatest_isAPost();
+    void request_isLoggedAsReceived();
+
+    void release_isReplaced();
+    void release_ofAnotherProductIsAdded();
+    void release_liesOnThePackageServer();
+    void release_ofAPackage();
+    void release_ofAnUnknownPackage();
+    void release_comesBackWithTheSeed();
+
+    void faults_strike();
+    void refuse_strikesBothServers();
+    void refuse_ofAPathStrikesItsServerOnly();
+    void canned_replyGoesFirst();
+
+    void seed_ofOnesOwn();
+    void seed_withoutUpdates();
+    void seed_isChecked_data();
+    void seed_isChecked();
+
+    void control_listsTheReleases();
+    void control_setsARelease();
+    void control_setsTheReleaseOfAPackage();
+    void control_setsAReleaseThatLies();
+    void control_refusesARelease_data();
+    void control_refusesARelease();
+
+private:
+    QString latest(const QString& productId, const QString& token) const
+    {
+        return m_services->updateUrl() + findLatestPath + "?access_token=" + token +
+               "&productId=" + productId + "&productVersion=0.0.0";
+    }
+    Answer findLatest(const QString& productId, const QString& token) const
+    {
+        return Client().post(latest(productId, token), "{\n}\n", "application/json");
+    }
+    QJsonObject latestData(const QString& productId) const
+    {
+        return object(findLatest(productId, m_services->updateToken())).value("data").toObject();
+    }
+    Answer control(const QString& path) const { return Client().post(m_services->controlUrl() + path, {}); }
+    void startWith(const QByteArray& seed);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<Services> m_services;
+};
+
+void TestServicesUpdate::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_services = std::make_unique<Services>();
+    QVERIFY(m_services->start());
+}
+
+void TestServicesUpdate::cleanup()
+{
+    m_services.reset();
+    m_folder.reset();
+}
+
+void TestServicesUpdate::startWith(const QByteArray& seed)
+{
+    ServicesOptions options;
+    options.seedFile = m_folder->filePath("seed.json");
+    QFile file(options.seedFile);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(seed);
+    file.close();
+    m_services = std::make_unique<Services>(options);
+    QString error;
+    QVERIFY2(m_services->start(&error), qPrintable(error));
+}
+
+void TestServicesUpdate::findLatest_tellsTheSeedsRelease()
+{
+    QCOMPARE(m_services->updateToken(), QString("nelvo-update-token"));
+    const Answer answer = findLatest("nelvo-editor", "nelvo-update-token");
+    QCOMPARE(answer.status, 200);
+    QCOMPARE(answer.contentType, QByteArray("application/json;charset=UTF-8"));
+    QCOMPARE(object(answer).value("code"), QJsonValue(200));
+    const QJsonObject data = object(answer).value("data").toObject();
+    QCOMPARE(data.keys(), (QStringList{"fullMd5", "fullPath", "fullSize", "pVersion", "remarks"}));
+    QCOMPARE(data.value("pVersion").toString(), QString("1.0.1"));
+    QVERIFY(data.value("remarks").toString().contains('\n'));
+    QVERIFY(data.value("fullSize").isDouble());
+}
+
+void TestServicesUpdate::findLatest_tellsAPackageThatIsThere()
+{
+    const QJsonObject data = latestData("nelvo-editor");
+    const QString path = data.value("fullPath").toString();
+    QVERIFY(path.startsWith(m_services->packageUrl() + '/'));
+    const QByteArray package = Client().get(path).body;
+    QVERIFY(package.startsWith("PK"));
+    QCOMPARE(package.size(), data.value("fullSize").toInt());
+    QCOMPARE(QString(QCryptographicHash::hash(package, QCryptographicHash::Md5).toHex()),
+             data.value("fullMd5").toString());
+}
+
+void TestServicesUpdate::findLatest_needsTheToken_data()
+{
+    QTest::addColumn<QString>("token");
+    QTest::newRow("wrong") << "nelvo-update-tokem";
+    QTest::newRow("other case") << "NELVO-UPDATE-TOKEN";
+    QTest::newRow("empty") << "";
+}
+
+void TestServicesUpdate::findLatest_needsTheToken()
+{
+    QFETCH(const QString, token);
+    const Answer answer = findLatest("nelvo-editor", token);
+    QCOMPARE(answer.status, 200);
+    QCOMPARE(object(answer).value("code"), QJsonValue(401));
+    QCOMPARE(object(answer).value("data"), QJsonValue(QJsonObject()));
+}
+
+void TestServicesUpdate::findLatest_ofAnUnknownProduct()
+{
+    const Answer answer = findLatest("nelvo-viewer", "nelvo-update-token");
+    QCOMPARE(answer.status, 200);
+    QCOMPARE(object(answer).value("code"), QJsonValue(404));
+    QCOMPARE(object(answer).value("data"), QJsonValue(QJsonObject()));
+}
+
+void TestServicesUpdate::findLatest_ofAnotherRequest_data()
+{
+    QTest::addColumn<QString>("query");
+    QTest::addColumn<QByteArray>("body");
+    const QString rest = "?access_token=nelvo-update-token&productId=nelvo-editor";
+    QTest::newRow("no version") << rest << QByteArray("{}");
+    QTest::newRow("no body") << rest + "&productVersion=0.0.0" << QByteArray();
+    QTest::newRow("array") << rest + "&productVersion=0.0.0" << QByteArray("[]");
+}
+
+void TestServicesUpdate::findLatest_ofAnotherRequest()
+{
+    QFETCH(const QString, query);
+    QFETCH(const QByteArray, body);
+    const QString url = m_services->updateUrl() + findLatestPath + query;
+    QCOMPARE(object(Client().post(url, body, "application/json")).value("code"), QJsonValue(400));
+}
+
+void TestServicesUpdate::findLatest_isAPost()
+{
+    const Answer answer = Client().get(latest("nelvo-editor", "nelvo-update-token"));
+    QCOMPARE(answer.status, 405);
+    QCOMPARE(answer.allow, QByteArray("POST"));
+    QCOMPARE(Client().post(m_services->updateUrl() + "/v1.0/service", "{}").status, 404);
+}
+
+void TestServicesUpdate::request_isLoggedAsReceived()
+{
+    findLatest("nelvo-editor", "a%20b");
+    const QVector<LoggedRequest> requests = m_services->requests();
+    QCOMPARE(requests.size(), 1);
+    QCOMPARE(requests[0].service, QByteArray("update"));
+    QCOMPARE(requests[0].method, QByteArray("POST"));
+    QCOMPARE(requests[0].target,
+             findLatestPath.toLatin1() + "?access_token=a%20b&productId=nelvo-editor&productVersion=0.0.0");
+    QCOMPARE(requests[0].body, QByteArray("{\n}\n"));
+}
+
+void TestServicesUpdate::release_isReplaced()
+{
+    m_services->setRelease("nelvo-editor", {"2.3.4", "新", "ABC", qint64{1} << 40, "http://h/p.zip?x=1"});
+    const QJsonObject expected = {{"pVersion", "2.3.4"},
+                                  {"remarks", "新"},
+                                  {"fullMd5", "ABC"},
+                                  {"fullSize", 1099511627776.0},
+                                  {"fullPath", "http://h/p.zip?x=1"}};
+    QCOMPARE(latestData("nelvo-editor"), expected);
+}
+
+void TestServicesUpdate::release_ofAnotherProductIsAdded()
+{
+    m_services->setRelease("a b", {"9", {}, {}, 0, {}});
+    QCOMPARE(latestData("a%20b").value("pVersion").toString(), QString("9"));
+    QCOMPARE(latestData("nelvo-editor").value("pVersion").toString(), QString("1.0.1"));
+    QCOMPARE(m_services->releases().keys(), (QStringList{"a b", "nelvo-editor"}));
+}
+
+void TestServicesUpdate::release_liesOnThePackageServer()
+{
+    m_services->setRelease("nelvo-editor", {"2", {}, {}, 0, "/packages/p.zip"});
+    QCOMPARE(m_services->releases().value("nelvo-editor").path, m_services->packageUrl() + "/packages/p.zip");
+}
+
+void TestServicesUpdate::release_ofAPackage()
+{
+    m_services->addPackage("p.zip", "content");
+    const Release release = m_services->packageRelease("p.zip", "1.5", "notes");
+    QCOMPARE(release.version, QString("1.5"));
+    QCOMPARE(release.remarks, QString("notes"));
+    QCOMPARE(release.md5, QString("9a0364b9e99bb480dd25e1f0284c8555"));
+    QCOMPARE(release.size, 7);
+    QCOMPARE(release.path, m_services->packageUrl("p.zip"));
+}
+
+void TestServicesUpdate::release_ofAnUnknownPackage()
+{
+    const Release release = m_services->packageRelease("p.zip", "1", {});
+    QCOMPARE(release.md5, QString());
+    QCOMPARE(release.size, 0);
+    QCOMPARE(release.path, m_services->packageUrl("p.zip"));
+}
+
+void TestServicesUpdate::release_comesBackWithTheSeed()
+{
+    m_services->setRelease("nelvo-editor", {"2", {}, {}, 0, {}});
+    m_services->setRelease("other", {"2", {}, {}, 0, {}});
+    m_services->resetState();
+    QCOMPARE(m_services->releases().keys(), QStringList("nelvo-editor"));
+    QCOMPARE(latestData("nelvo-editor").value("pVersion").toString(), QString("1.0.1"));
+}
+
+void TestServicesUpdate::faults_strike()
+{
+    m_services->addFault({Fault::Status, findLatestPath, "POST", 503, true});
+    QCOMPARE(findLatest("nelvo-editor", "t").status, 503);
+    m_services->addFault({Fault::NotJson, findLatestPath, {}, 0, true});
+    QVERIFY(!findLatest("nelvo-editor", "t").isJson());
+    m_services->addFault({Fault::WrongJson, findLatestPath, {}, 0, true});
+    QVERIFY(QJsonDocument::fromJson(findLatest("nelvo-editor", "t").body).isArray());
+    m_services->addFault({Fault::Stall, findLatestPath, {}, 0, false});
+    Client client;
+    QNetworkReply* stalled = client.start("POST", latest("nelvo-editor", "nelvo-update-token"), "{}");
+    QVERIFY(QTest::qWaitFor([this] { return m_services->requests().size() == 4; }, patience));
+    QVERIFY(!stalled->isFinished());
+    m_services->clearFaults();
+    QCOMPARE(object(Client::finish(stalled)).value("code"), QJsonValue(200));
+}
+
+void TestServicesUpdate::refuse_strikesBothServers()
+{
+    m_services->addFault({Fault::Refuse, {}, {}, 0, false});
+    for (const QString& url : {m_services->updateUrl(), m_services->packageUrl()})
+        QCOMPARE(Client().get(url).error, QNetworkReply::ConnectionRefusedError);
+    m_services->clearFaults();
+    for (const QString& url : {m_services->updateUrl(), m_services->packageUrl()})
+        QCOMPARE(Client().get(url).status, 404);
+}
+
+void TestServicesUpdate::refuse_ofAPathStrikesItsServerOnly()
+{
+    m_services->addFault({Fault::Refuse, findLatestPath, {}, 0, false});
+    findLatest("nelvo-editor", "t");
+    QCOMPARE(findLatest("nelvo-editor", "t").error, QNetworkReply::ConnectionRefusedError);
+    QCOMPARE(Client().get(m_services->packageUrl()).status, 404);
+}
+
+void TestServicesUpdate::canned_replyGoesFirst()
+{
+    m_services->setReply("POST", findLatestPath, {200, "application/json", R"({"code":"200"})", {}});
+    QCOMPARE(findLatest("nelvo-editor", "wrong").body, QByteArray(R"({"code":"200"})"));
+}
+
+void TestServicesUpdate::seed_ofOnesOwn()
+{
+    startWith(seedWithRelease(
+        R"({"productId": "a", "version": "1", "remarks": "r", "path": "/x.zip", "md5": "m", "size": 5000000000},
+           {"productId": "b", "version": "2", "remarks": "r", "package": "p.zip", "files": {"目录/文": "t"}})"));
+    QCOMPARE(m_services->updateToken(), QString("t"));
+    const QJsonObject expected = {{"pVersion", "1"},
+                                  {"remarks", "r"},
+                                  {"fullMd5", "m"},
+                                  {"fullSize", 5000000000.0},
+                                  {"fullPath", m_services->packageUrl() + "/x.zip"}};
+    QCOMPARE(latestData("a"), expected);
+    QCOMPARE(latestData("b").value("fullPath").toString(), m_services->packageUrl("p.zip"));
+    QVERIFY(Client().get(m_services->packageUrl("p.zip")).body.startsWith("PK"));
+}
+
+void TestServicesUpdate::seed_withoutUpdates()
+{
+    startWith(R"({"accounts": [], "enterprises": []})");
+    QCOMPARE(m_services->updateToken(), QString());
+    QVERIFY(m_services->releases().isEmpty());
+    QVERIFY(m_services->packages().isEmpty());
+    // A product that is released all the same can't be asked for.
+    m_services->setRelease("a", {"1", {}, {}, 0, {}});
+    QCOMPARE(object(findLatest("a", "")).value("code"), QJsonValue(401));
+}
+
+void TestServicesUpdate::seed_isChecked_data()
+{
+    QTest::addColumn<QByteArray>("seed");
+    QTest::addColumn<QString>("complaint");
+    const QByteArray head = R"("productId": "a", "version": "1", "remarks": "r", )";
+    QTest::newRow("array") << seedWith("[]") << "updates must be an object";
+    QTest::newRow("no token") << seedWith(R"({"releases": []})")
+                              << "updates needs a text \"token\" that is not empty";
+    QTest::newRow("no releases") << seedWith(R"({"token": "t"})") << "updates needs an array \"releases\"";
+    QTest::newRow("release") << seedWithRelease("1") << "updates: releases[0] must be an object";
+    QTest::newRow("no product") << seedWithRelease(R"({"version": "1"})")
+                                << "updates: releases[0] needs a text \"productId\"";
+    QTest::newRow("no version") << seedWithRelease(R"({"productId": "a"})")
+                                << "updates: releases[0] needs a text \"version\"";
+    QTest::newRow("no path") << seedWithRelease("{" + head + R"("md5": "m", "size": 1})")
+                             << "updates: releases[0] needs a text \"path\"";
+    QTest::newRow("no MD5") << seedWithRelease("{" + head + R"("path": "/p", "size": 1})")
+                            << "updates: releases[0] needs a text \"md5\"";
+    QTest::newRow("size") << seedWithRelease("{" + head + R"("path": "/p", "md5": "m", "size": "1"})")
+                          << "updates: releases[0]: \"size\" must be a whole number";
+    QTest::newRow("package without a name")
+        << seedWithRelease("{" + head + R"("files": {}})") << "updates: releases[0] needs a text \"package\"";
+    QTest::newRow("name of a file") << seedWithRelease("{" + head +
+                                                       R"("package": "p.zip", "files": {"镕": ""}})")
+                                    << "updates: releases[0]: GB2312 can't hold the name \"镕\"";
+    QTest::newRow("product twice") << seedWithRelease("{" + head + R"("package": "p", "files": {}}, {)" +
+                                                      head + R"("package": "p", "files": {}})")
+                                   << "updates: releases[1]: there is a release of \"a\" already";
+}
+
+void TestServicesUpdate::seed_isChecked()
+{
+    QFETCH(const QByteArray, seed);
+    QFETCH(const QString, complaint);
+    ServicesOptions options;
+    options.seedFile = m_folder->filePath("seed.json");
+    QFile file(options.seedFile);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(seed);
+    file.close();
+    QString error;
+    QVERIFY(!Services(options).start(&error));
+    QVERIFY2(error.startsWith("seed file " + options.seedFile + ": " + complaint), qPrintable(error));
+}
+
+void TestServicesUpdate::control_listsTheReleases()
+{
+    m_services->setRelease("nelvo-editor", {"2", "r", "m", 3, "http://h/p"});
+    const QJsonObject expected = {
+        {"nelvo-editor",
+         QJsonObject{{"version", "2"}, {"remarks", "r"}, {"md5", "m"}, {"size", 3}, {"path", "http://h/p"}}}};
+    QCOMPARE(object(Client().get(m_services->controlUrl() + "/releases")), expected);
+    QVERIFY(m_services->requests().isEmpty());
+}
+
+void TestServicesUpdate::control_setsARelease()
+{
+    const Answer answer = control("/releases?productId=p&version=3.1&remarks=a%0Ab&md5=m&size=5000000000"
+                                  "&path=http%3A%2F%2Fh%2Fx%3Fy%3D1");
+    QCOMPARE(answer.status, 200);
+    const Release release = m_services->releases().value("p");
+    QCOMPARE(release.version, QString("3.1"));
+    QCOMPARE(release.remarks, QString("a\nb"));
+    QCOMPARE(release.md5, QString("m"));
+    QCOMPARE(release.size, 5000000000);
+    QCOMPARE(release.path, QString("http://h/x?y=1"));
+}
+
+void TestServicesUpdate::control_setsTheReleaseOfAPackage()
+{
+    m_services->addPackage("包.zip", "content");
+    QCOMPARE(control("/releases?productId=p&version=2&package=%E5%8C%85.zip").status, 200);
+    const Release release = m_services->releases().value("p");
+    QCOMPARE(release.md5, QString("9a0364b9e99bb480dd25e1f0284c8555"));
+    QCOMPARE(release.size, 7);
+    QCOMPARE(Client().get(release.path).body, QByteArray("content"));
+}
+
+void TestServicesUpdate::control_setsAReleaseThatLies()
+{
+    m_services->addPackage("p.zip", "content");
+    QCOMPARE(control("/releases?productId=p&version=2&package=p.zip&md5=wrong&size=1").status, 200);
+    const Release release = m_services->releases().value("p");
+    QCOMPARE(release.md5, QString("wrong"));
+    QCOMPARE(release.size, 1);
+    QCOMPARE(release.path, m_services->packageUrl("p.zip"));
+}
+
+void TestServicesUpdate::control_refusesARelease_data()
+{
+    QTest::addColumn<QString>("parameters");
+    QTest::addColumn<QByteArray>("complaint");
+    QTest::newRow("nothing") << "" << QByteArray("\"productId\" must be the id of a product");
+    QTest::newRow("no version") << "?productId=p&path=/x" << QByteArray("\"version\" must be a version");
+    QTest::newRow("no path") << "?productId=p&version=1" << QByteArray("\"path\" must be the package's URL");
+    QTest::newRow("unknown package") << "?productId=p&version=1&package=x.zip"
+                                     << QByteArray("\"x.zip\" is no package; parameter \"package\" is one of "
+                                                   "NelvoEditor-1.0.1.zip");
+    QTest::newRow("size") << "?productId=p&version=1&path=/x&size=-1"
+                          << QByteArray("\"size\" must be a number of bytes from 0");
+    QTest::newRow("stray") << "?product=p" << QByteArray("unknown parameter \"product\"");
+}
+
+void TestServicesUpdate::control_refusesARelease()
+{
+    QFETCH(const QString, parameters);
+    QFETCH(const QByteArray, complaint);
+    const Answer answer = control("/releases" + parameters);
+    QCOMPARE(answer.status, 400);
+    QVERIFY2(answer.body.contains(complaint), answer.body.constData());
+    QCOMPARE(m_services->releases().keys(), QStringList("nelvo-editor"));
+}
+
+QTEST_GUILESS_MAIN(TestServicesUpdate)
+#include "test_services_update.moc"

@@ -1,0 +1,441 @@
+#include <package/updatepackage.h>
+
+#include <quazip/quazip.h>
+#include <quazip/quazipfile.h>
+
+#include <QBuffer>
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using NelvoDevkit::PackageEntry;
+using NelvoDevkit::packDirectory;
+using NelvoDevkit::packEntries;
+
+namespace {
+
+constexpr int patience = 20000;
+
+//! What a client finds in the package that reads names as GB2312, in the package's order.
+QVector<PackageEntry> entriesOf(QByteArray package)
+{
+    QVector<PackageEntry> entries;
+    QBuffer buffer(&package);
+    QuaZip zip(&buffer);
+    zip.setFileNameCodec("gb2312");
+    if (!zip.open(QuaZip::mdUnzip))
+        return entries;
+    for (bool more = zip.goToFirstFile(); more; more = zip.goToNextFile()) {
+        QuaZipFile file(&zip);
+        file.open(QIODevice::ReadOnly);
+        entries.append({zip.getCurrentFileName(), file.readAll()});
+    }
+    return entries;
+}
+
+QStringList namesOf(const QByteArray& package)
+{
+    QStringList names;
+    for (const PackageEntry& entry : entriesOf(package))
+        names.append(entry.name);
+    return names;
+}
+
+QByteArray contentOf(const QString& fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeFile(const QString& fileName, const QByteArray& content)
+{
+    QFile file(fileName);
+    QVERIFY(QDir().mkpath(QFileInfo(fileName).path()));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+} // namespace
+
+//! \brief The maker of update packages, as a library and as a program.
+class TestUpdatePackage : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void entries_areFoundAgain();
+    void entries_ofOneName();
+    void entries_areNone();
+    void names_areGb2312();
+    void names_haveEveryCharacterOfGb2312();
+    void name_isRefused_data();
+    void name_isRefused();
+    void package_isTheSameEveryTime();
+
+    void directory_isPackedWhole();
+    void directory_givesTheSamePackageAnywhere();
+    void directory_isSummarised();
+    void directory_thatIsEmpty();
+    void directory_isMissing_data();
+    void directory_isMissing();
+    void directory_withANameThatIsRefused();
+    void target_isReplaced();
+    void target_cannotBeWritten_data();
+    void target_cannotBeWritten();
+    void target_liesInTheDirectory();
+    void target_staysAsItIsOnFailure();
+
+    void program_packsAndReports();
+    void program_takesRelativePaths();
+    void program_helps();
+    void program_explainsAFailure_data();
+    void program_explainsAFailure();
+    void program_needsBothArguments();
+
+private:
+    QString path(const QString& name) const { return m_folder->filePath(name); }
+    //! A small installation.
+    void writeTree(const QString& root) const;
+    void run(const QStringList& arguments);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QProcess> m_program;
+};
+
+void TestUpdatePackage::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_program = std::make_unique<QProcess>();
+}
+
+void TestUpdatePackage::cleanup()
+{
+    m_program.reset();
+    m_folder.reset();
+}
+
+void TestUpdatePackage::writeTree(const QString& root) const
+{
+    writeFile(path(root + "/NelvoEditor.exe"), "program");
+    writeFile(path(root + "/资源/图标.png"), "picture");
+    writeFile(path(root + "/资源/空.txt"), {});
+    writeFile(path(root + "/.hidden"), "hidden");
+    QVERIFY(QDir().mkpath(path(root + "/空目录")));
+}
+
+void TestUpdatePackage::run(const QStringList& arguments)
+{
+    m_program->start(NELVO_PACKAGE_PROGRAM, arguments);
+    QVERIFY(m_program->waitForFinished(patience));
+    QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
+}
+
+void TestUpdatePackage::entries_areFoundAgain()
+{
+    const QByteArray large(3 * 1024 * 1024 + 1, 'x');
+    const QVector<PackageEntry> entries = {
+        {"b.txt", "b"}, {"目录/", {}}, {"目录/文件.txt", large}, {"a.txt", {}}};
+    QString error;
+    const auto package = packEntries(entries, &error);
+    QVERIFY2(package, qPrintable(error));
+    const QVector<PackageEntry> found = entriesOf(*package);
+    QCOMPARE(found.size(), 4);
+    for (int i = 0; i < found.size(); ++i) {
+        QCOMPARE(found[i].name, entries[i].name);
+        QCOMPARE(found[i].content, entries[i].content);
+    }
+    QVERIFY(package->size() < large.size());
+}
+
+void TestUpdatePackage::entries_ofOneName()
+{
+    QString error;
+    const auto package = packEntries({{"a", "first"}, {"a", "second"}}, &error);
+    QVERIFY2(package, qPrintable(error));
+    const QVector<PackageEntry> found = entriesOf(*package);
+    QCOMPARE(found.size(), 2);
+    QCOMPARE(found[0].content, QByteArray("first"));
+    QCOMPARE(found[1].content, QByteArray("second"));
+}
+
+void TestUpdatePackage::entries_areNone()
+{
+    QString error;
+    const auto package = packEntries({}, &error);
+    QVERIFY2(package, qPrintable(error));
+    QCOMPARE(*package, QByteArray("PK\x05\x06") + QByteArray(18, '\0'));
+}
+
+void TestUpdatePackage::names_areGb2312()
+{
+    QString error;
+    const auto package = packEntries({{"更新.txt", "x"}}, &error);
+    QVERIFY2(package, qPrintable(error));
+    const QByteArray name = QByteArray::fromHex("b8fcd0c2") + ".txt";
+    QCOMPARE(package->count(name), 2);  // beside the content and in the directory at the end
+    QCOMPARE(package->at(7) & 0x08, 0); // no mark of UTF-8
+    const int directory = package->indexOf("PK\x01\x02");
+    QCOMPARE(package->at(directory + 9) & 0x08, 0);
+}
+
+void TestUpdatePackage::names_haveEveryCharacterOfGb2312()
+{
+    // One from each end of each block.
+    const QString name = "　〓⒈⒛⑴⑽①⑩㈠㈩ⅠⅫ！￣ぁんァヶΑΩαωАЯаяāêㄅㄩ─╋啊座亍齄";
+    QString error;
+    const auto package = packEntries({{name, "x"}}, &error);
+    QVERIFY2(package, qPrintable(error));
+    QCOMPARE(namesOf(*package), QStringList(name));
+}
+
+void TestUpdatePackage::name_isRefused_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("in GBK only") << "朱镕基.txt";
+    QTest::newRow("in GBK only, among letters") << "ɑ.txt";
+    QTest::newRow("in GBK only, among numerals") << "ⅰ.txt";
+    QTest::newRow("Latin 1") << "größe.txt";
+    QTest::newRow("emoji") << "目录/😀.txt";
+}
+
+void TestUpdatePackage::name_isRefused()
+{
+    QFETCH(const QString, name);
+    QString error;
+    QVERIFY(!packEntries({{"a", "x"}, {name, "x"}}, &error));
+    QCOMPARE(error, "GB2312 can't hold the name \"" + name + '"');
+}
+
+void TestUpdatePackage::package_isTheSameEveryTime()
+{
+    const QVector<PackageEntry> entries = {{"目录/", {}}, {"目录/文件.txt", "content"}};
+    QString error;
+    const auto package = packEntries(entries, &error);
+    QVERIFY2(package, qPrintable(error));
+    // From another run on another day.
+    QCOMPARE(QString(QCryptographicHash::hash(*package, QCryptographicHash::Md5).toHex()),
+             QString("6e5428bad4cd79474f38a26a87256e49"));
+}
+
+void TestUpdatePackage::directory_isPackedWhole()
+{
+    writeTree("tree");
+    QString error;
+    QVERIFY2(packDirectory(path("tree"), path("p.zip"), &error), qPrintable(error));
+    const QByteArray package = contentOf(path("p.zip"));
+    QCOMPARE(namesOf(package),
+             (QStringList{".hidden", "NelvoEditor.exe", "空目录/", "资源/", "资源/图标.png", "资源/空.txt"}));
+    QCOMPARE(entriesOf(package)[4].content, QByteArray("picture"));
+    QCOMPARE(entriesOf(package)[5].content, QByteArray());
+}
+
+void TestUpdatePackage::directory_givesTheSamePackageAnywhere()
+{
+    writeTree("here");
+    writeTree("there/below");
+    QFile changed(path("there/below/NelvoEditor.exe"));
+    QVERIFY(changed.open(QIODevice::ReadWrite));
+    QVERIFY(changed.setFileTime(QDateTime({2020, 2, 2}, {2, 2}), QFileDevice::FileModificationTime));
+    changed.close();
+    QVERIFY(changed.setPermissions(QFile::ReadOwner | QFile::ExeOwner));
+    QString error;
+    QVERIFY2(packDirectory(path("here"), path("1.zip"), &error), qPrintable(error));
+    QVERIFY2(packDirectory(path("there/below/"), path("2.zip"), &error), qPrintable(error));
+    QCOMPARE(contentOf(path("2.zip")), contentOf(path("1.zip")));
+}
+
+void TestUpdatePackage::directory_isSummarised()
+{
+    writeTree("tree");
+    QString error;
+    const auto summary = packDirectory(path("tree"), path("p.zip"), &error);
+    QVERIFY2(summary, qPrintable(error));
+    const QByteArray package = contentOf(path("p.zip"));
+    QCOMPARE(summary->md5, QString(QCryptographicHash::hash(package, QCryptographicHash::Md5).toHex()));
+    QCOMPARE(summary->size, package.size());
+    QCOMPARE(summary->entries, 6);
+}
+
+void TestUpdatePackage::directory_thatIsEmpty()
+{
+    QVERIFY(QDir().mkpath(path("tree")));
+    QString error;
+    const auto summary = packDirectory(path("tree"), path("p.zip"), &error);
+    QVERIFY2(summary, qPrintable(error));
+    QCOMPARE(summary->entries, 0);
+    QCOMPARE(summary->size, 22);
+}
+
+void TestUpdatePackage::directory_isMissing_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::newRow("nothing") << "missing";
+    QTest::newRow("nothing below") << "missing/missing";
+    QTest::newRow("file") << "file";
+}
+
+void TestUpdatePackage::directory_isMissing()
+{
+    QFETCH(const QString, directory);
+    writeFile(path("file"), "x");
+    QString error;
+    QVERIFY(!packDirectory(path(directory), path("p.zip"), &error));
+    QCOMPARE(error, "there is no directory " + path(directory));
+    QVERIFY(!QFile::exists(path("p.zip")));
+}
+
+void TestUpdatePackage::directory_withANameThatIsRefused()
+{
+    writeFile(path("tree/一/größe.txt"), "x");
+    QString error;
+    QVERIFY(!packDirectory(path("tree"), path("p.zip"), &error));
+    QCOMPARE(error, QString("GB2312 can't hold the name \"一/größe.txt\""));
+    QVERIFY(!QFile::exists(path("p.zip")));
+}
+
+void TestUpdatePackage::target_isReplaced()
+{
+    writeTree("tree");
+    writeFile(path("p.zip"), QByteArray(100000, 'x'));
+    QString error;
+    const auto summary = packDirectory(path("tree"), path("p.zip"), &error);
+    QVERIFY2(summary, qPrintable(error));
+    QCOMPARE(contentOf(path("p.zip")).size(), summary->size);
+}
+
+void TestUpdatePackage::target_cannotBeWritten_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::newRow("no directory") << "missing/p.zip";
+    QTest::newRow("is a directory") << "other";
+}
+
+void TestUpdatePackage::target_cannotBeWritten()
+{
+    QFETCH(const QString, target);
+    writeTree("tree");
+    QVERIFY(QDir().mkpath(path("other")));
+    QString error;
+    QVERIFY(!packDirectory(path("tree"), path(target), &error));
+    QVERIFY2(error.startsWith("can't write " + path(target) + ": "), qPrintable(error));
+}
+
+void TestUpdatePackage::target_liesInTheDirectory()
+{
+    writeTree("tree");
+    for (const char* target : {"tree/p.zip", "tree/资源/p.zip", "tree/资源/../p.zip"}) {
+        QString error;
+        QVERIFY(!packDirectory(path("tree"), path(target), &error));
+        QCOMPARE(error, QString("the package can't lie in the directory that it is made from"));
+        QVERIFY(!QFile::exists(path(target)));
+    }
+    QVERIFY(QDir().mkpath(path("tree2")));
+    QString error;
+    QVERIFY2(packDirectory(path("tree"), path("tree2/p.zip"), &error), qPrintable(error));
+}
+
+void TestUpdatePackage::target_staysAsItIsOnFailure()
+{
+    writeFile(path("tree/größe.txt"), "x");
+    writeFile(path("p.zip"), "old");
+    QString error;
+    QVERIFY(!packDirectory(path("tree"), path("p.zip"), &error));
+    QCOMPARE(contentOf(path("p.zip")), QByteArray("old"));
+}
+
+void TestUpdatePackage::program_packsAndReports()
+{
+    writeTree("tree");
+    run({path("tree"), path("包.zip")});
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(m_program->readAllStandardError(), QByteArray());
+    const QByteArray package = contentOf(path("包.zip"));
+    QCOMPARE(namesOf(package).size(), 6);
+    const QJsonObject expected = {
+        {"package", path("包.zip")},
+        {"md5", QString(QCryptographicHash::hash(package, QCryptographicHash::Md5).toHex())},
+        {"size", package.size()},
+        {"entries", 6}};
+    QCOMPARE(QJsonDocument::fromJson(m_program->readAllStandardOutput()).object(), expected);
+}
+
+void TestUpdatePackage::program_takesRelativePaths()
+{
+    writeTree("tree");
+    m_program->setWorkingDirectory(m_folder->path());
+    run({"tree", "p.zip"});
+    QCOMPARE(m_program->exitCode(), 0);
+    QVERIFY(namesOf(contentOf(path("p.zip"))).contains("资源/图标.png"));
+    QVERIFY(m_program->readAllStandardOutput().contains(path("p.zip").toUtf8()));
+    m_program->setWorkingDirectory(path("tree"));
+    run({".", "../same.zip"});
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(contentOf(path("same.zip")), contentOf(path("p.zip")));
+    run({"", "../empty.zip"});
+    QCOMPARE(m_program->exitCode(), 1);
+}
+
+void TestUpdatePackage::program_helps()
+{
+    run({"--help"});
+    QCOMPARE(m_program->exitCode(), 0);
+    const QByteArray help = m_program->readAllStandardOutput();
+    for (const char* text : {"directory", "package", "GB2312", "JSON"})
+        QVERIFY2(help.contains(text), text);
+}
+
+void TestUpdatePackage::program_explainsAFailure_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QString>("complaint");
+    QTest::newRow("missing directory") << "missing"
+                                       << "p.zip"
+                                       << "there is no directory ";
+    QTest::newRow("unwritable target") << "tree"
+                                       << "missing/p.zip"
+                                       << "can't write ";
+    QTest::newRow("name") << "bad"
+                          << "p.zip"
+                          << "GB2312 can't hold the name \"größe.txt\"";
+}
+
+void TestUpdatePackage::program_explainsAFailure()
+{
+    QFETCH(const QString, directory);
+    QFETCH(const QString, target);
+    QFETCH(const QString, complaint);
+    writeTree("tree");
+    writeFile(path("bad/größe.txt"), "x");
+    run({path(directory), path(target)});
+    QCOMPARE(m_program->exitCode(), 1);
+    QCOMPARE(m_program->readAllStandardOutput(), QByteArray());
+    const QString output = QString::fromUtf8(m_program->readAllStandardError());
+    QVERIFY2(output.startsWith("nelvo-package: " + complaint), qPrintable(output));
+}
+
+void TestUpdatePackage::program_needsBothArguments()
+{
+    writeTree("tree");
+    for (const QStringList& arguments :
+         {QStringList(), QStringList(path("tree")), QStringList{path("tree"), path("p.zip"), path("more")}}) {
+        run(arguments);
+        QCOMPARE(m_program->exitCode(), 1);
+        QVERIFY(m_program->readAllStandardError().contains("takes a directory and a package"));
+        QVERIFY(!QFile::exists(path("p.zip")));
+    }
+}
+
+QTEST_GUILESS_MAIN(TestUpdatePackage)
+#include "test_updatepackage.moc"

@@ -1,0 +1,44 @@
+#include "tasks/threadpool.h"
+
+#include <QSemaphore>
+#include <QThread>
+#include <QThreadPool>
+#include <QtTest>
+
+using VCIM::ThreadPool;
+
+//! \brief The thread that asks for the pool first gets the results; here it is not the main thread.
+class TestThreadPoolOwner : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void resultsGoToTheThreadOfTheFirstUser();
+};
+
+void TestThreadPoolOwner::resultsGoToTheThreadOfTheFirstUser()
+{
+    QThread first;
+    QObject onFirst;
+    onFirst.moveToThread(&first);
+    first.start();
+    QMetaObject::invokeMethod(
+        &onFirst, [] { ThreadPool::instance(); }, Qt::BlockingQueuedConnection);
+    QCOMPARE(ThreadPool::instance()->thread(), &first);
+
+    QSemaphore delivered;
+    QThread* resultThread = nullptr;
+    ThreadPool::instance()->start([] { return true; },
+                                  [&](bool) {
+                                      resultThread = QThread::currentThread();
+                                      delivered.release();
+                                  });
+    QVERIFY(delivered.tryAcquire(1, 60000)); // no event loop of this thread is needed
+    QCOMPARE(resultThread, &first);
+    QVERIFY(QThreadPool::globalInstance()->waitForDone());
+    first.quit();
+    QVERIFY(first.wait());
+}
+
+QTEST_GUILESS_MAIN(TestThreadPoolOwner)
+#include "test_threadpool_owner.moc"

@@ -1,0 +1,2 @@
+#!/bin/sh
+echo "started with $# arguments" > "$0.started"

@@ -1,0 +1,540 @@
+#include "tests/updater/ziparchive.h"
+
+#include <services/services.h>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+#include <optional>
+
+using NelvoDevkit::LoggedRequest;
+using NelvoDevkit::PackageDelivery;
+
+namespace {
+
+const auto Product = QStringLiteral("nelvo-editor-test");
+const auto PackageName = QStringLiteral("NelvoEditor.zip");
+constexpr int Patience = 60000;
+
+//! \brief A host in a directory of its own, run again and again there.
+class Installation
+{
+public:
+    explicit Installation(const QString& program, const QString& subdirectory = QStringLiteral("app"))
+    {
+        const QString home = m_dir.filePath(subdirectory);
+        if (!m_dir.isValid() || !QDir().mkpath(home) || !QFile::copy(program, home + "/NelvoEditor"))
+            qFatal("cannot install the host");
+        m_home = home;
+        write("updateConfig.json", R"({"version": "1.0.0", "other": true})");
+    }
+
+    QString path(const QString& name) const { return m_home + QLatin1Char('/') + name; }
+    QString root() const { return m_dir.path(); }
+
+    QByteArray content(const QString& name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    QJsonObject json(const QString& name) const { return QJsonDocument::fromJson(content(name)).object(); }
+    bool exists(const QString& name) const { return QFileInfo::exists(path(name)); }
+    void write(const QString& name, const QByteArray& content) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("cannot write %s", qUtf8Printable(name));
+    }
+    void writeState(int updateState) const
+    {
+        write("NelvoUpdateState.dat", QJsonDocument(QJsonObject{{"updateState", updateState},
+                                                                {"fullMd5", "abc"},
+                                                                {"remarks", "first<br/>second"},
+                                                                {"pVersion", "1.0.1"}})
+                                          .toJson());
+    }
+    QString settingsVersion() const
+    {
+        return QSettings(m_dir.filePath("config/NelvoTests/updatehost.conf"), QSettings::IniFormat)
+            .value("version")
+            .toString();
+    }
+
+    void start(const QStringList& arguments)
+    {
+        m_output.clear();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_CONFIG_HOME", m_dir.filePath("config"));
+        m_process.setProcessEnvironment(environment);
+        m_process.setWorkingDirectory(root());
+        m_process.start(path("NelvoEditor"), arguments);
+    }
+    //! Runs it to its end. False if it doesn't end well.
+    bool run(const QStringList& arguments)
+    {
+        start(arguments);
+        const bool ended = m_process.waitForFinished(Patience);
+        m_output += m_process.readAllStandardOutput();
+        return ended && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    }
+    //! Waits for such an event.
+    bool reaches(const QString& event)
+    {
+        while (!events().contains(event)) {
+            if (!m_process.waitForReadyRead(Patience))
+                return false;
+            m_output += m_process.readAllStandardOutput();
+        }
+        return true;
+    }
+    void kill()
+    {
+        m_process.kill();
+        m_process.waitForFinished(Patience);
+        m_output += m_process.readAllStandardOutput();
+    }
+    bool runs() const { return m_process.state() == QProcess::Running; }
+
+    //! What happened in it, in order, without the records.
+    QStringList events() const { return column(0); }
+    //! The records at the last event that begins like that.
+    QString recordsAt(const QString& event) const
+    {
+        const QStringList all = events();
+        for (int i = all.size() - 1; i >= 0; --i) {
+            if (all[i].startsWith(event))
+                return column(1)[i];
+        }
+        return {};
+    }
+
+private:
+    QStringList column(int index) const
+    {
+        const QRegularExpression place(R"( updater/updater\.cpp \d+ )");
+        QStringList texts;
+        QStringList lines = QString::fromUtf8(m_output).split('\n');
+        lines.removeLast(); // not complete yet
+        for (const QString& line : qAsConst(lines))
+            texts.append(line.section('\t', index, index).replace(place, QStringLiteral(" > ")));
+        return texts;
+    }
+
+    QTemporaryDir m_dir;
+    QString m_home;
+    QProcess m_process;
+    QByteArray m_output;
+};
+
+bool makeFifo(const QString& path)
+{
+    return QProcess::execute(QStringLiteral("mkfifo"), {path}) == 0;
+}
+
+QStringList withoutProgress(QStringList events)
+{
+    events.erase(std::remove_if(events.begin(), events.end(),
+                                [](const QString& event) {
+                                    return event.startsWith("upgradeProcess 0") || event.startsWith("shown ");
+                                }),
+                 events.end());
+    return events;
+}
+
+const auto Farewell = QStringLiteral("稍后将自动重启,请等待");
+
+} // namespace
+
+class TestCover : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void wholeUpdate();
+    void stateFileNamesWhatWasInstalled();
+    void pageSeesTheEndForTwoSeconds();
+    void settingsAreCommittedFirst();
+    void invalidConfigurationIsLeftAlone();
+    void versionIsCommittedBeforeTheState();
+    void historyGrows();
+    void coverGoesOnWithoutAHistory();
+    void batchFileIsStarted();
+    void blankInThePathKeepsTheBatchFileFromStarting();
+    void missingBatchResourceGivesAnEmptyBatchFile();
+    void unwritableBatchFileDoesNotKeepTheHost();
+    void packageWithoutEntriesCovers();
+    void damagedPackageLeavesTheHostRunning();
+
+    void killedInTheDownloadItIsContinued();
+    void killedBehindTheChecksumItSkipsTheTransfer();
+    void killedInTheUnpackItIsUnpackedAnew();
+    void killedInTheCoverTheVersionStands();
+    void killedBehindTheCommitmentNothingIsUnderWay();
+
+private:
+    QStringList updateArguments(const QString& step = QStringLiteral("download")) const
+    {
+        return {step, m_services.updateUrl(), m_services.updateToken(), Product};
+    }
+    void offer(const QByteArray& package);
+    QByteArrayList ranges() const;
+
+    NelvoDevkit::Services m_services;
+    QByteArray m_package;
+};
+
+void TestCover::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+}
+
+void TestCover::init()
+{
+    ZipArchive archive;
+    archive.add("NelvoEditor.exe", QByteArray(200000, 'x'));
+    archive.add("updateConfig.json", R"({"version": "9.9"})");
+    archive.add("qml/Main.qml", "Item {}");
+    offer(archive.bytes());
+    m_services.clearRequests();
+}
+
+void TestCover::offer(const QByteArray& package)
+{
+    m_package = package;
+    m_services.addPackage(PackageName, package);
+    m_services.setPackageDelivery(PackageName, {});
+    m_services.setRelease(Product, m_services.packageRelease(PackageName, QStringLiteral("1.0.1"),
+                                                             QStringLiteral("first\nsecond")));
+}
+
+QByteArrayList TestCover::ranges() const
+{
+    QByteArrayList found;
+    const QVector<LoggedRequest> all = m_services.requests();
+    for (const LoggedRequest& request : all) {
+        if (request.method == "GET")
+            found.append(request.header("Range"));
+    }
+    return found;
+}
+
+void TestCover::wholeUpdate()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    QVERIFY(host.run(updateArguments()));
+    const QString found = host.events().value(0).mid(QStringLiteral("log 4 > ").size());
+    QCOMPARE(withoutProgress(host.events()),
+             (QStringList{"log 4 > " + found, "info " + found, "needUpdate 1", "downloadStarted",
+                          "log 1 request finished with code 206", "log 4 > 下载完成，校验MD5",
+                          "log 4 > 校验通过", "downloadFinished", "log 4 > 解压中", "upgradeStart",
+                          "log 4 > 解压完成,开始升级", "log 4 > " + Farewell, "info " + Farewell,
+                          "upgradeProcess 1", "upgradeEnd", "left with 1.0.1"}));
+    const QString before = QStringLiteral("settings= config=1.0.0 history=0 state=%1 batch=0");
+    QCOMPARE(host.recordsAt("needUpdate"), before.arg(0));
+    QCOMPARE(host.recordsAt("downloadStarted"), before.arg(1));
+    QCOMPARE(host.recordsAt("log 4 > 解压完成"), before.arg(2));
+    const QString committed = QStringLiteral("settings=1.0.1 config=1.0.1 history=1 state=0 batch=0");
+    QCOMPARE(host.recordsAt("info " + Farewell), committed);
+    QCOMPARE(host.recordsAt("upgradeEnd"), committed);
+    QCOMPARE(host.recordsAt("left"), QStringLiteral("settings=1.0.1 config=1.0.1 history=1 state=0 batch=1"));
+
+    QCOMPARE(host.json("updateConfig.json"), (QJsonObject{{"version", "1.0.1"}, {"other", true}}));
+    QCOMPARE(
+        host.json("NelvoUpdateState.dat"),
+        (QJsonObject{{"updateState", 0},
+                     {"fullMd5", QString::fromLatin1(
+                                     QCryptographicHash::hash(m_package, QCryptographicHash::Md5).toHex())},
+                     {"remarks", "first<br/>second"},
+                     {"pVersion", "1.0.1"}}));
+    QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
+    const QRegularExpression history(QStringLiteral("^\n\r版本:1.0.1\n\r更新时间:\\d{4}-\\d\\d-\\d\\d_\\d\\d-"
+                                                    "\\d\\d-\\d\\d\n\r更新说明:\n\rfirst<br/>second$"));
+    const QString written = QString::fromUtf8(host.content("NelvoUpdateLog.txt"));
+    QVERIFY2(history.match(written).hasMatch(), qPrintable(written));
+    QFile batch(QStringLiteral(":/NelvoPlugin/Login/cover.bat"));
+    QVERIFY(batch.open(QIODevice::ReadOnly));
+    QCOMPARE(host.content("cover.bat"), batch.readAll());
+    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_package);
+    QCOMPARE(host.content("NelvoUnCompress/NelvoEditor.exe"), QByteArray(200000, 'x'));
+    QCOMPARE(host.content("NelvoUnCompress/qml/Main.qml"), QByteArray("Item {}"));
+    // It is for the batch file to drop the package's own.
+    QCOMPARE(host.content("NelvoUnCompress/updateConfig.json"), QByteArray(R"({"version": "9.9"})"));
+}
+
+void TestCover::stateFileNamesWhatWasInstalled()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.writeState(2);
+    // No check ran in this process, so there is no latest version.
+    QVERIFY(host.run({"cover"}));
+    QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
+    QCOMPARE(host.json("updateConfig.json").value("version").toString(), QStringLiteral("1.0.1"));
+    QCOMPARE(host.json("NelvoUpdateState.dat"),
+             (QJsonObject{
+                 {"updateState", 0}, {"fullMd5", "abc"}, {"remarks", "first<br/>second"}, {"pVersion", ""}}));
+    const QByteArray history = host.content("NelvoUpdateLog.txt");
+    QVERIFY(history.startsWith("\n\r版本:\n\r"));
+    QVERIFY(history.endsWith("\n\rfirst<br/>second"));
+}
+
+void TestCover::pageSeesTheEndForTwoSeconds()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    QVERIFY(host.run({"cover"}));
+    const QStringList shown = host.events().filter(QRegularExpression("^shown "));
+    QCOMPARE(shown.size(), 1);
+    // A coarse timer of two seconds.
+    QVERIFY2(shown[0].section(' ', 1, 1).toInt() >= 1900, qPrintable(shown[0]));
+    QVERIFY2(shown[0].section(' ', 2, 2).toInt() > 0, qPrintable(shown[0]));
+    QCOMPARE(host.events().filter("upgradeProcess"), QStringList{"upgradeProcess 1"});
+}
+
+void TestCover::settingsAreCommittedFirst()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.writeState(2);
+    QVERIFY(QFile::remove(host.path("updateConfig.json")));
+    QVERIFY(host.run({"cover"}));
+    // What is logged of the missing file, at the start and in the cover, shows how far the commitment is
+    // there.
+    const QString missing = QStringLiteral("log 1 open file  %1 failed").arg(host.path("updateConfig.json"));
+    QCOMPARE(host.events().filter(missing).size(), 2);
+    QCOMPARE(host.recordsAt(missing), QStringLiteral("settings=1.0.1 config= history=0 state=2 batch=0"));
+    QVERIFY(!host.exists("updateConfig.json"));
+    QVERIFY(host.run({"version"}));
+    QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
+}
+
+void TestCover::invalidConfigurationIsLeftAlone()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.writeState(2);
+    host.write("updateConfig.json", "{\"version\": ");
+    QVERIFY(host.run({"cover"}));
+    QCOMPARE(host.content("updateConfig.json"), QByteArray("{\"version\": "));
+    QCOMPARE(host.events().filter("log 1 parse json failed: ").size(), 2);
+    QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 0);
+}
+
+void TestCover::versionIsCommittedBeforeTheState()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.writeState(2);
+    // A pipe that nobody reads holds the cover at the history, between the two.
+    if (!makeFifo(host.path("NelvoUpdateLog.txt")))
+        QSKIP("there are no named pipes here");
+    host.start({"cover"});
+    QTRY_COMPARE_WITH_TIMEOUT(host.json("updateConfig.json").value("version").toString(),
+                              QStringLiteral("1.0.1"), Patience);
+    QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 2);
+    QFile history(host.path("NelvoUpdateLog.txt"));
+    QVERIFY(history.open(QIODevice::ReadOnly));
+    QTRY_COMPARE_WITH_TIMEOUT(host.json("NelvoUpdateState.dat").value("updateState").toInt(-1), 0, Patience);
+    host.kill();
+}
+
+void TestCover::historyGrows()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.writeState(2);
+    host.write("NelvoUpdateLog.txt", "what was there");
+    QVERIFY(host.run({"cover"}));
+    QVERIFY(host.content("NelvoUpdateLog.txt").startsWith("what was there\n\r版本:"));
+}
+
+void TestCover::coverGoesOnWithoutAHistory()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.writeState(2);
+    QVERIFY(QDir().mkpath(host.path("NelvoUpdateLog.txt")));
+    QVERIFY(host.run({"cover"}));
+    QVERIFY(host.events().filter("log 1 ").isEmpty());
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 0);
+    QVERIFY(host.exists("cover.bat"));
+}
+
+void TestCover::batchFileIsStarted()
+{
+    Installation host(QStringLiteral(UPDATEHOST_SCRIPT));
+    // Where it takes a permission to be started, the file that is there before lends its own.
+    host.write("cover.bat", "an earlier one that is longer than what comes now, by a good many characters");
+    QVERIFY(QFile::setPermissions(host.path("cover.bat"),
+                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    QVERIFY(host.run({"cover"}));
+    QTRY_COMPARE_WITH_TIMEOUT(host.content("cover.bat.started"), QByteArray("started with 0 arguments\n"),
+                              Patience);
+}
+
+void TestCover::blankInThePathKeepsTheBatchFileFromStarting()
+{
+    Installation host(QStringLiteral(UPDATEHOST_SCRIPT), QStringLiteral("with blank"));
+    host.write("cover.bat", "");
+    QVERIFY(QFile::setPermissions(host.path("cover.bat"),
+                                  QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    // What is started instead is what stands before the blank.
+    const QString before = host.root() + QStringLiteral("/with");
+    QVERIFY(QFile::copy(QStringLiteral(SCRIPT), before));
+    QVERIFY(QFile::setPermissions(before, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    QVERIFY(host.run({"cover"}));
+    QFile started(before + QStringLiteral(".started"));
+    QTRY_VERIFY_WITH_TIMEOUT(started.size() > 0, Patience);
+    QVERIFY(started.open(QIODevice::ReadOnly));
+    QCOMPARE(started.readAll(), QByteArray("started with 1 arguments\n"));
+    QVERIFY(!host.exists("cover.bat.started"));
+    QVERIFY(host.content("cover.bat").startsWith("#!/bin/sh"));
+}
+
+void TestCover::missingBatchResourceGivesAnEmptyBatchFile()
+{
+    Installation host(QStringLiteral(UPDATEHOST_BARE));
+    host.write("cover.bat", "an earlier one");
+    QVERIFY(host.run({"cover"}));
+    QCOMPARE(host.events().filter("log 1 open file  :/NelvoPlugin/Login/cover.bat failed: ").size(), 1);
+    QVERIFY(host.exists("cover.bat"));
+    QCOMPARE(host.content("cover.bat"), QByteArray());
+}
+
+void TestCover::unwritableBatchFileDoesNotKeepTheHost()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    QVERIFY(QDir().mkpath(host.path("cover.bat")));
+    QVERIFY(host.run({"cover"}));
+    QCOMPARE(host.events()
+                 .filter(QStringLiteral("log 1 open file  %1 failed: ").arg(host.path("cover.bat")))
+                 .size(),
+             1);
+}
+
+void TestCover::packageWithoutEntriesCovers()
+{
+    offer(ZipArchive().bytes());
+    Installation host(QStringLiteral(UPDATEHOST));
+    QVERIFY(host.run(updateArguments()));
+    QVERIFY(QFileInfo(host.path("NelvoUnCompress")).isDir());
+    QVERIFY(QDir(host.path("NelvoUnCompress")).isEmpty());
+    QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
+    QVERIFY(host.exists("cover.bat"));
+}
+
+void TestCover::damagedPackageLeavesTheHostRunning()
+{
+    offer("no zip at all");
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.start(updateArguments());
+    QVERIFY(host.reaches(QStringLiteral("log 4 > 解压失败")));
+    // The bar goes on, since it measures time.
+    QVERIFY(host.reaches(QStringLiteral("upgradeProcess 0.05")));
+    QVERIFY(host.runs());
+    QVERIFY(!host.exists("NelvoUnCompress"));
+    QVERIFY(!host.exists("cover.bat"));
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 2);
+    QCOMPARE(host.json("updateConfig.json").value("version").toString(), QStringLiteral("1.0.0"));
+    host.kill();
+}
+
+void TestCover::killedInTheDownloadItIsContinued()
+{
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    stalled.endAfter = 70000;
+    m_services.setPackageDelivery(PackageName, stalled);
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.start(updateArguments());
+    QTRY_COMPARE_WITH_TIMEOUT(host.content("NelvoUpdate/NelvoEditor.zip").size(), 70000, Patience);
+    host.kill();
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 1);
+
+    m_services.setPackageDelivery(PackageName, {});
+    QVERIFY(host.run(updateArguments()));
+    QCOMPARE(ranges(), (QByteArrayList{"bytes=0-", "bytes=70000-"}));
+    QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
+    QCOMPARE(host.content("NelvoUnCompress/NelvoEditor.exe"), QByteArray(200000, 'x'));
+}
+
+void TestCover::killedBehindTheChecksumItSkipsTheTransfer()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    // The unpack directory can't be made, so this goes no further than the unpack.
+    host.write("NelvoUnCompress", "in the way");
+    host.start(updateArguments());
+    QVERIFY(host.reaches(QStringLiteral("log 4 > 解压失败")));
+    host.kill();
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 2);
+
+    QVERIFY(host.run(updateArguments()));
+    QCOMPARE(ranges(), QByteArrayList{"bytes=0-"});
+    QVERIFY(!host.events().contains("downloadStarted"));
+    QVERIFY(host.events().contains(QStringLiteral("log 4 > 校验通过")));
+    QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
+}
+
+void TestCover::killedInTheUnpackItIsUnpackedAnew()
+{
+    ZipArchive archive;
+    archive.add("first", "1");
+    archive.add("../held", "2");
+    archive.add("last", "3");
+    offer(archive.bytes());
+    Installation host(QStringLiteral(UPDATEHOST));
+    // A pipe that nobody reads holds the unpack at its second entry.
+    if (!makeFifo(host.path("held")))
+        QSKIP("there are no named pipes here");
+    host.start(updateArguments());
+    QTRY_VERIFY_WITH_TIMEOUT(host.exists("NelvoUnCompress/first"), Patience);
+    host.kill();
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 2);
+    QVERIFY(!host.exists("NelvoUnCompress/last"));
+    QCOMPARE(host.json("updateConfig.json").value("version").toString(), QStringLiteral("1.0.0"));
+
+    QVERIFY(QFile::remove(host.path("held")));
+    host.write("NelvoUnCompress/left over", "");
+    QVERIFY(host.run(updateArguments()));
+    QCOMPARE(ranges(), QByteArrayList{"bytes=0-"});
+    QCOMPARE(host.content("NelvoUnCompress/last"), QByteArray("3"));
+    QVERIFY(!host.exists("NelvoUnCompress/left over"));
+}
+
+void TestCover::killedInTheCoverTheVersionStands()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    if (!makeFifo(host.path("NelvoUpdateLog.txt")))
+        QSKIP("there are no named pipes here");
+    host.start(updateArguments());
+    QTRY_COMPARE_WITH_TIMEOUT(host.json("updateConfig.json").value("version").toString(),
+                              QStringLiteral("1.0.1"), Patience);
+    host.kill();
+    QVERIFY(!host.exists("cover.bat"));
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 2);
+    // The files are the old ones, and no update is seen any more.
+    QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
+    QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.1"}));
+}
+
+void TestCover::killedBehindTheCommitmentNothingIsUnderWay()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.start(updateArguments());
+    QVERIFY(host.reaches(QStringLiteral("upgradeEnd")));
+    host.kill();
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(), 0);
+    QVERIFY(host.exists("NelvoUnCompress/NelvoEditor.exe"));
+    QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
+    QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.1"}));
+}
+
+QTEST_GUILESS_MAIN(TestCover)
+#include "test_cover.moc"

@@ -1,0 +1,478 @@
+#include "updater/unzippackage.h"
+
+#include "tests/updater/ziparchive.h"
+
+#include <quazip/quazip.h>
+#include <quazip/quazipfile.h>
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QMap>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QtTest>
+
+#include <memory>
+
+using Damage = ZipArchive::Entry::Damage;
+
+namespace {
+
+//! Makes the system's code page GBK while it lives, as it is in production. Qt takes UTF-8 on other systems,
+//! whatever their locale.
+class GbkSystem
+{
+public:
+    GbkSystem() { QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK")); }
+    ~GbkSystem() { QTextCodec::setCodecForLocale(nullptr); }
+    Q_DISABLE_COPY(GbkSystem)
+};
+
+QByteArray gbk(const QString& text)
+{
+    return QTextCodec::codecForName("GBK")->fromUnicode(text);
+}
+
+//! The plain way: a library object of its own for each entry, by package and name.
+bool unpackPlainly(const QString& zipFile, const QString& destDir)
+{
+    QDir(destDir).removeRecursively();
+    QDir().mkpath(destDir);
+    QuaZip zip(zipFile);
+    zip.setFileNameCodec("gb2312");
+    if (!zip.open(QuaZip::mdUnzip)) {
+        QDir(destDir).removeRecursively();
+        return false;
+    }
+    for (bool more = zip.goToFirstFile(); more; more = zip.goToNextFile()) {
+        const QString name = zip.getCurrentFileName();
+        QuaZipFile entry(zip.getZipName(), name);
+        const QByteArray data = entry.open(QIODevice::ReadOnly) ? entry.readAll() : QByteArray();
+        entry.close();
+        if (name.endsWith(QLatin1Char('/')))
+            continue;
+        const QString target = destDir + QLatin1Char('/') + name;
+        QDir().mkpath(QFileInfo(target).path());
+        QFile file(target);
+        if (!file.open(QIODevice::WriteOnly)) {
+            QDir(destDir).removeRecursively();
+            return false;
+        }
+        file.write(data);
+    }
+    if (zip.getZipError() != 0)
+        QDir(destDir).removeRecursively();
+    return zip.getZipError() == 0;
+}
+
+//! Everything below a directory: files with their content, directories with none.
+using Tree = QMap<QString, QByteArray>;
+
+Tree treeOf(const QString& path)
+{
+    Tree tree;
+    const QDir root(path);
+    QDirIterator it(path, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        QFile file(it.next());
+        const bool directory = it.fileInfo().isDir();
+        const bool opened = !directory && file.open(QIODevice::ReadOnly);
+        tree.insert(root.relativeFilePath(it.filePath()) + (directory ? QStringLiteral("/") : QString()),
+                    opened ? file.readAll() : QByteArray());
+    }
+    return tree;
+}
+
+QByteArray noise(int size)
+{
+    QByteArray bytes(size, '\0');
+    quint32 state = 1;
+    for (char& byte : bytes) {
+        state = state * 1664525 + 1013904223;
+        byte = static_cast<char>((state >> 24) & 0x3F);
+    }
+    return bytes;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(QVector<ZipArchive::Entry>)
+
+class TestUnzipPackage : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void filesComeWithTheirDirectories();
+    void directoryEntriesLeaveNothing();
+    void earlierContentIsWiped();
+    void directoryIsCreatedWithItsParents();
+    void largeEntryComesWhole();
+    void chineseNamesOnAGbkSystem();
+    void chineseNamesOnAUtf8SystemComeEmpty();
+    void nameFlaggedAsUtf8ComesWhole();
+    void firstOfDuplicatesCounts();
+    void firstOfDuplicatesCountsAlsoBehindAnUnknownName();
+    void entryWithoutAHeaderGivesAnEmptyFile();
+    void entryWithAWrongChecksumGivesItsData();
+    void entryWithDamagedDataGivesWhatCouldBeRead();
+    void parentStepsLeadOutOfTheDirectory();
+    void sameAsTheLookUpAnew_data();
+    void sameAsTheLookUpAnew();
+
+    void packageWithoutEntriesIsASuccess();
+    void missingPackageFails();
+    void emptyPathFails();
+    void fileThatIsNoPackageFails();
+    void cutPackageFails();
+    void damagedDirectoryOfEntriesFails();
+    void unwritableTargetFails();
+    void diskWithoutRoomFails();
+    void failureRemovesTheDirectory();
+    void tenThousandEntries();
+
+private:
+    bool unpack(const QByteArray& package);
+    bool unpack(const ZipArchive& archive) { return unpack(archive.bytes()); }
+    Tree unpacked() const { return treeOf(m_dest); }
+
+    std::unique_ptr<GbkSystem> m_system;
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QString m_package;
+    QString m_dest;
+};
+
+void TestUnzipPackage::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_dir->isValid());
+    m_package = m_dir->filePath(QStringLiteral("package.zip"));
+    m_dest = m_dir->filePath(QStringLiteral("unpacked"));
+}
+
+//! Names have to be removed under the code page under which they were made.
+void TestUnzipPackage::cleanup()
+{
+    m_dir.reset();
+    m_system.reset();
+}
+
+bool TestUnzipPackage::unpack(const QByteArray& package)
+{
+    QFile file(m_package);
+    if (!file.open(QIODevice::WriteOnly) || file.write(package) != package.size())
+        qFatal("cannot write the package");
+    file.close();
+    return unzipPackage(m_package, m_dest);
+}
+
+void TestUnzipPackage::filesComeWithTheirDirectories()
+{
+    ZipArchive archive;
+    archive.add("NelvoEditor.exe", "program");
+    archive.add("plugins/deep/one.dll", "library");
+    archive.add("empty.txt", "");
+    archive.add({"packed.txt", QByteArray(5000, 'x'), false, true});
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"NelvoEditor.exe", "program"},
+                               {"plugins/", {}},
+                               {"plugins/deep/", {}},
+                               {"plugins/deep/one.dll", "library"},
+                               {"empty.txt", ""},
+                               {"packed.txt", QByteArray(5000, 'x')}}));
+}
+
+void TestUnzipPackage::directoryEntriesLeaveNothing()
+{
+    ZipArchive archive;
+    archive.add("empty/", "");
+    archive.add("full/", "");
+    archive.add("full/file", "content");
+    archive.add("odd/", "data of a directory");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"full/", {}}, {"full/file", "content"}}));
+}
+
+void TestUnzipPackage::earlierContentIsWiped()
+{
+    QVERIFY(QDir().mkpath(m_dest + "/old/deep"));
+    QFile left(m_dest + "/old/file");
+    QVERIFY(left.open(QIODevice::WriteOnly));
+    ZipArchive archive;
+    archive.add("new", "1");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"new", "1"}}));
+}
+
+void TestUnzipPackage::directoryIsCreatedWithItsParents()
+{
+    m_dest = m_dir->filePath(QStringLiteral("a/b/c"));
+    ZipArchive archive;
+    archive.add("file", "1");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"file", "1"}}));
+}
+
+void TestUnzipPackage::largeEntryComesWhole()
+{
+    const QByteArray data = noise(8 * 1024 * 1024);
+    ZipArchive archive;
+    archive.add("stored", data);
+    archive.add({"deflated", data, false, true});
+    QVERIFY(unpack(archive));
+    QVERIFY(unpacked() == (Tree{{"stored", data}, {"deflated", data}}));
+}
+
+void TestUnzipPackage::chineseNamesOnAGbkSystem()
+{
+    m_system = std::make_unique<GbkSystem>();
+    ZipArchive archive;
+    archive.add(gbk("资源/说明.txt"), "text");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"资源/", {}}, {"资源/说明.txt", "text"}}));
+}
+
+void TestUnzipPackage::chineseNamesOnAUtf8SystemComeEmpty()
+{
+    ZipArchive archive;
+    archive.add(gbk("资源/说明.txt"), "text");
+    archive.add("plain.txt", "plain");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"资源/", {}}, {"资源/说明.txt", ""}, {"plain.txt", "plain"}}));
+}
+
+void TestUnzipPackage::nameFlaggedAsUtf8ComesWhole()
+{
+    ZipArchive archive;
+    archive.add({QByteArray("说明.txt"), "text", true});
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"说明.txt", "text"}}));
+}
+
+void TestUnzipPackage::firstOfDuplicatesCounts()
+{
+    ZipArchive archive;
+    archive.add("twice", "first");
+    archive.add("between", "1");
+    archive.add("twice", "second");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"twice", "first"}, {"between", "1"}}));
+}
+
+void TestUnzipPackage::firstOfDuplicatesCountsAlsoBehindAnUnknownName()
+{
+    // Looking for the name that isn't found takes the library past all others.
+    ZipArchive archive;
+    archive.add(gbk("说明"), "text");
+    archive.add("twice", "first");
+    archive.add("twice", "second");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"说明", ""}, {"twice", "first"}}));
+}
+
+void TestUnzipPackage::entryWithoutAHeaderGivesAnEmptyFile()
+{
+    ZipArchive archive;
+    archive.add("good", "1");
+    archive.add({"bad", "2", false, false, Damage::LocalHeader});
+    archive.add("good too", "3");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"good", "1"}, {"bad", ""}, {"good too", "3"}}));
+}
+
+void TestUnzipPackage::entryWithAWrongChecksumGivesItsData()
+{
+    ZipArchive archive;
+    archive.add({"bad", "the data", false, false, Damage::Checksum});
+    archive.add("good", "1");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"bad", "the data"}, {"good", "1"}}));
+}
+
+void TestUnzipPackage::entryWithDamagedDataGivesWhatCouldBeRead()
+{
+    const QByteArray data = noise(256 * 1024);
+    ZipArchive archive;
+    archive.add({"bad", data, false, true, Damage::Data});
+    archive.add("good", "1");
+    QVERIFY(unpack(archive));
+    const QByteArray left = unpacked().value("bad");
+    QVERIFY(!left.isEmpty());
+    QVERIFY(left.size() < data.size());
+    QVERIFY(data.startsWith(left));
+    QCOMPARE(unpacked().value("good"), QByteArray("1"));
+}
+
+void TestUnzipPackage::parentStepsLeadOutOfTheDirectory()
+{
+    ZipArchive archive;
+    archive.add("../outside.txt", "content");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), Tree{});
+    QCOMPARE(treeOf(m_dir->path()).value("outside.txt"), QByteArray("content"));
+}
+
+void TestUnzipPackage::sameAsTheLookUpAnew_data()
+{
+    using Entries = QVector<ZipArchive::Entry>;
+    QTest::addColumn<bool>("gbkSystem");
+    QTest::addColumn<Entries>("entries");
+
+    const ZipArchive::Entry unknown{gbk("未知"), "unknown"};
+    const auto row = [](const char* name, const Entries& entries) {
+        QTest::newRow(qPrintable(QStringLiteral("UTF-8 system: ") + name)) << false << entries;
+        QTest::newRow(qPrintable(QStringLiteral("GBK system: ") + name)) << true << entries;
+    };
+    row("plain", {{"a", "1"}, {"b/c", "2"}, {"b/d", ""}});
+    row("duplicates", {{"a", "1"}, {"b", "2"}, {"a", "3"}, {"b", "4"}, {"c", "5"}, {"a", "6"}});
+    row("duplicates side by side", {{"a", "1"}, {"a", "2"}, {"a", "3"}});
+    row("duplicates around an unknown name", {{"a", "1"}, unknown, {"a", "2"}});
+    row("duplicates behind an unknown name", {unknown, {"a", "1"}, {"b", "2"}, {"a", "3"}, {"b", "4"}});
+    row("duplicates before an unknown name", {{"a", "1"}, {"a", "2"}, unknown, {"b", "3"}});
+    row("unknown duplicates", {unknown, {"a", "1"}, {gbk("未知"), "again"}});
+    row("UTF-8 name without its flag", {{QByteArray("名字"), "1"}, {"a", "2"}});
+    row("UTF-8 name with its flag", {{QByteArray("名字"), "1", true}, {"a", "2"}});
+    row("one name in two encodings", {{gbk("名字"), "1"}, {QByteArray("名字"), "2", true}, {"a", "3"}});
+    row("one name in two encodings, the other way",
+        {{QByteArray("名字"), "1", true}, {gbk("名字"), "2"}, {"a", "3"}});
+    row("GB2312 bytes that are another's UTF-8",
+        {{QByteArray("浣犲ソ"), "1", true}, {QByteArray("你好"), "2"}});
+    row("bytes of no encoding", {{"\xFF\xFE", "1"}, {"a", "2"}, {"\x81", "3"}});
+    row("names that differ in case", {{"a", "1"}, {"A", "2"}, {"a", "3"}, {"A", "4"}});
+    row("other spellings of one path", {{"a", "1"}, {"./a", "2"}, {"a", "3"}, {"b/../a", "4"}});
+    row("a duplicate of a directory", {{"d/", ""}, {"d/a", "1"}, {"d/", ""}});
+    row("a file where a directory is", {{"d/a", "1"}, {"d", "2"}});
+    row("a directory where a file is", {{"d", "1"}, {"d/a", "2"}});
+    row("an empty name", {{"a", "1"}, {"", "2"}, {"b", "3"}});
+    row("a long name", {{QByteArray(120, 'n') + '/' + QByteArray(120, 'm'), "1"}, {"a", "2"}});
+    row("wrong checksum", {{"a", "1", false, false, Damage::Checksum}, {"b", "2"}});
+    row("wrong checksum, packed", {{"a", noise(50000), false, true, Damage::Checksum}, {"b", "2"}});
+    row("damaged data", {{"a", noise(200000), false, true, Damage::Data}, {"b", noise(50000), false, true}});
+    row("no header", {{"a", "1", false, false, Damage::LocalHeader}, {"b", "2"}, {"c", "3"}});
+    row("no header in the first of duplicates",
+        {{"a", "1", false, false, Damage::LocalHeader}, {"a", "2"}, unknown, {"b", "3"}});
+    row("damage last", {{"a", "1"}, {"b", noise(200000), false, true, Damage::Data}});
+}
+
+void TestUnzipPackage::sameAsTheLookUpAnew()
+{
+    QFETCH(const bool, gbkSystem);
+    QFETCH(const QVector<ZipArchive::Entry>, entries);
+    if (gbkSystem)
+        m_system = std::make_unique<GbkSystem>();
+    ZipArchive archive;
+    for (const ZipArchive::Entry& entry : entries)
+        archive.add(entry);
+    const bool success = unpack(archive);
+    const QString plainly = m_dir->filePath(QStringLiteral("plainly"));
+    QCOMPARE(success, unpackPlainly(m_package, plainly));
+    QCOMPARE(QFileInfo::exists(m_dest), QFileInfo::exists(plainly));
+    QCOMPARE(unpacked(), treeOf(plainly));
+}
+
+void TestUnzipPackage::packageWithoutEntriesIsASuccess()
+{
+    QVERIFY(unpack(ZipArchive()));
+    QVERIFY(QFileInfo(m_dest).isDir());
+    QCOMPARE(unpacked(), Tree{});
+    QVERIFY(unpack("something in front" + ZipArchive().bytes()));
+    QVERIFY(QFileInfo(m_dest).isDir());
+    QCOMPARE(unpacked(), Tree{});
+}
+
+void TestUnzipPackage::missingPackageFails()
+{
+    QVERIFY(!unzipPackage(m_package, m_dest));
+    QVERIFY(!QFileInfo::exists(m_dest));
+}
+
+void TestUnzipPackage::emptyPathFails()
+{
+    QVERIFY(QDir().mkpath(m_dest + "/old"));
+    QVERIFY(!unzipPackage({}, m_dest));
+    QVERIFY(!QFileInfo::exists(m_dest));
+}
+
+void TestUnzipPackage::fileThatIsNoPackageFails()
+{
+    QVERIFY(!unpack(noise(100000)));
+    QVERIFY(!QFileInfo::exists(m_dest));
+    QVERIFY(!unpack(QByteArray()));
+    QVERIFY(!QFileInfo::exists(m_dest));
+}
+
+void TestUnzipPackage::cutPackageFails()
+{
+    ZipArchive archive;
+    archive.add("a", noise(10000));
+    archive.add("b", "2");
+    const QByteArray whole = archive.bytes();
+    for (const int size : {whole.size() - 10, archive.directoryOffset(), whole.size() / 2, 30}) {
+        QVERIFY2(!unpack(whole.left(size)), qPrintable(QString::number(size)));
+        QVERIFY(!QFileInfo::exists(m_dest));
+    }
+}
+
+void TestUnzipPackage::damagedDirectoryOfEntriesFails()
+{
+    ZipArchive archive;
+    archive.add("a", "1");
+    archive.add("b", "2");
+    QByteArray bytes = archive.bytes();
+    bytes[bytes.lastIndexOf("PK\x01\x02")] = 'X';
+    QVERIFY(!unpack(bytes));
+    QVERIFY(!QFileInfo::exists(m_dest));
+}
+
+void TestUnzipPackage::unwritableTargetFails()
+{
+    ZipArchive archive;
+    archive.add("d/a", "1");
+    archive.add("d", "a file where the directory is");
+    archive.add("b", "2");
+    QVERIFY(!unpack(archive));
+    QVERIFY(!QFileInfo::exists(m_dest));
+}
+
+void TestUnzipPackage::diskWithoutRoomFails()
+{
+    const QString full = QStringLiteral("/dev/full");
+    if (!QFileInfo::exists(full))
+        QSKIP("there is no device here that is always full");
+    QVERIFY(QFile::link(full, m_dir->filePath(QStringLiteral("full"))));
+    for (const int size : {10, 1000000}) {
+        ZipArchive archive;
+        archive.add("a", "1");
+        archive.add("../full", noise(size));
+        QVERIFY(!unpack(archive));
+        QVERIFY(!QFileInfo::exists(m_dest));
+    }
+}
+
+void TestUnzipPackage::failureRemovesTheDirectory()
+{
+    QVERIFY(QDir().mkpath(m_dest + "/old/deep"));
+    QVERIFY(!unpack(QByteArray("no package")));
+    QVERIFY(!QFileInfo::exists(m_dest));
+}
+
+void TestUnzipPackage::tenThousandEntries()
+{
+    ZipArchive archive;
+    for (int i = 0; i < 10000; ++i)
+        archive.add("dir" + QByteArray::number(i % 100) + "/file" + QByteArray::number(i),
+                    QByteArray::number(i));
+    QVERIFY(unpack(archive));
+    const Tree tree = unpacked();
+    QCOMPARE(tree.size(), 10100);
+    QCOMPARE(tree.value("dir99/file9999"), QByteArray("9999"));
+    QCOMPARE(tree.value("dir34/file1234"), QByteArray("1234"));
+}
+
+QTEST_GUILESS_MAIN(TestUnzipPackage)
+#include "test_unzippackage.moc"

@@ -1,0 +1,1140 @@
+#include "updater/updater.h"
+
+#include "tests/support/applicationfile.h"
+#include "tests/support/messagelog.h"
+
+#include <services/services.h>
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMetaMethod>
+#include <QRegularExpression>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QThreadPool>
+#include <QTimerEvent>
+#include <QtTest>
+
+#include <memory>
+
+using NelvoDevkit::CannedReply;
+using NelvoDevkit::Fault;
+using NelvoDevkit::LoggedRequest;
+using NelvoDevkit::PackageDelivery;
+using NelvoDevkit::Release;
+using TestSupport::ApplicationFile;
+using TestSupport::MessageLog;
+
+namespace {
+
+const auto Product = QStringLiteral("nelvo-editor-test");
+const auto PackageName = QStringLiteral("NelvoEditor.zip");
+const auto CheckPath = QStringLiteral("/v1.0/service/sys/productVersion/findLatest");
+
+//! What the page and the log get to see, in one row.
+class Events
+{
+public:
+    explicit Events(CUpdater& updater)
+    {
+        const auto add = [this](const QString& text) { m_events.append(text); };
+        QObject::connect(&updater, &CUpdater::needUpdate, &updater,
+                         [add](bool need) { add(need ? "needUpdate true" : "needUpdate false"); });
+        QObject::connect(&updater, &CUpdater::latestVersionChanged, &updater,
+                         [add] { add("latestVersionChanged"); });
+        QObject::connect(&updater, &CUpdater::changeLogChanged, &updater, [add] { add("changeLogChanged"); });
+        QObject::connect(&updater, &CUpdater::localVersionChanged, &updater,
+                         [add] { add("localVersionChanged"); });
+        QObject::connect(&updater, &CUpdater::readyUpdateInfo, &updater,
+                         [add](const QString& info) { add("info " + info); });
+        QObject::connect(&updater, &CUpdater::readyUpdateError, &updater,
+                         [add](const QString& error) { add("error " + error); });
+        QObject::connect(&updater, &CUpdater::downloadStarted, &updater,
+                         [add](const QString& path, qint64 total) {
+                             add(QStringLiteral("started %1 %2").arg(QFileInfo(path).fileName()).arg(total));
+                         });
+        QObject::connect(&updater, &CUpdater::downloadFinished, &updater, [add](const QString& path) {
+            add(QStringLiteral("finished %1").arg(QFileInfo(path).fileName()));
+        });
+        QObject::connect(&updater, &CUpdater::upgradeStart, &updater, [add] { add("upgradeStart"); });
+        QObject::connect(&updater, &CUpdater::upgradeEnd, &updater, [add] { add("upgradeEnd"); });
+    }
+
+    QStringList take() { return std::exchange(m_events, {}); }
+    const QStringList& all() const { return m_events; }
+
+private:
+    QStringList m_events;
+};
+
+QString md5Of(const QByteArray& bytes)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex());
+}
+
+CannedReply json(const QByteArray& body)
+{
+    return {200, "application/json", body, {}};
+}
+
+//! The updater's own lines of the log, with a mark in place of where they come from.
+QStringList updateTrace(const MessageLog& log)
+{
+    const QRegularExpression place(R"(^updater/updater\.cpp \d+ )");
+    QStringList lines;
+    const QStringList infos = log.texts(QtInfoMsg);
+    for (QString line : infos)
+        lines.append(line.replace(place, QStringLiteral("> ")));
+    return lines;
+}
+
+} // namespace
+
+class TestUpdater : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void metaObjectSurface();
+    void constructionTouchesNoFile();
+    void versionComesFromTheConfigurationFile();
+    void configurationFileWinsOverTheSettings();
+    void configurationFileWithoutTheKeyGivesNoVersion();
+    void settingsServeWithoutAConfigurationFile();
+    void settingsServeBesideAnInvalidConfigurationFile();
+    void withoutAnySourceTheVersionIsEmpty();
+    void numericPartOfAVersionCounts_data();
+    void numericPartOfAVersionCounts();
+
+    void newReleaseIsTold();
+    void newReleaseIsToldOnAGbkSystem();
+    void checkPostsAnEmptyObject();
+    void whatCountsAsNewer_data();
+    void whatCountsAsNewer();
+    void olderReleaseFillsTheFieldsInSilence();
+    void lineBreaksBecomeMarks();
+    void failedCheckIsNoUpdate_data();
+    void failedCheckIsNoUpdate();
+    void failedCheckLeavesTheFields();
+    void redirectIsNotFollowed();
+    void refusedCheckIsNoUpdate();
+    void dataThatIsNoObjectEmptiesTheFields();
+    void checkLeavesTheStateFile();
+    void checkRunsAgainAfterAFailure();
+
+    void downloadBringsThePackage();
+    void downloadRecordsTheAttemptFirst();
+    void stateIsWrittenBehindThePage();
+    void partialPackageIsContinued();
+    void letterCaseOfTheChecksumDoesNotMatter();
+    void emptyPackageFileIsContinued_data();
+    void emptyPackageFileIsContinued();
+    void fullSizedPackageInStateOneIsFetchedAgain();
+    void sizeBeyond32BitsReadsAsZeroAndNeverContinues();
+    void partialPackageOfAnotherReleaseIsRemoved();
+    void partialPackageWithoutAStateIsRemoved();
+    void completePackageIsVerifiedWithoutATransfer();
+    void damagedCompletePackageIsFetchedAgain();
+    void missingCompletePackageIsFetchedAgain();
+    void fileNameIsTheLastSegmentDecoded_data();
+    void fileNameIsTheLastSegmentDecoded();
+    void packagesOfEarlierReleasesStay();
+    void downloadWithoutACheckRemovesNothing();
+    void secondDownloadIsRefused();
+    void wrongChecksumIsNotToldAndNotRetried();
+    void failedTransferIsToldTwiceAndNotRetried();
+    void serverThatIgnoresTheRangeIsCaughtByTheChecksum();
+    void retriesOfTheCheckEnd();
+    void retriesOfTheTransferEnd();
+    void bothKindsOfRetryShareTheLimit();
+    void downloadStartsTheRetriesAnew();
+
+    void failedUnpackIsLoggedOnly();
+    void progressMeasuresTime();
+    void timerGoesOnAfterAFailure();
+    void secondUpgradeStartsTheBarAnew();
+    void updaterMayGoWhileItUnpacks();
+
+private:
+    Release release(const QString& version = QStringLiteral("1.0.1")) const;
+    void check(CUpdater& updater) const;
+    void offer(const QByteArray& data);
+    QJsonObject state() const;
+    void writeState(int updateState, const QString& md5) const;
+    QString updatePath(const QString& name = PackageName) const;
+    QByteArray packageOnDisk(const QString& name = PackageName) const;
+    void writePackage(const QByteArray& content, const QString& name = PackageName) const;
+    QVector<LoggedRequest> transfers() const;
+
+    NelvoDevkit::Services m_services;
+    QTemporaryDir m_settingsDir;
+    QByteArray m_package;
+    std::unique_ptr<ApplicationFile> m_config;
+    std::unique_ptr<ApplicationFile> m_state;
+    std::unique_ptr<ApplicationFile> m_history;
+    std::unique_ptr<MessageLog> m_log;
+};
+
+void TestUpdater::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("NelvoTests"));
+    QCoreApplication::setApplicationName(QStringLiteral("test_updater"));
+    QVERIFY(m_settingsDir.isValid());
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settingsDir.path());
+    for (int i = 0; i < 300000; ++i)
+        m_package.append(static_cast<char>(i * 7 + i / 251));
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+}
+
+void TestUpdater::init()
+{
+    m_services.clearFaults();
+    m_services.clearReplies();
+    m_services.clearRequests();
+    m_services.addPackage(PackageName, m_package);
+    m_services.setPackageDelivery(PackageName, {});
+    m_services.setRelease(Product, release());
+    m_config = std::make_unique<ApplicationFile>(QStringLiteral("updateConfig.json"));
+    m_config->write(R"({"version": "1.0.0", "other": true})");
+    m_state = std::make_unique<ApplicationFile>(QStringLiteral("NelvoUpdateState.dat"));
+    m_history = std::make_unique<ApplicationFile>(QStringLiteral("NelvoUpdateLog.txt"));
+    QDir(updatePath(QString())).removeRecursively();
+    QSettings(QSettings::NativeFormat, QSettings::UserScope, QCoreApplication::organizationName(),
+              QCoreApplication::applicationName())
+        .clear();
+    m_log = std::make_unique<MessageLog>();
+}
+
+void TestUpdater::cleanup()
+{
+    m_log.reset();
+    m_history.reset();
+    m_state.reset();
+    m_config.reset();
+    QDir(updatePath(QString())).removeRecursively();
+}
+
+Release TestUpdater::release(const QString& version) const
+{
+    return m_services.packageRelease(PackageName, version, QStringLiteral("first\nsecond"));
+}
+
+void TestUpdater::check(CUpdater& updater) const
+{
+    updater.checkVersion(m_services.updateUrl(), m_services.updateToken(), Product);
+}
+
+//! Makes the service answer with `data`.
+void TestUpdater::offer(const QByteArray& data)
+{
+    m_services.setReply("POST", CheckPath, json(R"({"code": 200, "data": )" + data + "}"));
+}
+
+QJsonObject TestUpdater::state() const
+{
+    return QJsonDocument::fromJson(m_state->content()).object();
+}
+
+void TestUpdater::writeState(int updateState, const QString& md5) const
+{
+    m_state->write(QJsonDocument(QJsonObject{{"updateState", updateState}, {"fullMd5", md5}}).toJson());
+}
+
+QString TestUpdater::updatePath(const QString& name) const
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/NelvoUpdate/") + name;
+}
+
+QByteArray TestUpdater::packageOnDisk(const QString& name) const
+{
+    QFile file(updatePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void TestUpdater::writePackage(const QByteArray& content, const QString& name) const
+{
+    QDir().mkpath(updatePath(QString()));
+    QFile file(updatePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write the package");
+}
+
+QVector<LoggedRequest> TestUpdater::transfers() const
+{
+    QVector<LoggedRequest> found;
+    const QVector<LoggedRequest> all = m_services.requests();
+    std::copy_if(all.begin(), all.end(), std::back_inserter(found),
+                 [](const LoggedRequest& request) { return request.method == "GET"; });
+    return found;
+}
+
+void TestUpdater::metaObjectSurface()
+{
+    const QMetaObject& meta = CUpdater::staticMetaObject;
+    QByteArrayList signatures;
+    QByteArrayList names;
+    for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
+        const QMetaMethod method = meta.method(index);
+        signatures.append(method.methodSignature());
+        names.append(method.parameterNames().join(','));
+        QCOMPARE(method.typeName(), "void");
+    }
+    QCOMPARE(signatures,
+             (QByteArrayList{
+                 "needUpdate(bool)", "latestVersionChanged()", "changeLogChanged()", "localVersionChanged()",
+                 "readyUpdateInfo(QString)", "readyUpdateError(QString)",
+                 "downloadStarted(QString,qlonglong)", "downloadProgress(QString,qlonglong,qlonglong)",
+                 "downloadFinished(QString)", "upgradeStart()", "upgradeProcess(float)", "upgradeEnd()",
+                 "processDownloadFinished(QString)", "processDownloadError(QString,QString)", "doCover()",
+                 "checkVersion(QString,QString,QString)", "download()", "upgrade()"}));
+    QCOMPARE(names, (QByteArrayList{"need", "", "", "", "info", "error", "filePath,bytesTotal",
+                                    "filePath,bytesReceived,bytesTotal", "filePath", "", "percent", "",
+                                    "filePath", "filePath,errorString", "", "url,token,productId", "", ""}));
+
+    QByteArrayList properties;
+    for (int index = meta.propertyOffset(); index < meta.propertyCount(); ++index) {
+        const QMetaProperty property = meta.property(index);
+        QVERIFY(property.isReadable() && !property.isWritable());
+        QCOMPARE(property.typeName(), "QString");
+        properties.append(property.name() + QByteArray(" ") + property.notifySignal().name());
+    }
+    QCOMPARE(properties,
+             (QByteArrayList{"localVersion localVersionChanged", "latestVersion latestVersionChanged",
+                             "changeLog changeLogChanged"}));
+}
+
+void TestUpdater::constructionTouchesNoFile()
+{
+    const QDir dir(QCoreApplication::applicationDirPath());
+    const QStringList before = dir.entryList();
+    const CUpdater updater;
+    QCOMPARE(dir.entryList(), before);
+    QVERIFY(!updater.parent());
+    QVERIFY(m_log->entries().isEmpty());
+}
+
+void TestUpdater::versionComesFromTheConfigurationFile()
+{
+    const CUpdater updater;
+    QCOMPARE(updater.localVersion(), QStringLiteral("1.0.0"));
+    QCOMPARE(updater.property("localVersion").toString(), QStringLiteral("1.0.0"));
+    QCOMPARE(updater.latestVersion(), QString());
+    QCOMPARE(updater.changeLog(), QString());
+}
+
+void TestUpdater::configurationFileWinsOverTheSettings()
+{
+    QSettings settings("NelvoTests", "test_updater");
+    settings.setValue("version", "3.0");
+    settings.sync();
+    QCOMPARE(CUpdater().localVersion(), QStringLiteral("1.0.0"));
+}
+
+void TestUpdater::configurationFileWithoutTheKeyGivesNoVersion()
+{
+    QSettings settings("NelvoTests", "test_updater");
+    settings.setValue("version", "3.0");
+    settings.sync();
+    m_config->write("{}");
+    QCOMPARE(CUpdater().localVersion(), QString());
+    QVERIFY(m_log->entries().isEmpty());
+}
+
+void TestUpdater::settingsServeWithoutAConfigurationFile()
+{
+    QSettings settings("NelvoTests", "test_updater");
+    settings.setValue("version", "3.0");
+    settings.sync();
+    m_config->remove();
+    QCOMPARE(CUpdater().localVersion(), QStringLiteral("3.0"));
+    QCOMPARE(
+        m_log->warnings(),
+        QStringList{QStringLiteral("open file  %1 failed: No such file or directory").arg(m_config->path())});
+    QVERIFY(!m_config->exists());
+}
+
+void TestUpdater::settingsServeBesideAnInvalidConfigurationFile()
+{
+    QSettings settings("NelvoTests", "test_updater");
+    settings.setValue("version", "3.0");
+    settings.sync();
+    m_config->write("{\"version\": ");
+    QCOMPARE(CUpdater().localVersion(), QStringLiteral("3.0"));
+    QCOMPARE(m_log->warnings().size(), 1);
+    QVERIFY(m_log->warnings().constFirst().startsWith(QLatin1String("parse json failed: ")));
+}
+
+void TestUpdater::withoutAnySourceTheVersionIsEmpty()
+{
+    m_config->remove();
+    CUpdater updater;
+    QCOMPARE(updater.localVersion(), QString());
+    Events events(updater);
+    m_services.setRelease(Product, release(QStringLiteral("0")));
+    check(updater);
+    QCOMPARE(events.take().constLast(), QStringLiteral("needUpdate true"));
+}
+
+void TestUpdater::numericPartOfAVersionCounts_data()
+{
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<QString>("read");
+    QTest::newRow("suffix") << "1.2.3-beta4"
+                            << "1.2.3";
+    QTest::newRow("text behind a point") << "1.2.rc"
+                                         << "1.2";
+    QTest::newRow("text") << "beta"
+                          << "";
+    QTest::newRow("one segment") << "7"
+                                 << "7";
+}
+
+void TestUpdater::numericPartOfAVersionCounts()
+{
+    QFETCH(const QString, version);
+    m_config->write(QJsonDocument(QJsonObject{{"version", version}}).toJson());
+    QTEST(CUpdater().localVersion(), "read");
+}
+
+void TestUpdater::newReleaseIsTold()
+{
+    // What the GBK bytes read as on a system with another code page.
+    const QString found = QString::fromUtf8("\xB7\xA2\xCF\xD6\xD0\xC2\xB0\xE6\xB1\xBE ") + "1.0.1";
+    CUpdater updater;
+    Events events(updater);
+    check(updater);
+    QCOMPARE(events.take(),
+             (QStringList{"info " + found, "latestVersionChanged", "changeLogChanged", "needUpdate true"}));
+    QCOMPARE(updater.latestVersion(), QStringLiteral("1.0.1"));
+    QCOMPARE(updater.changeLog(), QStringLiteral("first<br/>second"));
+    QCOMPARE(updateTrace(*m_log), QStringList{"> " + found});
+    QCOMPARE(m_log->entries().size(), 1);
+}
+
+void TestUpdater::newReleaseIsToldOnAGbkSystem()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+    const auto system = qScopeGuard([] { QTextCodec::setCodecForLocale(nullptr); });
+    CUpdater updater;
+    Events events(updater);
+    check(updater);
+    QCOMPARE(events.take().constFirst(), QStringLiteral("info 发现新版本 1.0.1"));
+    QCOMPARE(updateTrace(*m_log), QStringList{QStringLiteral("> 发现新版本 1.0.1")});
+}
+
+void TestUpdater::checkPostsAnEmptyObject()
+{
+    CUpdater updater;
+    updater.checkVersion(m_services.updateUrl(), QStringLiteral("token-1"), QStringLiteral("product-1"));
+    const QVector<LoggedRequest> requests = m_services.requests();
+    QCOMPARE(requests.size(), 1);
+    QCOMPARE(requests[0].method, QByteArray("POST"));
+    QCOMPARE(requests[0].target,
+             QByteArray("/v1.0/service/sys/productVersion/findLatest?access_token=token-1&"
+                        "productId=product-1&productVersion=0.0.0"));
+    QCOMPARE(requests[0].body, QByteArray("{\n}\n"));
+    QCOMPARE(requests[0].header("Content-type"), QByteArray("application/json"));
+}
+
+void TestUpdater::whatCountsAsNewer_data()
+{
+    QTest::addColumn<QString>("local");
+    QTest::addColumn<QString>("offered");
+    QTest::addColumn<bool>("newer");
+    QTest::newRow("higher") << "1.0.0"
+                            << "1.0.1" << true;
+    QTest::newRow("higher by number, not by text") << "1.9"
+                                                   << "1.10" << true;
+    QTest::newRow("longer") << "1.2"
+                            << "1.2.0" << true;
+    QTest::newRow("shorter") << "1.2.0"
+                             << "1.2" << false;
+    QTest::newRow("equal") << "1.0.1"
+                           << "1.0.1" << false;
+    QTest::newRow("equal but for its suffix") << "1.0.1"
+                                              << "1.0.1-beta" << false;
+    QTest::newRow("lower") << "1.1"
+                           << "1.0.9" << false;
+    QTest::newRow("no version") << "1.0"
+                                << "" << false;
+    QTest::newRow("neither has one") << ""
+                                     << "" << false;
+}
+
+void TestUpdater::whatCountsAsNewer()
+{
+    QFETCH(const QString, local);
+    QFETCH(const QString, offered);
+    QFETCH(const bool, newer);
+    m_config->write(QJsonDocument(QJsonObject{{"version", local}}).toJson());
+    m_services.setRelease(Product, release(offered));
+    CUpdater updater;
+    Events events(updater);
+    check(updater);
+    if (newer)
+        QCOMPARE(events.take().constLast(), QStringLiteral("needUpdate true"));
+    else
+        QCOMPARE(events.take(), QStringList{"needUpdate false"});
+    QCOMPARE(updater.latestVersion(), offered);
+}
+
+void TestUpdater::olderReleaseFillsTheFieldsInSilence()
+{
+    m_services.setRelease(Product, release(QStringLiteral("0.9")));
+    CUpdater updater;
+    Events events(updater);
+    check(updater);
+    QCOMPARE(events.take(), QStringList{"needUpdate false"});
+    QVERIFY(m_log->entries().isEmpty());
+    QCOMPARE(updater.latestVersion(), QStringLiteral("0.9"));
+    QCOMPARE(updater.changeLog(), QStringLiteral("first<br/>second"));
+}
+
+void TestUpdater::lineBreaksBecomeMarks()
+{
+    offer(R"({"pVersion": "2", "remarks": "a\n\nb\r\nc\n"})");
+    CUpdater updater;
+    check(updater);
+    QCOMPARE(updater.changeLog(), QStringLiteral("a<br/><br/>b\r<br/>c<br/>"));
+}
+
+void TestUpdater::failedCheckIsNoUpdate_data()
+{
+    const QByteArray data = R"("data": {"pVersion": "9.9"})";
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("HTTP error") << 500 << QByteArray("{\"code\": 200, " + data + "}");
+    QTest::newRow("not found") << 404 << QByteArray();
+    QTest::newRow("empty body") << 200 << QByteArray();
+    QTest::newRow("no JSON") << 200 << QByteArray("<html>");
+    QTest::newRow("array") << 200 << QByteArray("[]");
+    QTest::newRow("empty object") << 200 << QByteArray("{}");
+    QTest::newRow("no data") << 200 << QByteArray(R"({"code": 200})");
+    QTest::newRow("no code") << 200 << QByteArray("{" + data + "}");
+    QTest::newRow("another code") << 200 << QByteArray("{\"code\": 401, " + data + "}");
+    QTest::newRow("code as text") << 200 << QByteArray("{\"code\": \"200\", " + data + "}");
+    QTest::newRow("fractional code") << 200 << QByteArray("{\"code\": 200.5, " + data + "}");
+}
+
+void TestUpdater::failedCheckIsNoUpdate()
+{
+    QFETCH(const int, status);
+    QFETCH(const QByteArray, body);
+    m_services.setReply("POST", CheckPath, {status, "application/json", body, {}});
+    CUpdater updater;
+    Events events(updater);
+    check(updater);
+    QCOMPARE(events.take(), QStringList{"needUpdate false"});
+    QVERIFY(m_log->entries().isEmpty());
+    QCOMPARE(updater.latestVersion(), QString());
+}
+
+void TestUpdater::failedCheckLeavesTheFields()
+{
+    CUpdater updater;
+    check(updater);
+    Events events(updater);
+    updater.checkVersion(m_services.updateUrl(), QStringLiteral("wrong token"), Product);
+    QCOMPARE(events.take(), QStringList{"needUpdate false"});
+    updater.checkVersion(m_services.updateUrl(), m_services.updateToken(), QStringLiteral("unknown"));
+    QCOMPARE(events.take(), QStringList{"needUpdate false"});
+    QCOMPARE(updater.latestVersion(), QStringLiteral("1.0.1"));
+    QCOMPARE(updater.changeLog(), QStringLiteral("first<br/>second"));
+}
+
+void TestUpdater::redirectIsNotFollowed()
+{
+    m_services.addFault({Fault::Redirect, CheckPath, {}, 0, false});
+    CUpdater updater;
+    Events events(updater);
+    check(updater);
+    QCOMPARE(events.take(), QStringList{"needUpdate false"});
+    QCOMPARE(updater.latestVersion(), QString());
+}
+
+void TestUpdater::refusedCheckIsNoUpdate()
+{
+    m_services.addFault({Fault::Refuse, CheckPath, {}, 0, false});
+    CUpdater updater;
+    Events events(updater);
+    check(updater);
+    QCOMPARE(events.take(), QStringList{"needUpdate false"});
+}
+
+void TestUpdater::dataThatIsNoObjectEmptiesTheFields()
+{
+    CUpdater updater;
+    check(updater);
+    Events events(updater);
+    offer("[1]");
+    check(updater);
+    QCOMPARE(events.take(), QStringList{"needUpdate false"});
+    QCOMPARE(updater.latestVersion(), QString());
+    QCOMPARE(updater.changeLog(), QString());
+}
+
+void TestUpdater::checkLeavesTheStateFile()
+{
+    CUpdater updater;
+    check(updater);
+    QVERIFY(!m_state->exists());
+    writeState(1, "abc");
+    const QByteArray before = m_state->content();
+    check(updater);
+    QCOMPARE(m_state->content(), before);
+}
+
+void TestUpdater::checkRunsAgainAfterAFailure()
+{
+    CUpdater updater;
+    updater.checkVersion(QStringLiteral("http://127.0.0.1:1"), m_services.updateToken(), Product);
+    Events events(updater);
+    check(updater);
+    QCOMPARE(events.take().constLast(), QStringLiteral("needUpdate true"));
+}
+
+void TestUpdater::downloadBringsThePackage()
+{
+    CUpdater updater;
+    check(updater);
+    m_log->clear();
+    Events events(updater);
+    const QSignalSpy progress(&updater, &CUpdater::downloadProgress);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(events.take(), (QStringList{"started NelvoEditor.zip 300000", "finished NelvoEditor.zip"}));
+    QCOMPARE(finished[0][0].toString(), updatePath());
+    QCOMPARE(packageOnDisk(), m_package);
+    QVERIFY(!progress.isEmpty());
+    QCOMPARE(progress.last(), (QVariantList{updatePath(), 300000, 300000}));
+    QCOMPARE(state(), (QJsonObject{{"updateState", 2},
+                                   {"fullMd5", md5Of(m_package)},
+                                   {"remarks", "first<br/>second"},
+                                   {"pVersion", "1.0.1"}}));
+    QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
+    QCOMPARE(m_log->warnings(), QStringList{"request finished with code 206"});
+}
+
+void TestUpdater::downloadRecordsTheAttemptFirst()
+{
+    CUpdater updater;
+    check(updater);
+    QByteArray atTheStart;
+    connect(&updater, &CUpdater::downloadStarted, &updater, [&] { atTheStart = m_state->content(); });
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    const QJsonObject attempt{{"updateState", 1},
+                              {"fullMd5", md5Of(m_package)},
+                              {"remarks", "first<br/>second"},
+                              {"pVersion", "1.0.1"}};
+    QCOMPARE(atTheStart, QJsonDocument(attempt).toJson());
+    QCOMPARE(m_state->content(), QJsonDocument(attempt).toJson());
+    QTRY_COMPARE(finished.count(), 1);
+}
+
+void TestUpdater::stateIsWrittenBehindThePage()
+{
+    CUpdater updater;
+    check(updater);
+    int atTheEnd = -1;
+    connect(&updater, &CUpdater::downloadFinished, &updater,
+            [&] { atTheEnd = state().value("updateState").toInt(); });
+    updater.download();
+    QTRY_COMPARE(atTheEnd, 1);
+    QTRY_COMPARE(state().value("updateState").toInt(), 2);
+}
+
+void TestUpdater::partialPackageIsContinued()
+{
+    writeState(1, md5Of(m_package));
+    writePackage(m_package.left(100000));
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy progress(&updater, &CUpdater::downloadProgress);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(packageOnDisk(), m_package);
+    QCOMPARE(transfers().size(), 1);
+    QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=100000-"));
+    QVERIFY(progress.first()[1].toLongLong() > 100000);
+}
+
+void TestUpdater::letterCaseOfTheChecksumDoesNotMatter()
+{
+    Release upper = release();
+    upper.md5 = upper.md5.toUpper();
+    m_services.setRelease(Product, upper);
+    writeState(1, md5Of(m_package));
+    writePackage(m_package.left(100000));
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=100000-"));
+    QCOMPARE(state().value("fullMd5").toString(), upper.md5);
+    // The other way round, and with the package complete.
+    m_services.setRelease(Product, release());
+    check(updater);
+    writeState(2, md5Of(m_package).toUpper());
+    updater.download();
+    QCOMPARE(finished.count(), 2);
+    QCOMPARE(transfers().size(), 1);
+}
+
+void TestUpdater::emptyPackageFileIsContinued_data()
+{
+    QTest::addColumn<qint64>("size");
+    QTest::newRow("of a known size") << qint64(m_package.size());
+    QTest::newRow("of an unknown size") << qint64(0);
+}
+
+void TestUpdater::emptyPackageFileIsContinued()
+{
+    QFETCH(const qint64, size);
+    Release offered = release();
+    offered.size = size;
+    m_services.setRelease(Product, offered);
+    writeState(1, md5Of(m_package));
+    writePackage({});
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QVERIFY(QFile::exists(updatePath()));
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
+}
+
+void TestUpdater::fullSizedPackageInStateOneIsFetchedAgain()
+{
+    writeState(1, md5Of(m_package));
+    writePackage(m_package); // even a right one: it isn't looked at
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QVERIFY(!QFile::exists(updatePath()));
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(transfers().size(), 1);
+    QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
+    QCOMPARE(packageOnDisk(), m_package);
+}
+
+void TestUpdater::sizeBeyond32BitsReadsAsZeroAndNeverContinues()
+{
+    Release large = release();
+    large.size = Q_INT64_C(1) << 31;
+    m_services.setRelease(Product, large);
+    writeState(1, md5Of(m_package));
+    writePackage(m_package.left(100000));
+    CUpdater updater;
+    check(updater);
+    Events events(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QCOMPARE(events.all(), QStringList{"started NelvoEditor.zip 0"});
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
+}
+
+void TestUpdater::partialPackageOfAnotherReleaseIsRemoved()
+{
+    writeState(1, md5Of("an earlier package"));
+    writePackage("an earlier");
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
+    QCOMPARE(packageOnDisk(), m_package);
+}
+
+void TestUpdater::partialPackageWithoutAStateIsRemoved()
+{
+    writePackage(m_package.left(100000));
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
+    // The same with the record of this release that an earlier cover left.
+    writeState(0, md5Of(m_package));
+    updater.download();
+    QVERIFY(!QFile::exists(updatePath()));
+    QTRY_COMPARE(finished.count(), 2);
+}
+
+void TestUpdater::completePackageIsVerifiedWithoutATransfer()
+{
+    writeState(2, md5Of(m_package));
+    writePackage(m_package);
+    CUpdater updater;
+    check(updater);
+    m_log->clear();
+    Events events(updater);
+    updater.download();
+    QCOMPARE(events.take(), QStringList{"finished NelvoEditor.zip"});
+    QVERIFY(transfers().isEmpty());
+    QCOMPARE(state(), (QJsonObject{{"updateState", 2}, {"fullMd5", md5Of(m_package)}}));
+    QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
+}
+
+void TestUpdater::damagedCompletePackageIsFetchedAgain()
+{
+    writeState(2, md5Of(m_package));
+    writePackage("damaged" + m_package.mid(7));
+    CUpdater updater;
+    check(updater);
+    m_log->clear();
+    Events events(updater);
+    updater.download();
+    // Nothing else is under way here, so this retry does start a transfer.
+    QTRY_COMPARE(events.all(), (QStringList{"started NelvoEditor.zip 300000", "finished NelvoEditor.zip"}));
+    QCOMPARE(transfers().size(), 1);
+    QCOMPARE(packageOnDisk(), m_package);
+    QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验失败", "> 重试",
+                                               "> 下载完成，校验MD5", "> 校验通过"}));
+}
+
+void TestUpdater::missingCompletePackageIsFetchedAgain()
+{
+    writeState(2, md5Of(m_package));
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QVERIFY(m_log->warnings().constFirst().contains(QLatin1String("open failed")));
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(packageOnDisk(), m_package);
+}
+
+void TestUpdater::fileNameIsTheLastSegmentDecoded_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("fileName");
+    QTest::newRow("plain") << "/files/a/Nelvo.zip"
+                           << "Nelvo.zip";
+    QTest::newRow("query") << "/files/Nelvo.zip?file=other.zip&x=/y"
+                           << "Nelvo.zip";
+    QTest::newRow("fragment") << "/files/Nelvo.zip#part"
+                              << "Nelvo.zip";
+    QTest::newRow("encoded") << "/files/%E5%8C%85%20%231.zip"
+                             << "包 #1.zip";
+    QTest::newRow("Chinese") << "/files/包.zip"
+                             << "包.zip";
+}
+
+void TestUpdater::fileNameIsTheLastSegmentDecoded()
+{
+    QFETCH(const QString, path);
+    QFETCH(const QString, fileName);
+    offer(
+        QJsonDocument(QJsonObject{{"pVersion", "2"}, {"fullPath", m_services.packageUrl() + path}}).toJson());
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy started(&updater, &CUpdater::downloadStarted);
+    updater.download();
+    QCOMPARE(started.count(), 1);
+    QCOMPARE(started[0][0].toString(), updatePath(fileName));
+}
+
+void TestUpdater::packagesOfEarlierReleasesStay()
+{
+    writePackage("earlier", QStringLiteral("earlier.zip"));
+    CUpdater updater;
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(packageOnDisk(QStringLiteral("earlier.zip")), QByteArray("earlier"));
+}
+
+void TestUpdater::downloadWithoutACheckRemovesNothing()
+{
+    writePackage("earlier", QStringLiteral("earlier.zip"));
+    CUpdater updater;
+    Events events(updater);
+    updater.download();
+    QTRY_VERIFY(events.all().join(' ').contains(QStringLiteral("下载失败")));
+    QCOMPARE(packageOnDisk(QStringLiteral("earlier.zip")), QByteArray("earlier"));
+}
+
+void TestUpdater::secondDownloadIsRefused()
+{
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    stalled.endAfter = 1000;
+    m_services.setPackageDelivery(PackageName, stalled);
+    CUpdater updater;
+    check(updater);
+    Events events(updater);
+    updater.download();
+    QTRY_COMPARE(packageOnDisk().size(), 1000);
+    m_log->clear();
+    events.take();
+    updater.download();
+    const QString refusal = QStringLiteral("download already exist: ") + updatePath();
+    QCOMPARE(events.take(), QStringList{"info " + refusal});
+    QCOMPARE(updateTrace(*m_log), QStringList{"> " + refusal});
+    QCOMPARE(state().value("updateState").toInt(), 1);
+    // The first one isn't disturbed.
+    m_services.setPackageDelivery(PackageName, {});
+    QTRY_COMPARE(events.all(), QStringList{"finished NelvoEditor.zip"});
+    QCOMPARE(packageOnDisk(), m_package);
+}
+
+void TestUpdater::wrongChecksumIsNotToldAndNotRetried()
+{
+    Release wrong = release();
+    wrong.md5 = md5Of("something else");
+    m_services.setRelease(Product, wrong);
+    CUpdater updater;
+    check(updater);
+    m_log->clear();
+    Events events(updater);
+    updater.download();
+    QTRY_COMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验失败", "> 重试"}));
+    // A later transfer shows that the retry didn't start one in between.
+    QVERIFY(!QFile::exists(updatePath()));
+    QCOMPARE(events.take(), QStringList{"started NelvoEditor.zip 300000"});
+    QCOMPARE(state().value("updateState").toInt(), 1);
+    m_services.setRelease(Product, release());
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(transfers().size(), 2);
+}
+
+void TestUpdater::failedTransferIsToldTwiceAndNotRetried()
+{
+    Release missing = release();
+    missing.path = m_services.packageUrl() + QStringLiteral("/missing.zip");
+    m_services.setRelease(Product, missing);
+    CUpdater updater;
+    check(updater);
+    m_log->clear();
+    Events events(updater);
+    updater.download();
+    QTRY_COMPARE(updateTrace(*m_log).size(), 4);
+    const QString failed = updateTrace(*m_log).constFirst();
+    QVERIFY2(failed.startsWith(QStringLiteral("> 下载失败Error transferring http://")), qPrintable(failed));
+    QCOMPARE(updateTrace(*m_log), (QStringList{failed, "> 重试", failed, "> 重试"}));
+    const QString told = "info " + failed.mid(2);
+    QCOMPARE(events.take(), (QStringList{"started missing.zip 300000", told, told}));
+    QCOMPARE(state().value("updateState").toInt(), 1);
+    m_services.setRelease(Product, release());
+    check(updater);
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QTRY_COMPARE(finished.count(), 1);
+    QCOMPARE(transfers().size(), 2);
+}
+
+void TestUpdater::serverThatIgnoresTheRangeIsCaughtByTheChecksum()
+{
+    PackageDelivery whole;
+    whole.ignoresRange = true;
+    m_services.setPackageDelivery(PackageName, whole);
+    writeState(1, md5Of(m_package));
+    writePackage(m_package.left(100000));
+    CUpdater updater;
+    check(updater);
+    m_log->clear();
+    Events events(updater);
+    const QSignalSpy progress(&updater, &CUpdater::downloadProgress);
+    updater.download();
+    QTRY_COMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验失败", "> 重试"}));
+    QCOMPARE(progress.last(), (QVariantList{updatePath(), 400000, 300000}));
+    QCOMPARE(events.take(), QStringList{"started NelvoEditor.zip 300000"});
+    QVERIFY(!QFile::exists(updatePath()));
+}
+
+void TestUpdater::retriesOfTheCheckEnd()
+{
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    m_services.setPackageDelivery(PackageName, stalled);
+    CUpdater updater;
+    check(updater);
+    updater.download();
+    m_log->clear();
+    const auto finish = [&] {
+        writePackage("damaged");
+        QMetaObject::invokeMethod(&updater, "processDownloadFinished", Q_ARG(QString, updatePath()));
+    };
+    const QStringList retried{"> 下载完成，校验MD5", "> 校验失败", "> 重试"};
+    for (int i = 0; i < 3; ++i) {
+        finish();
+        QVERIFY(!QFile::exists(updatePath()));
+    }
+    QCOMPARE(updateTrace(*m_log), retried + retried + retried);
+    m_log->clear();
+    finish();
+    QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验失败"}));
+    QCOMPARE(packageOnDisk(), QByteArray("damaged"));
+    QCOMPARE(state().value("updateState").toInt(), 1);
+}
+
+void TestUpdater::retriesOfTheTransferEnd()
+{
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    m_services.setPackageDelivery(PackageName, stalled);
+    CUpdater updater;
+    check(updater);
+    updater.download();
+    m_log->clear();
+    Events events(updater);
+    const auto fail = [&] {
+        writePackage("partial");
+        QMetaObject::invokeMethod(&updater, "processDownloadError", Q_ARG(QString, updatePath()),
+                                  Q_ARG(QString, QStringLiteral("reason")));
+    };
+    for (int i = 0; i < 3; ++i) {
+        fail();
+        QVERIFY(!QFile::exists(updatePath()));
+        QCOMPARE(state().value("updateState").toInt(), 1);
+    }
+    fail();
+    QCOMPARE(packageOnDisk(), QByteArray("partial"));
+    QCOMPARE(state(), (QJsonObject{{"updateState", 0},
+                                   {"fullMd5", md5Of(m_package)},
+                                   {"remarks", "first<br/>second"},
+                                   {"pVersion", "1.0.1"}}));
+    QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载失败reason", "> 重试", "> 下载失败reason", "> 重试",
+                                               "> 下载失败reason", "> 重试", "> 下载失败reason"}));
+    QCOMPARE(events.take(), (QStringList{"info 下载失败reason", "info 下载失败reason", "info 下载失败reason",
+                                         "info 下载失败reason"}));
+}
+
+void TestUpdater::bothKindsOfRetryShareTheLimit()
+{
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    m_services.setPackageDelivery(PackageName, stalled);
+    CUpdater updater;
+    check(updater);
+    updater.download();
+    const auto fail = [&] {
+        QMetaObject::invokeMethod(&updater, "processDownloadError", Q_ARG(QString, updatePath()),
+                                  Q_ARG(QString, QString()));
+    };
+    fail();
+    QMetaObject::invokeMethod(&updater, "processDownloadFinished", Q_ARG(QString, updatePath()));
+    fail();
+    QCOMPARE(updateTrace(*m_log).count("> 重试"), 3);
+    QCOMPARE(state().value("updateState").toInt(), 1);
+    fail();
+    QCOMPARE(updateTrace(*m_log).count("> 重试"), 3);
+    QCOMPARE(state().value("updateState").toInt(), 0);
+}
+
+void TestUpdater::downloadStartsTheRetriesAnew()
+{
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    m_services.setPackageDelivery(PackageName, stalled);
+    CUpdater updater;
+    check(updater);
+    updater.download();
+    const auto finish = [&] {
+        QMetaObject::invokeMethod(&updater, "processDownloadFinished", Q_ARG(QString, updatePath()));
+    };
+    for (int i = 0; i < 4; ++i)
+        finish();
+    QCOMPARE(updateTrace(*m_log).count("> 重试"), 3);
+    updater.download(); // refused, but counts anew
+    finish();
+    QCOMPARE(updateTrace(*m_log).count("> 重试"), 4);
+}
+
+void TestUpdater::failedUnpackIsLoggedOnly()
+{
+    const QString directory = QCoreApplication::applicationDirPath() + "/NelvoUnCompress";
+    QVERIFY(QDir().mkpath(directory + "/left"));
+    writeState(2, "abc");
+    const QByteArray before = m_state->content();
+    CUpdater updater;
+    Events events(updater);
+    // Nothing was downloaded in this process, so there is no package.
+    updater.upgrade();
+    QCOMPARE(events.take(), QStringList{"upgradeStart"});
+    QTRY_COMPARE(updateTrace(*m_log), (QStringList{"> 解压中", "> 解压失败"}));
+    QVERIFY(!QFile::exists(directory));
+    QCOMPARE(events.take(), QStringList{});
+    QCOMPARE(m_state->content(), before);
+    QCOMPARE(m_config->content(), QByteArray(R"({"version": "1.0.0", "other": true})"));
+    QVERIFY(!m_history->exists());
+}
+
+void TestUpdater::progressMeasuresTime()
+{
+    CUpdater updater;
+    const QSignalSpy progress(&updater, &CUpdater::upgradeProcess);
+    const auto tick = [&updater] {
+        QTimerEvent event(12345); // whatever timer it was
+        QCoreApplication::sendEvent(&updater, &event);
+    };
+    float expected = 0;
+    for (int i = 1; i <= 18; ++i) {
+        tick();
+        expected = static_cast<float>(expected + 0.05);
+        QCOMPARE(progress.count(), i);
+        QCOMPARE(progress.last()[0].toFloat(), expected);
+    }
+    QVERIFY(progress.last()[0].toFloat() >= 0.9F);
+    QVERIFY(progress.last()[0].toFloat() < 0.91F);
+    for (int i = 0; i < 3; ++i)
+        tick();
+    QCOMPARE(progress.count(), 18);
+}
+
+void TestUpdater::timerGoesOnAfterAFailure()
+{
+    CUpdater updater;
+    QSignalSpy progress(&updater, &CUpdater::upgradeProcess);
+    updater.upgrade();
+    QTRY_VERIFY(updateTrace(*m_log).contains("> 解压失败"));
+    progress.clear();
+    QVERIFY(progress.wait(20000));
+    QVERIFY(progress.first()[0].toFloat() >= 0.05F);
+}
+
+void TestUpdater::secondUpgradeStartsTheBarAnew()
+{
+    CUpdater updater;
+    const QSignalSpy progress(&updater, &CUpdater::upgradeProcess);
+    QTimerEvent event(1);
+    for (int i = 0; i < 18; ++i)
+        QCoreApplication::sendEvent(&updater, &event);
+    updater.upgrade();
+    QCoreApplication::sendEvent(&updater, &event);
+    QCOMPARE(progress.last()[0].toFloat(), 0.05F);
+    QTRY_VERIFY(updateTrace(*m_log).contains("> 解压失败"));
+}
+
+void TestUpdater::updaterMayGoWhileItUnpacks()
+{
+    std::make_unique<CUpdater>()->upgrade();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    QCOMPARE(updateTrace(*m_log), QStringList{"> 解压中"});
+}
+
+QTEST_GUILESS_MAIN(TestUpdater)
+#include "test_updater.moc"

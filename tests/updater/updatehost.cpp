@@ -1,0 +1,113 @@
+//! \file
+//! \brief A host in small, which a test puts into a directory of its own and lets update itself.
+//!
+//! updatehost STEP [URL TOKEN PRODUCT]: the step is "version", "check", "download", "upgrade" or "cover". A
+//! step before "cover" leads on to the next by itself: a newer release is downloaded, a complete download is
+//! unpacked. Every signal and every log line goes to the standard output as it comes, together with what the
+//! records of the installation hold at that moment.
+
+#include "updater/updater.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSettings>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+QString inAppDir(const char* name)
+{
+    return QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(name);
+}
+
+QJsonObject jsonOf(const char* name)
+{
+    QFile file(inAppDir(name));
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+}
+
+QString records()
+{
+    const QSettings settings(QSettings::NativeFormat, QSettings::UserScope,
+                             QCoreApplication::organizationName(), QCoreApplication::applicationName());
+    return QStringLiteral("settings=%1 config=%2 history=%3 state=%4 batch=%5")
+        .arg(settings.value("version").toString(), jsonOf("updateConfig.json").value("version").toString())
+        .arg(QFile::exists(inAppDir("NelvoUpdateLog.txt")))
+        .arg(jsonOf("NelvoUpdateState.dat").value("updateState").toInt())
+        .arg(QFile::exists(inAppDir("cover.bat")));
+}
+
+void say(const QString& event)
+{
+    std::printf("%s\t%s\n", qUtf8Printable(event), qUtf8Printable(records()));
+    std::fflush(stdout);
+}
+
+void sayMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    say(QStringLiteral("log %1 %2").arg(type).arg(text));
+}
+
+void saySignals(CUpdater& updater)
+{
+    QObject::connect(&updater, &CUpdater::needUpdate,
+                     [](bool need) { say(QStringLiteral("needUpdate %1").arg(need)); });
+    QObject::connect(&updater, &CUpdater::readyUpdateInfo, [](const QString& info) { say("info " + info); });
+    QObject::connect(&updater, &CUpdater::downloadStarted, [] { say("downloadStarted"); });
+    QObject::connect(&updater, &CUpdater::downloadFinished, [] { say("downloadFinished"); });
+    QObject::connect(&updater, &CUpdater::upgradeStart, [] { say("upgradeStart"); });
+    QObject::connect(&updater, &CUpdater::upgradeProcess,
+                     [](float percent) { say(QStringLiteral("upgradeProcess %1").arg(percent)); });
+    QObject::connect(&updater, &CUpdater::upgradeEnd, [] { say("upgradeEnd"); });
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QCoreApplication app(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("NelvoTests"));
+    QCoreApplication::setApplicationName(QStringLiteral("updatehost"));
+    qInstallMessageHandler(sayMessage);
+
+    CUpdater updater;
+    saySignals(updater);
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString step = arguments.value(1);
+    const auto start = [&] {
+        if (arguments.size() == 5)
+            updater.checkVersion(arguments[2], arguments[3], arguments[4]);
+        if (step == "version" || step == "check")
+            QCoreApplication::quit();
+        else if (step == "download")
+            updater.download();
+        else if (step == "upgrade")
+            updater.upgrade();
+        else if (step == "cover")
+            QMetaObject::invokeMethod(&updater, "doCover");
+    };
+    QObject::connect(&updater, &CUpdater::downloadFinished, &updater, &CUpdater::upgrade);
+
+    // How long the page can show the end, and whether it gets to.
+    QElapsedTimer sinceTheEnd;
+    int ticks = 0;
+    QTimer ticker;
+    QObject::connect(&ticker, &QTimer::timeout, [&ticks] { ++ticks; });
+    QObject::connect(&updater, &CUpdater::upgradeEnd, [&] {
+        ticks = 0;
+        sinceTheEnd.start();
+    });
+    ticker.start(50);
+
+    QTimer::singleShot(0, start);
+    const int code = QCoreApplication::exec();
+    if (sinceTheEnd.isValid())
+        say(QStringLiteral("shown %1 %2").arg(sinceTheEnd.elapsed()).arg(ticks));
+    say("left with " + updater.localVersion());
+    return code;
+}

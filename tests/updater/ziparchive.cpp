@@ -1,0 +1,92 @@
+#include "tests/updater/ziparchive.h"
+
+#include <quazip/quacrc32.h>
+
+#include <QtEndian>
+
+namespace {
+
+void append16(QByteArray& bytes, int value)
+{
+    const quint16 little = qToLittleEndian(static_cast<quint16>(value));
+    bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
+}
+
+void append32(QByteArray& bytes, quint32 value)
+{
+    const quint32 little = qToLittleEndian(value);
+    bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
+}
+
+//! What zlib makes of the data, without its own frame and the length that Qt puts in front.
+QByteArray deflate(const QByteArray& data, int level = -1)
+{
+    constexpr int HeadSize = 4 + 2;
+    constexpr int TailSize = 4;
+    const QByteArray framed = qCompress(data, level);
+    return framed.mid(HeadSize, framed.size() - HeadSize - TailSize);
+}
+
+//! A first block that is right, and a second of a kind that there isn't. Level 0 makes blocks of plain data,
+//! which tell their length.
+QByteArray deflateWithDamage(const QByteArray& data)
+{
+    constexpr int BlockHeadSize = 5;
+    QByteArray packed = deflate(data, 0);
+    const int second = BlockHeadSize + qFromLittleEndian<quint16>(packed.constData() + 1);
+    if (second >= packed.size())
+        qFatal("the data doesn't fill two blocks");
+    packed[second] = 7;
+    return packed;
+}
+
+QByteArray pack(const ZipArchive::Entry& entry)
+{
+    if (entry.damage == ZipArchive::Entry::Damage::Data)
+        return deflateWithDamage(entry.data);
+    return entry.deflated ? deflate(entry.data) : entry.data;
+}
+
+} // namespace
+
+void ZipArchive::add(const Entry& entry)
+{
+    using Damage = Entry::Damage;
+    const QByteArray packed = pack(entry);
+    quint32 checksum = QuaCrc32().calculate(entry.data);
+    if (entry.damage == Damage::Checksum)
+        ++checksum;
+
+    // From the version that it takes to unpack it to the length of the further fields: the same in both
+    // places.
+    QByteArray fields;
+    append16(fields, 20);
+    append16(fields, entry.utf8 ? 0x800 : 0);
+    append16(fields, entry.deflated ? 8 : 0);
+    append32(fields, 0);
+    append32(fields, checksum);
+    append32(fields, static_cast<quint32>(packed.size()));
+    append32(fields, static_cast<quint32>(entry.data.size()));
+    append16(fields, entry.name.size());
+    append16(fields, 0);
+
+    m_directory.append("PK\x01\x02\x14", 5).append('\0').append(fields).append(QByteArray(10, '\0'));
+    append32(m_directory, static_cast<quint32>(m_content.size()));
+    m_directory.append(entry.name);
+
+    m_content.append(entry.damage == Damage::LocalHeader ? "XX\x03\x04" : "PK\x03\x04", 4);
+    m_content.append(fields).append(entry.name).append(packed);
+    ++m_entries;
+}
+
+QByteArray ZipArchive::bytes() const
+{
+    QByteArray end("PK\x05\x06");
+    append32(end, 0);
+    append16(end, m_entries);
+    append16(end, m_entries);
+    append32(end, static_cast<quint32>(m_directory.size()));
+    append32(end, static_cast<quint32>(m_content.size()));
+    append16(end, 0);
+    return m_content + m_directory + end;
+}

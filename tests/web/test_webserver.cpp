@@ -1,0 +1,436 @@
+#include "web/webserver.h"
+
+#include "tests/support/messagelog.h"
+#include "web/cookiesjar.h"
+#include "web/webclient.h"
+
+#include <services/services.h>
+
+#include <QElapsedTimer>
+#include <QJsonObject>
+#include <QNetworkCookie>
+#include <QNetworkReply>
+#include <QTimer>
+#include <QUrl>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(NelvoDevkit::Fault)
+
+using NelvoDevkit::CannedReply;
+using NelvoDevkit::Fault;
+using NelvoDevkit::LoggedRequest;
+using TestSupport::MessageLog;
+
+namespace {
+
+constexpr int ample = 60000; // no test waits that long
+const QString path = QStringLiteral("/v1.0/service/sys/productVersion/findLatest");
+
+const QByteArray release = R"({"code":200,"data":{"pVersion":"1.0.1"},"message":"ok"})";
+
+QJsonObject message(const QString& text)
+{
+    return {{QStringLiteral("message"), text}};
+}
+
+} // namespace
+
+class TestWebServer : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void hasNoSignalsSlotsOrProperties();
+    void serverAddressIsStoredAsItIs();
+
+    void asksForTheLatestRelease();
+    void sendsItsOneHeaderAndTheNetworksOwn();
+    void sharesNoCookies();
+    void bodyIsSentAsJson();
+    void argumentsAreFilledInAsTheyAre_data();
+    void argumentsAreFilledInAsTheyAre();
+    void addressIsPlainConcatenation();
+
+    void answerIsHandedOut();
+    void codeAndDataDecide_data();
+    void codeAndDataDecide();
+    void bodyThatIsNoObjectIsAnUnknownFailure_data();
+    void bodyThatIsNoObjectIsAnUnknownFailure();
+    void networkFailureIsTold_data();
+    void networkFailureIsTold();
+    void redirectIsNotFollowed();
+    void refusedSchemeIsAFailure();
+
+    void timeIsUp();
+    void finishingInTheLastPassIsTooLate();
+    void lateReplyIsEndedByItsDeletion();
+    void replyIsReleased();
+    void filledReplyGetsNoMessage();
+    void eventsRunDuringACall();
+    void aCallInsideACallEndsFirst();
+    void nothingIsLogged();
+
+private:
+    bool findLatest(QJsonObject& reply, int timeoutMs = ample);
+    LoggedRequest onlyRequest() const;
+    void answerWith(const CannedReply& reply) { m_services.setReply("POST", path, reply); }
+    int repliesAlive() const { return m_server->manager.findChildren<QNetworkReply*>().size(); }
+
+    NelvoDevkit::Services m_services;
+    QString m_url;
+    std::unique_ptr<CWebServer> m_server;
+};
+
+void TestWebServer::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+    m_url = m_services.editorUrl();
+}
+
+void TestWebServer::init()
+{
+    m_services.clearFaults();
+    m_services.clearReplies();
+    m_services.clearRequests();
+    answerWith({200, "application/json", release, {}});
+    m_server = std::make_unique<CWebServer>();
+    m_server->setServerAddress(m_url);
+}
+
+bool TestWebServer::findLatest(QJsonObject& reply, int timeoutMs)
+{
+    return m_server->findLatest(QStringLiteral("token"), QStringLiteral("product"), QStringLiteral("0.0.0"),
+                                {}, reply, timeoutMs);
+}
+
+LoggedRequest TestWebServer::onlyRequest() const
+{
+    const QVector<LoggedRequest> requests = m_services.requests();
+    return requests.size() == 1 ? requests.first() : LoggedRequest{};
+}
+
+void TestWebServer::hasNoSignalsSlotsOrProperties()
+{
+    QCOMPARE(CWebServer::staticMetaObject.className(), "CWebServer");
+    QCOMPARE(CWebServer::staticMetaObject.methodCount(), QObject::staticMetaObject.methodCount());
+    QCOMPARE(CWebServer::staticMetaObject.propertyCount(), QObject::staticMetaObject.propertyCount());
+    QVERIFY(!m_server->manager.parent());
+}
+
+void TestWebServer::serverAddressIsStoredAsItIs()
+{
+    CWebServer server;
+    QVERIFY(server.serverAddress.isEmpty());
+    server.setServerAddress(QStringLiteral("http://a/%1/"));
+    QCOMPARE(server.serverAddress, QStringLiteral("http://a/%1/"));
+    server.setServerAddress(QStringLiteral("b"));
+    QCOMPARE(server.serverAddress, QStringLiteral("b"));
+}
+
+void TestWebServer::asksForTheLatestRelease()
+{
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    const LoggedRequest request = onlyRequest();
+    QCOMPARE(request.method, QByteArray("POST"));
+    QCOMPARE(request.target, QByteArray("/v1.0/service/sys/productVersion/findLatest"
+                                        "?access_token=token&productId=product&productVersion=0.0.0"));
+    QCOMPARE(request.body, QByteArray("{\n}\n"));
+}
+
+void TestWebServer::sendsItsOneHeaderAndTheNetworksOwn()
+{
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    QByteArrayList lines;
+    for (const LoggedRequest::Header& header : onlyRequest().headers)
+        lines.append(header.name + ": " + header.value);
+    QCOMPARE(lines,
+             (QByteArrayList{"Host: " + QUrl(m_url).authority().toLatin1(), "Content-type: application/json",
+                             "Content-Length: 4", "Connection: Keep-Alive", "Accept-Encoding: gzip, deflate",
+                             "Accept-Language: en,*", "User-Agent: Mozilla/5.0"}));
+}
+
+void TestWebServer::sharesNoCookies()
+{
+    QNetworkCookie cookie("shared", "1");
+    cookie.setDomain(QStringLiteral("127.0.0.1"));
+    cookie.setPath(QStringLiteral("/"));
+    sharedCookieJar()->setAllCookies({cookie});
+    answerWith({200, "application/json", release, {{"Set-Cookie", "update=1; Path=/"}}});
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    QVERIFY(onlyRequest().header("Cookie").isNull());
+    QCOMPARE(sharedCookieJar()->allCookies(), QList<QNetworkCookie>{cookie});
+}
+
+void TestWebServer::bodyIsSentAsJson()
+{
+    QJsonObject reply;
+    QVERIFY(m_server->postJson({{QStringLiteral("name"), QStringLiteral("\u5317\u4eac")}}, reply,
+                               QUrl(m_url + path), ample));
+    QCOMPARE(onlyRequest().body, QByteArray("{\n    \"name\": \"\xE5\x8C\x97\xE4\xBA\xAC\"\n}\n"));
+    QCOMPARE(onlyRequest().target, path.toLatin1());
+}
+
+void TestWebServer::argumentsAreFilledInAsTheyAre_data()
+{
+    QTest::addColumn<QString>("token");
+    QTest::addColumn<QString>("productId");
+    QTest::addColumn<QString>("version");
+    QTest::addColumn<QByteArray>("query");
+
+    const auto row = [](const char* name, const char* token, const char* product, const char* version,
+                        const QByteArray& query) {
+        QTest::newRow(name) << QString::fromUtf8(token) << QString::fromUtf8(product)
+                            << QString::fromUtf8(version) << query;
+    };
+    row("plain", "t", "p", "0.0.0", "access_token=t&productId=p&productVersion=0.0.0");
+    row("empty", "", "", "", "access_token=&productId=&productVersion=");
+    row("with separators", "a&b=c", "d+e", "1", "access_token=a&b=c&productId=d+e&productVersion=1");
+    row("already encoded", "a%20b", "p", "1", "access_token=a%20b&productId=p&productVersion=1");
+    row("blank", "a b", "p", "1", "access_token=a%20b&productId=p&productVersion=1");
+    row("chinese", "\xE5\x8C\x97", "p", "1", "access_token=%E5%8C%97&productId=p&productVersion=1");
+    row("like a placeholder", "%2x", "%3x", "v", "access_token=%252x&productId=%253x&productVersion=v");
+}
+
+void TestWebServer::argumentsAreFilledInAsTheyAre()
+{
+    QFETCH(QString, token);
+    QFETCH(QString, productId);
+    QFETCH(QString, version);
+    QFETCH(QByteArray, query);
+    QJsonObject reply;
+    QVERIFY(m_server->findLatest(token, productId, version, {}, reply, ample));
+    QCOMPARE(onlyRequest().target, path.toLatin1() + '?' + query);
+}
+
+void TestWebServer::addressIsPlainConcatenation()
+{
+    m_services.setReply("POST", QStringLiteral("/proxy") + path, {200, "application/json", release, {}});
+    m_server->setServerAddress(m_url + QStringLiteral("/proxy"));
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    QVERIFY(onlyRequest().target.startsWith("/proxy/v1.0/service/"));
+}
+
+void TestWebServer::answerIsHandedOut()
+{
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    QCOMPARE(reply, QJsonDocument::fromJson(release).object());
+}
+
+void TestWebServer::codeAndDataDecide_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<bool>("success");
+
+    QTest::newRow("200") << QByteArray(R"({"code":200,"data":{}})") << true;
+    QTest::newRow("200 in another spelling") << QByteArray(R"({"code":2e2,"data":{}})") << true;
+    QTest::newRow("data null") << QByteArray(R"({"code":200,"data":null})") << true;
+    QTest::newRow("data a text") << QByteArray(R"({"code":200,"data":"x"})") << true;
+    QTest::newRow("a text for the code") << QByteArray(R"({"code":"200","data":{}})") << false;
+    QTest::newRow("a fraction") << QByteArray(R"({"code":200.5,"data":{}})") << false;
+    QTest::newRow("another code") << QByteArray(R"({"code":201,"data":{}})") << false;
+    QTest::newRow("code 0") << QByteArray(R"({"code":0,"data":{}})") << false;
+    QTest::newRow("no data") << QByteArray(R"({"code":200})") << false;
+    QTest::newRow("no code") << QByteArray(R"({"data":{}})") << false;
+    QTest::newRow("neither") << QByteArray(R"({"other":1})") << false;
+}
+
+void TestWebServer::codeAndDataDecide()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(bool, success);
+    answerWith({200, "application/json", body, {}});
+    QJsonObject reply;
+    QCOMPARE(findLatest(reply), success);
+    QCOMPARE(reply, QJsonDocument::fromJson(body).object()); // without a message of our own
+}
+
+void TestWebServer::bodyThatIsNoObjectIsAnUnknownFailure_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("empty body") << QByteArray();
+    QTest::newRow("no JSON") << QByteArray("<html/>");
+    QTest::newRow("cut JSON") << release.chopped(1);
+    QTest::newRow("array") << QByteArray("[200]");
+    QTest::newRow("empty object") << QByteArray("{}");
+}
+
+void TestWebServer::bodyThatIsNoObjectIsAnUnknownFailure()
+{
+    QFETCH(QByteArray, body);
+    answerWith({200, "application/json", body, {}});
+    QJsonObject reply;
+    QVERIFY(!findLatest(reply));
+    QCOMPARE(reply, message(QStringLiteral("unknown fatal")));
+}
+
+void TestWebServer::networkFailureIsTold_data()
+{
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("text");
+
+    const QString replied =
+        QStringLiteral("Error transferring %1%2?access_token=token&productId=product&productVersion=0.0.0"
+                       " - server replied: ")
+            .arg(m_url, path);
+    QTest::newRow("refuse") << Fault::Refuse << 0 << QStringLiteral("Connection refused");
+    QTest::newRow("reset") << Fault::Reset << 0 << QStringLiteral("Connection closed");
+    QTest::newRow("401") << Fault::Status << 401 << QStringLiteral("Host requires authentication");
+    QTest::newRow("404") << Fault::Status << 404 << replied + QStringLiteral("Not Found");
+    QTest::newRow("500") << Fault::Status << 500 << replied + QStringLiteral("Internal Server Error");
+}
+
+void TestWebServer::networkFailureIsTold()
+{
+    QFETCH(Fault, fault);
+    QFETCH(int, value);
+    QFETCH(QString, text);
+    m_services.addFault({fault, path, {}, value, false});
+    QJsonObject reply;
+    QVERIFY(!findLatest(reply));
+    QCOMPARE(reply, message(text));
+
+    // The body of a failure is not looked at.
+    if (fault == Fault::Status) {
+        m_services.clearFaults();
+        answerWith({value, "application/json", release, {}});
+        QJsonObject other;
+        QVERIFY(!findLatest(other));
+        QCOMPARE(other, message(text));
+    }
+}
+
+void TestWebServer::redirectIsNotFollowed()
+{
+    const auto elsewhere = QStringLiteral("/elsewhere");
+    m_services.setReply("POST", elsewhere, {200, "application/json", release, {}});
+    m_services.setReply("GET", elsewhere, {200, "application/json", release, {}});
+    answerWith({302, "text/plain", {}, {{"Location", elsewhere.toLatin1()}}});
+    QJsonObject reply;
+    QVERIFY(!findLatest(reply));
+    QCOMPARE(reply, message(QStringLiteral("unknown fatal")));
+    const QVector<LoggedRequest> requests = m_services.requests();
+    for (const LoggedRequest& request : requests)
+        QCOMPARE(request.path(), path.toLatin1());
+}
+
+void TestWebServer::refusedSchemeIsAFailure()
+{
+    QJsonObject reply;
+    QVERIFY(!m_server->postJson({}, reply, QUrl(QStringLiteral("nowhere://host")), ample));
+    QCOMPARE(reply, message(QStringLiteral("Protocol \"nowhere\" is unknown")));
+    CWebServer withoutAddress;
+    QJsonObject other;
+    QVERIFY(!withoutAddress.findLatest({}, {}, {}, {}, other, ample));
+    QCOMPARE(other, message(QStringLiteral("Protocol \"\" is unknown")));
+}
+
+void TestWebServer::timeIsUp()
+{
+    m_services.addFault({Fault::Stall, path, {}, 0, false});
+    QJsonObject reply;
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!findLatest(reply, 100));
+    QVERIFY(timer.elapsed() >= 100);
+    QCOMPARE(reply, message(QStringLiteral("request timeout")));
+}
+
+//! A scheme that nobody knows fails in the first pass, in which no time at all is up as well.
+void TestWebServer::finishingInTheLastPassIsTooLate()
+{
+    int finished = 0;
+    connect(&m_server->manager, &QNetworkAccessManager::finished, this, [&finished] { ++finished; });
+    QJsonObject reply;
+    QVERIFY(!m_server->postJson({}, reply, QUrl(QStringLiteral("nowhere://host")), 0));
+    QCOMPARE(finished, 1);
+    QCOMPARE(reply, message(QStringLiteral("request timeout")));
+}
+
+void TestWebServer::lateReplyIsEndedByItsDeletion()
+{
+    m_services.addFault({Fault::Stall, path, {}, 0, false});
+    int finished = 0;
+    connect(&m_server->manager, &QNetworkAccessManager::finished, this, [&finished] { ++finished; });
+    QJsonObject reply;
+    QVERIFY(!findLatest(reply, 0));
+    QCOMPARE(repliesAlive(), 1);
+    QVERIFY(m_server->manager.findChild<QNetworkReply*>()->isRunning()); // it is not aborted
+    QTRY_COMPARE(repliesAlive(), 0);
+    QCOMPARE(finished, 0);
+}
+
+void TestWebServer::replyIsReleased()
+{
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    QTRY_COMPARE(repliesAlive(), 0);
+}
+
+void TestWebServer::filledReplyGetsNoMessage()
+{
+    m_services.addFault({Fault::Status, path, {}, 500, false});
+    const QJsonObject before{{QStringLiteral("old"), 1}};
+    QJsonObject reply = before;
+    QVERIFY(!findLatest(reply));
+    QCOMPARE(reply, before);
+}
+
+void TestWebServer::eventsRunDuringACall()
+{
+    m_services.addFault({Fault::Stall, path, {}, 0, false});
+    int ticks = 0;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, this, [this, &ticks] {
+        if (++ticks == 3)
+            m_services.clearFaults();
+    });
+    timer.start(1);
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    QVERIFY(ticks >= 3);
+}
+
+void TestWebServer::aCallInsideACallEndsFirst()
+{
+    const auto inner = QStringLiteral("/inner");
+    m_services.setReply("POST", inner, {200, "application/json", release, {}});
+    m_services.addFault({Fault::Stall, path, {}, 0, false});
+    QStringList ended;
+    QTimer::singleShot(0, this, [&] {
+        QJsonObject reply;
+        QVERIFY(m_server->postJson({}, reply, QUrl(m_url + inner), ample));
+        ended.append(QStringLiteral("inner"));
+        m_services.clearFaults();
+    });
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    ended.append(QStringLiteral("outer"));
+    QCOMPARE(ended, (QStringList{QStringLiteral("inner"), QStringLiteral("outer")}));
+}
+
+void TestWebServer::nothingIsLogged()
+{
+    MessageLog log;
+    QJsonObject reply;
+    QVERIFY(findLatest(reply));
+    for (const Fault fault : {Fault::Reset, Fault::NotJson}) {
+        m_services.addFault({fault, path, {}, 0, false});
+        reply = {};
+        QVERIFY(!findLatest(reply));
+        m_services.clearFaults();
+    }
+    QVERIFY(log.entries().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestWebServer)
+#include "test_webserver.moc"

@@ -1,0 +1,313 @@
+#include "updater/updater.h"
+
+#include "tasks/threadpool.h"
+#include "updater/unzippackage.h"
+#include "updater/updatehelper.h"
+#include "updater/updatekeys.h"
+#include "updater/updatestatefile.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDebug>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPointer>
+#include <QProcess>
+#include <QSettings>
+#include <QTimer>
+#include <QUrl>
+
+namespace {
+
+constexpr int CheckTimeoutMs = 30000;
+constexpr quint32 MaxRetries = 3;
+constexpr int TickMs = 1000;
+constexpr int CoverDelayMs = 2000;
+
+//! "发现新版本 " in GBK, the code page of the systems that this runs on.
+constexpr auto NewVersionText = "\xB7\xA2\xCF\xD6\xD0\xC2\xB0\xE6\xB1\xBE ";
+
+//! The line breaks are LF CR, which is meant.
+const auto LogEntry = QStringLiteral("\n\r版本:%1\n\r更新时间:%2\n\r更新说明:\n\r");
+
+QString appDir()
+{
+    return QFileInfo(QCoreApplication::applicationFilePath()).absolutePath();
+}
+
+QString configFilePath()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/updateConfig.json");
+}
+
+//! The user's settings of the host.
+class HostSettings final : public QSettings
+{
+public:
+    HostSettings()
+        : QSettings(QSettings::NativeFormat, QSettings::UserScope, QCoreApplication::organizationName(),
+                    QCoreApplication::applicationName())
+    {}
+};
+
+bool startBatchFile(const QString& path)
+{
+    // The path is the whole command, unquoted. One with a blank in it falls apart and starts nothing.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    return QProcess::startDetached(path);
+    QT_WARNING_POP
+}
+
+} // namespace
+
+CUpdater::CUpdater(QObject* parent)
+    : QObject(parent)
+    , m_updateDir(appDir() + QStringLiteral("/NelvoUpdate"))
+    , m_unCompressDir(appDir() + QStringLiteral("/NelvoUnCompress"))
+    , m_logFilePath(appDir() + QStringLiteral("/NelvoUpdateLog.txt"))
+    , m_stateFilePath(appDir() + QStringLiteral("/NelvoUpdateState.dat"))
+{
+    connect(&m_downloader, &CDownloader::downloadError, this, &CUpdater::processDownloadError);
+    connect(&m_downloader, &CDownloader::downloadFinished, this, &CUpdater::processDownloadFinished);
+    connect(&m_downloader, &CDownloader::downloadStarted, this, &CUpdater::downloadStarted);
+    connect(&m_downloader, &CDownloader::downloadProgress, this, &CUpdater::downloadProgress);
+    readLocalVersion();
+}
+
+CUpdater::~CUpdater() = default;
+
+QString CUpdater::localVersion() const
+{
+    return m_localVersion.toString();
+}
+
+QString CUpdater::latestVersion() const
+{
+    return m_latestVersion;
+}
+
+QString CUpdater::changeLog() const
+{
+    return m_changeLog;
+}
+
+void CUpdater::readLocalVersion()
+{
+    QString version;
+    QJsonObject config;
+    if (readJsonObject(configFilePath(), config)) {
+        version = config.value(UpdateKeys::Version).toString();
+    } else {
+        const HostSettings settings;
+        if (!settings.contains(UpdateKeys::Version))
+            return;
+        version = settings.value(UpdateKeys::Version).toString();
+    }
+    m_localVersion = QVersionNumber::fromString(version);
+    Q_EMIT localVersionChanged();
+}
+
+bool CUpdater::saveLocalVersion() const
+{
+    QJsonObject config;
+    if (!readJsonObject(configFilePath(), config))
+        return false;
+    config.insert(UpdateKeys::Version, localVersion());
+    return writeFileBytes(configFilePath(), QJsonDocument(config).toJson());
+}
+
+void CUpdater::appendUpdateLog()
+{
+    QFile file(m_logFilePath);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append))
+        return;
+    const QString date = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd_hh-mm-ss"));
+    file.write(LogEntry.arg(m_latestVersion, date).toUtf8());
+    file.write(m_changeLog.toUtf8());
+}
+
+void CUpdater::reportInfo(const QString& text, const char* file, int line)
+{
+    qInfo().noquote() << file << line << text;
+    Q_EMIT readyUpdateInfo(text);
+}
+
+void CUpdater::checkVersion(QString url, QString token, QString productId)
+{
+    m_webServer.setServerAddress(url);
+    QJsonObject reply;
+    if (!m_webServer.findLatest(token, productId, QStringLiteral("0.0.0"), {}, reply, CheckTimeoutMs)) {
+        m_updateAvailable = false;
+        Q_EMIT needUpdate(false);
+        return;
+    }
+
+    const QJsonObject release = reply.value(UpdateKeys::Data).toObject();
+    m_latestVersion = release.value(UpdateKeys::PackageVersion).toString();
+    m_changeLog = release.value(UpdateKeys::Remarks).toString();
+    m_changeLog.replace(QLatin1Char('\n'), QStringLiteral("<br/>"));
+    m_fullMd5 = release.value(UpdateKeys::FullMd5).toString();
+    m_fullSize = release.value(UpdateKeys::FullSize).toInt(0);
+    m_fullPath = release.value(UpdateKeys::FullPath).toString();
+
+    if (QVersionNumber::compare(QVersionNumber::fromString(m_latestVersion), m_localVersion) <= 0) {
+        m_updateAvailable = false;
+        Q_EMIT needUpdate(false);
+        return;
+    }
+    reportInfo(QString::fromLocal8Bit(NewVersionText) + m_latestVersion, __FILE__, __LINE__);
+    Q_EMIT latestVersionChanged();
+    Q_EMIT changeLogChanged();
+    Q_EMIT needUpdate(true);
+    m_updateAvailable = true;
+}
+
+void CUpdater::download()
+{
+    UpdateStateFile stateFile(m_stateFilePath);
+    m_retryCount = 0;
+    m_packagePath = m_updateDir + QLatin1Char('/') + QUrl(m_fullPath).fileName(QUrl::FullyDecoded);
+
+    const bool sameRelease =
+        stateFile.json.value(UpdateKeys::FullMd5).toString().toLower() == m_fullMd5.toLower();
+    if (sameRelease && stateFile.state() == UpdateState::Downloaded) {
+        Q_EMIT m_downloader.downloadFinished(m_packagePath);
+        return;
+    }
+    prepareTarget(sameRelease && stateFile.state() == UpdateState::Downloading);
+
+    stateFile.setState(UpdateState::Downloading);
+    stateFile.json.insert(UpdateKeys::FullMd5, m_fullMd5);
+    stateFile.json.insert(UpdateKeys::Remarks, m_changeLog);
+    stateFile.json.insert(UpdateKeys::PackageVersion, m_latestVersion);
+    stateFile.write();
+
+    QString errorString;
+    if (!startTransfer(errorString))
+        reportInfo(errorString, __FILE__, __LINE__);
+}
+
+void CUpdater::prepareTarget(bool continued) const
+{
+    // A file of the full size whose download didn't end well can't be trusted.
+    const qint64 size = QFileInfo(m_packagePath).size();
+    const bool partial = size == 0 || size < m_fullSize;
+    if (!continued || !partial)
+        QFile::remove(m_packagePath);
+}
+
+bool CUpdater::startTransfer(QString& errorString)
+{
+    return m_downloader.download(m_fullPath, m_packagePath, m_fullSize, errorString, true);
+}
+
+void CUpdater::retry()
+{
+    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("重试");
+    ++m_retryCount;
+    QFile::remove(m_packagePath);
+    QString ignored;
+    startTransfer(ignored);
+}
+
+void CUpdater::processDownloadFinished(QString filePath)
+{
+    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("下载完成，校验MD5");
+    if (checkMd5(m_packagePath, m_fullMd5)) {
+        UpdateStateFile stateFile(m_stateFilePath);
+        stateFile.setState(UpdateState::Downloaded);
+        qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("校验通过");
+        Q_EMIT downloadFinished(filePath);
+        return;
+    }
+    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("校验失败");
+    if (m_retryCount < MaxRetries)
+        retry();
+}
+
+void CUpdater::processDownloadError(QString filePath, QString errorString)
+{
+    Q_UNUSED(filePath)
+    reportInfo(QStringLiteral("下载失败") + errorString, __FILE__, __LINE__);
+    if (m_retryCount < MaxRetries) {
+        retry();
+        return;
+    }
+    UpdateStateFile stateFile(m_stateFilePath);
+    stateFile.setState(UpdateState::Idle);
+}
+
+void CUpdater::upgrade()
+{
+    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("解压中");
+    Q_EMIT upgradeStart();
+    m_timerId = startTimer(TickMs, Qt::CoarseTimer);
+    m_upgradePercent = 0;
+    VCIM::ThreadPool::instance()->start(
+        [package = m_packagePath, directory = m_unCompressDir] { return unzipPackage(package, directory); },
+        [self = QPointer<CUpdater>(this)](bool success) {
+            if (self)
+                self->onUnpacked(success);
+        });
+}
+
+void CUpdater::onUnpacked(bool success)
+{
+    if (!success) {
+        qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("解压失败");
+        return;
+    }
+    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("解压完成,开始升级");
+    doCover();
+}
+
+void CUpdater::timerEvent(QTimerEvent* /*event*/)
+{
+    if (m_upgradePercent >= 0.9F)
+        return;
+    m_upgradePercent = static_cast<float>(m_upgradePercent + 0.05);
+    Q_EMIT upgradeProcess(m_upgradePercent);
+}
+
+void CUpdater::doCover()
+{
+    const QString batchFile = appDir() + QStringLiteral("/cover.bat");
+    UpdateStateFile stateFile(m_stateFilePath);
+
+    // What was installed is what the state file names, whatever the last check found.
+    m_localVersion = QVersionNumber::fromString(stateFile.json.value(UpdateKeys::PackageVersion).toString());
+    m_changeLog = stateFile.json.value(UpdateKeys::Remarks).toString();
+    HostSettings().setValue(UpdateKeys::Version, localVersion());
+    saveLocalVersion();
+    appendUpdateLog();
+
+    stateFile.json.insert(UpdateKeys::PackageVersion, m_latestVersion);
+    stateFile.setState(UpdateState::Idle);
+    stateFile.write();
+    stateFile.saved = true;
+
+    reportInfo(QStringLiteral("稍后将自动重启,请等待"), __FILE__, __LINE__);
+    killTimer(m_timerId);
+    m_upgradePercent = 1;
+    Q_EMIT upgradeProcess(m_upgradePercent);
+    Q_EMIT upgradeEnd();
+    waitForThePage();
+
+    QByteArray batch;
+    readFileBytes(QStringLiteral(":/NelvoPlugin/Login/cover.bat"), batch);
+    writeFileBytes(batchFile, batch);
+    startBatchFile(batchFile);
+    QCoreApplication::quit();
+}
+
+//! Long enough for the full bar and the message to be seen.
+void CUpdater::waitForThePage()
+{
+    QEventLoop loop;
+    QTimer::singleShot(CoverDelayMs, this, [&loop] { loop.quit(); });
+    loop.exec();
+}

@@ -1,0 +1,118 @@
+#include "web/downloader.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QNetworkAccessManager>
+#include <QNetworkRequest>
+#include <QUrl>
+
+namespace {
+
+//! How far the network may run ahead of the disk.
+constexpr int readBufferSize = 1024 * 1024;
+
+QNetworkRequest requestFor(const QString& url)
+{
+    QNetworkRequest request(QUrl(url, QUrl::TolerantMode));
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    request.setAttribute(QNetworkRequest::FollowRedirectsAttribute, true);
+    QT_WARNING_POP
+    return request;
+}
+
+} // namespace
+
+CDownloader::CDownloader(QNetworkAccessManager* manager, QObject* parent)
+    : QObject(parent), m_manager(manager)
+{}
+
+CDownloader::~CDownloader()
+{
+    delete m_reply;
+}
+
+bool CDownloader::download(const QString& url, const QString& filePath, qint64 bytesTotal,
+                           QString& errorString, bool resume)
+{
+    if (m_reply != nullptr) {
+        errorString = QStringLiteral("download already exist: %1").arg(filePath);
+        return false;
+    }
+    Q_EMIT downloadStarted(filePath, bytesTotal);
+
+    const QFileInfo target(filePath);
+    m_bytesReceived = target.size();
+    m_filePath = filePath;
+    m_bytesTotal = bytesTotal;
+    QDir().mkpath(target.absolutePath());
+
+    QNetworkRequest request = requestFor(url);
+    m_replyBytesReceived = 0;
+    if (resume)
+        request.setRawHeader("Range", QStringLiteral("bytes=%1-").arg(m_bytesReceived).toLatin1());
+    m_reply = m_manager->get(request);
+    m_reply->setReadBufferSize(readBufferSize);
+
+    connect(
+        m_reply, &QObject::destroyed, this, [this] { m_reply = nullptr; }, Qt::DirectConnection);
+    connect(m_reply, &QNetworkReply::finished, this, &CDownloader::onFinished);
+    connect(m_reply, &QNetworkReply::readyRead, this, &CDownloader::onReadyRead);
+    connect(m_reply, &QNetworkReply::downloadProgress, this, &CDownloader::onDownloadProgress);
+    connect(m_reply, &QNetworkReply::errorOccurred, this, &CDownloader::onError);
+    return true;
+}
+
+//! The file is closed after each chunk: what is on disk is complete up to there, which resuming rests on.
+void CDownloader::onReadyRead()
+{
+    QFile file(m_filePath);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+        // Nobody takes the data now, and the transfer goes on to its end all the same.
+        m_reply->setReadBufferSize(0);
+        return;
+    }
+    file.write(m_reply->readAll());
+}
+
+void CDownloader::onFinished()
+{
+    reportEnd();
+    delete m_reply;
+    m_reply = nullptr;
+}
+
+//! The total of the reply is ignored, which is meant: resumed, it is that of the rest only.
+void CDownloader::onDownloadProgress(qint64 bytesReceived, qint64 /*bytesTotal*/)
+{
+    m_bytesReceived += bytesReceived - m_replyBytesReceived;
+    m_replyBytesReceived = bytesReceived;
+    Q_EMIT downloadProgress(m_filePath, m_bytesReceived, m_bytesTotal);
+}
+
+//! Qt goes on using a reply, in abort too, after it has told of the error or the end. So the reply lives on
+//! until the event loop runs again, though it is nothing to this object any more.
+void CDownloader::onError(QNetworkReply::NetworkError /*error*/)
+{
+    Q_EMIT downloadError(m_filePath, m_reply->errorString());
+    if (m_reply == nullptr) // A slot that pumped events has seen the end.
+        return;
+    disconnect(m_reply, &QNetworkReply::finished, this, &CDownloader::onFinished);
+    connect(m_reply, &QNetworkReply::finished, this, &CDownloader::reportEnd);
+    m_reply->abort();
+    disconnect(m_reply, nullptr, this, nullptr);
+    m_reply->deleteLater();
+    m_reply = nullptr;
+}
+
+void CDownloader::reportEnd()
+{
+    qWarning() << "request finished with code"
+               << m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (m_reply->error() != QNetworkReply::NoError)
+        Q_EMIT downloadError(m_filePath, m_reply->errorString());
+    else
+        Q_EMIT downloadFinished(m_filePath);
+}
