@@ -53,4 +53,11 @@ NelvoSDK::IMessageMgr* CBimPlugin::GetMessageMgr()
     return m_messageMgr.get();
 }
 
+void CBimPlugin::releaseManagers()
+{
+    m_pdsMgr.reset();
+    m_projectInfoMgr.reset();
+    m_loginMgr.reset();
+}
+
 } // namespace NelvoPlugin

@@ -26,6 +26,9 @@ public:
     NelvoSDK::IPdsMgr* GetPdsMgr() override;
     NelvoSDK::IMessageMgr* GetMessageMgr() override;
 
+    //! Releases all but the message manager, in the order of the destructor.
+    void releaseManagers();
+
 private:
     std::unique_ptr<NelvoSDK::ILoginMgr> m_loginMgr;
     std::unique_ptr<NelvoSDK::IProjectInfoMgr> m_projectInfoMgr;

@@ -33,7 +33,7 @@ public:
     //! Deletes the login, project and PDS managers; the message manager stays usable until the process
     //! ends. Requires an Initialize before it, and may not be called twice for one. Not from within an
     //! observer's call, and not while a sign-in waits for a service: what waits would come back to objects
-    //! that are gone. Always true.
+    //! that are gone. Without it the managers go with the QGuiApplication. Always true.
     virtual bool Shutdown() = 0;
     //! Does nothing; keeps its place in the interface.
     virtual void ReservedHook() = 0;
