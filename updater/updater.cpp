@@ -71,10 +71,6 @@ CUpdater::CUpdater(QObject* parent)
     , m_logFilePath(appDir() + QStringLiteral("/NelvoUpdateLog.txt"))
     , m_stateFilePath(appDir() + QStringLiteral("/NelvoUpdateState.dat"))
 {
-    connect(&m_downloader, &CDownloader::downloadError, this, &CUpdater::processDownloadError);
-    connect(&m_downloader, &CDownloader::downloadFinished, this, &CUpdater::processDownloadFinished);
-    connect(&m_downloader, &CDownloader::downloadStarted, this, &CUpdater::downloadStarted);
-    connect(&m_downloader, &CDownloader::downloadProgress, this, &CUpdater::downloadProgress);
     readLocalVersion();
 }
 
@@ -166,8 +162,20 @@ void CUpdater::checkVersion(QString url, QString token, QString productId)
     m_updateAvailable = true;
 }
 
+void CUpdater::makeDownloader()
+{
+    m_downloadManager.emplace();
+    m_downloader.emplace(&*m_downloadManager);
+    connect(&*m_downloader, &CDownloader::downloadError, this, &CUpdater::processDownloadError);
+    connect(&*m_downloader, &CDownloader::downloadFinished, this, &CUpdater::processDownloadFinished);
+    connect(&*m_downloader, &CDownloader::downloadStarted, this, &CUpdater::downloadStarted);
+    connect(&*m_downloader, &CDownloader::downloadProgress, this, &CUpdater::downloadProgress);
+}
+
 void CUpdater::download()
 {
+    if (!m_downloader)
+        makeDownloader();
     UpdateStateFile stateFile(m_stateFilePath);
     m_retryCount = 0;
     m_packagePath = m_updateDir + QLatin1Char('/') + QUrl(m_fullPath).fileName(QUrl::FullyDecoded);
@@ -175,7 +183,7 @@ void CUpdater::download()
     const bool sameRelease =
         stateFile.json.value(UpdateKeys::FullMd5).toString().toLower() == m_fullMd5.toLower();
     if (sameRelease && stateFile.state() == UpdateState::Downloaded) {
-        Q_EMIT m_downloader.downloadFinished(m_packagePath);
+        Q_EMIT m_downloader->downloadFinished(m_packagePath);
         return;
     }
     prepareTarget(sameRelease && stateFile.state() == UpdateState::Downloading);
@@ -202,7 +210,7 @@ void CUpdater::prepareTarget(bool continued) const
 
 bool CUpdater::startTransfer(QString& errorString)
 {
-    return m_downloader.download(m_fullPath, m_packagePath, m_fullSize, errorString, true);
+    return m_downloader->download(m_fullPath, m_packagePath, m_fullSize, errorString, true);
 }
 
 void CUpdater::retry()

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QVersionNumber>
 
+#include <optional>
+
 //! \brief Replaces the installation with a newer release, in stages that the pages start one at a time.
 //!
 //! checkVersion asks the update service, download brings the package and verifies it, upgrade unpacks it
@@ -81,6 +83,7 @@ private:
     void appendUpdateLog();
     //! What reaches both the log and the page.
     void reportInfo(const QString& text, const char* file, int line);
+    void makeDownloader();
     //! Makes room for the download: a file that can't be continued goes.
     void prepareTarget(bool continued) const;
     bool startTransfer(QString& errorString);
@@ -107,8 +110,9 @@ private:
     //! Retries of the running download, of either kind.
     quint32 m_retryCount = 0;
     CWebServer m_webServer;
-    QNetworkAccessManager m_downloadManager;
-    CDownloader m_downloader{&m_downloadManager};
+    //! Made with the first download, as the manager of the web server is with its first call.
+    std::optional<QNetworkAccessManager> m_downloadManager;
+    std::optional<CDownloader> m_downloader;
     int m_timerId = 0;
     float m_upgradePercent = 0;
 };

@@ -62,7 +62,9 @@ bool CWebServer::postJson(const QJsonObject& body, QJsonObject& reply, const QUr
 {
     QNetworkRequest request(url);
     request.setRawHeader("Content-type", "application/json");
-    QNetworkReply* networkReply = manager.post(request, QJsonDocument(body).toJson());
+    if (!manager)
+        manager.emplace();
+    QNetworkReply* networkReply = manager->post(request, QJsonDocument(body).toJson());
     const bool inTime = finishes(*networkReply, timeoutMs);
     bool success = false;
     if (inTime && networkReply->error() == QNetworkReply::NoError) {

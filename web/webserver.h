@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 
+#include <optional>
+
 class QJsonObject;
 class QUrl;
 
@@ -34,7 +36,9 @@ public:
     //! answer came within `timeoutMs`, or the network's error text. An empty `reply` is expected.
     bool postJson(const QJsonObject& body, QJsonObject& reply, const QUrl& url, int timeoutMs);
 
-    QNetworkAccessManager manager;
+    //! Made with the first call: one takes Qt several milliseconds, which the login window, whose context
+    //! holds this client from the start, is not to wait for.
+    std::optional<QNetworkAccessManager> manager;
     //! Base address of the update service; empty until a version check sets it.
     QString serverAddress;
 };

@@ -3,7 +3,9 @@
 #include "web/webclient.h"
 #include "web/webserver.h"
 
+#include <QJsonObject>
 #include <QNetworkAccessManager>
+#include <QUrl>
 #include <QtTest>
 
 class TestCookiesJar : public QObject
@@ -59,9 +61,13 @@ void TestCookiesJar::sharedJarBelongsToTheSharedManager()
 void TestCookiesJar::webServerHasAManagerOfItsOwn()
 {
     CWebServer server;
-    QVERIFY(&server.manager != sharedNetworkManager());
-    QVERIFY(server.manager.cookieJar() != sharedCookieJar());
     QVERIFY(server.serverAddress.isEmpty());
+    QJsonObject reply;
+    server.postJson({}, reply, QUrl(QStringLiteral("http://127.0.0.1:9")), 10000);
+    QVERIFY(server.manager);
+    QVERIFY(&*server.manager != sharedNetworkManager());
+    QVERIFY(server.manager->cookieJar() != sharedCookieJar());
+    QVERIFY(!server.manager->parent());
 }
 
 QTEST_GUILESS_MAIN(TestCookiesJar)

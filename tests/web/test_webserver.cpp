@@ -77,7 +77,7 @@ private:
     bool findLatest(QJsonObject& reply, int timeoutMs = ample);
     LoggedRequest onlyRequest() const;
     void answerWith(const CannedReply& reply) { m_services.setReply("POST", path, reply); }
-    int repliesAlive() const { return m_server->manager.findChildren<QNetworkReply*>().size(); }
+    int repliesAlive() const { return m_server->manager->findChildren<QNetworkReply*>().size(); }
 
     NelvoDevkit::Services m_services;
     QString m_url;
@@ -118,7 +118,6 @@ void TestWebServer::hasNoSignalsSlotsOrProperties()
     QCOMPARE(CWebServer::staticMetaObject.className(), "CWebServer");
     QCOMPARE(CWebServer::staticMetaObject.methodCount(), QObject::staticMetaObject.methodCount());
     QCOMPARE(CWebServer::staticMetaObject.propertyCount(), QObject::staticMetaObject.propertyCount());
-    QVERIFY(!m_server->manager.parent());
 }
 
 void TestWebServer::serverAddressIsStoredAsItIs()
@@ -349,7 +348,8 @@ void TestWebServer::timeIsUp()
 void TestWebServer::finishingInTheLastPassIsTooLate()
 {
     int finished = 0;
-    connect(&m_server->manager, &QNetworkAccessManager::finished, this, [&finished] { ++finished; });
+    connect(&m_server->manager.emplace(), &QNetworkAccessManager::finished, this,
+            [&finished] { ++finished; });
     QJsonObject reply;
     QVERIFY(!m_server->postJson({}, reply, QUrl(QStringLiteral("nowhere://host")), 0));
     QCOMPARE(finished, 1);
@@ -360,11 +360,12 @@ void TestWebServer::lateReplyIsEndedByItsDeletion()
 {
     m_services.addFault({Fault::Stall, path, {}, 0, false});
     int finished = 0;
-    connect(&m_server->manager, &QNetworkAccessManager::finished, this, [&finished] { ++finished; });
+    connect(&m_server->manager.emplace(), &QNetworkAccessManager::finished, this,
+            [&finished] { ++finished; });
     QJsonObject reply;
     QVERIFY(!findLatest(reply, 0));
     QCOMPARE(repliesAlive(), 1);
-    QVERIFY(m_server->manager.findChild<QNetworkReply*>()->isRunning()); // it is not aborted
+    QVERIFY(m_server->manager->findChild<QNetworkReply*>()->isRunning()); // it is not aborted
     QTRY_COMPARE(repliesAlive(), 0);
     QCOMPARE(finished, 0);
 }
