@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QJsonObject>
+#include <QLoggingCategory>
 #include <QVariant>
 
 namespace NelvoPlugin {
@@ -50,7 +51,9 @@ void CBimProjWorker::fetch(const Source& source)
         Q_EMIT sigSyncBimProjList({}, false);
         return;
     }
-    qDebug() << answer;
+    // To write out a large answer that nobody reads would take longer than the rest.
+    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+        qDebug() << answer;
 
     QJsonArray records;
     const QJsonArray rows = answer.value(QLatin1String("data")).toArray();
