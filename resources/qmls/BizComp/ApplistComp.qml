@@ -125,20 +125,7 @@ Item {
             snapMode: ListView.SnapToItem
             model: applistComp.appList
 
-            ScrollBar.vertical: ScrollBar {
-                width: 4
-                padding: 0
-                visible: size < 1.0
-                contentItem: Rectangle {
-                    implicitWidth: 4
-                    radius: 2
-                    color: "#ffffff"
-                    opacity: 0.2
-                }
-                background: Rectangle {
-                    color: "#535353"
-                }
-            }
+            ScrollBar.vertical: SlimScrollBar {}
 
             delegate: Item {
                 id: row

@@ -54,7 +54,7 @@ Rectangle {
     }
 
     // Beside the text and not over it.
-    ScrollBar {
+    SlimScrollBar {
         id: scrollBar
         objectName: "scrollBar"
 
@@ -63,19 +63,6 @@ Rectangle {
             right: parent.right
             rightMargin: 5
             bottom: flickable.bottom
-        }
-        width: 4
-        padding: 0
-        visible: size < 1.0
-        contentItem: Rectangle {
-            implicitWidth: 4
-            radius: 2
-            color: "#ffffff"
-            opacity: 0.2
-        }
-        background: Rectangle {
-            radius: 2
-            color: "#535353"
         }
     }
 }
