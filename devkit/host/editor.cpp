@@ -32,6 +32,8 @@ Editor::Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log, QWebChannel* ch
     m_projects = std::make_unique<ProjectDesk>(m_plugin, m_log);
     m_models = std::make_unique<ModelDesk>(m_plugin, m_log);
     m_component = std::make_unique<ComponentCard>(*m_projects->devices());
+    m_updates = std::make_unique<UpdateDesk>(m_log, *m_projects->queue());
+    connect(m_updates.get(), &UpdateDesk::loginFormNeeded, this, &Editor::signInAgain);
     connect(m_projects.get(), &ProjectDesk::sessionInstalled, m_models.get(), &ModelDesk::readModels);
     logAction(QStringLiteral("plug-in %1 initialized").arg(pluginVersion()));
 }
@@ -40,6 +42,7 @@ Editor::~Editor()
 {
     m_plugin.GetMessageMgr()->Detach(this);
     m_plugin.GetLoginMgr()->GetLoginActor()->Detach(this);
+    m_updates.reset();
     m_component.reset();
     m_models.reset();
     m_projects.reset();

@@ -4,6 +4,7 @@
 #include "host/logmodel.h"
 #include "host/modeldesk.h"
 #include "host/projectdesk.h"
+#include "host/updatedesk.h"
 #include "host/webviews.h"
 
 #include <NelvoSDK/IHostContext.h>
@@ -37,6 +38,7 @@ class Editor : public QObject,
     Q_PROPERTY(NelvoDevkit::ProjectDesk* projects READ projects CONSTANT)
     Q_PROPERTY(NelvoDevkit::ModelDesk* models READ models CONSTANT)
     Q_PROPERTY(NelvoDevkit::ComponentCard* component READ component CONSTANT)
+    Q_PROPERTY(NelvoDevkit::UpdateDesk* updates READ updates CONSTANT)
     Q_PROPERTY(NelvoDevkit::WebViews* webViews READ webViews CONSTANT)
     //! Why this client has been forced offline; empty while it has not, or the user knows.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
@@ -57,6 +59,7 @@ public:
     ProjectDesk* projects() const { return m_projects.get(); }
     ModelDesk* models() const { return m_models.get(); }
     ComponentCard* component() const { return m_component.get(); }
+    UpdateDesk* updates() const { return m_updates.get(); }
     WebViews* webViews() { return &m_webViews; }
     QString notice() const { return m_noticeDismissed ? QString() : m_notice; }
 
@@ -97,6 +100,7 @@ private:
     std::unique_ptr<ProjectDesk> m_projects;
     std::unique_ptr<ModelDesk> m_models;
     std::unique_ptr<ComponentCard> m_component;
+    std::unique_ptr<UpdateDesk> m_updates;
     WebViews m_webViews;
     std::optional<NelvoSDK::LoginSession> m_session;
     //! The last sign-in that brought cookies, while they are good.

@@ -3,15 +3,18 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSslConfiguration>
+#include <QTextCodec>
 
 namespace NelvoDevkit {
 
 namespace {
 
-const QLatin1String CaCertificateKey("caCertificate");
+const auto CaCertificateKey = QStringLiteral("caCertificate");
+const auto CodecKey = QStringLiteral("codec");
 
 std::optional<QJsonObject> readObject(const QString& name, QString* error)
 {
@@ -57,8 +60,17 @@ std::optional<HostSettings> HostSettings::load(const QString& file, QString* err
         return std::nullopt;
 
     HostSettings settings;
+    QString certificateFile;
+    QString codecName;
+    UpdateSource& service = settings.updateService;
+    const QHash<QString, QString*> targets = {{CaCertificateKey, &certificateFile},
+                                              {CodecKey, &codecName},
+                                              {QStringLiteral("updateAddress"), &service.address},
+                                              {QStringLiteral("updateToken"), &service.token},
+                                              {QStringLiteral("updateProduct"), &service.product}};
     for (auto entry = object->begin(); entry != object->end(); ++entry) {
-        if (entry.key() != CaCertificateKey) {
+        QString* const target = targets.value(entry.key());
+        if (!target) {
             *error = QStringLiteral("unknown key \"%1\"").arg(entry.key());
             return std::nullopt;
         }
@@ -66,8 +78,23 @@ std::optional<HostSettings> HostSettings::load(const QString& file, QString* err
             *error = QStringLiteral("\"%1\" is not a text").arg(entry.key());
             return std::nullopt;
         }
-        const QString certificateFile = QFileInfo(file).dir().filePath(entry->toString());
-        const auto certificates = readCertificates(certificateFile, error);
+        *target = entry->toString();
+    }
+
+    if (service.address.isEmpty() != service.token.isEmpty() ||
+        service.address.isEmpty() != service.product.isEmpty()) {
+        *error = QStringLiteral("\"updateAddress\", \"updateToken\" and \"updateProduct\" go together");
+        return std::nullopt;
+    }
+    if (object->contains(CodecKey)) {
+        settings.codec = QTextCodec::codecForName(codecName.toLatin1());
+        if (!settings.codec) {
+            *error = QStringLiteral("there is no codec \"%1\"").arg(codecName);
+            return std::nullopt;
+        }
+    }
+    if (object->contains(CaCertificateKey)) {
+        const auto certificates = readCertificates(QFileInfo(file).dir().filePath(certificateFile), error);
         if (!certificates)
             return std::nullopt;
         settings.caCertificates = *certificates;
@@ -77,6 +104,8 @@ std::optional<HostSettings> HostSettings::load(const QString& file, QString* err
 
 void HostSettings::apply() const
 {
+    if (codec)
+        QTextCodec::setCodecForLocale(codec);
     if (caCertificates.isEmpty())
         return;
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();

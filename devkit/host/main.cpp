@@ -56,17 +56,26 @@ HostOptions readOptions()
     return *options;
 }
 
-void applySettings(const QString& givenFile)
+//! The terminal has its own code page, whatever the host takes for the system's.
+void writeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    std::cerr << qFormatLogMessage(type, context, message).toStdString() << std::endl;
+}
+
+HostSettings applySettings(const QString& givenFile)
 {
     const QString ownFile = QCoreApplication::applicationDirPath() + QStringLiteral("/NelvoEditor.json");
     if (givenFile.isEmpty() && !QFileInfo::exists(ownFile))
-        return;
+        return {};
     const QString file = givenFile.isEmpty() ? ownFile : givenFile;
     QString error;
     const auto settings = HostSettings::load(file, &error);
     if (!settings)
         throw StartFailure(QStringLiteral("settings %1: %2").arg(file, error));
     settings->apply();
+    if (settings->codec)
+        qInstallMessageHandler(writeMessage);
+    return *settings;
 }
 
 void loadModels(LogModel& log)
@@ -102,10 +111,21 @@ void start(Editor& editor)
     QCoreApplication::exit(EXIT_FAILURE);
 }
 
+void checkUpdates(Editor& editor, const QString& when)
+{
+    if (when == CheckAtStart)
+        editor.updates()->check();
+    else if (when == CheckAtSignIn)
+        QObject::connect(&editor, &Editor::sessionChanged, editor.updates(), [&editor] {
+            if (editor.isSignedIn())
+                editor.updates()->check();
+        });
+}
+
 int run()
 {
     const HostOptions options = readOptions();
-    applySettings(options.settingsFile);
+    const HostSettings settings = applySettings(options.settingsFile);
 
     QString error;
     NelvoSDK::INelvoSDKPlugin* const plugin = loadPlugin(QCoreApplication::applicationDirPath(), &error);
@@ -119,9 +139,12 @@ int run()
     WebChannelServer webChannel;
     startWebChannel(webChannel, log);
     Editor editor(*plugin, log, webChannel.channel());
+    editor.updates()->setService(settings.updateService);
 
     qmlRegisterUncreatableType<LogFilter>("NelvoEditor", 1, 0, "LogFilter",
                                           QStringLiteral("the host has one"));
+    qmlRegisterUncreatableType<UpdateDesk>("NelvoEditor", 1, 0, "UpdateDesk",
+                                           QStringLiteral("the host has one"));
     QQmlApplicationEngine engine;
     editor.publish(engine.rootContext());
     engine.setInitialProperties({{QStringLiteral("editor"), QVariant::fromValue(&editor)},
@@ -135,8 +158,9 @@ int run()
 
     QTimer::singleShot(0, &editor, [&] {
         start(editor);
+        checkUpdates(editor, options.updateCheck);
         if (!options.tourDirectory.isEmpty())
-            runTour(options.tourDirectory, options.servicesFile);
+            runTour(options);
         else if (!options.account.isEmpty())
             signInAlone(options.account);
         else if (qEnvironmentVariableIsSet(CommandLineTourVariable))
@@ -153,6 +177,8 @@ int main(int argc, char* argv[])
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     const QGuiApplication application(argc, argv);
+    // The plug-in keeps the installed version in settings of that name.
+    QCoreApplication::setOrganizationName(QStringLiteral("Nelvo"));
     try {
         return run();
     } catch (const StartFailure& failure) {

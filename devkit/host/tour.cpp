@@ -1,24 +1,19 @@
 #include "host/tour.h"
 
 #include "host/bimtour.h"
+#include "host/hostoptions.h"
 #include "host/projecttour.h"
 #include "host/signintour.h"
 #include "host/toursimulator.h"
+#include "host/updatetour.h"
 #include "host/visitor.h"
 
-#include <QCoreApplication>
 #include <QQuickItem>
 #include <QQuickWindow>
-#include <QTimer>
-
-#include <cstdlib>
-#include <iostream>
 
 namespace NelvoDevkit {
 
 namespace {
-
-constexpr int PatienceMs = 30000;
 
 void walk(Visitor& visitor, const QString& servicesFile)
 {
@@ -33,21 +28,14 @@ void walk(Visitor& visitor, const QString& servicesFile)
 
 } // namespace
 
-void runTour(const QString& pictures, const QString& servicesFile)
+void runTour(const HostOptions& options)
 {
-    Visitor visitor(pictures);
-    try {
-        walk(visitor, servicesFile);
-    } catch (const Missed& missed) {
-        std::cout << "MISSED: " << missed.what().toStdString() << std::endl;
-        visitor.pictureMiss();
-        QCoreApplication::exit(EXIT_FAILURE);
-        return;
-    }
-    // Closing the host's window has to be enough.
-    QTimer::singleShot(PatienceMs, QCoreApplication::instance(), [] {
-        std::cout << "MISSED: 41-closing: the process ends with the host's window" << std::endl;
-        QCoreApplication::exit(EXIT_FAILURE);
+    Visitor visitor(options.tourDirectory);
+    visitor.walk([&] {
+        if (options.stations.isEmpty())
+            walk(visitor, options.servicesFile);
+        else
+            UpdateTour(visitor).walk(options.stations);
     });
 }
 

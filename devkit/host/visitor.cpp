@@ -7,8 +7,10 @@
 #include <QQuickWindow>
 #include <QScreen>
 #include <QTest>
+#include <QTimer>
 
 #include <atomic>
+#include <cstdlib>
 #include <iostream>
 
 namespace NelvoDevkit {
@@ -25,6 +27,12 @@ void collect(QQuickItem* item, const QString& name, QList<QQuickItem*>& found)
         found.append(item);
     for (QQuickItem* child : item->childItems())
         collect(child, name, found);
+}
+
+void miss(const QString& what)
+{
+    std::cout << "MISSED: " << what.toStdString() << std::endl;
+    QCoreApplication::exit(EXIT_FAILURE);
 }
 
 } // namespace
@@ -46,6 +54,19 @@ QQuickItem* visibleItem(const QString& name)
 }
 
 Visitor::Visitor(const QString& pictures) : m_pictures(pictures) {}
+
+void Visitor::walk(const std::function<void()>& stations)
+{
+    try {
+        stations();
+    } catch (const Missed& missed) {
+        pictureMiss();
+        miss(missed.what());
+        return;
+    }
+    QTimer::singleShot(PatienceMs, QCoreApplication::instance(),
+                       [last = m_station] { miss(last + QStringLiteral(": the end of the process")); });
+}
 
 void Visitor::arriveAt(const QString& station)
 {

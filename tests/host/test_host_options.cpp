@@ -12,6 +12,8 @@ private Q_SLOTS:
     void nothingGiven();
     void everyOption();
     void account();
+    void updateCheck();
+    void stations();
     void singleArgumentBelongsToThePlugin_data();
     void singleArgumentBelongsToThePlugin();
     void mistakes_data();
@@ -45,6 +47,28 @@ void TestHostOptions::account()
     const auto options = HostOptions::parse({"NelvoEditor", "--sign-in", "lina:lina2024"}, &error);
     QVERIFY2(options, qPrintable(error));
     QCOMPARE(options->account, QStringLiteral("lina:lina2024"));
+}
+
+void TestHostOptions::updateCheck()
+{
+    for (const QString& when : {QStringLiteral("start"), QStringLiteral("sign-in")}) {
+        QString error;
+        const auto options = HostOptions::parse({"NelvoEditor", "--check-update", when}, &error);
+        QVERIFY2(options, qPrintable(error));
+        QCOMPARE(options->updateCheck, when);
+    }
+}
+
+void TestHostOptions::stations()
+{
+    for (const QString& name : {QStringLiteral("interrupted-update"), QStringLiteral("resumed-update"),
+                                QStringLiteral("finished-update")}) {
+        QString error;
+        const auto options = HostOptions::parse(
+            {"NelvoEditor", "--tour", "pictures", "--services", "r.json", "--stations", name}, &error);
+        QVERIFY2(options, qPrintable(error));
+        QCOMPARE(options->stations, name);
+    }
 }
 
 void TestHostOptions::singleArgumentBelongsToThePlugin_data()
@@ -82,6 +106,13 @@ void TestHostOptions::mistakes_data()
     QTest::newRow("tour with an account")
         << QStringList{"--tour", "pictures", "--services", "r.json", "--sign-in", "lina:lina2024"}
         << QStringLiteral("a tour signs in by itself, without '--sign-in'");
+    QTest::newRow("unknown moment") << QStringList{"--check-update", "never"}
+                                    << QStringLiteral("'--check-update' takes 'start' or 'sign-in'");
+    QTest::newRow("stations alone") << QStringList{"--stations", "resumed-update"}
+                                    << QStringLiteral("'--stations' are those of a '--tour'");
+    QTest::newRow("unknown stations")
+        << QStringList{"--tour", "pictures", "--services", "r.json", "--stations", "all"}
+        << QStringLiteral("unknown stations 'all'");
     QTest::newRow("services alone") << QStringList{"--services", "r.json"}
                                     << QStringLiteral("'--tour' and '--services' go together");
 }

@@ -5,6 +5,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QtTest>
 
 using NelvoDevkit::HostSettings;
@@ -20,6 +21,8 @@ private Q_SLOTS:
     void missingFile();
     void missingCertificateFile();
     void certificateIsTrustedAfterApply();
+    void updateService();
+    void codecIsTheSystemsAfterApply();
 };
 
 namespace {
@@ -60,6 +63,10 @@ void TestHostSettings::emptyObjectChangesNothing()
     const auto settings = HostSettings::load(folder.write(QStringLiteral("s.json"), "{}"), &error);
     QVERIFY2(settings, qPrintable(error));
     QVERIFY(settings->caCertificates.isEmpty());
+    QVERIFY(settings->updateService.address.isEmpty());
+    QTextCodec* const before = QTextCodec::codecForLocale();
+    settings->apply();
+    QCOMPARE(QTextCodec::codecForLocale(), before);
 }
 
 void TestHostSettings::mistakes_data()
@@ -75,6 +82,12 @@ void TestHostSettings::mistakes_data()
                              << QStringLiteral("\"caCertificate\" is not a text");
     QTest::newRow("no certificate") << QByteArray(R"({"caCertificate": "s.json"})")
                                     << QStringLiteral("no PEM certificate in");
+    QTest::newRow("part of a service") << QByteArray(R"({"updateAddress": "http://u", "updateToken": "t"})")
+                                       << QStringLiteral("\"updateProduct\" go together");
+    QTest::newRow("token alone") << QByteArray(R"({"updateToken": "t"})") << QStringLiteral("go together");
+    QTest::newRow("unknown codec") << QByteArray(R"({"codec": "morse"})")
+                                   << QStringLiteral("there is no codec \"morse\"");
+    QTest::newRow("empty codec") << QByteArray(R"({"codec": ""})") << QStringLiteral("there is no codec");
 }
 
 void TestHostSettings::mistakes()
@@ -123,6 +136,34 @@ void TestHostSettings::certificateIsTrustedAfterApply()
     QCOMPARE(get(url), QNetworkReply::SslHandshakeFailedError);
     settings->apply();
     QCOMPARE(get(url), QNetworkReply::NoError);
+}
+
+void TestHostSettings::updateService()
+{
+    const Folder folder;
+    QString error;
+    const auto settings = HostSettings::load(
+        folder.write(QStringLiteral("s.json"),
+                     R"({"updateAddress": "http://u", "updateToken": "t", "updateProduct": "p"})"),
+        &error);
+    QVERIFY2(settings, qPrintable(error));
+    QCOMPARE(settings->updateService.address, QStringLiteral("http://u"));
+    QCOMPARE(settings->updateService.token, QStringLiteral("t"));
+    QCOMPARE(settings->updateService.product, QStringLiteral("p"));
+}
+
+void TestHostSettings::codecIsTheSystemsAfterApply()
+{
+    const Folder folder;
+    QString error;
+    const auto settings =
+        HostSettings::load(folder.write(QStringLiteral("s.json"), R"({"codec": "GB18030"})"), &error);
+    QVERIFY2(settings, qPrintable(error));
+    QTextCodec* const before = QTextCodec::codecForLocale();
+    settings->apply();
+    const QByteArray local = QStringLiteral("中").toLocal8Bit();
+    QTextCodec::setCodecForLocale(before);
+    QCOMPARE(local, QByteArray("\xD6\xD0"));
 }
 
 QTEST_GUILESS_MAIN(TestHostSettings)

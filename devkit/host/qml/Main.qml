@@ -129,6 +129,14 @@ ApplicationWindow {
                 onClicked: Qt.openUrlExternally(page)
             }
 
+            BarButton {
+                objectName: "checkUpdateButton"
+                text: "检查更新"
+                hint: "向更新服务查询是否有新版本"
+                enabled: window.editor.updates.canCheck
+                onClicked: window.editor.updates.check()
+            }
+
             Rectangle {
                 Layout.leftMargin: 8
                 Layout.rightMargin: 8
@@ -175,6 +183,12 @@ ApplicationWindow {
             text: window.editor.notice
             onSignInAgain: window.editor.signInAgain()
             onDismissed: window.editor.dismissNotice()
+        }
+
+        UpdateBanner {
+            Layout.fillWidth: true
+            Layout.bottomMargin: 12
+            desk: window.editor.updates
         }
 
         RowLayout {
