@@ -5,6 +5,8 @@
 #include <QUuid>
 #include <QtTest>
 
+#include <algorithm>
+#include <functional>
 #include <type_traits>
 
 using NelvoDevkit::CallerHandshake;
@@ -45,6 +47,7 @@ class TestLoginCmdLineMgr : public QObject
 
 private Q_SLOTS:
     void destructorIsVirtual();
+    void membersStandInTheOrderOfTheArgument();
     void freshOneIsEmpty();
 
     void sixPartsFillTheMembers();
@@ -71,6 +74,15 @@ private Q_SLOTS:
 void TestLoginCmdLineMgr::destructorIsVirtual()
 {
     QVERIFY(std::has_virtual_destructor_v<CLoginCmdLineMgr>);
+}
+
+void TestLoginCmdLineMgr::membersStandInTheOrderOfTheArgument()
+{
+    const CLoginCmdLineMgr manager;
+    const QVector<const void*> members{
+        &manager.m_userName,    &manager.m_password,     &manager.m_serverUrl,   &manager.m_eventName,
+        &manager.m_mappingName, &manager.m_enterpriseId, &manager.m_reservedText};
+    QVERIFY(std::is_sorted(members.begin(), members.end(), std::less<>()));
 }
 
 void TestLoginCmdLineMgr::freshOneIsEmpty()

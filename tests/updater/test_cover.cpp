@@ -4,6 +4,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -162,11 +163,13 @@ private Q_SLOTS:
     void init();
 
     void wholeUpdate();
+    void silentServiceIsNoUpdateAfterThirtySeconds();
     void stateFileNamesWhatWasInstalled();
     void pageSeesTheEndForTwoSeconds();
     void settingsAreCommittedFirst();
     void invalidConfigurationIsLeftAlone();
     void versionIsCommittedBeforeTheState();
+    void stateIsWrittenOnlyOnce();
     void historyGrows();
     void coverGoesOnWithoutAHistory();
     void batchFileIsStarted();
@@ -250,7 +253,8 @@ void TestCover::wholeUpdate()
     QCOMPARE(host.recordsAt("upgradeEnd"), committed);
     QCOMPARE(host.recordsAt("left"), QStringLiteral("settings=1.0.1 config=1.0.1 history=1 state=0 batch=1"));
 
-    QCOMPARE(host.json("updateConfig.json"), (QJsonObject{{"version", "1.0.1"}, {"other", true}}));
+    QCOMPARE(host.content("updateConfig.json"),
+             QByteArray("{\n    \"other\": true,\n    \"version\": \"1.0.1\"\n}\n"));
     QCOMPARE(
         host.json("NelvoUpdateState.dat"),
         (QJsonObject{{"updateState", 0},
@@ -271,6 +275,19 @@ void TestCover::wholeUpdate()
     QCOMPARE(host.content("NelvoUnCompress/qml/Main.qml"), QByteArray("Item {}"));
     // It is for the batch file to drop the package's own.
     QCOMPARE(host.content("NelvoUnCompress/updateConfig.json"), QByteArray(R"({"version": "9.9"})"));
+}
+
+void TestCover::silentServiceIsNoUpdateAfterThirtySeconds()
+{
+    m_services.addFault({NelvoDevkit::Fault::Stall, {}, {}, 0, false});
+    const auto heal = qScopeGuard([this] { m_services.clearFaults(); });
+    Installation host(QStringLiteral(UPDATEHOST));
+    QElapsedTimer sinceTheStart;
+    sinceTheStart.start();
+    QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
+    QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.0"}));
+    QVERIFY2(sinceTheStart.elapsed() >= 30000, qPrintable(QString::number(sinceTheStart.elapsed())));
+    QVERIFY2(sinceTheStart.elapsed() < 45000, qPrintable(QString::number(sinceTheStart.elapsed())));
 }
 
 void TestCover::stateFileNamesWhatWasInstalled()
@@ -345,6 +362,18 @@ void TestCover::versionIsCommittedBeforeTheState()
     QVERIFY(history.open(QIODevice::ReadOnly));
     QTRY_COMPARE_WITH_TIMEOUT(host.json("NelvoUpdateState.dat").value("updateState").toInt(-1), 0, Patience);
     host.kill();
+}
+
+void TestCover::stateIsWrittenOnlyOnce()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    host.writeState(2);
+    host.start({"cover"});
+    QVERIFY(host.reaches(QStringLiteral("upgradeEnd")));
+    QCOMPARE(host.json("NelvoUpdateState.dat").value("updateState").toInt(-1), 0);
+    host.write("NelvoUpdateState.dat", "changed meanwhile");
+    QVERIFY(host.reaches(QStringLiteral("left with 1.0.1")));
+    QCOMPARE(host.content("NelvoUpdateState.dat"), QByteArray("changed meanwhile"));
 }
 
 void TestCover::historyGrows()

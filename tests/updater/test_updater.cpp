@@ -7,6 +7,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMetaMethod>
@@ -132,6 +133,7 @@ private Q_SLOTS:
 
     void downloadBringsThePackage();
     void downloadRecordsTheAttemptFirst();
+    void downloadRecordsTheAttemptOnceMoreAtItsEnd();
     void stateIsWrittenBehindThePage();
     void partialPackageIsContinued();
     void letterCaseOfTheChecksumDoesNotMatter();
@@ -139,7 +141,8 @@ private Q_SLOTS:
     void emptyPackageFileIsContinued();
     void fullSizedPackageInStateOneIsFetchedAgain();
     void sizeBeyond32BitsReadsAsZeroAndNeverContinues();
-    void partialPackageOfAnotherReleaseIsRemoved();
+    void packageOfAnotherReleaseIsRemoved_data();
+    void packageOfAnotherReleaseIsRemoved();
     void partialPackageWithoutAStateIsRemoved();
     void completePackageIsVerifiedWithoutATransfer();
     void damagedCompletePackageIsFetchedAgain();
@@ -159,6 +162,7 @@ private Q_SLOTS:
 
     void failedUnpackIsLoggedOnly();
     void progressMeasuresTime();
+    void progressComesOnceASecond();
     void timerGoesOnAfterAFailure();
     void secondUpgradeStartsTheBarAnew();
     void updaterMayGoWhileItUnpacks();
@@ -642,6 +646,22 @@ void TestUpdater::downloadRecordsTheAttemptFirst()
     QTRY_COMPARE(finished.count(), 1);
 }
 
+void TestUpdater::downloadRecordsTheAttemptOnceMoreAtItsEnd()
+{
+    CUpdater updater;
+    check(updater);
+    QByteArray atTheStart;
+    connect(&updater, &CUpdater::downloadStarted, &updater, [&] {
+        atTheStart = m_state->content();
+        m_state->write("changed meanwhile");
+    });
+    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    updater.download();
+    QVERIFY(!atTheStart.isEmpty());
+    QCOMPARE(m_state->content(), atTheStart);
+    QTRY_COMPARE(finished.count(), 1);
+}
+
 void TestUpdater::stateIsWrittenBehindThePage()
 {
     CUpdater updater;
@@ -749,15 +769,27 @@ void TestUpdater::sizeBeyond32BitsReadsAsZeroAndNeverContinues()
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
 }
 
-void TestUpdater::partialPackageOfAnotherReleaseIsRemoved()
+void TestUpdater::packageOfAnotherReleaseIsRemoved_data()
 {
-    writeState(1, md5Of("an earlier package"));
-    writePackage("an earlier");
+    QTest::addColumn<int>("updateState");
+    QTest::newRow("whose download was interrupted") << 1;
+    QTest::newRow("that was complete") << 2;
+}
+
+void TestUpdater::packageOfAnotherReleaseIsRemoved()
+{
+    QFETCH(const int, updateState);
+    writeState(updateState, md5Of("an earlier package"));
+    writePackage("an earlier package");
     CUpdater updater;
     check(updater);
-    const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
+    m_log->clear();
+    Events events(updater);
     updater.download();
-    QTRY_COMPARE(finished.count(), 1);
+    QVERIFY(!QFile::exists(updatePath()));
+    QCOMPARE(state().value("updateState").toInt(), 1);
+    QTRY_COMPARE(events.all(), (QStringList{"started NelvoEditor.zip 300000", "finished NelvoEditor.zip"}));
+    QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
     QCOMPARE(packageOnDisk(), m_package);
 }
@@ -802,6 +834,8 @@ void TestUpdater::damagedCompletePackageIsFetchedAgain()
     m_log->clear();
     Events events(updater);
     updater.download();
+    // The attempt isn't recorded on this way.
+    QCOMPARE(state(), (QJsonObject{{"updateState", 2}, {"fullMd5", md5Of(m_package)}}));
     // Nothing else is under way here, so this retry does start a transfer.
     QTRY_COMPARE(events.all(), (QStringList{"started NelvoEditor.zip 300000", "finished NelvoEditor.zip"}));
     QCOMPARE(transfers().size(), 1);
@@ -834,6 +868,8 @@ void TestUpdater::fileNameIsTheLastSegmentDecoded_data()
                               << "Nelvo.zip";
     QTest::newRow("encoded") << "/files/%E5%8C%85%20%231.zip"
                              << "包 #1.zip";
+    QTest::newRow("encoded once, and not twice") << "/files/100%25%2541.zip"
+                                                 << "100%%41.zip";
     QTest::newRow("Chinese") << "/files/包.zip"
                              << "包.zip";
 }
@@ -1102,6 +1138,18 @@ void TestUpdater::progressMeasuresTime()
     for (int i = 0; i < 3; ++i)
         tick();
     QCOMPARE(progress.count(), 18);
+}
+
+void TestUpdater::progressComesOnceASecond()
+{
+    CUpdater updater;
+    const QSignalSpy progress(&updater, &CUpdater::upgradeProcess);
+    QElapsedTimer sinceTheStart;
+    sinceTheStart.start();
+    updater.upgrade();
+    QTRY_COMPARE_WITH_TIMEOUT(progress.count(), 2, 15000);
+    // A coarse timer may come a twentieth too early.
+    QVERIFY2(sinceTheStart.elapsed() >= 1800, qPrintable(QString::number(sinceTheStart.elapsed())));
 }
 
 void TestUpdater::timerGoesOnAfterAFailure()

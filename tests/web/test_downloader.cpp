@@ -120,6 +120,7 @@ private Q_SLOTS:
     void firstDownloadWithResumeAsksForEverything();
     void resumeAsksForTheRestAndAppends();
     void withoutResumeTheWholeIsAppendedToo();
+    void addressIsReadTolerantly();
     void redirectIsFollowed();
     void downloadsFollowOneAnother();
 
@@ -369,6 +370,19 @@ void TestDownloader::withoutResumeTheWholeIsAppendedToo()
     QVERIFY(onlyRequest().header("Range").isNull());
     QCOMPARE(contentOf(target()), "old" + m_content);
     QCOMPARE(m_report->received(), packageSize + 3);
+}
+
+void TestDownloader::addressIsReadTolerantly()
+{
+    const auto name = QStringLiteral("a package 包.zip");
+    m_services.addPackage(name, "content");
+    const QString url = m_services.packageUrl(QStringLiteral("x")).chopped(1) + name;
+    QString error;
+    QVERIFY(m_downloader->download(url, target(), 7, error, true));
+    QTRY_VERIFY_WITH_TIMEOUT(m_report->ended(), ample);
+    QCOMPARE(m_report->errors(), QStringList());
+    QVERIFY(onlyRequest().target.endsWith("/a%20package%20%E5%8C%85.zip"));
+    QCOMPARE(contentOf(target()), QByteArray("content"));
 }
 
 void TestDownloader::redirectIsFollowed()
