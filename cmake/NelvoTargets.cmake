@@ -2,6 +2,8 @@
 include_guard()
 include(CheckLinkerFlag)
 
+cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH NELVO_ROOT)
+
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -11,6 +13,11 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTORCC ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(WIN32)
+  # A library has one name there, whichever compiler makes it.
+  set(CMAKE_SHARED_LIBRARY_PREFIX "")
+  set(CMAKE_SHARED_MODULE_PREFIX "")
+endif()
 
 find_program(NELVO_CCACHE ccache)
 if(NELVO_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
@@ -24,23 +31,28 @@ target_compile_definitions(nelvo_options INTERFACE
   QT_NO_CAST_FROM_BYTEARRAY
   QT_NO_CAST_TO_ASCII
   QT_NO_KEYWORDS)
+if(WIN32)
+  target_compile_definitions(nelvo_options INTERFACE NOMINMAX WIN32_LEAN_AND_MEAN UNICODE _UNICODE
+    _WIN32_WINNT=0x0A00)
+endif()
 if(MSVC)
-  target_compile_options(nelvo_options INTERFACE /W4 /WX /utf-8 /permissive-)
+  target_compile_options(nelvo_options INTERFACE
+    /W4 /WX /utf-8 /permissive- /Zc:__cplusplus /bigobj)
 else()
   target_compile_options(nelvo_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror
     # Source locations in log lines are relative to the repository.
-    -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
+    -fmacro-prefix-map=${NELVO_ROOT}/=)
 endif()
 if(NELVO_SANITIZE)
   target_compile_options(nelvo_options INTERFACE -fsanitize=${NELVO_SANITIZE} -fno-omit-frame-pointer
     -fno-sanitize-recover=all)
   target_link_options(nelvo_options INTERFACE -fsanitize=${NELVO_SANITIZE})
   target_sources(nelvo_options INTERFACE
-    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/tests/support/keeplibraries.cpp>)
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${NELVO_ROOT}/tests/support/keeplibraries.cpp>)
   if(NELVO_SANITIZE STREQUAL "thread")
     target_sources(nelvo_options INTERFACE
-      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${PROJECT_SOURCE_DIR}/tests/support/qtorder.cpp>)
+      $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:${NELVO_ROOT}/tests/support/qtorder.cpp>)
   endif()
 endif()
 
@@ -49,9 +61,17 @@ endif()
 function(nelvo_subsystem name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} OBJECT ${ARG_SOURCES})
-  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_include_directories(${name} PUBLIC ${NELVO_ROOT})
   target_compile_definitions(${name} PUBLIC NELVO_PLUGIN_BUILD PRIVATE QT_NO_CAST_FROM_ASCII)
   target_link_libraries(${name} PUBLIC nelvo_options ${ARG_LINK})
+endfunction()
+
+# nelvo_place(directory target ...): where libraries and programs are built to. A generator of several
+# configurations appends none of their names to an expression.
+function(nelvo_place directory)
+  set_target_properties(${ARGN} PROPERTIES
+    LIBRARY_OUTPUT_DIRECTORY $<1:${directory}>
+    RUNTIME_OUTPUT_DIRECTORY $<1:${directory}>)
 endfunction()
 
 # nelvo_test(name [LABELS ...] SOURCES ... LINK ...): a test program and its entry in CTest. Each program
@@ -61,10 +81,15 @@ function(nelvo_test name)
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE nelvo_options Qt5::Test ${ARG_LINK})
   target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${name}.dir)
+  nelvo_place(${CMAKE_CURRENT_BINARY_DIR}/${name}.dir ${name})
   add_test(NAME ${name} COMMAND ${NELVO_TEST_LAUNCHER} $<TARGET_FILE:${name}> ${ARG_ARGUMENTS})
   set_tests_properties(${name} PROPERTIES
     LABELS "${ARG_LABELS}"
     TIMEOUT 300
     ENVIRONMENT "${NELVO_TEST_ENVIRONMENT}")
+  if(WIN32 AND NOT CMAKE_CROSSCOMPILING)
+    # Libraries are found beside the program and on the path only.
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
+      "PATH=path_list_prepend:$<TARGET_FILE_DIR:Qt5::Core>;PATH=path_list_prepend:${NELVO_APP_DIR}")
+  endif()
 endfunction()

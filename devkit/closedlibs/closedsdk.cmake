@@ -1,8 +1,10 @@
 # nelvo_import_closed(name header link): the closed library of that name in NELVO_CLOSED_SDK, as
 # NelvoClosed::<name>; `link` is what its headers need of others.
 function(nelvo_import_closed name header link)
-  find_path(include_dir ${header} PATHS ${NELVO_CLOSED_SDK} PATH_SUFFIXES include NO_CACHE NO_DEFAULT_PATH)
-  find_library(library ${name} PATHS ${NELVO_CLOSED_SDK} PATH_SUFFIXES lib lib64 bin NO_CACHE NO_DEFAULT_PATH)
+  find_path(include_dir ${header} PATHS ${NELVO_CLOSED_SDK} PATH_SUFFIXES include
+    NO_CACHE NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
+  find_library(library ${name} PATHS ${NELVO_CLOSED_SDK} PATH_SUFFIXES lib lib64 bin
+    NO_CACHE NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
   if(NOT include_dir OR NOT library)
     message(FATAL_ERROR "NELVO_CLOSED_SDK, ${NELVO_CLOSED_SDK}, lacks <${header}> or the library ${name}")
   endif()

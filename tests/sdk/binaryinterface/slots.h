@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstddef>
+#include <type_traits>
+#include <utility>
+
+//! Where a call of a virtual operation arrives, as compiled into whoever calls it: calls go to an object
+//! whose virtual table holds recorders only.
+namespace BinaryInterface {
+
+//! That of an operation which is called without a virtual table.
+constexpr std::size_t NoSlot = static_cast<std::size_t>(-1);
+
+//! \brief Places in a virtual table; a destructor has two on some systems.
+struct Slots {
+    std::size_t first = 0;
+    std::size_t last = 0;
+};
+
+namespace Details {
+
+//! Thrown by the slot that an operation's call has reached: whatever the caller waits for is not made.
+struct Reached {
+    std::size_t slot;
+};
+
+//! What the recorders do with their number.
+enum class Recording { Throw, Keep };
+
+//! An object of any interface. Each call of a virtual operation reaches a recorder.
+void* anyObject(Recording recording);
+//! The number that was kept last.
+std::size_t keptSlot();
+
+template <typename Interface>
+Interface* object(Recording recording)
+{
+    // The compiler is not to know what stands behind the pointer.
+    void* volatile any = anyObject(recording);
+    return static_cast<Interface*>(any);
+}
+
+//! Some argument, which nobody looks at.
+template <typename Argument>
+Argument anyArgument()
+{
+    if constexpr (std::is_reference_v<Argument>) {
+        alignas(std::max_align_t) static char storage[sizeof(std::max_align_t)];
+        void* volatile any = storage;
+        return *static_cast<std::remove_reference_t<Argument>*>(any);
+    } else {
+        return Argument();
+    }
+}
+
+//! Whose slot is the first one behind those of the interface.
+template <typename Interface>
+class Next : public Interface
+{
+public:
+    virtual void next() {}
+};
+
+} // namespace Details
+
+template <typename Interface, typename Result, typename... Arguments>
+std::size_t slotOf(Result (Interface::*operation)(Arguments...))
+{
+    try {
+        (Details::object<Interface>(Details::Recording::Throw)->*operation)(
+            Details::anyArgument<Arguments>()...);
+    } catch (const Details::Reached& reached) {
+        return reached.slot;
+    }
+    return NoSlot;
+}
+
+template <typename Interface>
+Slots destructorSlots()
+{
+    static_assert(std::has_virtual_destructor_v<Interface>);
+    auto* const object = Details::object<Interface>(Details::Recording::Keep);
+    object->~Interface();
+    const std::size_t first = Details::keptSlot();
+    delete object;
+    return {first, Details::keptSlot()};
+}
+
+//! How many slots the interface has.
+template <typename Interface>
+std::size_t slotCount()
+{
+    return slotOf(&Details::Next<Interface>::next);
+}
+
+} // namespace BinaryInterface

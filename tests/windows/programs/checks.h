@@ -1,0 +1,54 @@
+#pragma once
+
+#include <exception>
+#include <iostream>
+#include <string>
+
+namespace WindowsTest {
+
+//! \brief What a test program finds. Each check that fails is printed, and makes the program fail.
+class Checks
+{
+public:
+    explicit Checks(std::string program) : m_program(std::move(program)) {}
+
+    //! Runs some cases; an exception ends them.
+    void run(void (*cases)(Checks&))
+    {
+        try {
+            cases(*this);
+        } catch (const std::exception& exception) {
+            that(false, exception.what());
+        }
+    }
+    //! Begins a case; its name is printed in front of what fails in it.
+    void begin(std::string name)
+    {
+        m_case = std::move(name);
+        ++m_cases;
+    }
+    void that(bool holds, const std::string& what)
+    {
+        ++m_checks;
+        if (holds)
+            return;
+        ++m_failures;
+        std::cout << "FAIL: " << m_case << ": " << what << '\n';
+    }
+    //! The status for the program to exit with.
+    int end() const
+    {
+        std::cout << m_program << ": " << m_cases << " cases, " << m_checks << " checks, " << m_failures
+                  << " failed" << std::endl;
+        return m_failures == 0 && m_checks > 0 ? 0 : 1;
+    }
+
+private:
+    std::string m_program;
+    std::string m_case;
+    int m_cases = 0;
+    int m_checks = 0;
+    int m_failures = 0;
+};
+
+} // namespace WindowsTest

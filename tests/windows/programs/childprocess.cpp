@@ -1,0 +1,70 @@
+#include "childprocess.h"
+
+#include <system_error>
+
+namespace WindowsTest {
+
+namespace {
+
+[[noreturn]] void fail(const char* what)
+{
+    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
+}
+
+//! Nothing is read from it, and what is written to it is gone.
+HANDLE nowhere()
+{
+    SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
+    static const HANDLE handle =
+        CreateFileW(L"NUL", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inheritable,
+                    OPEN_EXISTING, 0, nullptr);
+    return handle;
+}
+
+} // namespace
+
+ChildProcess::ChildProcess(std::wstring commandLine, const std::filesystem::path& directory)
+    : m_job(CreateJobObjectW(nullptr, nullptr))
+{
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    startup.dwFlags = STARTF_USESTDHANDLES;
+    startup.hStdInput = startup.hStdOutput = startup.hStdError = nowhere();
+    // It belongs to the job before it starts anything itself.
+    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
+                       directory.c_str(), &startup, &m_process) == FALSE)
+        fail("cannot start a process");
+    if (AssignProcessToJobObject(m_job, m_process.hProcess) == FALSE) {
+        TerminateProcess(m_process.hProcess, 1);
+        fail("cannot put a process into a job");
+    }
+    ResumeThread(m_process.hThread);
+}
+
+ChildProcess::~ChildProcess()
+{
+    kill();
+    CloseHandle(m_process.hThread);
+    CloseHandle(m_process.hProcess);
+    CloseHandle(m_job);
+}
+
+bool ChildProcess::ends(std::chrono::milliseconds patience) const
+{
+    return WaitForSingleObject(m_process.hProcess, static_cast<DWORD>(patience.count())) == WAIT_OBJECT_0;
+}
+
+DWORD ChildProcess::status() const
+{
+    DWORD status = 0;
+    GetExitCodeProcess(m_process.hProcess, &status);
+    return status;
+}
+
+void ChildProcess::kill() const
+{
+    TerminateJobObject(m_job, 1);
+    WaitForSingleObject(m_process.hProcess, INFINITE);
+}
+
+} // namespace WindowsTest
