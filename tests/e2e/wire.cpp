@@ -17,6 +17,8 @@ QByteArray transcript(const NelvoDevkit::LoggedRequest& request, const NelvoDevk
     text += '\n' + request.body;
     text.replace(QUrl(services.signInUrl()).authority().toLatin1(), "SIGN-IN");
     text.replace(QUrl(services.editorUrl()).authority().toLatin1(), "EDITOR");
+    text.replace(QUrl(services.updateUrl()).authority().toLatin1(), "UPDATE");
+    text.replace(QUrl(services.packageUrl()).authority().toLatin1(), "PACKAGES");
 
     QString masked = QString::fromUtf8(text);
     masked.replace(QRegularExpression(QStringLiteral("(JSESSIONID|CASTGC|EDITORSESSION|route)=[^;\n]+")),

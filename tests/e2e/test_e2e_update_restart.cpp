@@ -1,0 +1,318 @@
+#include "tests/updater/installation.h"
+#include "tests/updater/ziparchive.h"
+
+#include <services/services.h>
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QtTest>
+
+#include <algorithm>
+
+using NelvoDevkit::LoggedRequest;
+using NelvoDevkit::PackageDelivery;
+
+namespace {
+
+constexpr int Patience = Installation::Patience;
+
+const auto Product = QStringLiteral("nelvo-editor-test");
+const auto PackageName = QStringLiteral("NelvoEditor.zip");
+const auto Farewell = QStringLiteral("稍后将自动重启,请等待");
+
+//! Without the progress, which comes as time goes by.
+QStringList withoutProgress(QStringList events)
+{
+    events.erase(std::remove_if(events.begin(), events.end(),
+                                [](const QString& event) { return event.startsWith("upgradeProcess 0"); }),
+                 events.end());
+    return events;
+}
+
+//! With the plug-in's address and the lines of its pages left out.
+QStringList withoutPlaces(QStringList events)
+{
+    events.replaceInStrings(QRegularExpression("\\(0x[0-9a-f]+\\)"), QString());
+    events.replaceInStrings(QRegularExpression("\\.qml:\\d+:"), ".qml:");
+    return events;
+}
+
+//! What the page's own call comes to, without the places.
+QString scriptError(const char* page, const char* call)
+{
+    return QStringLiteral("log 1 qrc:/NelvoPlugin/qmls/BizComp/%1.qml: TypeError: Property '%2' of object "
+                          "NelvoPlugin::CLoginActor is not a function")
+        .arg(QLatin1String(page), QLatin1String(call));
+}
+
+//! What a file holds by now.
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+//! A blank splits the path of the batch file, so something that runs here can take its place: what stands
+//! before the blank. Its path.
+QString installStarter(const Installation& host)
+{
+    QString starter = host.root() + QStringLiteral("/with");
+    if (!QFile::copy(QStringLiteral(COVER_SCRIPT), starter) ||
+        !QFile::setPermissions(starter, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        qFatal("cannot install the script");
+    return starter;
+}
+
+} // namespace
+
+//! A whole update through the built library, in a host of its own with a directory of its own; killed and
+//! started again.
+class TestE2eUpdateRestart : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void wholeUpdate();
+    void updateGoesOnOverEveryKill();
+    void killedInTheCoverTheVersionStands();
+    void batchFileStartsOnceTheHostIsDone();
+    void killedBatchFileIsNotContinued();
+
+private:
+    QStringList arguments(const QString& step) const
+    {
+        return {step, m_services.updateUrl(), m_services.updateToken(), Product};
+    }
+    void offer(const ZipArchive& archive);
+    QByteArrayList ranges() const;
+
+    NelvoDevkit::Services m_services;
+    QByteArray m_package;
+};
+
+void TestE2eUpdateRestart::initTestCase()
+{
+    QString error;
+    QVERIFY2(m_services.start(&error), qPrintable(error));
+}
+
+void TestE2eUpdateRestart::init()
+{
+    ZipArchive archive;
+    archive.add("NelvoEditor.exe", QByteArray(200000, 'x'));
+    archive.add("updateConfig.json", R"({"version": "9.9"})");
+    archive.add("qml/Main.qml", "Item {}");
+    offer(archive);
+    m_services.clearRequests();
+}
+
+void TestE2eUpdateRestart::offer(const ZipArchive& archive)
+{
+    m_package = archive.bytes();
+    m_services.addPackage(PackageName, m_package);
+    m_services.setPackageDelivery(PackageName, {});
+    m_services.setRelease(Product, m_services.packageRelease(PackageName, QStringLiteral("1.0.1"),
+                                                             QStringLiteral("first\nsecond")));
+}
+
+QByteArrayList TestE2eUpdateRestart::ranges() const
+{
+    QByteArrayList found;
+    const QVector<LoggedRequest> all = m_services.requests();
+    for (const LoggedRequest& request : all) {
+        if (request.method == "GET")
+            found.append(request.header("Range"));
+    }
+    return found;
+}
+
+void TestE2eUpdateRestart::wholeUpdate()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    QVERIFY(host.run(arguments("update")));
+    const QStringList events = withoutProgress(withoutPlaces(host.events()));
+    const QString package = host.path("NelvoUpdate/NelvoEditor.zip");
+    const QString found = events.filter(QRegularExpression("^info ")).value(0).mid(5);
+    QVERIFY2(found.endsWith("1.0.1"), qPrintable(found));
+    const int from = events.indexOf("log 4 > " + found);
+    const int end = events.indexOf("upgradeEnd");
+    QCOMPARE(events.mid(from, end - from), (QStringList{
+                                               "log 4 > " + found,
+                                               "info " + found,
+                                               "needUpdate 1",
+                                               scriptError("UpdateComp", "download"),
+                                               "log 0 onDownloadStarted " + package,
+                                               "downloadStarted",
+                                               "log 1 request finished with code 206",
+                                               "log 4 > 下载完成，校验MD5",
+                                               "log 4 > 校验通过",
+                                               "log 0 onDownloadFinished " + package,
+                                               "downloadFinished",
+                                               scriptError("DownloadComp", "upgrade"),
+                                               "log 4 > 解压中",
+                                               "upgradeStart",
+                                               "log 4 > 解压完成,开始升级",
+                                               "log 4 > " + Farewell,
+                                               "info " + Farewell,
+                                               "upgradeProcess 1",
+                                               "bar at 1",
+                                           }));
+    QCOMPARE(events.constLast(), QStringLiteral("left with 1.0.1"));
+    QCOMPARE(host.recordsAt("needUpdate"), QStringLiteral("updateComp"));
+    QCOMPARE(host.recordsAt("downloadStarted"), QStringLiteral("downloadComp"));
+    QCOMPARE(host.recordsAt("downloadFinished"), QStringLiteral("downloadComp"));
+    QCOMPARE(host.recordsAt("upgradeStart"), QStringLiteral("coverComp"));
+    QCOMPARE(host.recordsAt("upgradeEnd"), QStringLiteral("coverComp"));
+
+    QCOMPARE(host.json("updateConfig.json"), (QJsonObject{{"version", "1.0.1"}, {"other", true}}));
+    QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
+    const QByteArray md5 = QCryptographicHash::hash(m_package, QCryptographicHash::Md5).toHex();
+    QCOMPARE(host.content("NelvoUpdateState.dat"), "{\n    \"fullMd5\": \"" + md5 +
+                                                       "\",\n"
+                                                       "    \"pVersion\": \"1.0.1\",\n"
+                                                       "    \"remarks\": \"first<br/>second\",\n"
+                                                       "    \"updateState\": 0\n"
+                                                       "}\n");
+    const QRegularExpression history(QStringLiteral("^\n\r版本:1.0.1\n\r更新时间:\\d{4}-\\d\\d-\\d\\d_\\d\\d-"
+                                                    "\\d\\d-\\d\\d\n\r更新说明:\n\rfirst<br/>second$"));
+    const QString written = QString::fromUtf8(host.content("NelvoUpdateLog.txt"));
+    QVERIFY2(history.match(written).hasMatch(), qPrintable(written));
+    QCOMPARE(host.content("cover.bat"), QByteArray("@echo off\r\n"
+                                                   "cd /d %~dp0\r\n"
+                                                   "choice /t 2 /d y /n >nul\r\n"
+                                                   "if exist NelvoUnCompress\\NelvoUpdateLog.txt (\r\n"
+                                                   "    del NelvoUnCompress\\NelvoUpdateLog.txt\r\n"
+                                                   ")\r\n"
+                                                   "if exist NelvoUnCompress\\updateConfig.json (\r\n"
+                                                   "    del NelvoUnCompress\\updateConfig.json\r\n"
+                                                   ")\r\n"
+                                                   "if exist NelvoUnCompress\\NelvoUpdateState.dat (\r\n"
+                                                   "    del NelvoUnCompress\\NelvoUpdateState.dat\r\n"
+                                                   ")\r\n"
+                                                   "xcopy /e /y /i NelvoUnCompress .\r\n"
+                                                   "rd /s /q NelvoUnCompress\r\n"
+                                                   "start ./NelvoEditor.exe\r\n"
+                                                   "del %0"));
+    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_package);
+    QCOMPARE(host.content("NelvoUnCompress/NelvoEditor.exe"), QByteArray(200000, 'x'));
+    QCOMPARE(host.content("NelvoUnCompress/qml/Main.qml"), QByteArray("Item {}"));
+    QCOMPARE(host.content("NelvoUnCompress/updateConfig.json"), QByteArray(R"({"version": "9.9"})"));
+}
+
+//! Killed in the download, behind the checksum, in the unpack and behind the commitment, one after the other.
+void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
+{
+    ZipArchive archive;
+    archive.add("first", QByteArray(200000, '1'));
+    archive.add("../held", "2");
+    archive.add("last", "3");
+    offer(archive);
+    Installation host(QStringLiteral(UPDATEHOST));
+    // A pipe that nobody reads holds the unpack at its second entry.
+    if (!makeFifo(host.path("held")))
+        QSKIP("there are no named pipes here");
+
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    stalled.endAfter = 70000;
+    m_services.setPackageDelivery(PackageName, stalled);
+    host.start(arguments("update"));
+    QTRY_COMPARE_WITH_TIMEOUT(host.content("NelvoUpdate/NelvoEditor.zip").size(), 70000, Patience);
+    host.kill();
+    QCOMPARE(host.state(), 1);
+    QCOMPARE(host.recordsAt("downloadStarted"), QStringLiteral("downloadComp"));
+
+    m_services.setPackageDelivery(PackageName, {});
+    host.start(arguments("download"));
+    QVERIFY(host.reaches("downloadFinished"));
+    QTRY_COMPARE_WITH_TIMEOUT(host.state(), 2, Patience);
+    host.kill();
+    QCOMPARE(ranges(), (QByteArrayList{"bytes=0-", "bytes=70000-"}));
+    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_package);
+
+    host.start(arguments("update"));
+    QTRY_VERIFY_WITH_TIMEOUT(host.exists("NelvoUnCompress/first"), Patience);
+    host.kill();
+    QVERIFY(host.events().contains(QStringLiteral("log 4 > 校验通过")));
+    QVERIFY(!host.events().contains("downloadStarted"));
+    QCOMPARE(host.state(), 2);
+    QVERIFY(!host.exists("NelvoUnCompress/last"));
+    QCOMPARE(host.configVersion(), QStringLiteral("1.0.0"));
+
+    QVERIFY(QFile::remove(host.path("held")));
+    host.write("NelvoUnCompress/left over", "");
+    host.start(arguments("update"));
+    QVERIFY(host.reaches("upgradeEnd"));
+    host.kill();
+    QVERIFY(!host.events().contains("downloadStarted"));
+    QCOMPARE(host.content("NelvoUnCompress/last"), QByteArray("3"));
+    QVERIFY(!host.exists("NelvoUnCompress/left over"));
+    QCOMPARE(host.state(), 0);
+    QCOMPARE(host.configVersion(), QStringLiteral("1.0.1"));
+    QVERIFY(!host.exists("cover.bat"));
+
+    // Committed: the old files are taken for the new release.
+    QVERIFY(host.run(arguments("check")));
+    QVERIFY(host.events().contains("needUpdate 0"));
+    QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
+    QCOMPARE(ranges().size(), 2);
+}
+
+void TestE2eUpdateRestart::killedInTheCoverTheVersionStands()
+{
+    Installation host(QStringLiteral(UPDATEHOST));
+    // A pipe that nobody reads holds the cover at the history.
+    if (!makeFifo(host.path("NelvoUpdateLog.txt")))
+        QSKIP("there are no named pipes here");
+    host.start(arguments("update"));
+    QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
+    host.kill();
+    QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
+    QCOMPARE(host.state(), 2);
+    QVERIFY(!host.exists("cover.bat"));
+
+    QVERIFY(host.run(arguments("check")));
+    QVERIFY(host.events().contains("needUpdate 0"));
+    QCOMPARE(host.state(), 2);
+}
+
+void TestE2eUpdateRestart::batchFileStartsOnceTheHostIsDone()
+{
+    Installation host(QStringLiteral(UPDATEHOST), QStringLiteral("with blank"));
+    const QString starter = installStarter(host);
+    QVERIFY(host.run(arguments("update")));
+    QTRY_VERIFY_WITH_TIMEOUT(!host.exists("NelvoUnCompress"), Patience);
+    QCOMPARE(contentOf(starter + ".started"), QByteArray("blank/cover.bat\n"));
+    QVERIFY(host.content("cover.bat").endsWith("del %0"));
+    QCOMPARE(host.content("NelvoEditor.exe"), QByteArray(200000, 'x'));
+    QCOMPARE(host.content("qml/Main.qml"), QByteArray("Item {}"));
+}
+
+void TestE2eUpdateRestart::killedBatchFileIsNotContinued()
+{
+    Installation host(QStringLiteral(UPDATEHOST), QStringLiteral("with blank"));
+    const QString starter = installStarter(host);
+    if (!makeFifo(host.path("qml.gate")))
+        QSKIP("there are no named pipes here");
+    host.start(arguments("update"));
+    QTRY_COMPARE_WITH_TIMEOUT(contentOf(starter + ".at"), QByteArray("qml\n"), Patience);
+    QVERIFY(host.ends());
+    QCOMPARE(QProcess::execute("kill", {"-KILL", contentOf(starter + ".pid").trimmed()}), 0);
+    QCOMPARE(host.content("NelvoEditor.exe"), QByteArray(200000, 'x'));
+    QVERIFY(!host.exists("qml/Main.qml"));
+
+    m_services.clearRequests();
+    QVERIFY(host.run(arguments("check")));
+    QVERIFY(host.events().contains("needUpdate 0"));
+    QCOMPARE(host.state(), 0);
+    QVERIFY(!host.exists("qml/Main.qml"));
+    QVERIFY(host.exists("NelvoUnCompress/qml/Main.qml"));
+}
+
+QTEST_GUILESS_MAIN(TestE2eUpdateRestart)
+#include "test_e2e_update_restart.moc"

@@ -1,0 +1,134 @@
+//! \file
+//! \brief A host in small that updates itself through the built library, at its login window.
+//!
+//! e2e_updatehost STEP URL TOKEN PRODUCT: the step is "check", "download" or "update" and is the last one
+//! that it takes. It clicks the pages' buttons as a person does and makes the calls that are left to a host.
+//! Every signal and every log line goes to the standard output as it comes, with the page that shows then.
+//! After a check it ends, after a download it waits for its end.
+
+#include "tests/e2e/pluginhost.h"
+#include "tests/e2e/updatepages.h"
+#include "tests/e2e/userinput.h"
+
+#include <NelvoSDK/ILoginMgr.h>
+
+#include <QGuiApplication>
+#include <QTimer>
+#include <QtTest>
+
+#include <cstdio>
+
+namespace {
+
+void say(const QString& event)
+{
+    std::printf("%s\t%s\n", qUtf8Printable(event), qUtf8Printable(E2e::shownPage()));
+    std::fflush(stdout);
+}
+
+void sayMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    say(QStringLiteral("log %1 %2").arg(type).arg(text));
+}
+
+//! \brief Takes the steps, and tells of the updater's signals.
+class Updating : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Updating(const QStringList& arguments) : m_arguments(arguments)
+    {
+        const QObject* updater = E2e::updater();
+        connect(updater, SIGNAL(needUpdate(bool)), SLOT(onNeedUpdate(bool)));
+        connect(updater, SIGNAL(readyUpdateInfo(QString)), SLOT(onInfo(QString)));
+        connect(updater, SIGNAL(downloadStarted(QString, qint64)), SLOT(onDownloadStarted()));
+        connect(updater, SIGNAL(downloadFinished(QString)), SLOT(onDownloadFinished()));
+        connect(updater, SIGNAL(upgradeStart()), SLOT(onUpgradeStart()));
+        connect(updater, SIGNAL(upgradeProcess(float)), SLOT(onUpgradeProcess(float)));
+        connect(updater, SIGNAL(upgradeEnd()), SLOT(onUpgradeEnd()));
+    }
+
+public Q_SLOTS:
+    void start()
+    {
+        E2e::plugin()->GetLoginMgr()->Start();
+        if (!E2e::activate(E2e::loginWindow()))
+            qFatal("the login window doesn't show");
+        E2e::checkVersion(m_arguments.value(2), m_arguments.value(3), m_arguments.value(4));
+        if (step() == "check")
+            QCoreApplication::quit();
+    }
+
+private Q_SLOTS:
+    void onNeedUpdate(bool need)
+    {
+        say(QStringLiteral("needUpdate %1").arg(need));
+        if (need && step() != "check")
+            QTimer::singleShot(0, this, &Updating::download);
+    }
+    void onInfo(const QString& info) { say("info " + info); }
+    void onDownloadStarted() { say("downloadStarted"); }
+    void onDownloadFinished()
+    {
+        say("downloadFinished");
+        if (step() == "update")
+            QTimer::singleShot(0, this, &Updating::upgrade);
+    }
+    void onUpgradeStart() { say("upgradeStart"); }
+    void onUpgradeProcess(float percent)
+    {
+        const QQuickItem* bar = E2e::pagePart("progress");
+        say(QStringLiteral("upgradeProcess %1").arg(percent));
+        if (bar && percent >= 1)
+            say(QStringLiteral("bar at %1").arg(bar->property("value").toDouble()));
+    }
+    void onUpgradeEnd() { say("upgradeEnd"); }
+
+private:
+    QString step() const { return m_arguments.value(1); }
+
+    //! The pages' own calls fail, which is known, so the host makes them in their place.
+    void download()
+    {
+        clickPart(QStringLiteral("upgradeButton"));
+        E2e::callUpdater("download");
+    }
+    void upgrade()
+    {
+        clickPart(QStringLiteral("installButton"));
+        E2e::callUpdater("upgrade");
+    }
+    static void clickPart(const QString& name)
+    {
+        if (!QTest::qWaitFor([&name] { return E2e::pagePart(name) != nullptr; }))
+            qFatal("there is no %s", qUtf8Printable(name));
+        E2e::click(E2e::loginWindow(), E2e::pagePart(name));
+    }
+
+    const QStringList m_arguments;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QGuiApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("NelvoTests"));
+    QCoreApplication::setApplicationName(QStringLiteral("updatehost"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    qInstallMessageHandler(sayMessage);
+
+    E2e::plugin()->Initialize();
+    int code = 0;
+    {
+        Updating updating(QCoreApplication::arguments());
+        QTimer::singleShot(0, &updating, &Updating::start);
+        code = QGuiApplication::exec();
+        say("left with " + E2e::updater()->property("localVersion").toString());
+    }
+    E2e::plugin()->Shutdown();
+    return code;
+}
+
+#include "updatehost.moc"

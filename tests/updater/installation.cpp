@@ -1,0 +1,133 @@
+#include "tests/updater/installation.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QRegularExpression>
+#include <QSettings>
+
+Installation::Installation(const QString& program, const QString& subdirectory)
+    : m_home(m_dir.filePath(subdirectory))
+{
+    if (!m_dir.isValid() || !QDir().mkpath(m_home) || !QFile::copy(program, path("NelvoEditor")))
+        qFatal("cannot install the host");
+    write("updateConfig.json", R"({"version": "1.0.0", "other": true})");
+}
+
+QByteArray Installation::content(const QString& name) const
+{
+    QFile file(path(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QJsonObject Installation::json(const QString& name) const
+{
+    return QJsonDocument::fromJson(content(name)).object();
+}
+
+bool Installation::exists(const QString& name) const
+{
+    return QFileInfo::exists(path(name));
+}
+
+void Installation::write(const QString& name, const QByteArray& content) const
+{
+    QFile file(path(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s", qUtf8Printable(name));
+}
+
+void Installation::writeState(int updateState) const
+{
+    write("NelvoUpdateState.dat", QJsonDocument(QJsonObject{{"updateState", updateState},
+                                                            {"fullMd5", "abc"},
+                                                            {"remarks", "first<br/>second"},
+                                                            {"pVersion", "1.0.1"}})
+                                      .toJson());
+}
+
+void Installation::makeBatchFileStartable() const
+{
+    // Longer than what comes: nothing of it may stay.
+    write("cover.bat", QByteArray(5000, '#'));
+    QFile::setPermissions(path("cover.bat"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+QString Installation::configVersion() const
+{
+    return json("updateConfig.json").value("version").toString();
+}
+
+QString Installation::settingsVersion() const
+{
+    return QSettings(m_dir.filePath("config/NelvoTests/updatehost.conf"), QSettings::IniFormat)
+        .value("version")
+        .toString();
+}
+
+void Installation::start(const QStringList& arguments)
+{
+    m_output.clear();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", m_dir.filePath("config"));
+    m_process.setProcessEnvironment(environment);
+    m_process.setWorkingDirectory(root());
+    m_process.start(path("NelvoEditor"), arguments);
+}
+
+bool Installation::run(const QStringList& arguments)
+{
+    start(arguments);
+    return ends();
+}
+
+bool Installation::ends()
+{
+    const bool ended = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(Patience);
+    m_output += m_process.readAllStandardOutput();
+    return ended && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+}
+
+bool Installation::reaches(const QString& event)
+{
+    while (!events().contains(event)) {
+        if (!m_process.waitForReadyRead(Patience))
+            return false;
+        m_output += m_process.readAllStandardOutput();
+    }
+    return true;
+}
+
+void Installation::kill()
+{
+    m_process.kill();
+    m_process.waitForFinished(Patience);
+    m_output += m_process.readAllStandardOutput();
+}
+
+QString Installation::recordsAt(const QString& event) const
+{
+    const QStringList all = events();
+    for (int i = all.size() - 1; i >= 0; --i) {
+        if (all[i].startsWith(event))
+            return column(1)[i];
+    }
+    return {};
+}
+
+QStringList Installation::column(int index) const
+{
+    const QRegularExpression place(R"( updater/updater\.cpp \d+ )");
+    QStringList texts;
+    QStringList lines = QString::fromUtf8(m_output).split('\n');
+    lines.removeLast(); // not complete yet
+    for (const QString& line : qAsConst(lines))
+        texts.append(line.section('\t', index, index).replace(place, QStringLiteral(" > ")));
+    return texts;
+}
+
+bool makeFifo(const QString& path)
+{
+    return QProcess::execute(QStringLiteral("mkfifo"), {path}) == 0;
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+//! \brief A host in a directory of its own, version 1.0.0, run again and again there.
+//!
+//! The host writes what happens in it to its standard output: a line for each event, which a tab parts from
+//! what the host knows at that moment.
+class Installation
+{
+public:
+    //! Milliseconds to wait for what must come.
+    static constexpr int Patience = 60000;
+
+    //! Installs a copy of the program.
+    explicit Installation(const QString& program, const QString& subdirectory = QStringLiteral("app"));
+
+    QString path(const QString& name) const { return m_home + QLatin1Char('/') + name; }
+    //! The directory that holds the subdirectory and the user's settings.
+    QString root() const { return m_dir.path(); }
+
+    QByteArray content(const QString& name) const;
+    QJsonObject json(const QString& name) const;
+    bool exists(const QString& name) const;
+    void write(const QString& name, const QByteArray& content) const;
+    //! Writes a state file of the release 1.0.1.
+    void writeState(int updateState) const;
+    //! Where it takes a permission to start a file, the one that is there before lends its own to the batch
+    //! file.
+    void makeBatchFileStartable() const;
+    //! What is on record of an update that is under way; -1 if nothing is.
+    int state() const { return json(QStringLiteral("NelvoUpdateState.dat")).value("updateState").toInt(-1); }
+    QString configVersion() const;
+    QString settingsVersion() const;
+
+    void start(const QStringList& arguments);
+    //! Runs it to its end. False if it doesn't end well.
+    bool run(const QStringList& arguments);
+    //! Waits for the end of what was started. False if it doesn't end well.
+    bool ends();
+    //! Waits for such an event.
+    bool reaches(const QString& event);
+    //! Ends it without a word, as a crash does.
+    void kill();
+    bool runs() const { return m_process.state() == QProcess::Running; }
+
+    //! What happened in it, in order.
+    QStringList events() const { return column(0); }
+    //! What it knew at the last event that begins like that.
+    QString recordsAt(const QString& event) const;
+
+private:
+    QStringList column(int index) const;
+
+    QTemporaryDir m_dir;
+    QString m_home;
+    QProcess m_process;
+    QByteArray m_output;
+};
+
+//! Makes a pipe that holds whoever opens it until the other end is opened too. False where there are none.
+bool makeFifo(const QString& path);

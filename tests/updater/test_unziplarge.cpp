@@ -1,0 +1,166 @@
+#include "updater/unzippackage.h"
+
+#include "bench/processmemory.h"
+#include "tasks/threadpool.h"
+
+#include <quazip/quazip.h>
+#include <quazip/quazipfile.h>
+#include <quazip/quazipnewinfo.h>
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QtEndian>
+#include <QtTest>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+
+namespace {
+
+constexpr qint64 MiB = 1 << 20;
+constexpr qint64 GiB = 1 << 30;
+
+//! A mebibyte that is cheap to pack and no other's equal.
+QByteArray piece(qint64 number)
+{
+    QByteArray bytes(static_cast<int>(MiB), 'x');
+    qToLittleEndian(number, bytes.data());
+    return bytes;
+}
+
+bool writeEntry(QuaZip& zip, const QString& name, qint64 size)
+{
+    constexpr int Fast = 1;
+    QuaZipFile entry(&zip);
+    if (!entry.open(QIODevice::WriteOnly, QuaZipNewInfo(name), nullptr, 0, Z_DEFLATED, Fast))
+        return false;
+    for (qint64 i = 0; i < size / MiB; ++i) {
+        if (entry.write(piece(i)) != MiB)
+            return false;
+    }
+    entry.close();
+    return entry.getZipError() == ZIP_OK;
+}
+
+bool writePackage(const QString& path, int entries, qint64 entrySize)
+{
+    QuaZip zip(path);
+    if (!zip.open(QuaZip::mdCreate))
+        return false;
+    for (int i = 0; i < entries; ++i) {
+        if (!writeEntry(zip, QStringLiteral("entry%1").arg(i), entrySize))
+            return false;
+    }
+    zip.close();
+    return zip.getZipError() == ZIP_OK;
+}
+
+bool isWhole(const QString& path, qint64 size)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) || file.size() != size)
+        return false;
+    for (qint64 i = 0; i < size / MiB; ++i) {
+        if (file.read(MiB) != piece(i))
+            return false;
+    }
+    return true;
+}
+
+//! \brief What was seen of an unpacking, done as an update does it: on a thread of the pool.
+struct Unpacking {
+    std::optional<bool> success;
+    qint64 duration = 0;   //!< milliseconds
+    qint64 longestGap = 0; //!< between two events of this thread's timer
+    double growth = 0;     //!< bytes of memory above what was there before
+};
+
+Unpacking unpack(const QString& package, const QString& directory)
+{
+    Unpacking seen;
+    QElapsedTimer sinceTheStart;
+    QElapsedTimer sinceTheTick;
+    double most = 0;
+    QTimer ticker;
+    QObject::connect(&ticker, &QTimer::timeout, [&] {
+        seen.longestGap = std::max(seen.longestGap, sinceTheTick.restart());
+        most = std::max(most, Bench::statusBytes("VmRSS"));
+    });
+    const double before = Bench::statusBytes("VmRSS");
+    sinceTheStart.start();
+    sinceTheTick.start();
+    ticker.start(5);
+    VCIM::ThreadPool::instance()->start([=] { return unzipPackage(package, directory); },
+                                        [&](bool success) {
+                                            seen.duration = sinceTheStart.elapsed();
+                                            seen.success = success;
+                                        });
+    // A limit of its own would leave the task with what is gone by then; the test's own is behind it.
+    while (!seen.success)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    seen.growth = most - before;
+    return seen;
+}
+
+} // namespace
+
+//! A package of one gigabyte, in one entry and in several.
+class TestUnzipLarge : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void oneEntryOfAGibibyte();
+    void memoryFollowsTheEntryAndNotThePackage();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_dir;
+    QString m_package;
+    QString m_dest;
+};
+
+void TestUnzipLarge::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_dir->isValid());
+    m_package = m_dir->filePath(QStringLiteral("package.zip"));
+    m_dest = m_dir->filePath(QStringLiteral("unpacked"));
+}
+
+void TestUnzipLarge::oneEntryOfAGibibyte()
+{
+    QVERIFY(writePackage(m_package, 1, GiB));
+    const Unpacking seen = unpack(m_package, m_dest);
+    QVERIFY(*seen.success);
+    QVERIFY(isWhole(m_dest + "/entry0", GiB));
+    // The window is alive: this thread didn't stand still for any large part of it.
+    QVERIFY2(seen.longestGap < seen.duration / 3,
+             qPrintable(QStringLiteral("%1 ms of %2 ms").arg(seen.longestGap).arg(seen.duration)));
+    // The entry is in memory once; twice for a moment where what grows has to move.
+    QVERIFY2(seen.growth < 2.2 * GiB, qPrintable(QString::number(seen.growth / MiB)));
+    qInfo("%lld ms of %lld ms, %.0f MiB", seen.longestGap, seen.duration, seen.growth / MiB);
+}
+
+void TestUnzipLarge::memoryFollowsTheEntryAndNotThePackage()
+{
+    constexpr int Entries = 32;
+    QVERIFY(writePackage(m_package, Entries, GiB / Entries));
+    const Unpacking seen = unpack(m_package, m_dest);
+    QVERIFY(*seen.success);
+    for (int i = 0; i < Entries; ++i)
+        QVERIFY2(isWhole(m_dest + QStringLiteral("/entry%1").arg(i), GiB / Entries),
+                 qPrintable(QString::number(i)));
+    QVERIFY2(seen.longestGap < seen.duration / 3,
+             qPrintable(QStringLiteral("%1 ms of %2 ms").arg(seen.longestGap).arg(seen.duration)));
+    QVERIFY2(seen.growth < 0.5 * GiB, qPrintable(QString::number(seen.growth / MiB)));
+    qInfo("%lld ms of %lld ms, %.0f MiB", seen.longestGap, seen.duration, seen.growth / MiB);
+}
+
+QTEST_GUILESS_MAIN(TestUnzipLarge)
+#include "test_unziplarge.moc"
