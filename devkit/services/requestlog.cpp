@@ -23,6 +23,18 @@ void RequestLog::append(const LoggedRequest& request)
     m_requests.append(request);
 }
 
+void RequestLog::append(const Exchange& exchange)
+{
+    const std::lock_guard lock(m_mutex);
+    m_exchanges.append(exchange);
+}
+
+QVector<Exchange> RequestLog::exchanges() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_exchanges;
+}
+
 QVector<LoggedRequest> RequestLog::requests() const
 {
     const std::lock_guard lock(m_mutex);
@@ -33,6 +45,7 @@ void RequestLog::clear()
 {
     const std::lock_guard lock(m_mutex);
     m_requests.clear();
+    m_exchanges.clear();
 }
 
 } // namespace NelvoDevkit

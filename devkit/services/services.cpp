@@ -178,7 +178,10 @@ Delivery Services::Private::handle(Port& port, const HttpRequest& request)
     logged.service = port.name;
     log.append(logged);
     const std::optional<FaultBook::Strike> fault = strike(port, request);
-    return fault ? underFault(port, request, *fault) : answer(port, request);
+    Delivery delivery = fault ? underFault(port, request, *fault) : answer(port, request);
+    if (options.keepsReplies)
+        log.append(Exchange{logged, delivery.reply});
+    return delivery;
 }
 
 std::optional<FaultBook::Strike> Services::Private::strike(const Port& port, const HttpRequest& request)
@@ -349,6 +352,11 @@ void Services::clearReplies()
 QVector<LoggedRequest> Services::requests() const
 {
     return d->log.requests();
+}
+
+QVector<Exchange> Services::exchanges() const
+{
+    return d->log.exchanges();
 }
 
 void Services::clearRequests()

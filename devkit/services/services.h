@@ -68,6 +68,12 @@ struct CannedReply {
     QVector<LoggedRequest::Header> headers; //!< further headers, such as Set-Cookie
 };
 
+//! \brief A request and what the service answered.
+struct Exchange {
+    LoggedRequest request;
+    CannedReply reply; //!< without the body where that is made while it goes out, as a package's
+};
+
 //! \brief A scene project as the editor service keeps it.
 struct SceneProject {
     QString id;
@@ -137,6 +143,8 @@ struct ServicesOptions {
     QString seedFile;
     //! The services speak HTTPS with a certificate made at start. The control path always speaks HTTP.
     bool https = false;
+    //! Keeps the answers as well as the requests, for Services::exchanges.
+    bool keepsReplies = false;
 };
 
 //! \brief The simulated services: sign-in, editor, update and package server, each on its own loopback
@@ -178,6 +186,10 @@ public:
     //! Requests to the services so far, in the order in which they were read. The control path's own
     //! are not among them.
     QVector<LoggedRequest> requests() const;
+    //! The same with their answers, in the order in which these were made; none without
+    //! ServicesOptions::keepsReplies. What a fault does to the connection doesn't show.
+    QVector<Exchange> exchanges() const;
+    //! Forgets requests and answers so far.
     void clearRequests();
 
     //! Forgets every session and login ticket, as a restarted server does. Projects and bindings stay.

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <NelvoSDK/INelvoSDKPlugin.h>
+
+#include <QString>
+
+namespace Snippets {
+
+//! The plug-in object of the library in that directory, or null with the reason in `error`.
+NelvoSDK::INelvoSDKPlugin* loadPlugin(const QString& directory, QString& error);
+
+} // namespace Snippets

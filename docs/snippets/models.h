@@ -1,0 +1,46 @@
+#pragma once
+
+#include <NelvoSDK/IPdsMgr.h>
+#include <NelvoSDK/IPdsObserver.h>
+
+#include <QObject>
+#include <QSet>
+#include <QStringList>
+
+namespace Snippets {
+
+//! [models-class]
+class Models : public QObject, private NelvoSDK::IPdsObserver
+{
+    Q_OBJECT
+    //! The dialog's pages read it from `editConext`.
+    Q_PROPERTY(bool isMainProject MEMBER m_isMainProject NOTIFY isMainProjectChanged)
+
+public:
+    Models(NelvoSDK::IPdsMgr& manager, QQmlContext* context, QQuickItem* scene);
+    ~Models() override;
+    Q_DISABLE_COPY(Models)
+
+    //! The dialog's pages call it on `bimControl`: whether the model may be imported.
+    Q_INVOKABLE bool checkBimProjValid(const QString& guid, bool isMainProject);
+
+Q_SIGNALS:
+    void isMainProjectChanged();
+    void importWanted(const QString& guid, const QString& name);
+    void outlineWanted(const QString& guid, bool completionFirst);
+
+private:
+    void OnBimDialogOpened(QQuickItem* /*dialog*/) override {}
+    void OnBimDialogClosed(QQuickItem* /*dialog*/) override {}
+    void OnBimProjListCleared() override {}
+    void OnBimProjListSynced() override {}
+    void OnDownLoadBimProj(const QStringList& guids) override;
+    void OnConvertSimplyMode(const QString& guid, bool completionFirst) override;
+
+    NelvoSDK::IPdsMgr& m_manager;
+    QSet<QString> m_imported;
+    bool m_isMainProject = true;
+};
+//! [models-class]
+
+} // namespace Snippets

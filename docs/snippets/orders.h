@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+
+#include <deque>
+#include <functional>
+
+namespace Snippets {
+
+//! [orders-class]
+//! Does one thing after the other, each from the event loop.
+class Orders : public QObject
+{
+    Q_OBJECT
+
+public:
+    void add(std::function<void()> order);
+
+Q_SIGNALS:
+    void failed(const QString& reason);
+
+private:
+    void doNext();
+
+    std::deque<std::function<void()>> m_orders; // the one at work stays in front
+};
+//! [orders-class]
+
+} // namespace Snippets

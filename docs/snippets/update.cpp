@@ -1,0 +1,60 @@
+#include "docs/snippets/update.h"
+
+#include <QGuiApplication>
+#include <QQmlContext>
+#include <QQuickView>
+
+namespace Snippets {
+
+//! [updater]
+QObject* findUpdater()
+{
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    for (QWindow* window : windows) {
+        const auto* const view = qobject_cast<QQuickView*>(window);
+        if (!view)
+            continue;
+        const QVariant updater = view->rootContext()->contextProperty(QStringLiteral("updater"));
+        if (updater.isValid())
+            return updater.value<QObject*>();
+    }
+    return nullptr;
+}
+//! [updater]
+
+//! [update]
+Update::Update(QObject* updater) : m_updater(updater)
+{
+    // Its class is not in the headers, so the connections go by name.
+    connect(updater, SIGNAL(needUpdate(bool)), this, SLOT(answer(bool)));
+    connect(updater, SIGNAL(downloadProgress(QString, qint64, qint64)), this,
+            SIGNAL(progress(QString, qint64, qint64)));
+    connect(updater, SIGNAL(downloadFinished(QString)), this, SIGNAL(downloaded()));
+    connect(updater, SIGNAL(readyUpdateInfo(QString)), this, SIGNAL(told(QString)));
+}
+
+void Update::check(const QString& url, const QString& token, const QString& productId)
+{
+    QMetaObject::invokeMethod(m_updater, "checkVersion", Q_ARG(QString, url), Q_ARG(QString, token),
+                              Q_ARG(QString, productId));
+}
+
+void Update::answer(bool isNewer)
+{
+    if (isNewer)
+        Q_EMIT offered(m_updater->property("latestVersion").toString(),
+                       m_updater->property("changeLog").toString());
+}
+
+void Update::download()
+{
+    QMetaObject::invokeMethod(m_updater, "download");
+}
+
+void Update::install()
+{
+    QMetaObject::invokeMethod(m_updater, "upgrade");
+}
+//! [update]
+
+} // namespace Snippets

@@ -1,0 +1,143 @@
+#include "tests/docs/exchangetext.h"
+
+#include "tests/docs/foldedjson.h"
+
+#include <services/services.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace Docs {
+
+using NelvoDevkit::CannedReply;
+using NelvoDevkit::Exchange;
+using NelvoDevkit::LoggedRequest;
+using NelvoDevkit::Services;
+
+namespace {
+
+using Header = LoggedRequest::Header;
+
+//! The request line says where it goes, and the other headers are the same in every request but those of the
+//! self-update.
+bool isEverywhere(const Header& header)
+{
+    static const QStringList common{
+        QStringLiteral("User-Agent: VarloSoft User Agent v1.0"),
+        QStringLiteral("Accept: */*"),
+        QStringLiteral("Cache-control: no-cache"),
+        QStringLiteral("Pragma: no-cache"),
+        QStringLiteral("Accept-Encoding: deflate"),
+        QStringLiteral("Connection: Keep-Alive"),
+        QStringLiteral("Accept-Language: en,*"),
+    };
+    return header.name == "Host" || common.contains(QString::fromUtf8(header.name + ": " + header.value));
+}
+
+QString text(const QVector<Header>& headers)
+{
+    QByteArray lines;
+    for (const Header& header : headers)
+        lines += header.name + ": " + header.value + '\n';
+    return QString::fromUtf8(lines);
+}
+
+QString urlOf(const QByteArray& service, const Services& services)
+{
+    if (service == "sign-in")
+        return services.signInUrl();
+    if (service == "editor")
+        return services.editorUrl();
+    return service == "update" ? services.updateUrl() : services.packageUrl();
+}
+
+//! Ends the line of a body that doesn't end its last one.
+QString bodyText(const QString& body)
+{
+    if (body.isEmpty())
+        return {};
+    return QLatin1Char('\n') + body + QString(body.endsWith(QLatin1Char('\n')) ? 0 : 1, QLatin1Char('\n'));
+}
+
+//! The elements of the form page that lead to the values, and those of the page behind it. A row "…" stands
+//! for what is between them.
+QString pageExcerpt(const QString& page)
+{
+    static const QRegularExpression read(QStringLiteral(
+        R"re(<html|<body|id="(container|content|login|fm1|msg)"|btn-row|type="hidden"|</html>)re"));
+    QStringList lines;
+    const QStringList all = page.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString& line : all) {
+        if (read.match(line).hasMatch())
+            lines.append(line);
+        else if (lines.isEmpty() || lines.last() != QStringLiteral("…"))
+            lines.append(QStringLiteral("…"));
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString answerBody(const CannedReply& reply)
+{
+    if (reply.contentType.startsWith("application/json")) {
+        const QJsonDocument document = QJsonDocument::fromJson(reply.body);
+        return foldedJson(document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object()));
+    }
+    if (reply.contentType == "application/octet-stream")
+        return QStringLiteral("(the bytes of the package)");
+    const QString body = QString::fromUtf8(reply.body);
+    return reply.contentType.startsWith("text/html") ? pageExcerpt(body) : body;
+}
+
+QString requestText(const LoggedRequest& request, const QVector<Header>& headers, const Services& services)
+{
+    return QStringLiteral("%1 %2%3\n%4%5")
+        .arg(QString::fromUtf8(request.method), urlOf(request.service, services),
+             QString::fromUtf8(request.target), text(headers), bodyText(QString::fromUtf8(request.body)));
+}
+
+QString answerText(const CannedReply& reply)
+{
+    return QStringLiteral("HTTP/1.1 %1\n%2Content-Type: %3\n%4")
+        .arg(QString::number(reply.status), text(reply.headers), QString::fromUtf8(reply.contentType),
+             bodyText(answerBody(reply)));
+}
+
+QString withoutWhatVaries(QString text, const Services& services)
+{
+    for (const char* service : {"sign-in", "editor", "update", "package"}) {
+        const QString authority = QUrl(urlOf(service, services)).authority();
+        const QString name = QLatin1String(service) + QStringLiteral(".example.org");
+        text.replace(authority, name);
+        text.replace(QString::fromLatin1(QUrl::toPercentEncoding(authority)), name);
+    }
+    static const QRegularExpression cookie(QStringLiteral("(JSESSIONID|CASTGC|EDITORSESSION|route)=[^;\n]+"));
+    static const QRegularExpression ticket(QStringLiteral("LT(-|%2D)(\\d+)(-|%2D)\\w+(-|%2D)cas01"));
+    static const QRegularExpression token(QStringLiteral("iot-(\\d+)-\\w+"));
+    text.replace(cookie, QStringLiteral("\\1=…"));
+    text.replace(ticket, QStringLiteral("LT\\1\\2\\3…\\4cas01"));
+    text.replace(token, QStringLiteral("iot-\\1-…"));
+    return text;
+}
+
+} // namespace
+
+QString requestText(const Exchange& exchange, const Services& services)
+{
+    return withoutWhatVaries(requestText(exchange.request, exchange.request.headers, services), services);
+}
+
+QString exchangeText(const Exchange& exchange, const Services& services)
+{
+    QVector<Header> own = exchange.request.headers;
+    own.erase(std::remove_if(own.begin(), own.end(), isEverywhere), own.end());
+    return withoutWhatVaries(requestText(exchange.request, own, services) + QLatin1Char('\n') +
+                                 answerText(exchange.reply),
+                             services);
+}
+
+} // namespace Docs

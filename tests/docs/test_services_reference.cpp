@@ -1,0 +1,291 @@
+#include "tests/docs/exchangetext.h"
+#include "tests/docs/page.h"
+#include "tests/e2e/pluginhost.h"
+#include "tests/support/messagelog.h"
+
+#include <services/services.h>
+
+#include <NelvoSDK/IPdsMgr.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QQmlContext>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <algorithm>
+
+using NelvoDevkit::Exchange;
+
+namespace {
+
+const auto Kind = QStringLiteral("recorded");
+const auto User = QStringLiteral("zhangwei");
+constexpr int WaitMilliseconds = 30000;
+
+//! A request that the page has an example of.
+struct Example {
+    QString name;
+    QByteArray method;
+    QByteArray path;
+};
+
+const QVector<Example> SignIn{
+    {QStringLiteral("form-page"), "GET", "/login"},
+    {QStringLiteral("form"), "POST", "/login"},
+    {QStringLiteral("welcome-page"), "GET", "/login/success"},
+    {QStringLiteral("enterprises"), "GET", "/rs/casLogin/listCompany"},
+    {QStringLiteral("binding"), "POST", "/rs/casLogin/casLogin"},
+    {QStringLiteral("addresses"), "GET", "/rs/casLogin/serverUrl"},
+    {QStringLiteral("client-token"), "GET", "/rs/cim/nelvo/client_token"},
+    {QStringLiteral("first-heartbeat"), "GET", "/org/heartbeat"},
+};
+const QVector<Example> Projects{
+    {QStringLiteral("organisation"), "GET", "/org/tree"},
+    {QStringLiteral("projects"), "GET", "/scene/project"},
+    {QStringLiteral("new-project"), "POST", "/scene/project"},
+    {QStringLiteral("new-name"), "PUT", "/scene/project"},
+    {QStringLiteral("delete-bindings"), "POST", "/equipment/bind/deleteAll/scene-1001-01"},
+    {QStringLiteral("add-bindings"), "POST", "/equipment/bind/batchAdd/scene-1001-01"},
+    {QStringLiteral("heartbeat"), "GET", "/org/heartbeat"},
+};
+const QVector<Example> PushOut{{QStringLiteral("push-out"), "GET", "/org/heartbeat"}};
+const QVector<Example> Models{
+    {QStringLiteral("bim-models"), "GET", "/bim/relation/"},
+    {QStringLiteral("dwg-models"), "GET", "/bim/relation/dwg"},
+};
+const QVector<Example> Update{
+    {QStringLiteral("latest-release"), "POST", "/v1.0/service/sys/productVersion/findLatest"},
+    {QStringLiteral("package"), "GET", "/packages/NelvoEditor-1.0.1.zip"},
+};
+const QVector<Example> Logout{{QStringLiteral("logout"), "GET", "/rs/casLogin/logout"}};
+
+bool isOf(const Exchange& exchange, const Example& example)
+{
+    return exchange.request.method == example.method && exchange.request.path() == example.path;
+}
+
+bool hasExample(const Exchange& exchange)
+{
+    static const QVector<Example> all = SignIn + Projects + PushOut + Models + Update + Logout;
+    return std::any_of(all.begin(), all.end(),
+                       [&exchange](const Example& example) { return isOf(exchange, example); });
+}
+
+//! The keys of all objects in the value.
+void collectKeys(const QJsonValue& value, QSet<QString>& keys)
+{
+    const QJsonObject object = value.toObject();
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        keys.insert(member.key());
+        collectKeys(*member, keys);
+    }
+    const QJsonArray list = value.toArray();
+    for (const QJsonValue& row : list)
+        collectKeys(row, keys);
+}
+
+QObject* objectOf(NelvoSDK::IPdsMgr* manager)
+{
+    return dynamic_cast<QObject*>(manager);
+}
+
+} // namespace
+
+//! The examples in the reference of the services are what went over the wire: the plug-in does everything it
+//! can do with a service, and what was said on both sides is compared with the page. With NELVO_RECORD=1 in
+//! the environment the page is written anew instead.
+class TestServicesReference : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void examplesAreWhatIsSaid_data();
+    void examplesAreWhatIsSaid();
+    void everyExampleIsShown();
+    void everyFieldIsExplained();
+
+private:
+    void updateItself(const E2e::PluginHost& host);
+    void workWithProjects(const NelvoSDK::LoginSession& session);
+    void beat();
+    void readModels();
+    void quit();
+    void take(const QVector<Example>& examples);
+    void clearUpdateFiles() const;
+
+    //! By name; and the names in the order in which they came about.
+    QMap<QString, QString> m_texts;
+    QStringList m_names;
+    QSet<QString> m_fields;
+    Docs::Page m_page{QStringLiteral("services.md")};
+    std::unique_ptr<NelvoDevkit::Services> m_services;
+};
+
+void TestServicesReference::initTestCase()
+{
+    NelvoDevkit::ServicesOptions options;
+    options.keepsReplies = true;
+    m_services = std::make_unique<NelvoDevkit::Services>(options);
+    QString error;
+    QVERIFY2(m_services->start(&error), qPrintable(error));
+    const TestSupport::MessageLog log; // keeps the terminal clean
+    clearUpdateFiles();
+    const E2e::PluginHost host(m_services->signInUrl());
+
+    updateItself(host);
+    take(Update);
+    const NelvoSDK::LoginSession session = host.signIn(m_services->signInUrl(), User);
+    const QVector<Exchange> exchanges = m_services->exchanges();
+    QVERIFY(!exchanges.isEmpty());
+    m_names.append(QStringLiteral("every-request"));
+    m_texts.insert(m_names.last(), Docs::requestText(exchanges.first(), *m_services));
+    take(SignIn);
+    workWithProjects(session);
+    beat();
+    take(Projects);
+    readModels();
+    take(Models);
+    m_services->pushOut(User);
+    beat();
+    take(PushOut);
+    quit();
+    take(Logout);
+}
+
+void TestServicesReference::cleanupTestCase()
+{
+    clearUpdateFiles();
+}
+
+//! The version check and the download, without the installation.
+void TestServicesReference::updateItself(const E2e::PluginHost& host)
+{
+    auto* const updater =
+        host.window()->rootContext()->contextProperty(QStringLiteral("updater")).value<QObject*>();
+    QSignalSpy answered(updater, SIGNAL(needUpdate(bool)));
+    QSignalSpy downloaded(updater, SIGNAL(downloadFinished(QString)));
+    QMetaObject::invokeMethod(updater, "checkVersion", Q_ARG(QString, m_services->updateUrl()),
+                              Q_ARG(QString, m_services->updateToken()),
+                              Q_ARG(QString, QStringLiteral("nelvo-editor")));
+    QCOMPARE(answered.value(0).value(0).toBool(), true);
+    QMetaObject::invokeMethod(updater, "download");
+    QTRY_COMPARE_WITH_TIMEOUT(downloaded.size(), 1, WaitMilliseconds);
+}
+
+void TestServicesReference::workWithProjects(const NelvoSDK::LoginSession& session)
+{
+    NelvoSDK::IProjectInfoMgr& manager = *E2e::plugin()->GetProjectInfoMgr();
+    manager.SetPlugin(E2e::plugin());
+    manager.ReflushProjOrgInfo(session);
+    std::list<NelvoSDK::ProjectNode> listed;
+    QVERIFY(manager.GetServerProjectTree(listed));
+
+    NelvoSDK::ProjectNode added;
+    added.id = L"scene-new";
+    added.name = L"湖滨公园";
+    added.attrs = {{L"deptId", L"1001-11"}};
+    manager.AddLocalProject({added.id, added.name, added.attrs});
+    manager.OnUploadProject(added, nullptr, true);
+    NelvoSDK::ProjectNode renamed = listed.front();
+    renamed.name = L"滨江文化中心（二期）";
+    manager.OnUploadProject(renamed, nullptr, true);
+    manager.OnUploadSdkProperty(QString::fromStdWString(renamed.id), {{"g1", "SN1"}, {"g2", "SN2"}});
+}
+
+//! A tick of the watch, without waiting for its time.
+void TestServicesReference::beat()
+{
+    QTimerEvent event(0);
+    QCoreApplication::sendEvent(dynamic_cast<QObject*>(E2e::plugin()->GetProjectInfoMgr()), &event);
+}
+
+void TestServicesReference::readModels()
+{
+    NelvoSDK::IPdsMgr* const manager = E2e::plugin()->GetPdsMgr();
+    QSignalSpy arrived(objectOf(manager), SIGNAL(bimProjListChanged()));
+    QMetaObject::invokeMethod(objectOf(manager), "getBimProj");
+    QTRY_COMPARE_WITH_TIMEOUT(arrived.size(), 1, WaitMilliseconds);
+    QMetaObject::invokeMethod(objectOf(manager), "getDWGBimProj");
+    QTRY_COMPARE_WITH_TIMEOUT(arrived.size(), 2, WaitMilliseconds);
+}
+
+void TestServicesReference::quit()
+{
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QCoreApplication::exec();
+}
+
+//! What was said since the last time. The first of several equal requests is the one that counts: Qt now and
+//! then sends a redirected one twice, and the watch has a will of its own.
+void TestServicesReference::take(const QVector<Example>& examples)
+{
+    const QVector<Exchange> exchanges = m_services->exchanges();
+    m_services->clearRequests();
+    for (const Example& example : examples) {
+        const auto said = std::find_if(exchanges.begin(), exchanges.end(),
+                                       [&example](const Exchange& it) { return isOf(it, example); });
+        QVERIFY2(said != exchanges.end(), qPrintable(example.name));
+        m_names.append(example.name);
+        m_texts.insert(example.name, Docs::exchangeText(*said, *m_services));
+    }
+    for (const Exchange& exchange : exchanges) {
+        QVERIFY2(hasExample(exchange), exchange.request.target.constData());
+        const QJsonDocument reply = QJsonDocument::fromJson(exchange.reply.body);
+        collectKeys(reply.object(), m_fields);
+        collectKeys(reply.array(), m_fields);
+    }
+}
+
+void TestServicesReference::clearUpdateFiles() const
+{
+    const QDir directory(QCoreApplication::applicationDirPath());
+    QDir(directory.filePath(QStringLiteral("NelvoUpdate"))).removeRecursively();
+    QFile::remove(directory.filePath(QStringLiteral("NelvoUpdateState.dat")));
+}
+
+void TestServicesReference::examplesAreWhatIsSaid_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const QString& name : qAsConst(m_names))
+        QTest::newRow(qPrintable(name)) << name;
+}
+
+void TestServicesReference::examplesAreWhatIsSaid()
+{
+    QFETCH(QString, name);
+    if (qEnvironmentVariableIsSet("NELVO_RECORD"))
+        QVERIFY2(m_page.replace(Kind, name, m_texts[name]), "the page has no place for it");
+    // Line by line, so that a difference is told by the line that has it.
+    const QStringList shown = m_page.block(Kind, name).split(QLatin1Char('\n'));
+    const QStringList said = m_texts[name].split(QLatin1Char('\n'));
+    for (int line = 0; line < std::min(shown.size(), said.size()); ++line)
+        QCOMPARE(shown.at(line), said.at(line));
+    QCOMPARE(shown.size(), said.size());
+}
+
+void TestServicesReference::everyExampleIsShown()
+{
+    QStringList shown = m_page.names(Kind);
+    shown.sort();
+    QStringList said = m_names;
+    said.sort();
+    QCOMPARE(shown, said);
+}
+
+void TestServicesReference::everyFieldIsExplained()
+{
+    QVERIFY(!m_fields.isEmpty());
+    for (const QString& field : qAsConst(m_fields))
+        QVERIFY2(m_page.text().contains(QLatin1Char('`') + field + QLatin1Char('`')), qPrintable(field));
+}
+
+QTEST_MAIN(TestServicesReference)
+#include "test_services_reference.moc"
