@@ -3,7 +3,7 @@ PRESET ?= release
 BUILD = build/$(PRESET)
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build run tour test lint format asan tsan bench artwork clean
+.PHONY: help deps build run tour test lint format asan tsan bench artwork kit clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -44,6 +44,9 @@ bench: build ## the measurements, each beside a peer or a floor
 
 artwork: deps ## render the pictures from their SVG sources
 	@tools/render-artwork
+
+kit: build ## the archive for those who write a host
+	@cpack --config $(BUILD)/CPackConfig.cmake -B $(BUILD)/kit
 
 clean: ## remove everything that was built
 	@rm -rf build

@@ -1,0 +1,97 @@
+# The integrator's kit: what `cmake --install` lays out, and what `cpack` packs. docs/kit.md shows the layout.
+#
+#   component   content
+#   sdk         headers and the CMake package NelvoSDK
+#   runtime     the plug-in's library, and the stand-ins for the editor's closed libraries if they were built
+#   devkit      the programs, the reference host in a directory like that of an installed editor, the examples
+#   doc         the documents, and the licences of what the kit is built with
+include_guard()
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/NelvoSDK)
+set(data_dir ${CMAKE_INSTALL_DATADIR}/nelvo)
+# nelvo-launch looks for the reference host here, beside the directory that it stands in itself.
+set(app_dir app)
+
+set(stand_ins)
+if(NOT NELVO_CLOSED_SDK)
+  set(stand_ins BVUtility VLSmartDB)
+endif()
+
+# sdk
+install(DIRECTORY sdk/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT sdk FILES_MATCHING PATTERN *.h)
+set_target_properties(NelvoSDK PROPERTIES EXPORT_NAME SDK)
+install(TARGETS NelvoSDK EXPORT NelvoSDKTargets INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT NelvoSDKTargets NAMESPACE NelvoSDK:: DESTINATION ${package_dir} COMPONENT sdk)
+configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/NelvoSDKConfig.cmake.in NelvoSDKConfig.cmake
+  INSTALL_DESTINATION ${package_dir}
+  PATH_VARS data_dir
+  NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+write_basic_package_version_file(NelvoSDKConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${CMAKE_CURRENT_BINARY_DIR}/NelvoSDKConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/NelvoSDKConfigVersion.cmake
+  DESTINATION ${package_dir} COMPONENT sdk)
+
+# runtime
+# What needs a closed library finds it beside itself, wherever the kit is put.
+set_target_properties(NelvoPlugin PROPERTIES EXPORT_NAME Plugin INSTALL_RPATH $ORIGIN)
+install(TARGETS NelvoPlugin EXPORT NelvoPluginTargets COMPONENT runtime)
+install(EXPORT NelvoPluginTargets NAMESPACE NelvoSDK:: DESTINATION ${package_dir} COMPONENT runtime)
+# Without their headers: a host that compiles against these libraries has the real ones.
+install(TARGETS ${stand_ins} RUNTIME COMPONENT runtime LIBRARY COMPONENT runtime
+  ARCHIVE COMPONENT runtime EXCLUDE_FROM_ALL)
+
+# devkit
+if(NELVO_DEVKIT)
+  foreach(program IN ITEMS nelvo-services nelvo-launch nelvo-package nelvo-probe)
+    if(TARGET ${program})
+      install(TARGETS ${program} RUNTIME COMPONENT devkit)
+    endif()
+  endforeach()
+  install(FILES devkit/services/seed.json DESTINATION ${data_dir} COMPONENT devkit)
+
+  # A whole application directory: programs and libraries once more, together.
+  set_target_properties(NelvoEditor PROPERTIES INSTALL_RPATH $ORIGIN)
+  install(TARGETS NelvoEditor NelvoPlugin ${stand_ins}
+    RUNTIME DESTINATION ${app_dir} COMPONENT devkit
+    LIBRARY DESTINATION ${app_dir} COMPONENT devkit
+    ARCHIVE DESTINATION ${app_dir} COMPONENT devkit EXCLUDE_FROM_ALL)
+  install(DIRECTORY devkit/host/app/ DESTINATION ${app_dir} COMPONENT devkit)
+  if(stand_ins)
+    install(FILES devkit/closedlibs/VLSmartDB/models.json DESTINATION ${app_dir} COMPONENT devkit)
+  endif()
+
+  install(DIRECTORY devkit/host/modules/ DESTINATION ${data_dir}/hostmodules COMPONENT devkit
+    FILES_MATCHING PATTERN *.qml PATTERN qmldir PATTERN *.png PATTERN *.qrc PATTERN svg EXCLUDE)
+  install(DIRECTORY examples DESTINATION ${data_dir} COMPONENT devkit)
+endif()
+
+# doc
+file(GLOB documents CONFIGURE_DEPENDS *.md)
+install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+# Where the system keeps them; docs/third-party.md names them in any case.
+foreach(package IN ITEMS libqt5core5a libqt5qml5 libqt5quick5 libqt5webchannel5 libqt5websockets5
+    libqt5xmlpatterns5 libquazip1-qt5-1 zlib1g libboost-dev libssl3 libstdc++6)
+  install(FILES /usr/share/doc/${package}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR}/licenses
+    RENAME ${package}.txt COMPONENT doc OPTIONAL)
+endforeach()
+foreach(license IN ITEMS Apache-2.0 GPL-2 GPL-3 LGPL-2.1 LGPL-3)
+  install(FILES /usr/share/common-licenses/${license} DESTINATION ${CMAKE_INSTALL_DOCDIR}/licenses
+    RENAME ${license}.txt COMPONENT doc OPTIONAL)
+endforeach()
+
+# The archive
+set(CPACK_GENERATOR TGZ)
+if(WIN32)
+  set(CPACK_GENERATOR ZIP)
+endif()
+set(CPACK_PACKAGE_NAME NelvoSDK)
+set(CPACK_PACKAGE_VENDOR Nelvo)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "What a host of the Nelvo plug-in is built with")
+set(CPACK_PACKAGE_FILE_NAME NelvoSDK-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+include(CPack)

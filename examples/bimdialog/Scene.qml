@@ -1,0 +1,58 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+
+// The editor's scene. The plug-in's dialog opens over it, in front of all that stands here.
+Rectangle {
+    width: 960
+    height: 640
+    color: "#20222e"
+
+    Row {
+        anchors {
+            top: parent.top
+            right: parent.right
+            margins: 16
+        }
+        spacing: 8
+
+        Button {
+            text: "BIM models"
+            enabled: host.signedIn
+            onClicked: host.openBimDialog()
+        }
+
+        Button {
+            text: "Drawings"
+            enabled: host.signedIn
+            onClicked: host.openDwgDialog()
+        }
+    }
+
+    Text {
+        objectName: "chosenText"
+
+        anchors {
+            bottom: parent.bottom
+            right: parent.right
+            margins: 16
+        }
+        text: host.chosen
+        color: "white"
+    }
+
+    // The plug-in publishes pdsMgr in this context: here, the list that its dialog shows.
+    Connections {
+        target: pdsMgr
+
+        function onBimProjListChanged() {
+            host.reportModels(pdsMgr.bimProjList.map(model => model.name));
+        }
+    }
+
+    // What the plug-in gets as the dialog's place: it starts where its parent does.
+    Item {
+        objectName: "dialogPlace"
+
+        anchors.fill: parent
+    }
+}

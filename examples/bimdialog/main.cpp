@@ -1,0 +1,180 @@
+// A host that embeds the plug-in's BIM dialog in a QML scene of its own. It offers the enterprise's models
+// once somebody has signed in, and hears what the user chooses. The example "minimal" explains the rest.
+
+#include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+#include <NelvoSDK/IPdsMgr.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QLibrary>
+#include <QPointer>
+#include <QQmlContext>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QTimer>
+
+#include <cstdlib>
+#include <iostream>
+
+namespace {
+
+NelvoSDK::INelvoSDKPlugin* loadPlugin()
+{
+    const QDir directory(QCoreApplication::applicationDirPath());
+    QLibrary library(directory.filePath(QStringLiteral("NelvoPlugin")));
+    library.setLoadHints(QLibrary::PreventUnloadHint);
+    const auto getPlugin =
+        reinterpret_cast<NelvoSDK::GetNelvoSDKPluginFunction>(library.resolve("GetNelvoSDKPlugin"));
+    if (!getPlugin) {
+        std::cerr << library.errorString().toStdString() << std::endl;
+        return nullptr;
+    }
+    return getPlugin();
+}
+
+//! The host as the plug-in knows it, and as the scene and the dialog's pages do.
+class Host final : public QObject, private NelvoSDK::ILoginObserver, private NelvoSDK::IPdsObserver
+{
+    Q_OBJECT
+    Q_PROPERTY(bool signedIn MEMBER m_isSignedIn NOTIFY signedInChanged)
+    //! What was chosen last, in words.
+    Q_PROPERTY(QString chosen MEMBER m_chosen NOTIFY chosenChanged)
+    //! The dialog's pages ask for it: only a main project is offered outline models.
+    Q_PROPERTY(bool isMainProject READ isMainProject CONSTANT)
+
+public:
+    explicit Host(NelvoSDK::INelvoSDKPlugin& plugin) : m_plugin(plugin)
+    {
+        m_plugin.Initialize();
+        m_plugin.GetProjectInfoMgr()->SetPlugin(&m_plugin);
+        m_plugin.GetPdsMgr()->SetPlugin(&m_plugin);
+        m_plugin.GetLoginMgr()->GetLoginActor()->Attach(this);
+        m_plugin.GetPdsMgr()->Attach(this);
+    }
+
+    ~Host() override
+    {
+        m_plugin.GetPdsMgr()->Detach(this);
+        m_plugin.GetLoginMgr()->GetLoginActor()->Detach(this);
+        m_plugin.Shutdown();
+    }
+
+    //! Builds the scene and the dialog in it. To be called once; the view ends before the host.
+    void furnish(QQuickView& view)
+    {
+        connect(this, &Host::signedInChanged, &view, &QWindow::show);
+        QQmlContext* const context = view.rootContext();
+        context->setContextProperty(QStringLiteral("host"), this);
+        // The two names under which the dialog's pages know a host. The second one is spelled so.
+        context->setContextProperty(QStringLiteral("bimControl"), this);
+        context->setContextProperty(QStringLiteral("editConext"), this);
+        m_plugin.GetPdsMgr()->SetQmlContext(context);
+        view.setSource(QUrl(QStringLiteral("qrc:/Scene.qml")));
+        auto* const place = view.rootObject()->findChild<QQuickItem*>(QStringLiteral("dialogPlace"));
+        m_plugin.GetPdsMgr()->CreateBimDialog(place);
+        m_dialog = place->findChild<QQuickItem*>(QString(), Qt::FindDirectChildrenOnly);
+    }
+
+    //! Ends the dialog. Before its scene: left to the window's end, its bindings would complain.
+    void clear() { delete m_dialog; }
+
+    void start() { m_plugin.GetLoginMgr()->Start(); }
+
+    bool isMainProject() const { return true; }
+    //! The dialog's pages ask whether a model may be imported. An editor refuses one that it has already.
+    Q_INVOKABLE bool checkBimProjValid(const QString& /*guid*/, bool /*isMainProject*/) const { return true; }
+
+    Q_INVOKABLE void openBimDialog() { m_plugin.GetPdsMgr()->OpenBimDialog(); }
+    Q_INVOKABLE void openDwgDialog() { m_plugin.GetPdsMgr()->OpenDWGBimDialog(); }
+    Q_INVOKABLE void reportModels(const QStringList& names) const
+    {
+        say(QStringLiteral("models: ") + names.join(QStringLiteral(", ")));
+    }
+
+Q_SIGNALS:
+    void signedInChanged();
+    void chosenChanged();
+
+private:
+    //! What takes long waits until the login window has ended.
+    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override
+    {
+        if (session.sdkAddr.empty())
+            return say(QStringLiteral("the sign-in brought no editor service"));
+        say(QStringLiteral("signed in: ") + QString::fromStdWString(session.epName));
+        QTimer::singleShot(0, this, [this, session] { offerModels(session); });
+    }
+
+    void OnLoginFailed() override { say(QStringLiteral("the sign-in failed")); }
+
+    //! The organisation tree, by which the dialog narrows its list, comes from the project manager.
+    void offerModels(const NelvoSDK::LoginSession& session)
+    {
+        m_plugin.GetProjectInfoMgr()->ReflushProjOrgInfo(session);
+        m_plugin.GetPdsMgr()->InitBimData();
+        // The plug-in keeps the application alive between the two windows. From here on this one ends it.
+        QGuiApplication::setQuitOnLastWindowClosed(true);
+        m_isSignedIn = true;
+        Q_EMIT signedInChanged();
+        openBimDialog();
+    }
+
+    void OnBimDialogOpened(QQuickItem* /*dialog*/) override { say(QStringLiteral("the dialog is open")); }
+    void OnBimDialogClosed(QQuickItem* /*dialog*/) override { say(QStringLiteral("the dialog is closed")); }
+    void OnBimProjListCleared() override {}
+    void OnBimProjListSynced() override {}
+
+    void OnDownLoadBimProj(const QStringList& guids) override
+    {
+        for (const QString& guid : guids)
+            choose(QStringLiteral("import: ") + nameOf(guid));
+    }
+
+    void OnConvertSimplyMode(const QString& guid, bool completionFirst) override
+    {
+        choose((completionFirst ? QStringLiteral("outline, complete: ") : QStringLiteral("outline, fast: ")) +
+               nameOf(guid));
+    }
+
+    void choose(const QString& what)
+    {
+        say(what);
+        m_chosen = what;
+        Q_EMIT chosenChanged();
+    }
+
+    QString nameOf(const QString& guid) const
+    {
+        return QString::fromStdWString(m_plugin.GetPdsMgr()->GetBimProjName(guid.toStdWString()));
+    }
+
+    static void say(const QString& text) { std::cout << text.toStdString() << std::endl; }
+
+    NelvoSDK::INelvoSDKPlugin& m_plugin;
+    QPointer<QQuickItem> m_dialog; //!< belongs to its place in the scene
+    bool m_isSignedIn = false;
+    QString m_chosen;
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    const QGuiApplication application(argc, argv);
+    NelvoSDK::INelvoSDKPlugin* const plugin = loadPlugin();
+    if (!plugin)
+        return EXIT_FAILURE;
+
+    Host host(*plugin);
+    QQuickView view;
+    host.furnish(view);
+    QTimer::singleShot(0, &host, &Host::start);
+    const int status = QGuiApplication::exec();
+    host.clear();
+    return status;
+}
+
+#include "main.moc"

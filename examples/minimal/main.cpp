@@ -1,0 +1,119 @@
+// The smallest host of the Nelvo plug-in. It loads the library, attaches itself, starts the sign-in, receives
+// the session, hands it on, lists the enterprise's scene projects, and shuts the plug-in down.
+
+#include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/INelvoSDKPlugin.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QLibrary>
+#include <QTimer>
+
+#include <cstdlib>
+#include <iostream>
+#include <list>
+
+namespace {
+
+std::string utf8(const std::wstring& text)
+{
+    return QString::fromStdWString(text).toStdString();
+}
+
+//! The plug-in object of the library that stands beside this program; null, with a word, if there is none.
+NelvoSDK::INelvoSDKPlugin* loadPlugin()
+{
+    // Without prefix and suffix: QLibrary adds those of the system.
+    const QDir directory(QCoreApplication::applicationDirPath());
+    QLibrary library(directory.filePath(QStringLiteral("NelvoPlugin")));
+    library.setLoadHints(QLibrary::PreventUnloadHint); // it stays to the end of the process
+    const auto getPlugin =
+        reinterpret_cast<NelvoSDK::GetNelvoSDKPluginFunction>(library.resolve("GetNelvoSDKPlugin"));
+    if (!getPlugin) {
+        std::cerr << library.errorString().toStdString() << std::endl;
+        return nullptr;
+    }
+    return getPlugin();
+}
+
+class Host final : public QObject, private NelvoSDK::ILoginObserver
+{
+public:
+    //! Creates the managers and attaches itself, before anything is started: an outcome is told once.
+    explicit Host(NelvoSDK::INelvoSDKPlugin& plugin) : m_plugin(plugin)
+    {
+        m_plugin.Initialize();
+        m_plugin.GetProjectInfoMgr()->SetPlugin(&m_plugin);
+        m_plugin.GetLoginMgr()->GetLoginActor()->Attach(this);
+        std::cout << "plug-in " << utf8(m_plugin.GetVersion()) << std::endl;
+    }
+
+    //! While the application still exists.
+    ~Host() override
+    {
+        m_plugin.GetLoginMgr()->GetLoginActor()->Detach(this);
+        m_plugin.Shutdown();
+        std::cout << "shut down" << std::endl;
+    }
+
+    //! Shows the login window, or signs in by the command line if the program has exactly one argument.
+    void start() { m_plugin.GetLoginMgr()->Start(); }
+
+    bool hasListedProjects() const { return m_hasListedProjects; }
+
+private:
+    //! Also where the services behind the sign-in did not answer, and where a sign-in by the command line was
+    //! refused, which ends the application: the session names no services then.
+    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override
+    {
+        if (session.sdkAddr.empty()) {
+            std::cerr << "the sign-in brought no editor service" << std::endl;
+            return;
+        }
+        std::cout << "signed in: " << utf8(session.epName) << ", editor service " << utf8(session.sdkAddr)
+                  << std::endl;
+        // The login window is still at work. What takes long waits until it has ended, with a session of
+        // its own.
+        QTimer::singleShot(0, this, [this, session] {
+            listProjects(session);
+            QCoreApplication::quit();
+        });
+    }
+
+    //! The login window has told the user why, and stays open for another attempt.
+    void OnLoginFailed() override { std::cerr << "the sign-in failed" << std::endl; }
+
+    void listProjects(const NelvoSDK::LoginSession& session)
+    {
+        NelvoSDK::IProjectInfoMgr& manager = *m_plugin.GetProjectInfoMgr();
+        manager.ReflushProjOrgInfo(session); // once for each sign-in
+        std::list<NelvoSDK::ProjectNode> projects;
+        if (!manager.GetServerProjectTree(projects)) {
+            std::cerr << "the editor service did not answer" << std::endl;
+            return;
+        }
+        for (const NelvoSDK::ProjectNode& project : projects)
+            std::cout << "project: " << utf8(project.name) << std::endl;
+        m_hasListedProjects = true;
+    }
+
+    NelvoSDK::INelvoSDKPlugin& m_plugin;
+    bool m_hasListedProjects = false;
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    const QGuiApplication application(argc, argv);
+    NelvoSDK::INelvoSDKPlugin* const plugin = loadPlugin();
+    if (!plugin)
+        return EXIT_FAILURE;
+
+    Host host(*plugin);
+    QTimer::singleShot(0, &host, &Host::start); // a sign-in needs the event loop
+    QGuiApplication::exec();
+    return host.hasListedProjects() ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -1,0 +1,300 @@
+#include <QCryptographicHash>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+constexpr int PatienceMs = 120000;
+constexpr int Enterprise = 1001;
+const auto User = QStringLiteral("zhangwei");
+const auto Password = QStringLiteral("123456");
+
+const auto BuildDir = QStringLiteral(NELVO_BUILD_DIR);
+const auto SourceDir = QStringLiteral(NELVO_SOURCE_DIR);
+const auto Config = QStringLiteral(NELVO_CONFIG);
+
+struct Outcome {
+    int status = -1; //!< stays so if the program did not start, crashed or took too long
+    QString out;
+    QString error;
+    QString all() const { return QStringLiteral("status %1\n").arg(status) + out + error; }
+};
+
+Outcome run(const QString& program, const QStringList& arguments,
+            const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
+{
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(program, arguments, QIODevice::ReadOnly);
+    Outcome outcome;
+    if (process.waitForFinished(PatienceMs) && process.exitStatus() == QProcess::NormalExit)
+        outcome.status = process.exitCode();
+    outcome.out = QString::fromUtf8(process.readAllStandardOutput());
+    outcome.error = QString::fromUtf8(process.readAllStandardError());
+    return outcome;
+}
+
+Outcome cmake(const QStringList& arguments)
+{
+    return run(QStringLiteral(NELVO_CMAKE), arguments);
+}
+
+QByteArray contentOf(const QString& name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList filesIn(const QString& directory)
+{
+    QStringList files;
+    QDirIterator walk(directory, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (walk.hasNext())
+        files.append(QDir(directory).relativeFilePath(walk.next()));
+    files.sort();
+    return files;
+}
+
+} // namespace
+
+//! Installs this build into a folder, and is a host engineer who has nothing else.
+class TestKit : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void kit_isWhole_data();
+    void kit_isWhole();
+    void kit_namesNoPathOfTheBuild();
+    void package_offersItsVersionOnly();
+    void archive_holdsTheKit();
+    void minimal_listsTheProjects();
+    void minimal_tellsThatTheSignInFailed();
+    void bimDialog_offersTheModels();
+    void linkedHost_findsThePlugin();
+    void editor_runs();
+
+private:
+    QString inKit(const QString& name) const { return m_kit + QLatin1Char('/') + name; }
+    QString built(const QString& name) const { return m_folder.path() + "/build/" + name; }
+    Outcome install(const QString& prefix, const QStringList& further);
+    Outcome configure(const QString& project, const QString& prefix, const QString& build,
+                      const QStringList& further = {});
+    void startServices();
+    QStringList names(const QString& list, const QString& key) const;
+    QStringList launchArguments(const QStringList& further) const;
+
+    QTemporaryDir m_folder;
+    //! With a blank: whoever unpacks the kit chooses the path.
+    QString m_kit = m_folder.path() + QStringLiteral("/the kit");
+    QProcess m_services;
+    QString m_signInUrl;
+};
+
+Outcome TestKit::install(const QString& prefix, const QStringList& further)
+{
+    return cmake(QStringList{"--install", BuildDir, "--config", Config, "--prefix", prefix} + further);
+}
+
+Outcome TestKit::configure(const QString& project, const QString& prefix, const QString& build,
+                           const QStringList& further)
+{
+    return cmake(QStringList{"-S", SourceDir + "/tests/kit/" + project, "-B", build, "-G", NELVO_GENERATOR,
+                             "-DCMAKE_PREFIX_PATH=" + prefix, "-DCMAKE_BUILD_TYPE=Release",
+                             QStringLiteral("-DCMAKE_CXX_COMPILER=%1").arg(NELVO_COMPILER),
+                             QStringLiteral("-DQt5_DIR=%1").arg(NELVO_QT_DIR),
+                             // Where a variable of the environment names another one.
+                             "-DCMAKE_CXX_COMPILER_LAUNCHER="} +
+                 further);
+}
+
+void TestKit::initTestCase()
+{
+    QVERIFY(m_folder.isValid());
+    // The paths that a debugger needs go with the symbols.
+    const Outcome installed = install(m_kit, {"--strip"});
+    QVERIFY2(installed.status == 0, qPrintable(installed.all()));
+    const Outcome configured =
+        configure("consumer", m_kit, built({}), {"-DKIT_EXAMPLES=" + inKit("share/nelvo/examples")});
+    QVERIFY2(configured.status == 0, qPrintable(configured.all()));
+    const Outcome compiled = cmake({"--build", built({}), "--config", "Release"});
+    QVERIFY2(compiled.status == 0, qPrintable(compiled.all()));
+    startServices();
+}
+
+void TestKit::cleanupTestCase()
+{
+    m_services.kill();
+    m_services.waitForFinished(PatienceMs);
+}
+
+void TestKit::startServices()
+{
+    const QString readyFile = m_folder.filePath("ready.json");
+    m_services.setStandardOutputFile(QProcess::nullDevice());
+    m_services.start(inKit("bin/nelvo-services"),
+                     {"--seed", inKit("share/nelvo/seed.json"), "--ready-file", readyFile});
+    QTRY_VERIFY2_WITH_TIMEOUT(QFile::exists(readyFile), m_services.readAllStandardError().constData(),
+                              PatienceMs);
+    m_signInUrl = QJsonDocument::fromJson(contentOf(readyFile))["signIn"].toString();
+    QVERIFY(!m_signInUrl.isEmpty());
+}
+
+//! What the seed of the simulator calls the entries of a list of the enterprise.
+QStringList TestKit::names(const QString& list, const QString& key) const
+{
+    const QJsonArray enterprises =
+        QJsonDocument::fromJson(contentOf(inKit("share/nelvo/seed.json")))["enterprises"].toArray();
+    QStringList found;
+    for (const QJsonValue& enterprise : enterprises) {
+        if (enterprise["id"].toInt() != Enterprise)
+            continue;
+        const QJsonArray entries = enterprise[list].toArray();
+        for (const QJsonValue& entry : entries)
+            found.append(entry[key].toString());
+    }
+    return found;
+}
+
+QStringList TestKit::launchArguments(const QStringList& further) const
+{
+    return QStringList{"--user", User,        "--password",   Password,
+                       "--url",  m_signInUrl, "--enterprise", QString::number(Enterprise)} +
+           further;
+}
+
+void TestKit::kit_isWhole_data()
+{
+    QTest::addColumn<QString>("file");
+    for (const char* file :
+         {"include/NelvoSDK/INelvoSDKPlugin.h", "include/BVUtility/ISubject.h",
+          "app/defaultServerAddress.json", "app/ProxyUrlSuffix.json", "app/updateConfig.json",
+          "share/doc/NelvoPlugin/README.md", "share/doc/NelvoPlugin/docs/kit.md",
+          "share/doc/NelvoPlugin/docs/deployment.md", "share/doc/NelvoPlugin/docs/third-party.md",
+          "share/nelvo/examples/minimal/main.cpp", "share/nelvo/hostmodules/hostmodules.qrc"})
+        QTest::newRow(file) << file;
+}
+
+void TestKit::kit_isWhole()
+{
+    QFETCH(QString, file);
+    QVERIFY(!contentOf(inKit(file)).isEmpty());
+}
+
+void TestKit::kit_namesNoPathOfTheBuild()
+{
+    const QStringList files = filesIn(m_kit);
+    QVERIFY(!files.isEmpty());
+    for (const QString& file : files) {
+        const QByteArray content = contentOf(inKit(file));
+        QVERIFY2(!content.contains(SourceDir.toUtf8()), qPrintable(file));
+        QVERIFY2(!content.contains(BuildDir.toUtf8()), qPrintable(file));
+    }
+}
+
+void TestKit::package_offersItsVersionOnly()
+{
+    const QString prefix = m_folder.filePath("sdk");
+    const Outcome installed = install(prefix, {"--component", "sdk"});
+    QVERIFY2(installed.status == 0, qPrintable(installed.all()));
+    const Outcome configured = configure("package", prefix, m_folder.filePath("package"));
+    QVERIFY2(configured.status == 0, qPrintable(configured.all()));
+}
+
+void TestKit::archive_holdsTheKit()
+{
+    // Of what is installed already, in place of building and installing once more.
+    const QString folder = m_folder.filePath("archive");
+    const Outcome packed = run(NELVO_CPACK, {"--config", BuildDir + "/CPackConfig.cmake", "-C", Config, "-B",
+                                             folder, "-D", "CPACK_INSTALL_CMAKE_PROJECTS=", "-D",
+                                             "CPACK_INSTALLED_DIRECTORIES=" + m_kit + ";."});
+    QVERIFY2(packed.status == 0, qPrintable(packed.all()));
+    const QStringList archives = QDir(folder).entryList({"NelvoSDK-*.tar.gz", "NelvoSDK-*.zip"}, QDir::Files);
+    QCOMPARE(archives.size(), 1);
+
+    const QString unpacked = m_folder.filePath("unpacked");
+    QVERIFY(QDir().mkpath(unpacked));
+    const Outcome extracted = cmake({"-E", "chdir", unpacked, NELVO_CMAKE, "-E", "tar", "xf",
+                                     folder + QLatin1Char('/') + archives.constFirst()});
+    QVERIFY2(extracted.status == 0, qPrintable(extracted.all()));
+    const QStringList top = QDir(unpacked).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QCOMPARE(top.size(), 1);
+    QCOMPARE(filesIn(unpacked + QLatin1Char('/') + top.constFirst()), filesIn(m_kit));
+}
+
+void TestKit::minimal_listsTheProjects()
+{
+    const QStringList projects = names("projects", "name");
+    QVERIFY(!projects.isEmpty());
+    const QByteArray md5 = QCryptographicHash::hash(Password.toUtf8(), QCryptographicHash::Md5).toHex();
+    const Outcome outcome =
+        run(built("examples/minimal/minimal"),
+            {QStringList{User, md5, m_signInUrl, {}, {}, QString::number(Enterprise)}.join("$$")});
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
+    QStringList lines = outcome.out.split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.takeFirst(), QStringLiteral("plug-in 1.0.0"));
+    QVERIFY(lines.takeFirst().startsWith(
+        QStringLiteral("signed in: 远景建筑设计研究院, editor service http://")));
+    QCOMPARE(lines.takeLast(), QStringLiteral("shut down"));
+    for (const QString& project : projects)
+        QVERIFY2(lines.removeOne("project: " + project), qPrintable(outcome.all()));
+    QCOMPARE(lines, QStringList());
+}
+
+void TestKit::minimal_tellsThatTheSignInFailed()
+{
+    const Outcome outcome =
+        run(built("examples/minimal/minimal"),
+            {QStringList{User, "0", m_signInUrl, {}, {}, QString::number(Enterprise)}.join("$$")});
+    QCOMPARE(outcome.status, EXIT_FAILURE);
+    QCOMPARE(outcome.out, QStringLiteral("plug-in 1.0.0\nshut down\n"));
+    QVERIFY2(outcome.error.contains("the sign-in brought no editor service\n"), qPrintable(outcome.all()));
+}
+
+void TestKit::bimDialog_offersTheModels()
+{
+    const QStringList models = names("bimModels", "ppName");
+    QVERIFY(!models.isEmpty());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_PLUGIN_PATH", NELVO_VISITOR_DIR);
+    environment.insert("QT_QPA_GENERIC_PLUGINS", "nelvo-kit-visitor");
+    const Outcome outcome =
+        run(inKit("bin/nelvo-launch"),
+            launchArguments({"--host", built("examples/bimdialog/bimdialog"), "--await-end"}), environment);
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
+    const QStringList lines = outcome.out.split('\n', Qt::SkipEmptyParts);
+    for (const QString& line :
+         {QStringLiteral("signed in: 远景建筑设计研究院"), QStringLiteral("the dialog is open"),
+          "models: " + models.join(", "), "import: " + models.constFirst()})
+        QVERIFY2(lines.contains(line), qPrintable(outcome.all()));
+    // No page complains, not even at the end.
+    QVERIFY2(!outcome.error.contains("qrc:/"), qPrintable(outcome.all()));
+}
+
+void TestKit::linkedHost_findsThePlugin()
+{
+    const Outcome outcome = run(built("linked"), {});
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
+    QCOMPARE(outcome.out, QStringLiteral("1.0.0\n"));
+}
+
+void TestKit::editor_runs()
+{
+    const Outcome outcome = run(inKit("bin/nelvo-launch"), launchArguments({"--end"}));
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
+    QVERIFY2(outcome.out.contains("nelvo-launch: the host says \"1\""), qPrintable(outcome.all()));
+}
+
+QTEST_GUILESS_MAIN(TestKit)
+#include "test_kit.moc"
