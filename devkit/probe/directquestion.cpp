@@ -1,0 +1,54 @@
+#include "probe/directquestion.h"
+
+#include <QEventLoop>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSslError>
+#include <QStringList>
+
+#include <memory>
+
+namespace NelvoDevkit {
+
+namespace {
+
+DirectAnswer answerOf(QNetworkReply& reply)
+{
+    QStringList certificateErrors;
+    QEventLoop loop;
+    QObject::connect(&reply, &QNetworkReply::sslErrors, &reply,
+                     [&certificateErrors](const QList<QSslError>& errors) {
+                         for (const QSslError& error : errors)
+                             certificateErrors.append(error.errorString());
+                     });
+    QObject::connect(&reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    if (!reply.isFinished())
+        loop.exec();
+    DirectAnswer answer;
+    if (reply.error() != QNetworkReply::NoError)
+        answer.error = reply.errorString();
+    answer.certificateError = certificateErrors.join(QStringLiteral("; "));
+    answer.body = reply.readAll();
+    return answer;
+}
+
+} // namespace
+
+DirectAnswer askDirectly(const QUrl& url)
+{
+    QNetworkAccessManager manager;
+    manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
+    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
+    return answerOf(*reply);
+}
+
+DirectAnswer askDirectly(const QUrl& url, const QByteArray& json)
+{
+    QNetworkAccessManager manager;
+    QNetworkRequest request(url);
+    request.setRawHeader("Content-type", "application/json");
+    const std::unique_ptr<QNetworkReply> reply(manager.post(request, json));
+    return answerOf(*reply);
+}
+
+} // namespace NelvoDevkit

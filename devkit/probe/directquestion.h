@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QUrl>
+
+namespace NelvoDevkit {
+
+//! \brief The answer to a question that the probe asks beside the plug-in, where that cannot tell what is
+//! wrong.
+struct DirectAnswer {
+    //! Empty for a success.
+    QString error;
+    //! What is wrong with the server's certificate, if anything is.
+    QString certificateError;
+    QByteArray body;
+};
+
+//! GETs `url`, following redirects, as a client without any cookies. Blocks without a time limit while it
+//! pumps events.
+DirectAnswer askDirectly(const QUrl& url);
+//! POSTs JSON there; otherwise the same.
+DirectAnswer askDirectly(const QUrl& url, const QByteArray& json);
+
+} // namespace NelvoDevkit

@@ -1,0 +1,75 @@
+#include "probe/explanation.h"
+
+#include <QRegularExpression>
+
+#include <vector>
+
+namespace NelvoDevkit {
+
+namespace {
+
+struct Explanation {
+    QRegularExpression text;
+    //! With %1 for the first capture.
+    QString words;
+};
+
+const std::vector<Explanation>& explanations()
+{
+    const auto row = [](const char* text, const char* words) {
+        return Explanation{QRegularExpression(QString::fromUtf8(text)), QString::fromUtf8(words)};
+    };
+    static const std::vector<Explanation> table{
+        // What Qt says of a reply that failed.
+        row("^Host (.+) not found$",
+            "no host of the name %1 is known here: check the address and the name server"),
+        row("^Connection refused$",
+            "the connection was refused: check host and port, and whether the service runs"),
+        row("^(?:Host|Network) unreachable$",
+            "no way leads to the host from here: check network and firewall"),
+        row("timed out$", "the connection timed out: check host and port, and the firewall between"),
+        row("^Connection closed$", "the server closed the connection before its reply was complete"),
+        row("^SSL handshake failed",
+            "no encrypted connection came about: the server's certificate is not trusted here, or the port "
+            "does not speak TLS"),
+        row("^TLS initialization failed",
+            "the OpenSSL libraries that Qt needs for https:// are missing here"),
+        row("^Proxy .*", "the proxy of this machine's settings stands in the way"),
+        row("^Host requires authentication$", "the server asks for HTTP authentication, which is not given"),
+        row("^Too many redirects", "the server redirects in a circle"),
+        row("^Insecure redirect", "the server redirects from https:// to http://, which is not followed"),
+        row("^Error transferring .* - server replied: *(.*)$", "the server answered with an HTTP error: %1"),
+        row("^Protocol \"(.*)\" is unknown$", "addresses that begin with \"%1\" cannot be asked"),
+        // What the plug-in itself says.
+        row("^parse json failed: *(.*)$", "the reply is no JSON: %1"),
+        row("^(?:parseLoginArgs failed|query error|evaluateTo error)$",
+            "the form page cannot be read: it is not well-formed"),
+        row("^parsePostResult failed$",
+            "the page that answers the form cannot be read: it is not well-formed"),
+        row("^read compList failed$", "the enterprise list is no JSON"),
+        row("^获取代理地址失败, 请检查服务器部署$",
+            "the address list names no editor service (\"varlo-editor\")"),
+        row("/org/heartbeat falied!$", "the editor service did not answer its heartbeat as it should"),
+        row("/org/tree error!$", "the organisation tree did not come"),
+        row("::GetServerProjectTree .* falied!$", "the list of scene projects did not come"),
+        row("::getBimProjList .* falied!$", "the list of BIM models did not come"),
+        row("::getDWGBimProjList .* falied!$", "the list of DWG drawings did not come"),
+        row("^open file +(.*?) *failed:", "this file is for an editor, the probe goes without: %1"),
+    };
+    return table;
+}
+
+} // namespace
+
+QString explain(const QString& text)
+{
+    for (const Explanation& explanation : explanations()) {
+        const QRegularExpressionMatch match = explanation.text.match(text);
+        if (match.hasMatch())
+            return explanation.text.captureCount() > 0 ? explanation.words.arg(match.captured(1))
+                                                       : explanation.words;
+    }
+    return {};
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+#include <optional>
+
+namespace NelvoDevkit {
+
+//! \brief What nelvo-probe was told on its command line and in its environment.
+struct ProbeOptions {
+    bool help = false;
+    //! With scheme, without a trailing slash.
+    QString url;
+    QString user;
+    //! Nothing if the terminal is to be asked for it.
+    std::optional<QString> password;
+    //! The account's first one if there is none.
+    std::optional<int> enterprise;
+    //! The folders in which the plug-in is looked for, one after the other.
+    QStringList pluginFolders;
+    //! PEM file of certificates to trust besides the system's; may be empty.
+    QString certificateFile;
+    //! Base address of the update service; empty if that is not to be asked.
+    QString updateUrl;
+    QString updateToken;
+    QString product;
+    std::chrono::seconds patience{60};
+    bool json = false;
+    //! File for the report; empty if none is wanted.
+    QString reportFile;
+
+    //! Reads the arguments, the program's name first, and the environment. On failure returns nothing and
+    //! tells why in `error`.
+    static std::optional<ProbeOptions> parse(const QStringList& arguments, QString* error);
+
+    //! How to call nelvo-probe, for the user.
+    static QString usage();
+};
+
+} // namespace NelvoDevkit

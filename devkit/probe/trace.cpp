@@ -1,0 +1,135 @@
+#include "probe/trace.h"
+
+#include <QCoreApplication>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+
+#include <algorithm>
+#include <mutex>
+
+namespace NelvoDevkit {
+
+namespace {
+
+//! A list of models is logged whole.
+constexpr int MaxTextLength = 1000;
+
+//! The handler of messages is a plain function, so what it writes to stands here.
+std::mutex mutex; // guards messages
+QVector<LoggedMessage> messageLog;
+QtMessageHandler previousHandler = nullptr;
+
+void handleMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    messageLog.append({type, message.left(MaxTextLength)});
+}
+
+int messageCount()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return messageLog.size();
+}
+
+QByteArray methodOf(const QNetworkReply& reply)
+{
+    switch (reply.operation()) {
+    case QNetworkAccessManager::GetOperation:
+        return "GET";
+    case QNetworkAccessManager::PostOperation:
+        return "POST";
+    default:
+        return "other";
+    }
+}
+
+} // namespace
+
+bool Exchange::logged(const QString& text) const
+{
+    return std::any_of(messages.begin(), messages.end(),
+                       [&text](const LoggedMessage& message) { return message.text == text; });
+}
+
+Trace::Trace()
+{
+    messageLog.clear();
+    m_clock.start();
+    previousHandler = qInstallMessageHandler(&handleMessage);
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+Trace::~Trace()
+{
+    qInstallMessageHandler(previousHandler);
+}
+
+Trace::Mark Trace::mark() const
+{
+    return {m_requests.size(), messageCount(), m_clock.elapsed()};
+}
+
+QVector<Exchange> Trace::exchanges(const Mark& mark) const
+{
+    const QVector<LoggedMessage> logged = messages();
+    QVector<Exchange> found;
+    qint64 begin = mark.milliseconds;
+    int firstMessage = mark.messages;
+    for (int i = mark.requests; i < m_requests.size(); ++i) {
+        const Request& request = m_requests.at(i);
+        const bool isLast = i + 1 == m_requests.size();
+        const int endOfMessages = isLast ? logged.size() : m_requests.at(i + 1).firstMessage;
+        const qint64 end = request.exchange.isFinished ? request.end : m_clock.elapsed();
+        Exchange exchange = request.exchange;
+        exchange.milliseconds = end - begin;
+        exchange.messages = logged.mid(firstMessage, endOfMessages - firstMessage);
+        found.append(exchange);
+        begin = end;
+        firstMessage = endOfMessages;
+    }
+    return found;
+}
+
+QVector<LoggedMessage> Trace::messages() const
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return messageLog;
+}
+
+bool Trace::eventFilter(QObject* receiver, QEvent* event)
+{
+    auto* const reply = qobject_cast<QNetworkReply*>(receiver);
+    // One that is still being made has no manager yet.
+    if (reply && reply->manager() && !m_replies.contains(reply))
+        begin(*reply);
+    return QObject::eventFilter(receiver, event);
+}
+
+void Trace::begin(QNetworkReply& reply)
+{
+    m_replies.insert(&reply);
+    m_requests.append(
+        {&reply, messageCount(), 0, {methodOf(reply), reply.request().url(), {}, false, {}, 0, {}}});
+    connect(&reply, &QObject::destroyed, this, &Trace::forget);
+    connect(reply.manager(), &QNetworkAccessManager::finished, this, &Trace::end, Qt::UniqueConnection);
+}
+
+void Trace::end(QNetworkReply* reply)
+{
+    if (!m_replies.contains(reply))
+        begin(*reply);
+    const auto request = std::find_if(m_requests.rbegin(), m_requests.rend(),
+                                      [reply](const Request& known) { return known.reply == reply; });
+    request->end = m_clock.elapsed();
+    request->exchange.isFinished = true;
+    request->exchange.answeredBy = reply->url();
+    if (reply->error() != QNetworkReply::NoError)
+        request->exchange.error = reply->errorString();
+}
+
+void Trace::forget(const QObject* reply)
+{
+    m_replies.remove(reply);
+}
+
+} // namespace NelvoDevkit

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QUrl>
+#include <QVector>
+
+class QNetworkReply;
+
+namespace NelvoDevkit {
+
+//! \brief A message of Qt's log.
+struct LoggedMessage {
+    QtMsgType type = QtDebugMsg;
+    QString text; //!< its beginning, if it is very long
+};
+
+//! \brief What the plug-in did for one request.
+struct Exchange {
+    QByteArray method;
+    QUrl url;
+    //! Where the answer came from: another address than `url` after a redirect.
+    QUrl answeredBy;
+    bool isFinished = false;
+    //! Qt's text for a reply that failed; empty for a success.
+    QString error;
+    //! From the end of the one before it, or the mark, to its own end, or so far.
+    qint64 milliseconds = 0;
+    //! What was logged from there to the next request, or to the end.
+    QVector<LoggedMessage> messages;
+
+    bool logged(const QString& text) const;
+};
+
+//! \brief While it lives, watches which requests the plug-in makes and what it logs. One at a time.
+//!
+//! A request shows by the first event that its reply gets, which comes with the first news from the server;
+//! one of another thread only by its end, and only if its access manager is known by then. Watching changes
+//! nothing, but that log messages don't go on to the terminal. GUI thread only; messages may come from any
+//! thread.
+class Trace final : public QObject
+{
+public:
+    Trace();
+    ~Trace() override;
+    Q_DISABLE_COPY(Trace)
+
+    //! A place in the trace.
+    struct Mark {
+        int requests = 0;
+        int messages = 0;
+        qint64 milliseconds = 0;
+    };
+
+    //! The present end of the trace.
+    Mark mark() const;
+    //! The requests since `mark`, in their order.
+    QVector<Exchange> exchanges(const Mark& mark) const;
+    //! Everything that was logged.
+    QVector<LoggedMessage> messages() const;
+
+protected:
+    bool eventFilter(QObject* receiver, QEvent* event) override;
+
+private:
+    struct Request {
+        const QNetworkReply* reply; //!< tells requests apart; it may be gone
+        int firstMessage;
+        qint64 end;
+        Exchange exchange;
+    };
+
+    void begin(QNetworkReply& reply);
+    void end(QNetworkReply* reply);
+    void forget(const QObject* reply);
+
+    QElapsedTimer m_clock;
+    QVector<Request> m_requests;
+    //! The replies that exist and have been seen.
+    QSet<const QObject*> m_replies;
+};
+
+} // namespace NelvoDevkit

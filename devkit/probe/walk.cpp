@@ -1,0 +1,522 @@
+#include "probe/walk.h"
+
+#include "host/pluginlibrary.h"
+#include "probe/directquestion.h"
+#include "probe/explanation.h"
+#include "probe/formpage.h"
+
+#include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/IPdsMgr.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QQmlContext>
+#include <QQuickView>
+
+#include <algorithm>
+#include <utility>
+
+namespace NelvoDevkit {
+
+namespace {
+
+const auto NoEditorText = QStringLiteral("获取代理地址失败, 请检查服务器部署");
+const auto UnreadableFormText = QStringLiteral("parseLoginArgs failed");
+const auto LoginPath = QStringLiteral("/login");
+const auto HeartbeatPath = QStringLiteral("/org/heartbeat");
+
+QQuickView* findWindow()
+{
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    for (QWindow* window : windows) {
+        if (auto* const view = qobject_cast<QQuickView*>(window))
+            return view;
+    }
+    return nullptr;
+}
+
+QObject* objectOfPages(const QQuickView& window, const char* name)
+{
+    return window.rootContext()->contextProperty(QLatin1String(name)).value<QObject*>();
+}
+
+bool isSentToForm(const Exchange& exchange)
+{
+    return exchange.answeredBy != exchange.url && exchange.answeredBy.path().endsWith(LoginPath);
+}
+
+//! Whether the form was answered with a redirect to another page, as it is for those who are let in.
+bool isWelcomed(const Exchange& form)
+{
+    return form.answeredBy != form.url && !isSentToForm(form);
+}
+
+//! Whether the reply is not what the plug-in needs, by what it logs.
+bool isUnfit(Step step, const Exchange& exchange)
+{
+    const StepInfo& info = infoOf(step);
+    if (info.failure != nullptr)
+        return exchange.logged(QString::fromLatin1(info.failure));
+    return info.success != nullptr && !exchange.logged(QString::fromLatin1(info.success));
+}
+
+//! The warning that tells why.
+QString reasonOf(const Exchange& exchange)
+{
+    const auto reason =
+        std::find_if(exchange.messages.begin(), exchange.messages.end(), [](const LoggedMessage& message) {
+            return message.type == QtWarningMsg && !explain(message.text).isEmpty();
+        });
+    return reason == exchange.messages.end() ? QString() : reason->text;
+}
+
+//! In words if it is known, or else as it stands.
+QString wordsFor(const QString& reason)
+{
+    QString words = explain(reason);
+    if (!words.isEmpty())
+        return words;
+    return reason.isEmpty() ? QStringLiteral("it failed, and the plug-in does not say why") : reason;
+}
+
+//! Where the form page was redirected to another server, or to another scheme.
+QString redirectWords(const Exchange& form)
+{
+    const QUrl& last = form.answeredBy;
+    if (last.scheme() == form.url.scheme() && last.authority() == form.url.authority())
+        return {};
+    return QStringLiteral(
+               "redirected to %1://%2; give that address, since a form that is redirected arrives empty")
+        .arg(last.scheme(), last.authority(QUrl::EncodeUnicode));
+}
+
+int unitCount(const NelvoSDK::OrgTreeNode& node)
+{
+    int count = 1;
+    for (const NelvoSDK::OrgTreeNode& child : node.children)
+        count += unitCount(child);
+    return count;
+}
+
+QString idOf(const QJsonObject& company)
+{
+    return company.value(QStringLiteral("enterpriseId")).toVariant().toString();
+}
+
+QString counted(int count, const char* one, const char* many)
+{
+    return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
+}
+
+//! What is wrong with the reply of the update service; empty if nothing is.
+QString releaseFault(const QByteArray& body)
+{
+    const QJsonObject reply = QJsonDocument::fromJson(body).object();
+    if (reply.isEmpty())
+        return QStringLiteral("the reply is no JSON object");
+    const QJsonValue code = reply.value(QStringLiteral("code"));
+    if (code.toInt(-1) != 200) {
+        return QStringLiteral("the reply has the code %1 in place of 200: %2")
+            .arg(code.toVariant().toString(), reply.value(QStringLiteral("message")).toString());
+    }
+    if (reply.value(QStringLiteral("data")).toObject().value(QStringLiteral("pVersion")).toString().isEmpty())
+        return QStringLiteral("the reply names no version (\"pVersion\" in \"data\")");
+    return {};
+}
+
+} // namespace
+
+Walk::Walk(ProbeOptions options, Findings& findings, Redaction& redaction)
+    : m_options(std::move(options)), m_findings(findings), m_redaction(redaction)
+{
+    if (m_options.updateUrl.isEmpty())
+        m_findings.set({Step::Updates, Verdict::NotAsked, -1, QStringLiteral("--update-url was not given")});
+}
+
+void Walk::run()
+{
+    if (!loadPlugin())
+        return;
+    if (signIn() && chooseEnterprise() && enterEnterprise()) {
+        askOrganisation();
+        askProjects();
+        askModels();
+    }
+    askUpdates();
+    m_underWay = {Step::SignOut};
+    m_mark = m_trace.mark();
+}
+
+void Walk::finish()
+{
+    if (!m_window)
+        return;
+    signOut();
+    m_plugin->GetPdsMgr()->Detach(this);
+    m_plugin->GetLoginMgr()->GetLoginActor()->Detach(this);
+    m_plugin->Shutdown();
+}
+
+void Walk::interrupt()
+{
+    // Without a call under way it was a question of the probe's own that had no answer, and the step that it
+    // was about is known to be wrong.
+    qint64 begun = m_mark.milliseconds;
+    for (const Step step : qAsConst(m_underWay)) {
+        const auto exchange = exchangeOf(step);
+        if (exchange && exchange->isFinished) {
+            judge(step);
+            begun += exchange->milliseconds;
+            continue;
+        }
+        setWrong(
+            step,
+            QStringLiteral("no answer when the %1 s of this walk were over").arg(m_options.patience.count()));
+        m_findings.of(step).milliseconds = m_trace.mark().milliseconds - begun;
+        return;
+    }
+}
+
+QString Walk::pluginVersion() const
+{
+    return m_plugin ? QString::fromStdWString(m_plugin->GetVersion()) : QString();
+}
+
+void Walk::OnLoginSucceeded(const NelvoSDK::LoginSession& session)
+{
+    m_session = session;
+}
+
+void Walk::OnBimProjListSynced()
+{
+    if (m_whenListSynced)
+        m_whenListSynced();
+}
+
+bool Walk::loadPlugin()
+{
+    QElapsedTimer clock;
+    clock.start();
+    QStringList errors;
+    for (const QString& folder : qAsConst(m_options.pluginFolders)) {
+        QString error;
+        m_plugin = NelvoDevkit::loadPlugin(folder, &error);
+        if (m_plugin)
+            break;
+        errors.append(error);
+    }
+    if (!m_plugin) {
+        m_findings.set({Step::PlugIn, Verdict::Wrong, clock.elapsed(),
+                        QStringLiteral("the library could not be loaded: ") +
+                            m_redaction.redacted(errors.join(QStringLiteral("; ")))});
+        return false;
+    }
+    m_plugin->Initialize();
+    m_window = findWindow();
+    if (!m_window || !objectOfPages(*m_window, "loginCtrl") || !objectOfPages(*m_window, "updater")) {
+        m_findings.set({Step::PlugIn, Verdict::Wrong, clock.elapsed(),
+                        QStringLiteral("the library has no login window of the kind that is known here")});
+        m_window = nullptr;
+        m_plugin->Shutdown();
+        return false;
+    }
+    m_plugin->GetLoginMgr()->GetLoginActor()->Attach(this);
+    m_plugin->GetPdsMgr()->Attach(this);
+    m_findings.set(
+        {Step::PlugIn, Verdict::Well, clock.elapsed(), QStringLiteral("version ") + pluginVersion()});
+    return true;
+}
+
+bool Walk::signIn()
+{
+    const QVector<Step> steps{Step::SignInForm, Step::SignIn, Step::Enterprises};
+    QObject* const pages = objectOfPages(*m_window, "loginCtrl");
+    QString message;
+    call(steps, [&] {
+        QMetaObject::invokeMethod(pages, "login", Q_RETURN_ARG(QString, message),
+                                  Q_ARG(QString, m_options.user), Q_ARG(QString, *m_options.password),
+                                  Q_ARG(QString, m_options.url), Q_ARG(QString, QString()));
+    });
+    m_companies = pages->property("appList").toJsonArray();
+
+    Step last = Step::SignInForm;
+    for (const Step step : steps) {
+        if (!exchangeOf(step))
+            continue;
+        setWell(step, step == Step::SignInForm ? redirectWords(*exchangeOf(step)) : QString());
+        last = step;
+    }
+    if (message.isEmpty())
+        return true;
+    setFailed(last, message);
+    if (last == Step::Enterprises || message == UnreadableFormText)
+        explainRefusedSignIn();
+    return false;
+}
+
+//! The plug-in reads any form page, and takes any answer to the form: what is wrong with them shows only in
+//! the list that doesn't come.
+void Walk::explainRefusedSignIn()
+{
+    const Exchange answer = exchangeOf(Step::SignIn).value_or(Exchange{});
+    const auto list = exchangeOf(Step::Enterprises);
+    const DirectAnswer form = askDirectly(QUrl(m_options.url + LoginPath));
+    const QString fault = form.error.isEmpty() ? formPageFault(form.body) : QString();
+    if (!fault.isEmpty()) {
+        setWrong(Step::SignInForm, fault);
+        m_findings.of(Step::SignInForm).askedDirectly = true;
+        m_findings.set({Step::SignIn});
+        m_findings.set({Step::Enterprises});
+    } else if (list && isSentToForm(*list) && isWelcomed(answer)) {
+        setWrong(Step::Enterprises,
+                 QStringLiteral("the sign-in was answered as a success is, but the service does not know the "
+                                "session any more: look at host, path and \"Secure\" of its cookies"));
+    } else if (list && isSentToForm(*list)) {
+        setWrong(Step::SignIn,
+                 QStringLiteral("user name or password rejected: the service sends the question "
+                                "for the enterprises back to its form"));
+        m_findings.set({Step::Enterprises});
+    } else if (list && !isWelcomed(answer)) {
+        m_findings.of(Step::Enterprises).words +=
+            QStringLiteral(", which a rejected password can come to as well");
+    }
+}
+
+bool Walk::chooseEnterprise()
+{
+    Finding& list = m_findings.of(Step::Enterprises);
+    QStringList ids;
+    for (const QJsonValue company : qAsConst(m_companies)) {
+        ids.append(idOf(company.toObject()));
+        const bool isChosen = !m_options.enterprise || ids.constLast().toInt() == *m_options.enterprise;
+        if (!m_enterpriseId.isEmpty() || !isChosen)
+            continue;
+        m_enterpriseId = ids.constLast();
+        m_enterpriseName = company[QStringLiteral("enterpriseName")].toString();
+    }
+    list.words = counted(ids.size(), "enterprise", "enterprises");
+    if (!m_enterpriseId.isEmpty())
+        return true;
+    list.verdict = Verdict::Wrong;
+    if (ids.isEmpty())
+        list.words = QStringLiteral("the account has no enterprise: the list is empty, or no JSON array");
+    else if (!m_options.enterprise)
+        list.words = QStringLiteral("no element of the list has an \"enterpriseId\"");
+    else
+        list.words = QStringLiteral("the account does not have the enterprise %1; it has %2")
+                         .arg(*m_options.enterprise)
+                         .arg(ids.join(QStringLiteral(", ")));
+    return false;
+}
+
+bool Walk::enterEnterprise()
+{
+    const QVector<Step> steps{Step::Binding, Step::Addresses, Step::Token, Step::Heartbeat};
+    QObject* const pages = objectOfPages(*m_window, "loginCtrl");
+    call(steps, [&] {
+        QMetaObject::invokeMethod(pages, "onLogin", Q_ARG(QString, m_options.url),
+                                  Q_ARG(QString, m_enterpriseId), Q_ARG(QString, m_enterpriseName));
+    });
+    QMetaObject::invokeMethod(pages, "onShowHome");
+    m_redaction.hide(QString::fromStdWString(m_session.iotToken).trimmed());
+    m_redaction.hideCookies(QString::fromStdWString(m_session.cookies));
+    for (const Step step : steps) {
+        if (exchangeOf(step))
+            judge(step);
+    }
+    judgeSession();
+    return !m_session.sdkAddr.empty();
+}
+
+//! What the replies come to, where each for itself is well.
+void Walk::judgeSession()
+{
+    const auto isWell = [this](Step step) { return m_findings.of(step).verdict == Verdict::Well; };
+    if (isWell(Step::Binding))
+        setWell(Step::Binding, m_enterpriseId + QLatin1Char(' ') + m_enterpriseName);
+
+    const auto heartbeat = exchangeOf(Step::Heartbeat);
+    const QString iot = QCoreApplication::instance()->property("iotUrl").toString();
+    if (isWell(Step::Addresses) && !heartbeat) {
+        setWrong(Step::Addresses, explain(NoEditorText));
+    } else if (isWell(Step::Addresses)) {
+        const QString editor = heartbeat->url.adjusted(QUrl::RemoveUserInfo).toString().remove(HeartbeatPath);
+        setWell(Step::Addresses,
+                QStringLiteral("editor service %1, %2")
+                    .arg(editor, iot.isEmpty() ? QStringLiteral("no IoT service (\"iot_new\")")
+                                               : QStringLiteral("IoT service ") + iot));
+    }
+
+    if (isWell(Step::Heartbeat) && m_session.cookies.empty())
+        setWrong(Step::Heartbeat,
+                 QStringLiteral("the heartbeat sets no cookie, so what follows has no session"));
+    if (!isWell(Step::Token) || m_session.sdkAddr.empty())
+        return;
+    if (m_session.iotToken.empty())
+        setWrong(Step::Token, QStringLiteral("the reply is empty"));
+    else if (m_session.iotToken.find(L'<') != std::wstring::npos)
+        setWrong(Step::Token,
+                 QStringLiteral("the reply is a page, which is taken for the token all the same"));
+}
+
+void Walk::askOrganisation()
+{
+    NelvoSDK::IProjectInfoMgr* const projects = m_plugin->GetProjectInfoMgr();
+    projects->SetPlugin(m_plugin);
+    call({Step::Organisation}, [&] { projects->ReflushProjOrgInfo(m_session); });
+    NelvoSDK::OrgTreeNode root;
+    projects->GetOrgTree(root);
+    const bool isThere = judge(Step::Organisation, counted(unitCount(root), "unit", "units"));
+    if (isThere && root.id.empty() && root.children.empty())
+        setWrong(Step::Organisation, QStringLiteral("the reply holds no tree under \"data\""));
+}
+
+void Walk::askProjects()
+{
+    std::list<NelvoSDK::ProjectNode> projects;
+    call({Step::Projects}, [&] { m_plugin->GetProjectInfoMgr()->GetServerProjectTree(projects); });
+    judge(Step::Projects, counted(static_cast<int>(projects.size()), "project", "projects"));
+}
+
+void Walk::askModels()
+{
+    NelvoSDK::IPdsMgr* const models = m_plugin->GetPdsMgr();
+    models->SetPlugin(m_plugin);
+    models->SetQmlContext(m_window->rootContext());
+    QObject* const pages = objectOfPages(*m_window, "pdsMgr");
+    askModels(*pages, Step::Models, "getBimProj");
+    askModels(*pages, Step::Drawings, "getDWGBimProj");
+}
+
+void Walk::askModels(QObject& pages, Step step, const char* function)
+{
+    QEventLoop loop;
+    m_whenListSynced = [&loop] { loop.quit(); };
+    call({step}, [&] {
+        QMetaObject::invokeMethod(&pages, function);
+        loop.exec();
+    });
+    m_whenListSynced = nullptr;
+    const int count = pages.property("bimProjList").toJsonArray().size();
+    judge(step,
+          step == Step::Models ? counted(count, "model", "models") : counted(count, "drawing", "drawings"));
+}
+
+void Walk::askUpdates()
+{
+    if (m_options.updateUrl.isEmpty())
+        return;
+    QObject* const updater = objectOfPages(*m_window, "updater");
+    call({Step::Updates}, [&] {
+        QMetaObject::invokeMethod(updater, "checkVersion", Q_ARG(QString, m_options.updateUrl),
+                                  Q_ARG(QString, m_options.updateToken), Q_ARG(QString, m_options.product));
+    });
+    const QString version = updater->property("latestVersion").toString();
+    if (version.isEmpty())
+        explainFailedUpdates();
+    else
+        setWell(Step::Updates, QStringLiteral("offers %1 %2").arg(m_options.product, version));
+}
+
+//! The plug-in tells a failure and the lack of a newer release alike, and does not say which it was.
+void Walk::explainFailedUpdates()
+{
+    const auto exchange = exchangeOf(Step::Updates);
+    if (!exchange || !exchange->isFinished) {
+        setWrong(Step::Updates, QStringLiteral("no answer within the 30 s that the plug-in waits for it"));
+        return;
+    }
+    if (!exchange->error.isEmpty()) {
+        setFailed(Step::Updates, exchange->error);
+        return;
+    }
+    setFailed(Step::Updates, {});
+    const QString question = QStringLiteral("%1%2?access_token=%3&productId=%4&productVersion=0.0.0")
+                                 .arg(m_options.updateUrl, QLatin1String(infoOf(Step::Updates).path),
+                                      m_options.updateToken, m_options.product);
+    const DirectAnswer answer = askDirectly(QUrl(question), QJsonDocument(QJsonObject()).toJson());
+    const QString fault =
+        m_redaction.redacted(answer.error.isEmpty() ? releaseFault(answer.body) : answer.error);
+    Finding& finding = m_findings.of(Step::Updates);
+    finding.askedDirectly = true;
+    finding.words =
+        fault.isEmpty() ? QStringLiteral("no answer for the plug-in, but one when asked again") : fault;
+}
+
+//! The plug-in does so by itself when the application ends.
+void Walk::signOut()
+{
+    const auto exchange = exchangeOf(Step::SignOut);
+    // Without a sign-in it has no address to do so at.
+    if (exchange && !exchange->url.host().isEmpty())
+        judge(Step::SignOut);
+}
+
+void Walk::call(const QVector<Step>& steps, const std::function<void()>& function)
+{
+    m_underWay = steps;
+    m_mark = m_trace.mark();
+    function();
+    m_underWay.clear();
+}
+
+std::optional<Exchange> Walk::exchangeOf(Step step) const
+{
+    const StepInfo& info = infoOf(step);
+    const QVector<Exchange> exchanges = m_trace.exchanges(m_mark);
+    const auto found = std::find_if(exchanges.begin(), exchanges.end(), [&info](const Exchange& exchange) {
+        return exchange.method == info.method && exchange.url.path().endsWith(QLatin1String(info.path));
+    });
+    return found == exchanges.end() ? std::nullopt : std::make_optional(*found);
+}
+
+bool Walk::judge(Step step, const QString& wordsIfWell)
+{
+    const auto exchange = exchangeOf(step);
+    const bool isBehindSignIn = step > Step::SignIn && step < Step::SignOut;
+    if (!exchange)
+        setFailed(step, {});
+    else if (!exchange->error.isEmpty())
+        setFailed(step, exchange->error);
+    else if (isBehindSignIn && isSentToForm(*exchange))
+        setWrong(step, QStringLiteral(
+                           "the service sends the question back to its sign-in form: the session is lost"));
+    else if (isUnfit(step, *exchange))
+        setFailed(step, reasonOf(*exchange));
+    else
+        setWell(step, wordsIfWell);
+    return m_findings.of(step).verdict == Verdict::Well;
+}
+
+void Walk::setWell(Step step, const QString& words)
+{
+    const auto exchange = exchangeOf(step);
+    m_findings.set(
+        {step, Verdict::Well, exchange ? exchange->milliseconds : -1, m_redaction.redacted(words)});
+}
+
+void Walk::setWrong(Step step, const QString& words)
+{
+    const auto exchange = exchangeOf(step);
+    m_findings.set({step, Verdict::Wrong, exchange ? exchange->milliseconds : -1, words});
+}
+
+void Walk::setFailed(Step step, const QString& reason)
+{
+    setWrong(step, wordsFor(m_redaction.redacted(reason)));
+    const auto exchange = exchangeOf(step);
+    if (!exchange || !reason.startsWith(QStringLiteral("SSL handshake failed")))
+        return;
+    const QString certificateError = askDirectly(exchange->url).certificateError;
+    if (certificateError.isEmpty())
+        return;
+    m_findings.of(step).words += QStringLiteral(": ") + certificateError;
+    m_findings.of(step).askedDirectly = true;
+}
+
+} // namespace NelvoDevkit
