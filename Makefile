@@ -3,7 +3,7 @@ PRESET ?= release
 BUILD = build/$(PRESET)
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build run tour test lint format asan tsan bench artwork kit clean
+.PHONY: help deps build run tour test lint format asan tsan bench docs gallery kit artwork clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -41,6 +41,13 @@ tsan: ## the tests of the thread that fetches lists, under ThreadSanitizer
 
 bench: build ## the measurements, each beside a peer or a floor
 	@tools/bench $(BUILD)
+
+docs: deps ## the API reference of the public headers, in build/docs/html
+	@tools/docs build/docs
+
+gallery: build ## docs/gallery.md, with the pictures of a tour
+	@tools/install-dependencies pngquant
+	@tools/gallery $(BUILD)
 
 artwork: deps ## render the pictures from their SVG sources
 	@tools/render-artwork

@@ -10,14 +10,18 @@ namespace NelvoSDK {
 class IHostContext
 {
 public:
+    //! Never called; keeps its place in the interface.
     virtual void ReservedFirst() {}
+    //! Never called; keeps its place in the interface.
     virtual void ReservedSecond() {}
+    //! Never called; keeps its place in the interface.
     virtual void ReservedThird() {}
-    //! The host's web channel, not owned by the plug-in, or null if the host has none. Asked for by
-    //! IPdsMgr::InitBimData, on the GUI thread.
+    //! The channel on which IPdsMgr::InitBimData publishes "bimObject". Asked for there, on the GUI thread.
+    //! \return the host's web channel, which stays the host's, or null if it has none.
     virtual QWebChannel* GetWebChannel() = 0;
 
 protected:
+    //! The plug-in never deletes it.
     ~IHostContext() = default;
 };
 

@@ -14,21 +14,26 @@ public:
     virtual void ReservedFirst() = 0;
     //! Does nothing; keeps its place in the interface.
     virtual void ReservedSecond() = 0;
-    //! Returns false; keeps its place in the interface.
+    //! Keeps its place in the interface.
+    //! \return false.
     virtual bool ReservedFlag() = 0;
 
     //! Shows the login window on its form page, with the accounts that were used before. May be called
     //! again after a sign-in to let the user sign in anew. While a sign-in waits for a service, and from
-    //! within an observer's call, it takes effect once that has ended.
+    //! within an observer's call, it takes effect once that has ended. A page that fails to load is a fault
+    //! of the installation (see docs/troubleshooting.md) and ends the process.
     virtual void ShowLogin() = 0;
 
-    //! Adds an observer, not owned and not null. Adding one twice has no effect. Any thread, but not
-    //! while a notification is running. Observers are called in no particular order.
+    //! Adds an observer. Any thread, but not while a notification is running. Observers are called in no
+    //! particular order.
+    //! \param observer not owned and not null. Adding one twice has no effect.
     virtual void Attach(ILoginObserver* observer) = 0;
-    //! Removes an observer; one that is not attached is ignored. Any thread, but not while a
-    //! notification is running. Detach before you delete the observer.
+    //! Removes an observer. Any thread, but not while a notification is running. Detach before you delete the
+    //! observer.
+    //! \param observer one that is not attached is ignored.
     virtual void Detach(ILoginObserver* observer) = 0;
 
+    //! The plug-in's to call.
     virtual ~ILoginActor() = default;
 };
 

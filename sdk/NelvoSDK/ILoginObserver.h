@@ -15,9 +15,9 @@ namespace NelvoSDK {
 class ILoginObserver
 {
 public:
-    //! The login window has closed and the session is ready. `session` is valid for the time of the
-    //! call: copy it. Also called when the enterprise's services could not be reached; the texts are
-    //! then empty or those of an earlier sign-in (see LoginSession::loggedIn).
+    //! The login window has closed and the session is ready. Also called when the enterprise's services could
+    //! not be reached; the texts are then empty or those of an earlier sign-in (see LoginSession::loggedIn).
+    //! \param session valid for the time of the call: copy it.
     virtual void OnLoginSucceeded(const LoginSession& session) = 0;
 
     //! A sign-in attempt was refused or the sign-in service did not answer. The user has been shown the
@@ -26,6 +26,7 @@ public:
     virtual void OnLoginFailed() = 0;
 
 protected:
+    //! The plug-in never deletes it.
     ~ILoginObserver() = default;
 };
 

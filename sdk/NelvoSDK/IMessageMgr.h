@@ -13,23 +13,31 @@ namespace NelvoSDK {
 class IMessageMgr
 {
 public:
+    //! The plug-in's to call.
     virtual ~IMessageMgr() = default;
 
-    //! The pointer of the last SetContext, null at first.
+    //! What SetContext has kept.
+    //! \return the pointer of the last SetContext, null at first.
     virtual void* GetContext() = 0;
-    //! Keeps a pointer for the host. The plug-in neither looks at it nor owns it.
+    //! Keeps a pointer for the host.
+    //! \param context anything; the plug-in neither looks at it nor owns it.
     virtual void SetContext(void* context) = 0;
 
-    //! Calls IMessageObserver::OnMessageFirst with a copy of `text` on each attached observer.
+    //! Calls IMessageObserver::OnMessageFirst on each attached observer.
+    //! \param text copied before the first call; it may be empty.
     virtual void NotifyFirst(const QString& text) = 0;
-    //! Calls IMessageObserver::OnMessageSecond with a copy of `text` on each attached observer.
+    //! Calls IMessageObserver::OnMessageSecond on each attached observer.
+    //! \param text copied before the first call; it may be empty.
     virtual void NotifySecond(const QString& text) = 0;
-    //! Calls IMessageObserver::OnMessageThird with a copy of `text` on each attached observer.
+    //! Calls IMessageObserver::OnMessageThird on each attached observer.
+    //! \param text copied before the first call; it may be empty.
     virtual void NotifyThird(const QString& text) = 0;
 
-    //! Adds an observer, not owned and not null. Adding one twice has no effect. Any thread.
+    //! Adds an observer. Any thread.
+    //! \param observer not owned and not null. Adding one twice has no effect.
     virtual void Attach(IMessageObserver* observer) = 0;
-    //! Removes an observer; one that is not attached is ignored. Any thread.
+    //! Removes an observer. Any thread.
+    //! \param observer one that is not attached is ignored.
     virtual void Detach(IMessageObserver* observer) = 0;
 };
 

@@ -1,15 +1,20 @@
 #pragma once
 
+//! \file
+//! \brief The library's export, and the interface that it leads to.
+
 #include <QtGlobal>
 
 #include <string>
 
+//! How the export is declared: exported where the library is built, imported everywhere else.
 #ifdef NELVO_PLUGIN_BUILD
 #define NELVO_SDK_EXPORT Q_DECL_EXPORT
 #else
 #define NELVO_SDK_EXPORT Q_DECL_IMPORT
 #endif
 
+//! \brief The interfaces and records between the plug-in and its host.
 namespace NelvoSDK {
 
 class ILoginMgr;
@@ -27,43 +32,56 @@ class INelvoSDKPlugin
 {
 public:
     //! Creates the managers; existing ones are replaced, and pointers to them become invalid. Reads the
-    //! address files beside the executable and prepares the login window without showing it. Always true.
-    //! To replace managers, see Shutdown for when not to.
+    //! address files beside the executable and prepares the login window without showing it. To replace
+    //! managers, see Shutdown for when not to.
+    //! \return always true: a file that can't be read is logged at most.
     virtual bool Initialize() = 0;
     //! Deletes the login, project and PDS managers; the message manager stays usable until the process
     //! ends. Requires an Initialize before it, and may not be called twice for one. Not from within an
     //! observer's call, and not while a sign-in waits for a service: what waits would come back to objects
-    //! that are gone. Without it the managers go with the QGuiApplication. Always true.
+    //! that are gone. Without it the managers go with the QGuiApplication.
+    //! \return always true.
     virtual bool Shutdown() = 0;
     //! Does nothing; keeps its place in the interface.
     virtual void ReservedHook() = 0;
-    //! The plug-in's version, "1.0.0". At any time.
+    //! The plug-in's version. At any time.
+    //! \return "1.0.0".
     virtual std::wstring GetVersion() = 0;
-    //! The login manager, or null before Initialize and after Shutdown.
+    //! The sign-in. Owned by the plug-in.
+    //! \return the login manager, or null before Initialize and after Shutdown.
     virtual ILoginMgr* GetLoginMgr() = 0;
-    //! The project information manager, or null before Initialize and after Shutdown.
+    //! Scene projects and organisation. Owned by the plug-in.
+    //! \return the project information manager, or null before Initialize and after Shutdown.
     virtual IProjectInfoMgr* GetProjectInfoMgr() = 0;
-    //! The PDS manager, or null before Initialize and after Shutdown.
+    //! The BIM import. Owned by the plug-in.
+    //! \return the PDS manager, or null before Initialize and after Shutdown.
     virtual IPdsMgr* GetPdsMgr() = 0;
-    //! The message manager, or null before Initialize.
+    //! The hub for short texts. Owned by the plug-in.
+    //! \return the message manager, or null before Initialize.
     virtual IMessageMgr* GetMessageMgr() { return nullptr; }
-    //! The pointer of the last SetHostContext, null at first.
+    //! What SetHostContext has kept.
+    //! \return the pointer of the last SetHostContext, null at first.
     virtual void* GetHostContext() { return hostContext; }
-    //! Gives the plug-in the host's context: an IHostContext* as void*, not owned, or null. At any time.
+    //! Gives the plug-in the host's context. At any time; it is asked by IPdsMgr::InitBimData.
+    //! \param context an `IHostContext*` as `void*`, not owned, or null. Convert it to `IHostContext*` before
+    //!   it becomes a `void*` if it is a pointer to your own class.
     virtual void SetHostContext(void* context) { hostContext = context; }
 
+    //! The library's to call, at the end of the process.
     virtual ~INelvoSDKPlugin() = default;
 
 protected:
+    //! What SetHostContext has kept.
     void* hostContext = nullptr;
 };
 
 } // namespace NelvoSDK
 
-//! \brief The library's only export: the process-wide plug-in object, the same at every call.
+//! \brief The library's only export: the way to the plug-in object.
 //!
-//! Cannot fail. Any thread. Owned by the library, which keeps it to the end of the process. Hosts that
-//! load the library at run time resolve the symbol "GetNelvoSDKPlugin".
+//! Cannot fail. Any thread. Hosts that load the library at run time resolve the symbol "GetNelvoSDKPlugin".
+//! \return the process-wide plug-in object, the same at every call; owned by the library, which keeps it to
+//!   the end of the process.
 extern "C" NELVO_SDK_EXPORT NelvoSDK::INelvoSDKPlugin* GetNelvoSDKPlugin();
 
 namespace NelvoSDK {

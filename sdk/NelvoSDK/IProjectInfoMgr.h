@@ -22,7 +22,7 @@ class INelvoSDKPlugin;
 class IProjectInfoMgr
 {
 public:
-    //! Installs a session: its cookies replace those of the process, the application's dynamic
+    //! Installs a session: its cookies replace those of the plug-in, the application's dynamic
     //! properties are set ("sdkAddr"; "iotToken" if it is not empty; "epId" if the session has it), the
     //! organisation tree is read, and the session is watched from then on (see IMessageObserver). Each
     //! further call starts one more watch and adds the tree's first level once more. A service that does
@@ -30,41 +30,54 @@ public:
     //!
     //! A watch asks every ten seconds and keeps what Qt holds of each reply, about 8 kB: some 70 MB a day
     //! for each call of this operation, so call it once for each sign-in.
+    //! \param session the record that ILoginObserver::OnLoginSucceeded brought, unchanged; it is copied.
     virtual void ReflushProjOrgInfo(const LoginSession& session) = 0;
     //! Does nothing; called by INelvoSDKPlugin::Shutdown.
     virtual void Shutdown() = 0;
-    //! The pointer of the last SetPlugin, null at first.
+    //! What SetPlugin has kept.
+    //! \return the pointer of the last SetPlugin, null at first.
     virtual INelvoSDKPlugin* GetPlugin() = 0;
-    //! Gives the manager its way back to the plug-in object. Not owned; required before
-    //! ReflushProjOrgInfo.
+    //! Gives the manager its way back to the plug-in object. Required before ReflushProjOrgInfo.
+    //! \param plugin the plug-in object, not owned.
     virtual void SetPlugin(INelvoSDKPlugin* plugin) = 0;
-    //! Reads the enterprise's scene projects from the service and appends them to `projects`, ordered
-    //! by id; `projects` is not cleared. False when the service did not answer with JSON; `projects` is
-    //! then untouched.
+    //! Reads the enterprise's scene projects from the service.
+    //! \param[in,out] projects gets them appended, ordered by id; it is not cleared.
+    //! \return false when the service did not answer with JSON; `projects` is then untouched.
     virtual bool GetServerProjectTree(std::list<ProjectNode>& projects) = 0;
-    //! Fills `root`, which must be a fresh node, with the organisation tree of the last successful
-    //! ReflushProjOrgInfo, or with an empty root before that. Always true.
+    //! Copies the organisation tree of the last successful ReflushProjOrgInfo. Asks no service.
+    //! \param[out] root a fresh node, which becomes the tree's root; it stays empty before there is a tree.
+    //! \return always true.
     virtual bool GetOrgTree(OrgTreeNode& root) = 0;
-    //! Removes from `projects` those that do not belong to the session's enterprise: whose attrs lack
-    //! "epId" or hold another one. Throws std::out_of_range at the first one that has an "epId" if the
-    //! session has none.
+    //! Removes the projects that do not belong to the session's enterprise: whose attrs lack "epId" or hold
+    //! another one.
+    //! \param[in,out] projects the host's projects.
+    //! \throws std::out_of_range at the first one that has an "epId" if the session has none.
     virtual void RemoveForeignProjects(std::list<ProjectRef>& projects) = 0;
-    //! Looks a project up by id, first among the service's, then among the announced ones, and sets id,
-    //! name and the enterprise ("epId", "epName" in attrs) of `project`. An unknown id leaves `project`
-    //! as it came. Throws std::out_of_range if the session names no enterprise.
+    //! Looks a project up, first among those of the last GetServerProjectTree, then among the announced ones.
+    //! \param id the project's id.
+    //! \param[in,out] project gets id, name and the enterprise ("epId" and "epName" in attrs). An unknown id
+    //!   leaves it as it came.
+    //! \throws std::out_of_range if the session names no enterprise.
     virtual void GetProjectInfo(const std::wstring id, ProjectRef& project) = 0;
-    //! Announces a project that exists only in the host so far, with "deptId" and "deptName" in attrs.
-    //! Ignored if the id is empty, already announced, or known from the service.
+    //! Announces a project that exists only in the host so far. Asks no service.
+    //! \param project with "deptId" and "deptName" in attrs; it is copied. Ignored if its id is empty,
+    //!   already announced, or known from the service.
     virtual void AddLocalProject(const ProjectRef& project) = 0;
-    //! Withdraws an announced project; an unknown id is ignored.
+    //! Withdraws an announced project. Asks no service.
+    //! \param id the project's id; an unknown one is ignored.
     virtual void RemoveLocalProject(const std::wstring id) = 0;
-    //! Brings a project to the service when `upload` is true: an announced one is added (attrs must
-    //! hold "deptId", or std::out_of_range is thrown), a known one whose name differs is renamed,
-    //! anything else is left alone. `reserved` is ignored. A failure is only logged.
+    //! Brings a project to the service: an announced one is added, a known one whose name differs is renamed,
+    //! anything else is left alone. A failure is only logged, and an announced project counts as announced no
+    //! more even then; read the list again to know.
+    //! \param project the project as it is to be. One that is added must hold "deptId" in attrs.
+    //! \param reserved ignored.
+    //! \param upload false does nothing.
+    //! \throws std::out_of_range if a project that is to be added lacks "deptId".
     virtual void OnUploadProject(const ProjectNode& project, void* reserved, bool upload) = 0;
-    //! Deletes the equipment bindings of a scene project and announces as many new ones as
-    //! `deviceSerials` has entries (component's GUID to serial number of its device). The service learns
-    //! their number only. A failure is only logged.
+    //! Deletes the equipment bindings of a scene project and announces new ones. The service learns their
+    //! number only. A failure is only logged; if deleting fails, nothing is announced.
+    //! \param sceneProjId the scene project's id, which goes into the address as it stands.
+    //! \param deviceSerials the serial number of each component's device, by the component's GUID.
     virtual void OnUploadSdkProperty(const QString& /*sceneProjId*/,
                                      const QMap<QString, QString>& /*deviceSerials*/)
     {}
@@ -73,6 +86,7 @@ public:
     //! Does nothing; keeps its place in the interface.
     virtual void ReservedSecond() = 0;
 
+    //! The plug-in's to call.
     virtual ~IProjectInfoMgr() = default;
 };
 

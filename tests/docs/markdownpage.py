@@ -1,0 +1,65 @@
+"""What the tests of the documents read of a Markdown page."""
+
+import re
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parents[2]
+
+
+class Page:
+    """A page, or a section of one: its prose apart from its code."""
+
+    def __init__(self, text):
+        self.code, self.prose = [], []
+        is_fenced = False
+        for line in text.splitlines():
+            is_fence = line.lstrip().startswith("```")
+            is_fenced ^= is_fence
+            is_code = is_fence or is_fenced or line.startswith(4 * " ")
+            (self.code if is_code else self.prose).append(line)
+
+    @classmethod
+    def read(cls, path):
+        return cls(path.read_text(encoding="utf-8"))
+
+    def sections(self):
+        """The prose from one heading to the next, as pages; each begins with its heading."""
+        starts = [number for number, line in enumerate(self.prose) if line.startswith("#")]
+        return [Page("\n".join(self.prose[start:end])) for start, end in zip(starts, [*starts[1:], None])]
+
+    def headings(self):
+        return [line for line in self.prose if re.match(r"#+ ", line)]
+
+    def levels(self):
+        return [heading.index(" ") for heading in self.headings()]
+
+    def anchors(self):
+        """What a link names behind '#', in the order of the headings."""
+        return [anchor(heading) for heading in self.headings()]
+
+    def code_spans(self):
+        return re.findall(r"`([^`\n]+)`", "\n".join(self.prose))
+
+    def links(self):
+        """The targets of links and pictures, without those that lead out of the repository."""
+        text = re.sub(r"`[^`\n]+`", "", "\n".join(self.prose))
+        return [target for target in re.findall(r"\]\(([^)\s]+)\)", text) if "://" not in target]
+
+    def tables(self):
+        """For each table the number of columns in each of its rows."""
+        found = [[]]
+        for line in self.prose:
+            if line.startswith("|"):
+                found[-1].append(line.rstrip().strip("|").count("|") + 1)
+            elif found[-1]:
+                found.append([])
+        return [rows for rows in found if rows]
+
+    def list_items(self):
+        return sum(bool(re.match(r"(- |\d+\. )", line)) for line in self.prose)
+
+
+def anchor(heading):
+    """The anchor of a heading as the usual hosts of repositories make it."""
+    text = re.sub(r"\[([^]]*)\]\([^)]*\)", r"\1", heading.lstrip("#").strip())
+    return re.sub(r"[^\w\- ]", "", text.lower()).replace(" ", "-")
