@@ -47,7 +47,7 @@ class VisitorPlugin final : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "visitor.json")
 
 public:
-    QObject* create(const QString& /*name*/, const QString& /*specification*/) override
+    QObject* create(const QString& /*name*/, const QString& /*arguments*/) override
     {
         return new Visitor;
     }
