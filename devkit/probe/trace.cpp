@@ -45,7 +45,7 @@ QByteArray methodOf(const QNetworkReply& reply)
 
 } // namespace
 
-bool Exchange::logged(const QString& text) const
+bool TracedExchange::logged(const QString& text) const
 {
     return std::any_of(messages.begin(), messages.end(),
                        [&text](const LoggedMessage& message) { return message.text == text; });
@@ -69,10 +69,10 @@ Trace::Mark Trace::mark() const
     return {m_requests.size(), messageCount(), m_clock.elapsed()};
 }
 
-QVector<Exchange> Trace::exchanges(const Mark& mark) const
+QVector<TracedExchange> Trace::exchanges(const Mark& mark) const
 {
     const QVector<LoggedMessage> logged = messages();
-    QVector<Exchange> found;
+    QVector<TracedExchange> found;
     qint64 begin = mark.milliseconds;
     int firstMessage = mark.messages;
     for (int i = mark.requests; i < m_requests.size(); ++i) {
@@ -80,7 +80,7 @@ QVector<Exchange> Trace::exchanges(const Mark& mark) const
         const bool isLast = i + 1 == m_requests.size();
         const int endOfMessages = isLast ? logged.size() : m_requests.at(i + 1).firstMessage;
         const qint64 end = request.exchange.isFinished ? request.end : m_clock.elapsed();
-        Exchange exchange = request.exchange;
+        TracedExchange exchange = request.exchange;
         exchange.milliseconds = end - begin;
         exchange.messages = logged.mid(firstMessage, endOfMessages - firstMessage);
         found.append(exchange);

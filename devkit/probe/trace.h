@@ -18,7 +18,7 @@ struct LoggedMessage {
 };
 
 //! \brief What the plug-in did for one request.
-struct Exchange {
+struct TracedExchange {
     QByteArray method;
     QUrl url;
     //! Where the answer came from: another address than `url` after a redirect.
@@ -57,7 +57,7 @@ public:
     //! The present end of the trace.
     Mark mark() const;
     //! The requests since `mark`, in their order.
-    QVector<Exchange> exchanges(const Mark& mark) const;
+    QVector<TracedExchange> exchanges(const Mark& mark) const;
     //! Everything that was logged.
     QVector<LoggedMessage> messages() const;
 
@@ -69,7 +69,7 @@ private:
         const QNetworkReply* reply; //!< tells requests apart; it may be gone
         int firstMessage;
         qint64 end;
-        Exchange exchange;
+        TracedExchange exchange;
     };
 
     void begin(QNetworkReply& reply);

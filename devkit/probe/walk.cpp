@@ -45,19 +45,19 @@ QObject* objectOfPages(const QQuickView& window, const char* name)
     return window.rootContext()->contextProperty(QLatin1String(name)).value<QObject*>();
 }
 
-bool isSentToForm(const Exchange& exchange)
+bool isSentToForm(const TracedExchange& exchange)
 {
     return exchange.answeredBy != exchange.url && exchange.answeredBy.path().endsWith(LoginPath);
 }
 
 //! Whether the form was answered with a redirect to another page, as it is for those who are let in.
-bool isWelcomed(const Exchange& form)
+bool isWelcomed(const TracedExchange& form)
 {
     return form.answeredBy != form.url && !isSentToForm(form);
 }
 
 //! Whether the reply is not what the plug-in needs, by what it logs.
-bool isUnfit(Step step, const Exchange& exchange)
+bool isUnfit(Step step, const TracedExchange& exchange)
 {
     const StepInfo& info = infoOf(step);
     if (info.failure != nullptr)
@@ -66,7 +66,7 @@ bool isUnfit(Step step, const Exchange& exchange)
 }
 
 //! The warning that tells why.
-QString reasonOf(const Exchange& exchange)
+QString reasonOf(const TracedExchange& exchange)
 {
     const auto reason =
         std::find_if(exchange.messages.begin(), exchange.messages.end(), [](const LoggedMessage& message) {
@@ -85,7 +85,7 @@ QString wordsFor(const QString& reason)
 }
 
 //! Where the form page was redirected to another server, or to another scheme.
-QString redirectWords(const Exchange& form)
+QString redirectWords(const TracedExchange& form)
 {
     const QUrl& last = form.answeredBy;
     if (last.scheme() == form.url.scheme() && last.authority() == form.url.authority())
@@ -263,7 +263,7 @@ bool Walk::signIn()
 //! the list that doesn't come.
 void Walk::explainRefusedSignIn()
 {
-    const Exchange answer = exchangeOf(Step::SignIn).value_or(Exchange{});
+    const TracedExchange answer = exchangeOf(Step::SignIn).value_or(TracedExchange{});
     const auto list = exchangeOf(Step::Enterprises);
     const DirectAnswer form = askDirectly(QUrl(m_options.url + LoginPath));
     const QString fault = form.error.isEmpty() ? formPageFault(form.body) : QString();
@@ -465,13 +465,14 @@ void Walk::call(const QVector<Step>& steps, const std::function<void()>& functio
     m_underWay.clear();
 }
 
-std::optional<Exchange> Walk::exchangeOf(Step step) const
+std::optional<TracedExchange> Walk::exchangeOf(Step step) const
 {
     const StepInfo& info = infoOf(step);
-    const QVector<Exchange> exchanges = m_trace.exchanges(m_mark);
-    const auto found = std::find_if(exchanges.begin(), exchanges.end(), [&info](const Exchange& exchange) {
-        return exchange.method == info.method && exchange.url.path().endsWith(QLatin1String(info.path));
-    });
+    const QVector<TracedExchange> exchanges = m_trace.exchanges(m_mark);
+    const auto found =
+        std::find_if(exchanges.begin(), exchanges.end(), [&info](const TracedExchange& exchange) {
+            return exchange.method == info.method && exchange.url.path().endsWith(QLatin1String(info.path));
+        });
     return found == exchanges.end() ? std::nullopt : std::make_optional(*found);
 }
 

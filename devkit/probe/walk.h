@@ -71,7 +71,7 @@ private:
     //! Calls the plug-in, which makes the requests of these steps.
     void call(const QVector<Step>& steps, const std::function<void()>& function);
     //! What the last call did for a step; nothing if it came to none.
-    std::optional<Exchange> exchangeOf(Step step) const;
+    std::optional<TracedExchange> exchangeOf(Step step) const;
     //! Finds a step well or wrong by what the last call did for it.
     bool judge(Step step, const QString& wordsIfWell = {});
     void setWell(Step step, const QString& words);
