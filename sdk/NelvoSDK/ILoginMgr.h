@@ -33,7 +33,8 @@ public:
     //! that one is taken as a sign-in without a window, and none is shown whatever the argument holds. Hosts
     //! with options of their own should therefore never be started with exactly one argument. A sign-in
     //! without a window runs to its end inside this call, the observers' calls included; one that fails is
-    //! logged as "login failed:" and asks the application to quit.
+    //! logged as "login failed:" and asks the application to quit. It goes to its end all the same: observers
+    //! hear ILoginObserver::OnLoginFailed and then OnLoginSucceeded, as a rule with empty texts.
     //!
     //! Closing the login window by its close button ends the application (QCoreApplication::quit).
     //!

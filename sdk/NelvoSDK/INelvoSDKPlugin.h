@@ -32,8 +32,8 @@ class INelvoSDKPlugin
 {
 public:
     //! Creates the managers; existing ones are replaced, and pointers to them become invalid. Reads the
-    //! address files beside the executable and prepares the login window without showing it. To replace
-    //! managers, see Shutdown for when not to.
+    //! address files and the installed version beside the executable, and prepares the login window without
+    //! showing it. To replace managers, see Shutdown for when not to.
     //! \return always true: a file that can't be read is logged at most.
     virtual bool Initialize() = 0;
     //! Deletes the login, project and PDS managers; the message manager stays usable until the process

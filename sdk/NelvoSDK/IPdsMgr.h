@@ -43,6 +43,8 @@ public:
     //! is not ready". A second call builds another one, which is used from then on; the first stays with its
     //! item.
     //! \param parent the host's item that owns the dialog from then on, so that the dialog goes with it.
+    //!   Delete the dialog, a child of that item, before the window or the engine of its scene ends: its
+    //!   bindings would log errors otherwise.
     virtual void CreateBimDialog(QQuickItem* parent) = 0;
     //! Places the dialog over the host's item and shows the BIM models. No effect without a dialog.
     virtual void OpenBimDialog() = 0;
