@@ -7,7 +7,7 @@ BUILD = build/$(PRESET)
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
-	@echo "  PRESET=debug|release|asan chooses the build (now $(PRESET))"
+	@echo "  PRESET=debug|release|asan|tsan chooses the build (now $(PRESET))"
 
 deps:
 	@tools/install-dependencies
