@@ -45,11 +45,7 @@ install(TARGETS ${stand_ins} RUNTIME COMPONENT runtime LIBRARY COMPONENT runtime
 
 # devkit
 if(NELVO_DEVKIT)
-  foreach(program IN ITEMS nelvo-services nelvo-launch nelvo-package nelvo-probe)
-    if(TARGET ${program})
-      install(TARGETS ${program} RUNTIME COMPONENT devkit)
-    endif()
-  endforeach()
+  install(TARGETS nelvo-services nelvo-launch nelvo-package nelvo-probe RUNTIME COMPONENT devkit)
   install(FILES devkit/services/seed.json DESTINATION ${data_dir} COMPONENT devkit)
 
   # A whole application directory: programs and libraries once more, together.

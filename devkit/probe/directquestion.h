@@ -19,7 +19,7 @@ struct DirectAnswer {
 //! GETs `url`, following redirects, as a client without any cookies. Blocks without a time limit while it
 //! pumps events.
 DirectAnswer askDirectly(const QUrl& url);
-//! POSTs JSON there; otherwise the same.
+//! POSTs JSON there, without following redirects; otherwise the same.
 DirectAnswer askDirectly(const QUrl& url, const QByteArray& json);
 
 } // namespace NelvoDevkit

@@ -15,7 +15,7 @@ namespace {
 constexpr int MaxTextLength = 1000;
 
 //! The handler of messages is a plain function, so what it writes to stands here.
-std::mutex mutex; // guards messages
+std::mutex mutex; // guards messageLog
 QVector<LoggedMessage> messageLog;
 QtMessageHandler previousHandler = nullptr;
 

@@ -1,6 +1,7 @@
 #include "tests/docs/exchangetext.h"
 #include "tests/docs/page.h"
 #include "tests/e2e/pluginhost.h"
+#include "tests/e2e/updatepages.h"
 #include "tests/support/messagelog.h"
 
 #include <services/services.h>
@@ -13,7 +14,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QQmlContext>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -113,7 +113,7 @@ private Q_SLOTS:
     void everyFieldIsExplained();
 
 private:
-    void updateItself(const E2e::PluginHost& host);
+    void updateItself();
     void workWithProjects(const NelvoSDK::LoginSession& session);
     void beat();
     void readModels();
@@ -140,7 +140,7 @@ void TestServicesReference::initTestCase()
     clearUpdateFiles();
     const E2e::PluginHost host(m_services->signInUrl());
 
-    updateItself(host);
+    updateItself();
     take(Update);
     const NelvoSDK::LoginSession session = host.signIn(m_services->signInUrl(), User);
     const QVector<Exchange> exchanges = m_services->exchanges();
@@ -166,17 +166,13 @@ void TestServicesReference::cleanupTestCase()
 }
 
 //! The version check and the download, without the installation.
-void TestServicesReference::updateItself(const E2e::PluginHost& host)
+void TestServicesReference::updateItself()
 {
-    auto* const updater =
-        host.window()->rootContext()->contextProperty(QStringLiteral("updater")).value<QObject*>();
-    QSignalSpy answered(updater, SIGNAL(needUpdate(bool)));
-    QSignalSpy downloaded(updater, SIGNAL(downloadFinished(QString)));
-    QMetaObject::invokeMethod(updater, "checkVersion", Q_ARG(QString, m_services->updateUrl()),
-                              Q_ARG(QString, m_services->updateToken()),
-                              Q_ARG(QString, QStringLiteral("nelvo-editor")));
+    QSignalSpy answered(E2e::updater(), SIGNAL(needUpdate(bool)));
+    QSignalSpy downloaded(E2e::updater(), SIGNAL(downloadFinished(QString)));
+    E2e::checkVersion(m_services->updateUrl(), m_services->updateToken(), QStringLiteral("nelvo-editor"));
     QCOMPARE(answered.value(0).value(0).toBool(), true);
-    QMetaObject::invokeMethod(updater, "download");
+    E2e::callUpdater("download");
     QTRY_COMPARE_WITH_TIMEOUT(downloaded.size(), 1, WaitMilliseconds);
 }
 

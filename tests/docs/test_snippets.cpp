@@ -4,6 +4,7 @@
 #include "docs/snippets/models.h"
 #include "docs/snippets/projects.h"
 #include "docs/snippets/update.h"
+#include "tests/e2e/updatepages.h"
 #include "tests/e2e/userinput.h"
 #include "tests/support/accounts.h"
 #include "tests/support/applicationfile.h"
@@ -35,24 +36,6 @@ NelvoSDK::ProjectNode newProject(const std::wstring& id, const std::wstring& nam
     project.name = name;
     project.attrs = {{L"deptId", Department}};
     return project;
-}
-
-//! The only window here without a frame.
-QQuickView* loginWindow()
-{
-    const QWindowList windows = QGuiApplication::topLevelWindows();
-    for (QWindow* window : windows) {
-        if (window->flags().testFlag(Qt::FramelessWindowHint))
-            return qobject_cast<QQuickView*>(window);
-    }
-    return nullptr;
-}
-
-QUrl shownPage()
-{
-    const auto* const loader =
-        loginWindow()->rootObject()->findChild<QObject*>(QStringLiteral("contentLoader"));
-    return loader->property("source").toUrl();
 }
 
 } // namespace
@@ -130,10 +113,10 @@ void TestSnippets::cleanup()
 
 bool TestSnippets::sendForm() const
 {
-    const auto isShown = [] { return loginWindow() && loginWindow()->isVisible(); };
-    if (!QTest::qWaitFor(isShown, WaitMilliseconds) || !E2e::activate(loginWindow()))
+    const auto isShown = [] { return E2e::loginWindow() && E2e::loginWindow()->isVisible(); };
+    if (!QTest::qWaitFor(isShown, WaitMilliseconds) || !E2e::activate(E2e::loginWindow()))
         return false;
-    E2e::submitForm(loginWindow(), User, TestSupport::passwordOf(User), m_services->signInUrl());
+    E2e::submitForm(E2e::loginWindow(), User, TestSupport::passwordOf(User), m_services->signInUrl());
     return true;
 }
 
@@ -330,12 +313,12 @@ void TestSnippets::checkOnTheFormPagePublishesAnEmptySession()
 {
     QSignalSpy missing(&*m_host, &Snippets::Host::noService);
     m_host->start();
-    QTRY_VERIFY(loginWindow() && loginWindow()->isVisible());
+    QTRY_VERIFY(E2e::loginWindow() && E2e::loginWindow()->isVisible());
     Snippets::Update update(Snippets::findUpdater());
     update.check(m_services->updateUrl(), QStringLiteral("wrong"), QStringLiteral("nelvo-editor"));
-    QCOMPARE(shownPage().fileName(), QStringLiteral("ValidComp.qml"));
+    QCOMPARE(E2e::shownPage(), QStringLiteral("validComp"));
     QTRY_COMPARE_WITH_TIMEOUT(missing.size(), 1, WaitMilliseconds);
-    QVERIFY(!loginWindow()->isVisible());
+    QVERIFY(!E2e::loginWindow()->isVisible());
 }
 
 void TestSnippets::updatePageShowsAfterTheSignIn()
@@ -344,21 +327,21 @@ void TestSnippets::updatePageShowsAfterTheSignIn()
     QVERIFY(signIn());
     Snippets::Update update(Snippets::findUpdater());
     update.check(m_services->updateUrl(), QStringLiteral("wrong"), QStringLiteral("nelvo-editor"));
-    QCOMPARE(shownPage().fileName(), QStringLiteral("ValidComp.qml"));
-    QVERIFY(!loginWindow()->isVisible());
+    QCOMPARE(E2e::shownPage(), QStringLiteral("validComp"));
+    QVERIFY(!E2e::loginWindow()->isVisible());
 
     update.check(m_services->updateUrl(), m_services->updateToken(), QStringLiteral("nelvo-editor"));
-    QCOMPARE(shownPage().fileName(), QStringLiteral("UpdateComp.qml"));
-    QVERIFY(!loginWindow()->isVisible());
-    loginWindow()->show();
-    QVERIFY(E2e::activate(loginWindow()));
+    QCOMPARE(E2e::shownPage(), QStringLiteral("updateComp"));
+    QVERIFY(!E2e::loginWindow()->isVisible());
+    E2e::loginWindow()->show();
+    QVERIFY(E2e::activate(E2e::loginWindow()));
     QSignalSpy downloaded(&update, &Snippets::Update::downloaded);
-    E2e::click(loginWindow(), E2e::findItem(loginWindow(), QStringLiteral("upgradeButton")));
-    QTRY_COMPARE(shownPage().fileName(), QStringLiteral("DownloadComp.qml"));
+    E2e::click(E2e::loginWindow(), E2e::findItem(E2e::loginWindow(), QStringLiteral("upgradeButton")));
+    QTRY_COMPARE(E2e::shownPage(), QStringLiteral("downloadComp"));
     // Nothing has begun but the page; the host begins the download.
     update.download();
     QTRY_COMPARE_WITH_TIMEOUT(downloaded.size(), 1, WaitMilliseconds);
-    QTRY_VERIFY(E2e::findItem(loginWindow(), QStringLiteral("installButton"))->isEnabled());
+    QTRY_VERIFY(E2e::findItem(E2e::loginWindow(), QStringLiteral("installButton"))->isEnabled());
 }
 
 QTEST_MAIN(TestSnippets)

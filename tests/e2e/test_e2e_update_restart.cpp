@@ -1,35 +1,17 @@
 #include "tests/updater/installation.h"
+#include "tests/updater/releaseserver.h"
 #include "tests/updater/ziparchive.h"
 
-#include <services/services.h>
-
-#include <QCryptographicHash>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QtTest>
 
-#include <algorithm>
-
-using NelvoDevkit::LoggedRequest;
-using NelvoDevkit::PackageDelivery;
-
 namespace {
 
 constexpr int Patience = Installation::Patience;
 
-const auto Product = QStringLiteral("nelvo-editor-test");
-const auto PackageName = QStringLiteral("NelvoEditor.zip");
 const auto Farewell = QStringLiteral("稍后将自动重启,请等待");
-
-//! Without the progress, which comes as time goes by.
-QStringList withoutProgress(QStringList events)
-{
-    events.erase(std::remove_if(events.begin(), events.end(),
-                                [](const QString& event) { return event.startsWith("upgradeProcess 0"); }),
-                 events.end());
-    return events;
-}
 
 //! With the plug-in's address and the lines of its pages left out.
 QStringList withoutPlaces(QStringList events)
@@ -84,58 +66,25 @@ private Q_SLOTS:
     void killedBatchFileIsNotContinued();
 
 private:
-    QStringList arguments(const QString& step) const
-    {
-        return {step, m_services.updateUrl(), m_services.updateToken(), Product};
-    }
-    void offer(const ZipArchive& archive);
-    QByteArrayList ranges() const;
-
-    NelvoDevkit::Services m_services;
-    QByteArray m_package;
+    ReleaseServer m_server;
 };
 
 void TestE2eUpdateRestart::initTestCase()
 {
     QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
+    QVERIFY2(m_server.start(&error), qPrintable(error));
 }
 
 void TestE2eUpdateRestart::init()
 {
-    ZipArchive archive;
-    archive.add("NelvoEditor.exe", QByteArray(200000, 'x'));
-    archive.add("updateConfig.json", R"({"version": "9.9"})");
-    archive.add("qml/Main.qml", "Item {}");
-    offer(archive);
-    m_services.clearRequests();
-}
-
-void TestE2eUpdateRestart::offer(const ZipArchive& archive)
-{
-    m_package = archive.bytes();
-    m_services.addPackage(PackageName, m_package);
-    m_services.setPackageDelivery(PackageName, {});
-    m_services.setRelease(Product, m_services.packageRelease(PackageName, QStringLiteral("1.0.1"),
-                                                             QStringLiteral("first\nsecond")));
-}
-
-QByteArrayList TestE2eUpdateRestart::ranges() const
-{
-    QByteArrayList found;
-    const QVector<LoggedRequest> all = m_services.requests();
-    for (const LoggedRequest& request : all) {
-        if (request.method == "GET")
-            found.append(request.header("Range"));
-    }
-    return found;
+    m_server.reset();
 }
 
 void TestE2eUpdateRestart::wholeUpdate()
 {
     Installation host(QStringLiteral(UPDATEHOST));
-    QVERIFY(host.run(arguments("update")));
-    const QStringList events = withoutProgress(withoutPlaces(host.events()));
+    QVERIFY(host.run(m_server.arguments("update")));
+    const QStringList events = withoutPlaces(host.orderedEvents());
     const QString package = host.path("NelvoUpdate/NelvoEditor.zip");
     const QString found = events.filter(QRegularExpression("^info ")).value(0).mid(5);
     QVERIFY2(found.endsWith("1.0.1"), qPrintable(found));
@@ -171,8 +120,7 @@ void TestE2eUpdateRestart::wholeUpdate()
 
     QCOMPARE(host.json("updateConfig.json"), (QJsonObject{{"version", "1.0.1"}, {"other", true}}));
     QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
-    const QByteArray md5 = QCryptographicHash::hash(m_package, QCryptographicHash::Md5).toHex();
-    QCOMPARE(host.content("NelvoUpdateState.dat"), "{\n    \"fullMd5\": \"" + md5 +
+    QCOMPARE(host.content("NelvoUpdateState.dat"), "{\n    \"fullMd5\": \"" + m_server.md5().toLatin1() +
                                                        "\",\n"
                                                        "    \"pVersion\": \"1.0.1\",\n"
                                                        "    \"remarks\": \"first<br/>second\",\n"
@@ -198,44 +146,42 @@ void TestE2eUpdateRestart::wholeUpdate()
                                                    "rd /s /q NelvoUnCompress\r\n"
                                                    "start ./NelvoEditor.exe\r\n"
                                                    "del %0"));
-    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_package);
+    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_server.package());
     QCOMPARE(host.content("NelvoUnCompress/NelvoEditor.exe"), QByteArray(200000, 'x'));
     QCOMPARE(host.content("NelvoUnCompress/qml/Main.qml"), QByteArray("Item {}"));
     QCOMPARE(host.content("NelvoUnCompress/updateConfig.json"), QByteArray(R"({"version": "9.9"})"));
 }
 
 //! Killed in the download, behind the checksum, in the unpack and behind the commitment, one after the other.
+//! Behind the commitment the host ends itself: from outside it might be too late.
 void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
 {
     ZipArchive archive;
     archive.add("first", QByteArray(200000, '1'));
     archive.add("../held", "2");
     archive.add("last", "3");
-    offer(archive);
+    m_server.offer(archive.bytes());
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the unpack at its second entry.
     if (!makeFifo(host.path("held")))
         QSKIP("there are no named pipes here");
 
-    PackageDelivery stalled;
-    stalled.end = PackageDelivery::End::Stall;
-    stalled.endAfter = 70000;
-    m_services.setPackageDelivery(PackageName, stalled);
-    host.start(arguments("update"));
+    m_server.stallAfter(70000);
+    host.start(m_server.arguments("update"));
     QTRY_COMPARE_WITH_TIMEOUT(host.content("NelvoUpdate/NelvoEditor.zip").size(), 70000, Patience);
     host.kill();
     QCOMPARE(host.state(), 1);
     QCOMPARE(host.recordsAt("downloadStarted"), QStringLiteral("downloadComp"));
 
-    m_services.setPackageDelivery(PackageName, {});
-    host.start(arguments("download"));
+    m_server.deliver();
+    host.start(m_server.arguments("download"));
     QVERIFY(host.reaches("downloadFinished"));
     QTRY_COMPARE_WITH_TIMEOUT(host.state(), 2, Patience);
     host.kill();
-    QCOMPARE(ranges(), (QByteArrayList{"bytes=0-", "bytes=70000-"}));
-    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_package);
+    QCOMPARE(m_server.ranges(), (QByteArrayList{"bytes=0-", "bytes=70000-"}));
+    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_server.package());
 
-    host.start(arguments("update"));
+    host.start(m_server.arguments("update"));
     QTRY_VERIFY_WITH_TIMEOUT(host.exists("NelvoUnCompress/first"), Patience);
     host.kill();
     QVERIFY(host.events().contains(QStringLiteral("log 4 > 校验通过")));
@@ -246,9 +192,8 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
 
     QVERIFY(QFile::remove(host.path("held")));
     host.write("NelvoUnCompress/left over", "");
-    host.start(arguments("update"));
-    QVERIFY(host.reaches("upgradeEnd"));
-    host.kill();
+    QVERIFY(!host.run(m_server.arguments("commitment")));
+    QCOMPARE(host.events().constLast(), QStringLiteral("upgradeEnd"));
     QVERIFY(!host.events().contains("downloadStarted"));
     QCOMPARE(host.content("NelvoUnCompress/last"), QByteArray("3"));
     QVERIFY(!host.exists("NelvoUnCompress/left over"));
@@ -257,10 +202,10 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
     QVERIFY(!host.exists("cover.bat"));
 
     // Committed: the old files are taken for the new release.
-    QVERIFY(host.run(arguments("check")));
+    QVERIFY(host.run(m_server.arguments("check")));
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
-    QCOMPARE(ranges().size(), 2);
+    QCOMPARE(m_server.ranges().size(), 2);
 }
 
 void TestE2eUpdateRestart::killedInTheCoverTheVersionStands()
@@ -269,14 +214,14 @@ void TestE2eUpdateRestart::killedInTheCoverTheVersionStands()
     // A pipe that nobody reads holds the cover at the history.
     if (!makeFifo(host.path("NelvoUpdateLog.txt")))
         QSKIP("there are no named pipes here");
-    host.start(arguments("update"));
+    host.start(m_server.arguments("update"));
     QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
     host.kill();
     QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
     QCOMPARE(host.state(), 2);
     QVERIFY(!host.exists("cover.bat"));
 
-    QVERIFY(host.run(arguments("check")));
+    QVERIFY(host.run(m_server.arguments("check")));
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.state(), 2);
 }
@@ -285,7 +230,7 @@ void TestE2eUpdateRestart::batchFileStartsOnceTheHostIsDone()
 {
     Installation host(QStringLiteral(UPDATEHOST), QStringLiteral("with blank"));
     const QString starter = installStarter(host);
-    QVERIFY(host.run(arguments("update")));
+    QVERIFY(host.run(m_server.arguments("update")));
     QTRY_VERIFY_WITH_TIMEOUT(!host.exists("NelvoUnCompress"), Patience);
     QCOMPARE(contentOf(starter + ".started"), QByteArray("blank/cover.bat\n"));
     QVERIFY(host.content("cover.bat").endsWith("del %0"));
@@ -299,15 +244,14 @@ void TestE2eUpdateRestart::killedBatchFileIsNotContinued()
     const QString starter = installStarter(host);
     if (!makeFifo(host.path("qml.gate")))
         QSKIP("there are no named pipes here");
-    host.start(arguments("update"));
+    host.start(m_server.arguments("update"));
     QTRY_COMPARE_WITH_TIMEOUT(contentOf(starter + ".at"), QByteArray("qml\n"), Patience);
     QVERIFY(host.ends());
     QCOMPARE(QProcess::execute("kill", {"-KILL", contentOf(starter + ".pid").trimmed()}), 0);
     QCOMPARE(host.content("NelvoEditor.exe"), QByteArray(200000, 'x'));
     QVERIFY(!host.exists("qml/Main.qml"));
 
-    m_services.clearRequests();
-    QVERIFY(host.run(arguments("check")));
+    QVERIFY(host.run(m_server.arguments("check")));
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.state(), 0);
     QVERIFY(!host.exists("qml/Main.qml"));

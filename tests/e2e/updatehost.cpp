@@ -1,10 +1,11 @@
 //! \file
 //! \brief A host in small that updates itself through the built library, at its login window.
 //!
-//! e2e_updatehost STEP URL TOKEN PRODUCT: the step is "check", "download" or "update" and is the last one
-//! that it takes. It clicks the pages' buttons as a person does and makes the calls that are left to a host.
-//! Every signal and every log line goes to the standard output as it comes, with the page that shows then.
-//! After a check it ends, after a download it waits for its end.
+//! e2e_updatehost STEP URL TOKEN PRODUCT: the step is "check", "download", "commitment" or "update" and is
+//! the last one that it takes. It clicks the pages' buttons as a person does and makes the calls that are
+//! left to a host. Every signal and every log line goes to the standard output as it comes, with the page
+//! that shows then. After a check it ends, after a download it waits for its end, and after the commitment to
+//! the new version it ends without a word, as a crash does.
 
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
@@ -17,6 +18,7 @@
 #include <QtTest>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -72,7 +74,7 @@ private Q_SLOTS:
     void onDownloadFinished()
     {
         say("downloadFinished");
-        if (step() == "update")
+        if (step() != "download")
             QTimer::singleShot(0, this, &Updating::upgrade);
     }
     void onUpgradeStart() { say("upgradeStart"); }
@@ -83,7 +85,12 @@ private Q_SLOTS:
         if (bar && percent >= 1)
             say(QStringLiteral("bar at %1").arg(bar->property("value").toDouble()));
     }
-    void onUpgradeEnd() { say("upgradeEnd"); }
+    void onUpgradeEnd()
+    {
+        say("upgradeEnd");
+        if (step() == "commitment")
+            std::_Exit(EXIT_FAILURE);
+    }
 
 private:
     QString step() const { return m_arguments.value(1); }

@@ -1,5 +1,7 @@
 #include "host/updatedesk.h"
 
+#include "tests/support/updaterstandin.h"
+
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickView>
@@ -12,6 +14,7 @@ using NelvoDevkit::LogEntry;
 using NelvoDevkit::LogModel;
 using NelvoDevkit::OrderQueue;
 using NelvoDevkit::UpdateDesk;
+using TestSupport::UpdaterStandIn;
 using State = NelvoDevkit::UpdateDesk::State;
 
 namespace {
@@ -25,42 +28,6 @@ const auto coverPage = QStringLiteral("CoverComp.qml");
 const auto lastPage = QStringLiteral("ValidComp.qml");
 
 } // namespace
-
-//! What the login window knows as `updater`, for a test to speak through; it writes down what it is asked.
-class UpdaterStandIn : public QObject
-{
-    Q_OBJECT
-    Q_PROPERTY(QString localVersion MEMBER localVersion NOTIFY localVersionChanged)
-    Q_PROPERTY(QString latestVersion MEMBER latestVersion NOTIFY latestVersionChanged)
-    Q_PROPERTY(QString changeLog MEMBER changeLog NOTIFY changeLogChanged)
-
-public:
-    QString localVersion = QStringLiteral("1.0.0");
-    QString latestVersion = QStringLiteral("1.0.1");
-    QString changeLog = QStringLiteral("first<br/>second");
-    QStringList calls;
-
-    Q_INVOKABLE void checkVersion(const QString& url, const QString& token, const QString& productId)
-    {
-        calls.append(QStringLiteral("checkVersion %1 %2 %3").arg(url, token, productId));
-    }
-    Q_INVOKABLE void download() { calls.append(QStringLiteral("download")); }
-    Q_INVOKABLE void upgrade() { calls.append(QStringLiteral("upgrade")); }
-
-Q_SIGNALS:
-    void needUpdate(bool need);
-    void latestVersionChanged();
-    void changeLogChanged();
-    void localVersionChanged();
-    void readyUpdateInfo(QString info);
-    void readyUpdateError(QString error);
-    void downloadStarted(QString filePath, qint64 bytesTotal);
-    void downloadProgress(QString filePath, qint64 bytesReceived, qint64 bytesTotal);
-    void downloadFinished(QString filePath);
-    void upgradeStart();
-    void upgradeProcess(float percent);
-    void upgradeEnd();
-};
 
 //! What the host does with the self-update.
 class TestHostUpdates : public QObject
@@ -125,6 +92,9 @@ void TestHostUpdates::initTestCase()
 void TestHostUpdates::init()
 {
     m_updater = std::make_unique<UpdaterStandIn>();
+    m_updater->setProperty("localVersion", QStringLiteral("1.0.0"));
+    m_updater->setProperty("latestVersion", QStringLiteral("1.0.1"));
+    m_updater->setProperty("changeLog", QStringLiteral("first<br/>second"));
     m_window = std::make_unique<QQuickView>();
     m_window->rootContext()->setContextProperty(QStringLiteral("updater"), m_updater.get());
     m_log = std::make_unique<LogModel>();
@@ -144,10 +114,10 @@ void TestHostUpdates::cleanup()
 
 void TestHostUpdates::check()
 {
-    m_updater->calls.clear();
+    m_updater->clearCalls();
     m_desk->check();
-    QTRY_COMPARE_WITH_TIMEOUT(m_updater->calls.size(), 1, patience);
-    m_updater->calls.clear();
+    QTRY_COMPARE_WITH_TIMEOUT(m_updater->calls().size(), 1, patience);
+    m_updater->clearCalls();
 }
 
 void TestHostUpdates::offerRelease()
@@ -209,8 +179,8 @@ void TestHostUpdates::checkIsAnOrder()
 {
     m_desk->check();
     QVERIFY(m_queue->isBusy());
-    QVERIFY(m_updater->calls.isEmpty());
-    QTRY_COMPARE_WITH_TIMEOUT(m_updater->calls,
+    QVERIFY(m_updater->calls().isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(m_updater->calls(),
                               QStringList("checkVersion http://update the token the product"), patience);
 }
 
@@ -221,7 +191,7 @@ void TestHostUpdates::checkWaitsForItsOutcome()
     QVERIFY(!m_desk->canCheck());
     m_desk->check();
     QTRY_VERIFY_WITH_TIMEOUT(!m_queue->isBusy(), patience);
-    QCOMPARE(m_updater->calls.size(), 1);
+    QCOMPARE(m_updater->calls().size(), 1);
 }
 
 void TestHostUpdates::offer()
@@ -234,7 +204,7 @@ void TestHostUpdates::offer()
     QVERIFY(m_desk->canCheck());
     m_desk->dismiss();
     QCOMPARE(m_desk->state(), State::Idle);
-    QVERIFY(m_updater->calls.isEmpty());
+    QVERIFY(m_updater->calls().isEmpty());
 }
 
 void TestHostUpdates::nothingNewer()
@@ -250,8 +220,7 @@ void TestHostUpdates::nothingNewer()
 void TestHostUpdates::installedVersionFollows()
 {
     QSignalSpy changed(m_desk.get(), &UpdateDesk::changed);
-    m_updater->localVersion = QStringLiteral("1.2");
-    Q_EMIT m_updater->localVersionChanged();
+    m_updater->setProperty("localVersion", QStringLiteral("1.2"));
     QCOMPARE(changed.size(), 1);
     QCOMPARE(m_desk->installedVersion(), QStringLiteral("1.2"));
 }
@@ -260,7 +229,7 @@ void TestHostUpdates::downloadHasItsProgress()
 {
     offerRelease();
     m_desk->download();
-    QCOMPARE(m_updater->calls, QStringList("download"));
+    QCOMPARE(m_updater->calls(), QStringList("download"));
     QCOMPARE(m_desk->state(), State::Downloading);
     Q_EMIT m_updater->downloadStarted(QStringLiteral("p.zip"), 400);
     QCOMPARE(m_desk->bytesTotal(), qint64(400));
@@ -306,9 +275,9 @@ void TestHostUpdates::failureIsToldOnceMore()
     Q_EMIT m_updater->readyUpdateInfo(QStringLiteral("下载失败: closed"));
     QCOMPARE(m_desk->state(), State::Failed);
     QCOMPARE(m_desk->error(), QStringLiteral("下载失败: closed"));
-    m_updater->calls.clear();
+    m_updater->clearCalls();
     m_desk->download();
-    QCOMPARE(m_updater->calls, QStringList("download"));
+    QCOMPARE(m_updater->calls(), QStringList("download"));
     QCOMPARE(m_desk->state(), State::Downloading);
     QCOMPARE(m_desk->error(), QString());
     QCOMPARE(m_desk->progress(), 0.0);
@@ -336,9 +305,9 @@ void TestHostUpdates::installation()
     offerRelease();
     m_desk->download();
     Q_EMIT m_updater->downloadFinished(QStringLiteral("p.zip"));
-    m_updater->calls.clear();
+    m_updater->clearCalls();
     m_desk->install();
-    QCOMPARE(m_updater->calls, QStringList("upgrade"));
+    QCOMPARE(m_updater->calls(), QStringList("upgrade"));
     Q_EMIT m_updater->upgradeStart();
     QCOMPARE(m_desk->state(), State::Installing);
     QCOMPARE(m_desk->progress(), 0.0);
@@ -361,11 +330,11 @@ void TestHostUpdates::nothingHappensOutOfTurn()
     m_desk->install();
     offerRelease();
     m_desk->install();
-    QVERIFY(m_updater->calls.isEmpty());
+    QVERIFY(m_updater->calls().isEmpty());
     m_desk->download();
     m_desk->download();
     m_desk->install();
-    QCOMPARE(m_updater->calls, QStringList("download"));
+    QCOMPARE(m_updater->calls(), QStringList("download"));
 }
 
 void TestHostUpdates::everythingIsLogged()
@@ -401,12 +370,12 @@ void TestHostUpdates::shownPagesAreFollowed()
     showLogin();
     offerRelease();
     turnTo(offerPage);
-    QVERIFY(m_updater->calls.isEmpty());
+    QVERIFY(m_updater->calls().isEmpty());
     turnTo(downloadPage);
-    QCOMPARE(m_updater->calls, QStringList("download"));
+    QCOMPARE(m_updater->calls(), QStringList("download"));
     Q_EMIT m_updater->downloadFinished(QStringLiteral("p.zip"));
     turnTo(coverPage);
-    QCOMPARE(m_updater->calls, (QStringList{"download", "upgrade"}));
+    QCOMPARE(m_updater->calls(), (QStringList{"download", "upgrade"}));
 }
 
 void TestHostUpdates::lastPageNeedsTheFormBack_data()

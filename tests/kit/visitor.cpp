@@ -30,7 +30,7 @@ private:
     static void visit(QQuickWindow* window)
     {
         const QQuickItem* const chosen = E2e::findItem(window, QStringLiteral("chosenText"));
-        if (!window || !window->isVisible() || !chosen)
+        if (!chosen || !window->isVisible())
             return;
         if (!chosen->property("text").toString().isEmpty())
             window->close();
@@ -47,10 +47,7 @@ class VisitorPlugin final : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "visitor.json")
 
 public:
-    QObject* create(const QString& /*name*/, const QString& /*arguments*/) override
-    {
-        return new Visitor;
-    }
+    QObject* create(const QString& /*name*/, const QString& /*arguments*/) override { return new Visitor; }
 };
 
 } // namespace

@@ -7,6 +7,13 @@
 
 using NelvoDevkit::Fault;
 
+namespace {
+
+//! For each walk. Enough to come to its last step on a machine that has much else to do.
+const auto Seconds = QStringLiteral("5");
+
+} // namespace
+
 //! nelvo-probe and a server that accepts a request and never answers it, at each step.
 class TestProbeStalls : public QObject
 {
@@ -67,10 +74,10 @@ void TestProbeStalls::stalledServerEndsWithTheTimeout()
     const ProbeRun run =
         ProbeRun::withJson(m_services.signInUrl(), QStringLiteral("lina"),
                            {"--update-url", m_services.updateUrl(), "--product", "nelvo-editor",
-                            "--update-token", m_services.updateToken(), "--timeout", "3"});
+                            "--update-token", m_services.updateToken(), "--timeout", Seconds});
     QCOMPARE(run.status, int(ProbeRun::Wrong));
     QCOMPARE(run.verdict(step), QStringLiteral("wrong"));
-    QVERIFY2(run.words(step).startsWith(QStringLiteral("no answer when the 3 s of this walk were over")),
+    QVERIFY2(run.words(step).startsWith("no answer when the " + Seconds + " s of this walk were over"),
              qPrintable(run.words(step)));
 
     // What came before it is well, and nothing comes after it.
@@ -91,7 +98,7 @@ void TestProbeStalls::stalledQuestionOfItsOwnEndsToo()
     m_services.addFault({Fault::Delay, QStringLiteral("/login"), "GET", 0, true});
     m_services.addFault({Fault::Stall, QStringLiteral("/login"), "GET", 0, false});
     const ProbeRun run =
-        ProbeRun::withJson(m_services.signInUrl(), QStringLiteral("lina"), {"--timeout", "3"});
+        ProbeRun::withJson(m_services.signInUrl(), QStringLiteral("lina"), {"--timeout", Seconds});
     QCOMPARE(run.status, int(ProbeRun::Wrong));
     QCOMPARE(run.verdict(QStringLiteral("enterprises")), QStringLiteral("wrong"));
     QVERIFY(

@@ -41,26 +41,3 @@ void LoginCtrl::record(const QString& function, const QVariantList& arguments)
     m_calls.append(QVariant(QVariantList{function} + arguments));
     Q_EMIT called(function);
 }
-
-void UpdaterStandIn::reset()
-{
-    m_calls.clear();
-    setProperty("localVersion", QString());
-    setProperty("latestVersion", QString());
-    setProperty("changeLog", QString());
-}
-
-void UpdaterStandIn::checkVersion(QString /*url*/, QString /*token*/, QString /*productId*/)
-{
-    m_calls.append(QStringLiteral("checkVersion"));
-}
-
-void UpdaterStandIn::download()
-{
-    m_calls.append(QStringLiteral("download"));
-}
-
-void UpdaterStandIn::upgrade()
-{
-    m_calls.append(QStringLiteral("upgrade"));
-}

@@ -2,7 +2,7 @@
 
 #include <QJsonArray>
 #include <QObject>
-#include <QStringList>
+#include <QString>
 #include <QVariantList>
 
 //! \brief Stands in for the sign-in behind the pages: records their calls and answers as told.
@@ -55,45 +55,4 @@ class WindowStandIn : public QObject
 private:
     int m_x = 0;
     int m_y = 0;
-};
-
-//! \brief Stands in for the self-update: tells the pages what a test makes it tell, and records their calls.
-class UpdaterStandIn : public QObject
-{
-    Q_OBJECT
-    Q_PROPERTY(QString localVersion MEMBER m_localVersion NOTIFY localVersionChanged)
-    Q_PROPERTY(QString latestVersion MEMBER m_latestVersion NOTIFY latestVersionChanged)
-    Q_PROPERTY(QString changeLog MEMBER m_changeLog NOTIFY changeLogChanged)
-    Q_PROPERTY(QStringList calls READ calls)
-
-public:
-    //! The names of the functions that were called so far.
-    QStringList calls() const { return m_calls; }
-
-    //! Forgets the calls and empties the texts.
-    Q_INVOKABLE void reset();
-
-    Q_INVOKABLE void checkVersion(QString url, QString token, QString productId);
-    Q_INVOKABLE void download();
-    Q_INVOKABLE void upgrade();
-
-Q_SIGNALS:
-    void needUpdate(bool need);
-    void latestVersionChanged();
-    void changeLogChanged();
-    void localVersionChanged();
-    void readyUpdateInfo(QString info);
-    void readyUpdateError(QString error);
-    void downloadStarted(QString filePath, qint64 bytesTotal);
-    void downloadProgress(QString filePath, qint64 bytesReceived, qint64 bytesTotal);
-    void downloadFinished(QString filePath);
-    void upgradeStart();
-    void upgradeProcess(float percent);
-    void upgradeEnd();
-
-private:
-    QString m_localVersion;
-    QString m_latestVersion;
-    QString m_changeLog;
-    QStringList m_calls;
 };

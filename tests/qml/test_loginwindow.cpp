@@ -2,6 +2,7 @@
 #include "login/tools.h"
 #include "tests/qml/standins.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/updaterstandin.h"
 #include "updater/updater.h"
 
 #include <QJsonObject>
@@ -219,7 +220,7 @@ void TestLoginWindow::secondLoadStartsAfresh()
 void TestLoginWindow::standInOffersWhatTheUpdaterOffers()
 {
     const QMetaObject& real = CUpdater::staticMetaObject;
-    const QMetaObject& standIn = UpdaterStandIn::staticMetaObject;
+    const QMetaObject& standIn = TestSupport::UpdaterStandIn::staticMetaObject;
     int methods = 0;
     for (int index = real.methodOffset(); index < real.methodCount(); ++index) {
         const QMetaMethod method = real.method(index);
@@ -259,7 +260,7 @@ void TestLoginWindow::updatePagesOutliveTheUpdater_data()
 void TestLoginWindow::updatePagesOutliveTheUpdater()
 {
     QFETCH(QString, page);
-    auto updater = std::make_unique<UpdaterStandIn>();
+    auto updater = std::make_unique<TestSupport::UpdaterStandIn>();
     m_view->rootContext()->setContextProperty(QStringLiteral("updater"), updater.get());
     load();
     const QString url = QStringLiteral("qrc:/NelvoPlugin/qmls/BizComp/%1.qml").arg(page);

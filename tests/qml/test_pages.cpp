@@ -1,6 +1,7 @@
 #include "login/tools.h"
 #include "tests/qml/standins.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/updaterstandin.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -64,7 +65,7 @@ public Q_SLOTS:
 
 private:
     LoginCtrl m_loginCtrl;
-    UpdaterStandIn m_updater;
+    TestSupport::UpdaterStandIn m_updater;
     WindowStandIn m_view;
     WarningLog m_warnings;
 };

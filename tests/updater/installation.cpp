@@ -7,6 +7,9 @@
 #include <QRegularExpression>
 #include <QSettings>
 
+#include <algorithm>
+#include <iterator>
+
 Installation::Installation(const QString& program, const QString& subdirectory)
     : m_home(m_dir.filePath(subdirectory))
 {
@@ -104,6 +107,16 @@ void Installation::kill()
     m_process.kill();
     m_process.waitForFinished(Patience);
     m_output += m_process.readAllStandardOutput();
+}
+
+QStringList Installation::orderedEvents() const
+{
+    QStringList ordered;
+    const QStringList all = events();
+    std::copy_if(all.begin(), all.end(), std::back_inserter(ordered), [](const QString& event) {
+        return !event.startsWith("upgradeProcess 0") && !event.startsWith("shown ");
+    });
+    return ordered;
 }
 
 QString Installation::recordsAt(const QString& event) const

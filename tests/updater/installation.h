@@ -51,6 +51,9 @@ public:
 
     //! What happened in it, in order.
     QStringList events() const { return column(0); }
+    //! The same without what depends on the time that passes: the progress before its end, and how long that
+    //! was shown.
+    QStringList orderedEvents() const;
     //! What it knew at the last event that begins like that.
     QString recordsAt(const QString& event) const;
 

@@ -1,33 +1,16 @@
 #include "tests/updater/installation.h"
+#include "tests/updater/releaseserver.h"
 #include "tests/updater/ziparchive.h"
 
-#include <services/services.h>
-
-#include <QCryptographicHash>
 #include <QDir>
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QtTest>
 
-using NelvoDevkit::LoggedRequest;
-using NelvoDevkit::PackageDelivery;
-
 namespace {
 
-const auto Product = QStringLiteral("nelvo-editor-test");
-const auto PackageName = QStringLiteral("NelvoEditor.zip");
 constexpr int Patience = Installation::Patience;
-
-QStringList withoutProgress(QStringList events)
-{
-    events.erase(std::remove_if(events.begin(), events.end(),
-                                [](const QString& event) {
-                                    return event.startsWith("upgradeProcess 0") || event.startsWith("shown ");
-                                }),
-                 events.end());
-    return events;
-}
 
 const auto Farewell = QStringLiteral("稍后将自动重启,请等待");
 
@@ -67,49 +50,21 @@ private Q_SLOTS:
 private:
     QStringList updateArguments(const QString& step = QStringLiteral("download")) const
     {
-        return {step, m_services.updateUrl(), m_services.updateToken(), Product};
+        return m_server.arguments(step);
     }
-    void offer(const QByteArray& package, const QString& version = QStringLiteral("1.0.1"));
-    QByteArrayList ranges() const;
 
-    NelvoDevkit::Services m_services;
-    QByteArray m_package;
+    ReleaseServer m_server;
 };
 
 void TestCover::initTestCase()
 {
     QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
+    QVERIFY2(m_server.start(&error), qPrintable(error));
 }
 
 void TestCover::init()
 {
-    ZipArchive archive;
-    archive.add("NelvoEditor.exe", QByteArray(200000, 'x'));
-    archive.add("updateConfig.json", R"({"version": "9.9"})");
-    archive.add("qml/Main.qml", "Item {}");
-    offer(archive.bytes());
-    m_services.clearRequests();
-}
-
-void TestCover::offer(const QByteArray& package, const QString& version)
-{
-    m_package = package;
-    m_services.addPackage(PackageName, package);
-    m_services.setPackageDelivery(PackageName, {});
-    m_services.setRelease(Product,
-                          m_services.packageRelease(PackageName, version, QStringLiteral("first\nsecond")));
-}
-
-QByteArrayList TestCover::ranges() const
-{
-    QByteArrayList found;
-    const QVector<LoggedRequest> all = m_services.requests();
-    for (const LoggedRequest& request : all) {
-        if (request.method == "GET")
-            found.append(request.header("Range"));
-    }
-    return found;
+    m_server.reset();
 }
 
 void TestCover::wholeUpdate()
@@ -117,7 +72,7 @@ void TestCover::wholeUpdate()
     Installation host(QStringLiteral(UPDATEHOST));
     QVERIFY(host.run(updateArguments()));
     const QString found = host.events().value(0).mid(QStringLiteral("log 4 > ").size());
-    QCOMPARE(withoutProgress(host.events()),
+    QCOMPARE(host.orderedEvents(),
              (QStringList{"log 4 > " + found, "info " + found, "needUpdate 1", "downloadStarted",
                           "log 1 request finished with code 206", "log 4 > 下载完成，校验MD5",
                           "log 4 > 校验通过", "downloadFinished", "log 4 > 解压中", "upgradeStart",
@@ -134,13 +89,10 @@ void TestCover::wholeUpdate()
 
     QCOMPARE(host.content("updateConfig.json"),
              QByteArray("{\n    \"other\": true,\n    \"version\": \"1.0.1\"\n}\n"));
-    QCOMPARE(
-        host.json("NelvoUpdateState.dat"),
-        (QJsonObject{{"updateState", 0},
-                     {"fullMd5", QString::fromLatin1(
-                                     QCryptographicHash::hash(m_package, QCryptographicHash::Md5).toHex())},
-                     {"remarks", "first<br/>second"},
-                     {"pVersion", "1.0.1"}}));
+    QCOMPARE(host.json("NelvoUpdateState.dat"), (QJsonObject{{"updateState", 0},
+                                                             {"fullMd5", m_server.md5()},
+                                                             {"remarks", "first<br/>second"},
+                                                             {"pVersion", "1.0.1"}}));
     QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
     const QRegularExpression history(QStringLiteral("^\n\r版本:1.0.1\n\r更新时间:\\d{4}-\\d\\d-\\d\\d_\\d\\d-"
                                                     "\\d\\d-\\d\\d\n\r更新说明:\n\rfirst<br/>second$"));
@@ -149,7 +101,7 @@ void TestCover::wholeUpdate()
     QFile batch(QStringLiteral(":/NelvoPlugin/Login/cover.bat"));
     QVERIFY(batch.open(QIODevice::ReadOnly));
     QCOMPARE(host.content("cover.bat"), batch.readAll());
-    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_package);
+    QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_server.package());
     QCOMPARE(host.content("NelvoUnCompress/NelvoEditor.exe"), QByteArray(200000, 'x'));
     QCOMPARE(host.content("NelvoUnCompress/qml/Main.qml"), QByteArray("Item {}"));
     // It is for the batch file to drop the package's own.
@@ -310,7 +262,7 @@ void TestCover::unwritableBatchFileDoesNotKeepTheHost()
 
 void TestCover::packageWithoutEntriesCovers()
 {
-    offer(ZipArchive().bytes());
+    m_server.offer(ZipArchive().bytes());
     Installation host(QStringLiteral(UPDATEHOST));
     QVERIFY(host.run(updateArguments()));
     QVERIFY(QFileInfo(host.path("NelvoUnCompress")).isDir());
@@ -321,7 +273,7 @@ void TestCover::packageWithoutEntriesCovers()
 
 void TestCover::damagedPackageLeavesTheHostRunning()
 {
-    offer("no zip at all");
+    m_server.offer("no zip at all");
     Installation host(QStringLiteral(UPDATEHOST));
     host.start(updateArguments());
     QVERIFY(host.reaches(QStringLiteral("log 4 > 解压失败")));
@@ -337,19 +289,16 @@ void TestCover::damagedPackageLeavesTheHostRunning()
 
 void TestCover::killedInTheDownloadItIsContinued()
 {
-    PackageDelivery stalled;
-    stalled.end = PackageDelivery::End::Stall;
-    stalled.endAfter = 70000;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_server.stallAfter(70000);
     Installation host(QStringLiteral(UPDATEHOST));
     host.start(updateArguments());
     QTRY_COMPARE_WITH_TIMEOUT(host.content("NelvoUpdate/NelvoEditor.zip").size(), 70000, Patience);
     host.kill();
     QCOMPARE(host.state(), 1);
 
-    m_services.setPackageDelivery(PackageName, {});
+    m_server.deliver();
     QVERIFY(host.run(updateArguments()));
-    QCOMPARE(ranges(), (QByteArrayList{"bytes=0-", "bytes=70000-"}));
+    QCOMPARE(m_server.ranges(), (QByteArrayList{"bytes=0-", "bytes=70000-"}));
     QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
     QCOMPARE(host.content("NelvoUnCompress/NelvoEditor.exe"), QByteArray(200000, 'x'));
 }
@@ -365,7 +314,7 @@ void TestCover::killedBehindTheChecksumItSkipsTheTransfer()
     QCOMPARE(host.state(), 2);
 
     QVERIFY(host.run(updateArguments()));
-    QCOMPARE(ranges(), QByteArrayList{"bytes=0-"});
+    QCOMPARE(m_server.ranges(), QByteArrayList{"bytes=0-"});
     QVERIFY(!host.events().contains("downloadStarted"));
     QVERIFY(host.events().contains(QStringLiteral("log 4 > 校验通过")));
     QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
@@ -377,7 +326,7 @@ void TestCover::killedInTheUnpackItIsUnpackedAnew()
     archive.add("first", "1");
     archive.add("../held", "2");
     archive.add("last", "3");
-    offer(archive.bytes());
+    m_server.offer(archive.bytes());
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the unpack at its second entry.
     if (!makeFifo(host.path("held")))
@@ -392,7 +341,7 @@ void TestCover::killedInTheUnpackItIsUnpackedAnew()
     QVERIFY(QFile::remove(host.path("held")));
     host.write("NelvoUnCompress/left over", "");
     QVERIFY(host.run(updateArguments()));
-    QCOMPARE(ranges(), QByteArrayList{"bytes=0-"});
+    QCOMPARE(m_server.ranges(), QByteArrayList{"bytes=0-"});
     QCOMPARE(host.content("NelvoUnCompress/last"), QByteArray("3"));
     QVERIFY(!host.exists("NelvoUnCompress/left over"));
 }
@@ -430,7 +379,7 @@ void TestCover::killedBatchFileIsNotContinued()
     archive.add("a first", "new");
     archive.add("b held", "new");
     archive.add("c last", "new");
-    offer(archive.bytes());
+    m_server.offer(archive.bytes());
     Installation host(QStringLiteral(UPDATEHOST_SCRIPT));
     host.makeBatchFileStartable();
     for (const char* name : {"a first", "b held", "c last"})
@@ -446,7 +395,7 @@ void TestCover::killedBatchFileIsNotContinued()
     QCOMPARE(host.content("c last"), QByteArray("old"));
 
     // The version on record is the new one, so nothing puts the mix right.
-    m_services.clearRequests();
+    m_server.clearRequests();
     QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
     QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.1"}));
     QCOMPARE(host.state(), 0);
@@ -457,9 +406,9 @@ void TestCover::killedBatchFileIsNotContinued()
     QVERIFY(QFile::remove(host.path("b held.gate")));
     ZipArchive next;
     next.add("a first", "newer");
-    offer(next.bytes(), QStringLiteral("1.0.2"));
+    m_server.offer(next.bytes(), QStringLiteral("1.0.2"));
     QVERIFY(host.run(updateArguments()));
-    QCOMPARE(ranges(), QByteArrayList{"bytes=0-"});
+    QCOMPARE(m_server.ranges(), QByteArrayList{"bytes=0-"});
     QTRY_VERIFY_WITH_TIMEOUT(!host.exists("NelvoUnCompress"), Patience);
     QCOMPARE(host.content("a first"), QByteArray("newer"));
     QCOMPARE(host.content("c last"), QByteArray("old"));

@@ -1,0 +1,68 @@
+#include "tests/updater/releaseserver.h"
+
+#include "tests/updater/ziparchive.h"
+
+#include <QCryptographicHash>
+
+using NelvoDevkit::LoggedRequest;
+using NelvoDevkit::PackageDelivery;
+
+namespace {
+
+const auto Product = QStringLiteral("nelvo-editor-test");
+const auto PackageName = QStringLiteral("NelvoEditor.zip");
+
+} // namespace
+
+void ReleaseServer::reset()
+{
+    ZipArchive archive;
+    archive.add("NelvoEditor.exe", QByteArray(200000, 'x'));
+    archive.add("updateConfig.json", R"({"version": "9.9"})");
+    archive.add("qml/Main.qml", "Item {}");
+    offer(archive.bytes());
+    m_services.clearRequests();
+}
+
+void ReleaseServer::offer(const QByteArray& package, const QString& version)
+{
+    m_package = package;
+    m_services.addPackage(PackageName, package);
+    deliver();
+    m_services.setRelease(Product,
+                          m_services.packageRelease(PackageName, version, QStringLiteral("first\nsecond")));
+}
+
+QString ReleaseServer::md5() const
+{
+    return QString::fromLatin1(QCryptographicHash::hash(m_package, QCryptographicHash::Md5).toHex());
+}
+
+void ReleaseServer::stallAfter(qint64 bytes)
+{
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    stalled.endAfter = bytes;
+    m_services.setPackageDelivery(PackageName, stalled);
+}
+
+void ReleaseServer::deliver()
+{
+    m_services.setPackageDelivery(PackageName, {});
+}
+
+QStringList ReleaseServer::arguments(const QString& step) const
+{
+    return {step, m_services.updateUrl(), m_services.updateToken(), Product};
+}
+
+QByteArrayList ReleaseServer::ranges() const
+{
+    QByteArrayList found;
+    const QVector<LoggedRequest> all = m_services.requests();
+    for (const LoggedRequest& request : all) {
+        if (request.method == "GET")
+            found.append(request.header("Range"));
+    }
+    return found;
+}
