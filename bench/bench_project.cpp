@@ -1,11 +1,11 @@
 #include "bench/measure.h"
+#include "bench/processmemory.h"
 #include "project/projectinfomgr.h"
 #include "web/webclient.h"
 
 #include <services/services.h>
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QJsonDocument>
 #include <QTimerEvent>
 
@@ -124,20 +124,6 @@ double projectsMilliseconds(const QString& url)
     return Bench::median(times);
 }
 
-//! A line of the process's status, in bytes; 0 where the system has no such file.
-double statusBytes(const QByteArray& name)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return 0;
-    const QList<QByteArray> lines = status.readAll().split('\n');
-    for (const QByteArray& line : lines) {
-        if (line.startsWith(name + ':'))
-            return 1024 * line.mid(name.size() + 1).simplified().split(' ').constFirst().toDouble();
-    }
-    return 0;
-}
-
 void measureGrowth(const char* what, const QVector<int>& sizes, const QVector<double>& times)
 {
     std::printf("%s:", what);
@@ -185,13 +171,13 @@ void measureTreeMemory(NelvoDevkit::Services& services, const QString& url)
 {
     constexpr int Nodes = 100000;
     services.setReply("GET", TreePath, CannedReply{200, "application/json", treeBody(Nodes), {}});
-    const double before = statusBytes("VmRSS");
+    const double before = Bench::statusBytes("VmRSS");
     CProjectInfoMgr manager;
     NelvoSDK::OrgTreeNode root;
     manager.ReflushProjOrgInfo(sessionAt(url));
     manager.GetOrgTree(root);
     std::printf("tree of 100,000 nodes, both copies and the reply: %.0f bytes a node at the peak\n",
-                (statusBytes("VmHWM") - before) / Nodes);
+                (Bench::statusBytes("VmHWM") - before) / Nodes);
 }
 
 void measureTicks(NelvoDevkit::Services& services, const QString& url)
@@ -205,10 +191,10 @@ void measureTicks(NelvoDevkit::Services& services, const QString& url)
     QTimerEvent event(0);
     for (int tick = 0; tick < WarmUp; ++tick)
         QCoreApplication::sendEvent(&manager, &event);
-    const double before = statusBytes("VmRSS");
+    const double before = Bench::statusBytes("VmRSS");
     for (int tick = 0; tick < Ticks; ++tick)
         QCoreApplication::sendEvent(&manager, &event);
-    const double perTick = (statusBytes("VmRSS") - before) / Ticks;
+    const double perTick = (Bench::statusBytes("VmRSS") - before) / Ticks;
     std::printf("a tick of the watch keeps %.0f bytes: %.1f MB a day for each refresh\n", perTick,
                 perTick * TicksPerDay / 1e6);
 }
