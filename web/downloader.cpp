@@ -10,7 +10,8 @@
 
 namespace {
 
-//! How far the network may run ahead of the disk.
+//! How far the network may run ahead of the disk. Holds from when the request is under way: Qt takes no
+//! bound before.
 constexpr int readBufferSize = 1024 * 1024;
 
 QNetworkRequest requestFor(const QString& url)
