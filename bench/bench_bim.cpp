@@ -97,6 +97,7 @@ double listMilliseconds(CPdsMgr& manager)
         elapsed = static_cast<double>(sinceLastByte.nsecsElapsed()) / 1e6;
         loop.quit();
     });
+    QCoreApplication::sendPostedEvents(); // what the list before has left to do
     manager.getBimProj();
     loop.exec();
     return elapsed;

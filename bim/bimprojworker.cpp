@@ -9,7 +9,22 @@
 #include <QLoggingCategory>
 #include <QVariant>
 
+#include <future>
+
 namespace NelvoPlugin {
+
+namespace {
+
+QJsonArray recordsOf(const QJsonObject& answer, QJsonObject (*record)(const QJsonObject& row))
+{
+    QJsonArray records;
+    const QJsonArray rows = answer.value(QLatin1String("data")).toArray();
+    for (const QJsonValue& row : rows)
+        records.append(record(row.toObject()));
+    return records;
+}
+
+} // namespace
 
 // Both failure texts name another class and another path than the ones at work; they are meant so.
 
@@ -51,15 +66,11 @@ void CBimProjWorker::fetch(const Source& source)
         Q_EMIT sigSyncBimProjList({}, false);
         return;
     }
-    // To write out a large answer that nobody reads would take longer than the rest.
+    // To write out a large answer takes as long as all that is done with it, so it is done meanwhile.
+    std::future<QJsonArray> records = std::async([&] { return recordsOf(answer, source.record); });
     if (QLoggingCategory::defaultCategory()->isDebugEnabled())
         qDebug() << answer;
-
-    QJsonArray records;
-    const QJsonArray rows = answer.value(QLatin1String("data")).toArray();
-    for (const QJsonValue& row : rows)
-        records.append(source.record(row.toObject()));
-    Q_EMIT sigSyncBimProjList(records, true);
+    Q_EMIT sigSyncBimProjList(records.get(), true);
 }
 
 } // namespace NelvoPlugin

@@ -120,6 +120,7 @@ void CPdsMgr::Detach(IPdsObserver* observer)
 
 std::wstring CPdsMgr::GetBimProjName(const std::wstring& guid)
 {
+    takeInNames();
     return guid.empty() ? std::wstring() : m_bimNameMap.value(QString::fromStdWString(guid)).toStdWString();
 }
 
@@ -166,17 +167,26 @@ void CPdsMgr::onSyncBimProjList(const QJsonArray& array, bool bSuccess)
     Notify([](IPdsObserver& observer) { observer.OnBimProjListSynced(); });
     m_allBimProjList = array;
     bimProjList = array;
-    if (bSuccess) {
-        for (const QJsonValue& element : array) {
-            const QJsonObject record = element.toObject();
-            const auto guid = record.constFind(QLatin1String("guid"));
-            const auto name = record.constFind(QLatin1String("name"));
-            if (guid != record.constEnd() && name != record.constEnd())
-                m_bimNameMap.insert(guid->toString(), name->toString());
-        }
-    }
+    takeInNames();
+    if (bSuccess)
+        m_unnamed = array;
+    QMetaObject::invokeMethod(this, &CPdsMgr::takeInNames, Qt::QueuedConnection);
     Q_EMIT bViewDWGBimListChanged();
     Q_EMIT bimProjListChanged();
+}
+
+//! A page waits for its list and nobody for the names, so those of a long list are taken in behind the page's
+//! back, or once somebody asks for one.
+void CPdsMgr::takeInNames()
+{
+    const QJsonArray list = std::exchange(m_unnamed, {});
+    for (const QJsonValue& element : list) {
+        const QJsonObject record = element.toObject();
+        const auto guid = record.constFind(QLatin1String("guid"));
+        const auto name = record.constFind(QLatin1String("name"));
+        if (guid != record.constEnd() && name != record.constEnd())
+            m_bimNameMap.insert(guid->toString(), name->toString());
+    }
 }
 
 void CPdsMgr::getPdsProj(const QString& strGuid)

@@ -105,6 +105,7 @@ Q_SIGNALS:
 private:
     void onSyncBimProjList(const QJsonArray& array, bool bSuccess);
     void clearBimProjLists(bool bViewDWG);
+    void takeInNames();
     void openDialog(const char* function);
 
     // In this order: what the worker needs is destroyed after it, and the thread after the worker.
@@ -126,6 +127,8 @@ private:
     bool bViewDWGBimList = false;
     //! Name of every model seen so far, by GUID; it only grows.
     QMap<QString, QString> m_bimNameMap;
+    //! The last list, until its names have been taken in.
+    QJsonArray m_unnamed;
 };
 
 } // namespace NelvoPlugin

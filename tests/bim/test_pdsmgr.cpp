@@ -19,6 +19,7 @@
 #include <thread>
 
 using NelvoDevkit::Fault;
+using NelvoPlugin::CBimProjWorker;
 using NelvoPlugin::CPdsMgr;
 using TestSupport::MessageLog;
 using TestSupport::PluginStandIn;
@@ -68,6 +69,15 @@ struct Pds {
     CPdsMgr manager;
 };
 
+//! Opens the worker, which alone can make lists arrive together. Naming a private member is allowed in an
+//! explicit instantiation.
+template <auto Member>
+struct Opened {
+    friend CBimProjWorker& workerOf(CPdsMgr& manager) { return manager.*Member; }
+};
+CBimProjWorker& workerOf(CPdsMgr& manager);
+template struct Opened<&CPdsMgr::m_bimWorker>;
+
 } // namespace
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
@@ -99,7 +109,9 @@ private Q_SLOTS:
     void failedFetchIsAnEmptyList_data();
     void failedFetchIsAnEmptyList();
     void failedFetchKeepsTheNames();
+    void namesAreKnownWhenTheListIsTold();
     void namesOfBothListsAnswer();
+    void listsThatArriveTogetherAreNamedInOrder();
     void laterRowNamesTheGuid();
     void namesCompareExactly();
     void quickSwitchesAreAnsweredInOrder();
@@ -431,6 +443,23 @@ void TestPdsMgr::failedFetchKeepsTheNames()
     QVERIFY(pds.manager.GetBimProjName(L"g1") == L"一号楼");
 }
 
+//! Not before, when the host hears of a list that is not there yet.
+void TestPdsMgr::namesAreKnownWhenTheListIsTold()
+{
+    Pds pds;
+    QStringList names;
+    const auto ask = [&pds, &names] {
+        names.append(QString::fromStdWString(pds.manager.GetBimProjName(L"g1")));
+    };
+    pds.observer.whenCalled = [&ask](const QString& call) {
+        if (call == QLatin1String("synced"))
+            ask();
+    };
+    QObject::connect(&pds.manager, &CPdsMgr::bViewDWGBimListChanged, ask);
+    receiveBimList(pds, R"({"nelvo3dId":"g1","ppName":"一号楼"})");
+    QCOMPARE(names, (QStringList{QString(), QStringLiteral("一号楼")}));
+}
+
 void TestPdsMgr::namesOfBothListsAnswer()
 {
     Pds pds;
@@ -440,6 +469,21 @@ void TestPdsMgr::namesOfBothListsAnswer()
     receiveBimList(pds, R"({"nelvo3dId":"b1","ppName":"bim"})");
     QVERIFY(pds.manager.GetBimProjName(L"d1") == L"dwg");
     QVERIFY(pds.manager.GetBimProjName(L"b1") == L"bim");
+}
+
+void TestPdsMgr::listsThatArriveTogetherAreNamedInOrder()
+{
+    Pds pds;
+    CBimProjWorker& worker = workerOf(pds.manager);
+    const auto record = [](const char* guid, const char* name) {
+        return QJsonObject{{QStringLiteral("guid"), guid}, {QStringLiteral("name"), name}};
+    };
+    Q_EMIT worker.sigSyncBimProjList({record("both", "first"), record("gone", "kept")}, true);
+    Q_EMIT worker.sigSyncBimProjList({record("both", "second")}, true);
+    QVERIFY(pds.manager.GetBimProjName(L"both") == L"second");
+    QVERIFY(pds.manager.GetBimProjName(L"gone") == L"kept");
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(pds.manager.GetBimProjName(L"both") == L"second");
 }
 
 void TestPdsMgr::laterRowNamesTheGuid()
