@@ -18,7 +18,6 @@
 #include <QQmlContext>
 #include <QQuickView>
 
-#include <algorithm>
 #include <utility>
 
 namespace NelvoDevkit {
@@ -45,43 +44,10 @@ QObject* objectOfPages(const QQuickView& window, const char* name)
     return window.rootContext()->contextProperty(QLatin1String(name)).value<QObject*>();
 }
 
-bool isSentToForm(const TracedExchange& exchange)
-{
-    return exchange.answeredBy != exchange.url && exchange.answeredBy.path().endsWith(LoginPath);
-}
-
 //! Whether the form was answered with a redirect to another page, as it is for those who are let in.
 bool isWelcomed(const TracedExchange& form)
 {
     return form.answeredBy != form.url && !isSentToForm(form);
-}
-
-//! Whether the reply is not what the plug-in needs, by what it logs.
-bool isUnfit(Step step, const TracedExchange& exchange)
-{
-    const StepInfo& info = infoOf(step);
-    if (info.failure != nullptr)
-        return exchange.logged(QString::fromLatin1(info.failure));
-    return info.success != nullptr && !exchange.logged(QString::fromLatin1(info.success));
-}
-
-//! The warning that tells why.
-QString reasonOf(const TracedExchange& exchange)
-{
-    const auto reason =
-        std::find_if(exchange.messages.begin(), exchange.messages.end(), [](const LoggedMessage& message) {
-            return message.type == QtWarningMsg && !explain(message.text).isEmpty();
-        });
-    return reason == exchange.messages.end() ? QString() : reason->text;
-}
-
-//! In words if it is known, or else as it stands.
-QString wordsFor(const QString& reason)
-{
-    QString words = explain(reason);
-    if (!words.isEmpty())
-        return words;
-    return reason.isEmpty() ? QStringLiteral("it failed, and the plug-in does not say why") : reason;
 }
 
 //! Where the form page was redirected to another server, or to another scheme.
@@ -132,7 +98,10 @@ QString releaseFault(const QByteArray& body)
 } // namespace
 
 Walk::Walk(ProbeOptions options, Findings& findings, Redaction& redaction)
-    : m_options(std::move(options)), m_findings(findings), m_redaction(redaction)
+    : m_options(std::move(options))
+    , m_findings(findings)
+    , m_redaction(redaction)
+    , m_judge(m_trace, findings, redaction)
 {
     if (m_options.updateUrl.isEmpty())
         m_findings.set({Step::Updates, Verdict::NotAsked, -1, QStringLiteral("--update-url was not given")});
@@ -149,7 +118,7 @@ void Walk::run()
     }
     askUpdates();
     m_underWay = {Step::SignOut};
-    m_mark = m_trace.mark();
+    m_judge.beginCall();
 }
 
 void Walk::finish()
@@ -166,15 +135,15 @@ void Walk::interrupt()
 {
     // Without a call under way it was a question of the probe's own that had no answer, and the step that it
     // was about is known to be wrong.
-    qint64 begun = m_mark.milliseconds;
+    qint64 begun = m_judge.callBegan();
     for (const Step step : qAsConst(m_underWay)) {
-        const auto exchange = exchangeOf(step);
+        const auto exchange = m_judge.exchangeOf(step);
         if (exchange && exchange->isFinished) {
-            judge(step);
+            m_judge.judge(step);
             begun += exchange->milliseconds;
             continue;
         }
-        setWrong(
+        m_judge.setWrong(
             step,
             QStringLiteral("no answer when the %1 s of this walk were over").arg(m_options.patience.count()));
         m_findings.of(step).milliseconds = m_trace.mark().milliseconds - begun;
@@ -246,14 +215,15 @@ bool Walk::signIn()
 
     Step last = Step::SignInForm;
     for (const Step step : steps) {
-        if (!exchangeOf(step))
+        if (!m_judge.exchangeOf(step))
             continue;
-        setWell(step, step == Step::SignInForm ? redirectWords(*exchangeOf(step)) : QString());
+        m_judge.setWell(step,
+                        step == Step::SignInForm ? redirectWords(*m_judge.exchangeOf(step)) : QString());
         last = step;
     }
     if (message.isEmpty())
         return true;
-    setFailed(last, message);
+    m_judge.setFailed(last, message);
     if (last == Step::Enterprises || message == UnreadableFormText)
         explainRefusedSignIn();
     return false;
@@ -263,23 +233,24 @@ bool Walk::signIn()
 //! the list that doesn't come.
 void Walk::explainRefusedSignIn()
 {
-    const TracedExchange answer = exchangeOf(Step::SignIn).value_or(TracedExchange{});
-    const auto list = exchangeOf(Step::Enterprises);
+    const TracedExchange answer = m_judge.exchangeOf(Step::SignIn).value_or(TracedExchange{});
+    const auto list = m_judge.exchangeOf(Step::Enterprises);
     const DirectAnswer form = askDirectly(QUrl(m_options.url + LoginPath));
     const QString fault = form.error.isEmpty() ? formPageFault(form.body) : QString();
     if (!fault.isEmpty()) {
-        setWrong(Step::SignInForm, fault);
+        m_judge.setWrong(Step::SignInForm, fault);
         m_findings.of(Step::SignInForm).askedDirectly = true;
         m_findings.set({Step::SignIn});
         m_findings.set({Step::Enterprises});
     } else if (list && isSentToForm(*list) && isWelcomed(answer)) {
-        setWrong(Step::Enterprises,
-                 QStringLiteral("the sign-in was answered as a success is, but the service does not know the "
-                                "session any more: look at host, path and \"Secure\" of its cookies"));
+        m_judge.setWrong(
+            Step::Enterprises,
+            QStringLiteral("the sign-in was answered as a success is, but the service does not know the "
+                           "session any more: look at host, path and \"Secure\" of its cookies"));
     } else if (list && isSentToForm(*list)) {
-        setWrong(Step::SignIn,
-                 QStringLiteral("user name or password rejected: the service sends the question "
-                                "for the enterprises back to its form"));
+        m_judge.setWrong(Step::SignIn,
+                         QStringLiteral("user name or password rejected: the service sends the question "
+                                        "for the enterprises back to its form"));
         m_findings.set({Step::Enterprises});
     } else if (list && !isWelcomed(answer)) {
         m_findings.of(Step::Enterprises).words +=
@@ -326,8 +297,8 @@ bool Walk::enterEnterprise()
     m_redaction.hide(QString::fromStdWString(m_session.iotToken).trimmed());
     m_redaction.hideCookies(QString::fromStdWString(m_session.cookies));
     for (const Step step : steps) {
-        if (exchangeOf(step))
-            judge(step);
+        if (m_judge.exchangeOf(step))
+            m_judge.judge(step);
     }
     judgeSession();
     return !m_session.sdkAddr.empty();
@@ -338,30 +309,30 @@ void Walk::judgeSession()
 {
     const auto isWell = [this](Step step) { return m_findings.of(step).verdict == Verdict::Well; };
     if (isWell(Step::Binding))
-        setWell(Step::Binding, m_enterpriseId + QLatin1Char(' ') + m_enterpriseName);
+        m_judge.setWell(Step::Binding, m_enterpriseId + QLatin1Char(' ') + m_enterpriseName);
 
-    const auto heartbeat = exchangeOf(Step::Heartbeat);
+    const auto heartbeat = m_judge.exchangeOf(Step::Heartbeat);
     const QString iot = QCoreApplication::instance()->property("iotUrl").toString();
     if (isWell(Step::Addresses) && !heartbeat) {
-        setWrong(Step::Addresses, explain(NoEditorText));
+        m_judge.setWrong(Step::Addresses, explain(NoEditorText));
     } else if (isWell(Step::Addresses)) {
         const QString editor = heartbeat->url.adjusted(QUrl::RemoveUserInfo).toString().remove(HeartbeatPath);
-        setWell(Step::Addresses,
-                QStringLiteral("editor service %1, %2")
-                    .arg(editor, iot.isEmpty() ? QStringLiteral("no IoT service (\"iot_new\")")
-                                               : QStringLiteral("IoT service ") + iot));
+        m_judge.setWell(Step::Addresses,
+                        QStringLiteral("editor service %1, %2")
+                            .arg(editor, iot.isEmpty() ? QStringLiteral("no IoT service (\"iot_new\")")
+                                                       : QStringLiteral("IoT service ") + iot));
     }
 
     if (isWell(Step::Heartbeat) && m_session.cookies.empty())
-        setWrong(Step::Heartbeat,
-                 QStringLiteral("the heartbeat sets no cookie, so what follows has no session"));
+        m_judge.setWrong(Step::Heartbeat,
+                         QStringLiteral("the heartbeat sets no cookie, so what follows has no session"));
     if (!isWell(Step::Token) || m_session.sdkAddr.empty())
         return;
     if (m_session.iotToken.empty())
-        setWrong(Step::Token, QStringLiteral("the reply is empty"));
+        m_judge.setWrong(Step::Token, QStringLiteral("the reply is empty"));
     else if (m_session.iotToken.find(L'<') != std::wstring::npos)
-        setWrong(Step::Token,
-                 QStringLiteral("the reply is a page, which is taken for the token all the same"));
+        m_judge.setWrong(Step::Token,
+                         QStringLiteral("the reply is a page, which is taken for the token all the same"));
 }
 
 void Walk::askOrganisation()
@@ -371,16 +342,16 @@ void Walk::askOrganisation()
     call({Step::Organisation}, [&] { projects->ReflushProjOrgInfo(m_session); });
     NelvoSDK::OrgTreeNode root;
     projects->GetOrgTree(root);
-    const bool isThere = judge(Step::Organisation, counted(unitCount(root), "unit", "units"));
+    const bool isThere = m_judge.judge(Step::Organisation, counted(unitCount(root), "unit", "units"));
     if (isThere && root.id.empty() && root.children.empty())
-        setWrong(Step::Organisation, QStringLiteral("the reply holds no tree under \"data\""));
+        m_judge.setWrong(Step::Organisation, QStringLiteral("the reply holds no tree under \"data\""));
 }
 
 void Walk::askProjects()
 {
     std::list<NelvoSDK::ProjectNode> projects;
     call({Step::Projects}, [&] { m_plugin->GetProjectInfoMgr()->GetServerProjectTree(projects); });
-    judge(Step::Projects, counted(static_cast<int>(projects.size()), "project", "projects"));
+    m_judge.judge(Step::Projects, counted(static_cast<int>(projects.size()), "project", "projects"));
 }
 
 void Walk::askModels()
@@ -403,8 +374,8 @@ void Walk::askModels(QObject& pages, Step step, const char* function)
     });
     m_whenListSynced = nullptr;
     const int count = pages.property("bimProjList").toJsonArray().size();
-    judge(step,
-          step == Step::Models ? counted(count, "model", "models") : counted(count, "drawing", "drawings"));
+    m_judge.judge(step, step == Step::Models ? counted(count, "model", "models")
+                                             : counted(count, "drawing", "drawings"));
 }
 
 void Walk::askUpdates()
@@ -420,22 +391,23 @@ void Walk::askUpdates()
     if (version.isEmpty())
         explainFailedUpdates();
     else
-        setWell(Step::Updates, QStringLiteral("offers %1 %2").arg(m_options.product, version));
+        m_judge.setWell(Step::Updates, QStringLiteral("offers %1 %2").arg(m_options.product, version));
 }
 
 //! The plug-in tells a failure and the lack of a newer release alike, and does not say which it was.
 void Walk::explainFailedUpdates()
 {
-    const auto exchange = exchangeOf(Step::Updates);
+    const auto exchange = m_judge.exchangeOf(Step::Updates);
     if (!exchange || !exchange->isFinished) {
-        setWrong(Step::Updates, QStringLiteral("no answer within the 30 s that the plug-in waits for it"));
+        m_judge.setWrong(Step::Updates,
+                         QStringLiteral("no answer within the 30 s that the plug-in waits for it"));
         return;
     }
     if (!exchange->error.isEmpty()) {
-        setFailed(Step::Updates, exchange->error);
+        m_judge.setFailed(Step::Updates, exchange->error);
         return;
     }
-    setFailed(Step::Updates, {});
+    m_judge.setFailed(Step::Updates, {});
     const QString question = QStringLiteral("%1%2?access_token=%3&productId=%4&productVersion=0.0.0")
                                  .arg(m_options.updateUrl, QLatin1String(infoOf(Step::Updates).path),
                                       m_options.updateToken, m_options.product);
@@ -451,73 +423,18 @@ void Walk::explainFailedUpdates()
 //! The plug-in does so by itself when the application ends.
 void Walk::signOut()
 {
-    const auto exchange = exchangeOf(Step::SignOut);
+    const auto exchange = m_judge.exchangeOf(Step::SignOut);
     // Without a sign-in it has no address to do so at.
     if (exchange && !exchange->url.host().isEmpty())
-        judge(Step::SignOut);
+        m_judge.judge(Step::SignOut);
 }
 
 void Walk::call(const QVector<Step>& steps, const std::function<void()>& function)
 {
     m_underWay = steps;
-    m_mark = m_trace.mark();
+    m_judge.beginCall();
     function();
     m_underWay.clear();
-}
-
-std::optional<TracedExchange> Walk::exchangeOf(Step step) const
-{
-    const StepInfo& info = infoOf(step);
-    const QVector<TracedExchange> exchanges = m_trace.exchanges(m_mark);
-    const auto found =
-        std::find_if(exchanges.begin(), exchanges.end(), [&info](const TracedExchange& exchange) {
-            return exchange.method == info.method && exchange.url.path().endsWith(QLatin1String(info.path));
-        });
-    return found == exchanges.end() ? std::nullopt : std::make_optional(*found);
-}
-
-bool Walk::judge(Step step, const QString& wordsIfWell)
-{
-    const auto exchange = exchangeOf(step);
-    const bool isBehindSignIn = step > Step::SignIn && step < Step::SignOut;
-    if (!exchange)
-        setFailed(step, {});
-    else if (!exchange->error.isEmpty())
-        setFailed(step, exchange->error);
-    else if (isBehindSignIn && isSentToForm(*exchange))
-        setWrong(step, QStringLiteral(
-                           "the service sends the question back to its sign-in form: the session is lost"));
-    else if (isUnfit(step, *exchange))
-        setFailed(step, reasonOf(*exchange));
-    else
-        setWell(step, wordsIfWell);
-    return m_findings.of(step).verdict == Verdict::Well;
-}
-
-void Walk::setWell(Step step, const QString& words)
-{
-    const auto exchange = exchangeOf(step);
-    m_findings.set(
-        {step, Verdict::Well, exchange ? exchange->milliseconds : -1, m_redaction.redacted(words)});
-}
-
-void Walk::setWrong(Step step, const QString& words)
-{
-    const auto exchange = exchangeOf(step);
-    m_findings.set({step, Verdict::Wrong, exchange ? exchange->milliseconds : -1, words});
-}
-
-void Walk::setFailed(Step step, const QString& reason)
-{
-    setWrong(step, wordsFor(m_redaction.redacted(reason)));
-    const auto exchange = exchangeOf(step);
-    if (!exchange || !reason.startsWith(QStringLiteral("SSL handshake failed")))
-        return;
-    const QString certificateError = askDirectly(exchange->url).certificateError;
-    if (certificateError.isEmpty())
-        return;
-    m_findings.of(step).words += QStringLiteral(": ") + certificateError;
-    m_findings.of(step).askedDirectly = true;
 }
 
 } // namespace NelvoDevkit

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "probe/findings.h"
+#include "probe/judge.h"
 #include "probe/probeoptions.h"
 #include "probe/redaction.h"
 #include "probe/trace.h"
@@ -12,7 +13,6 @@
 #include <QJsonArray>
 
 #include <functional>
-#include <optional>
 
 class QObject;
 class QQuickView;
@@ -70,19 +70,12 @@ private:
 
     //! Calls the plug-in, which makes the requests of these steps.
     void call(const QVector<Step>& steps, const std::function<void()>& function);
-    //! What the last call did for a step; nothing if it came to none.
-    std::optional<TracedExchange> exchangeOf(Step step) const;
-    //! Finds a step well or wrong by what the last call did for it.
-    bool judge(Step step, const QString& wordsIfWell = {});
-    void setWell(Step step, const QString& words);
-    void setWrong(Step step, const QString& words);
-    //! Wrong for a reason that Qt or the plug-in gives.
-    void setFailed(Step step, const QString& reason);
 
     ProbeOptions m_options;
     Findings& m_findings;
     Redaction& m_redaction;
     Trace m_trace;
+    Judge m_judge;
     NelvoSDK::INelvoSDKPlugin* m_plugin = nullptr;
     //! The login window: what its pages call hangs on it.
     QQuickView* m_window = nullptr;
@@ -92,8 +85,6 @@ private:
     NelvoSDK::LoginSession m_session;
     //! The steps of the call that is under way.
     QVector<Step> m_underWay;
-    //! Where in the trace the last call began.
-    Trace::Mark m_mark;
     std::function<void()> m_whenListSynced;
 };
 
