@@ -68,6 +68,11 @@ endif()
 file(GLOB documents CONFIGURE_DEPENDS *.md)
 install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(CODE "set(prefix \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\")
+set(DOCUMENTS \"\${prefix}/${CMAKE_INSTALL_DOCDIR}\")
+set(INCLUDES \"\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}\")
+set(DATA \"\${prefix}/${data_dir}\")" COMPONENT doc)
+install(SCRIPT cmake/KitLinks.cmake COMPONENT doc)
 # Where the system keeps them; docs/third-party.md names them in any case.
 foreach(package IN ITEMS libqt5core5a libqt5qml5 libqt5quick5 libqt5webchannel5 libqt5websockets5
     libqt5xmlpatterns5 libquazip1-qt5-1 zlib1g libboost-dev libssl3 libstdc++6)

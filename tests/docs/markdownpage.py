@@ -1,9 +1,11 @@
 """What the tests of the documents read of a Markdown page."""
 
+import os
 import re
 from pathlib import Path
 
-ROOT = Path(__file__).resolve().parents[2]
+# Of the repository, unless the variable names the documents of a kit.
+ROOT = Path(os.environ.get("NELVO_DOCUMENTS", Path(__file__).resolve().parents[2]))
 
 
 class Page:

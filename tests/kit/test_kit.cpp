@@ -77,6 +77,7 @@ private Q_SLOTS:
     void kit_isWhole_data();
     void kit_isWhole();
     void kit_namesNoPathOfTheBuild();
+    void kit_hasWhatItsDocumentsLinkTo();
     void package_offersItsVersionOnly();
     void archive_holdsTheKit();
     void minimal_listsTheProjects();
@@ -84,6 +85,7 @@ private Q_SLOTS:
     void bimDialog_offersTheModels();
     void linkedHost_findsThePlugin();
     void editor_runs();
+    void probe_findsAllWell();
 
 private:
     QString inKit(const QString& name) const { return m_kit + QLatin1Char('/') + name; }
@@ -203,6 +205,18 @@ void TestKit::kit_namesNoPathOfTheBuild()
     }
 }
 
+void TestKit::kit_hasWhatItsDocumentsLinkTo()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("NELVO_DOCUMENTS", inKit("share/doc/NelvoPlugin"));
+    const Outcome outcome =
+        run("python3", {"-B", SourceDir + "/tests/docs/test_links.py", "TestLinks.test_links_lead_somewhere"},
+            environment);
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
+    QVERIFY(contentOf(inKit("share/doc/NelvoPlugin/docs/integration.md"))
+                .contains("](../../../../include/NelvoSDK/LoginSession.h)"));
+}
+
 void TestKit::package_offersItsVersionOnly()
 {
     const QString prefix = m_folder.filePath("sdk");
@@ -294,6 +308,21 @@ void TestKit::editor_runs()
     const Outcome outcome = run(inKit("bin/nelvo-launch"), launchArguments({"--end"}));
     QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
     QVERIFY2(outcome.out.contains("nelvo-launch: the host says \"1\""), qPrintable(outcome.all()));
+}
+
+void TestKit::probe_findsAllWell()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("NELVO_PROBE_PASSWORD", Password);
+    const Outcome outcome =
+        run(inKit("bin/nelvo-probe"),
+            {"--url", m_signInUrl, "--user", User, "--enterprise", QString::number(Enterprise), "--json"},
+            environment);
+    QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
+    const QJsonArray steps = QJsonDocument::fromJson(outcome.out.toUtf8())["steps"].toArray();
+    QVERIFY2(!steps.isEmpty(), qPrintable(outcome.all()));
+    for (const QJsonValue step : steps)
+        QVERIFY2(step["verdict"] == "well" || step["step"] == "updates", qPrintable(outcome.all()));
 }
 
 QTEST_GUILESS_MAIN(TestKit)

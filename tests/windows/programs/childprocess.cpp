@@ -30,41 +30,41 @@ ChildProcess::ChildProcess(std::wstring commandLine, const std::filesystem::path
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdInput = startup.hStdOutput = startup.hStdError = nowhere();
+    PROCESS_INFORMATION started{};
     // It belongs to the job before it starts anything itself.
     if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
-                       directory.c_str(), &startup, &m_process) == FALSE)
+                       directory.c_str(), &startup, &started) == FALSE)
         fail("cannot start a process");
-    if (AssignProcessToJobObject(m_job, m_process.hProcess) == FALSE) {
-        TerminateProcess(m_process.hProcess, 1);
+    m_process.reset(started.hProcess);
+    const Handle thread(started.hThread);
+    if (AssignProcessToJobObject(m_job.get(), m_process.get()) == FALSE) {
+        TerminateProcess(m_process.get(), 1);
         fail("cannot put a process into a job");
     }
-    ResumeThread(m_process.hThread);
+    ResumeThread(thread.get());
 }
 
 ChildProcess::~ChildProcess()
 {
     kill();
-    CloseHandle(m_process.hThread);
-    CloseHandle(m_process.hProcess);
-    CloseHandle(m_job);
 }
 
 bool ChildProcess::ends(std::chrono::milliseconds patience) const
 {
-    return WaitForSingleObject(m_process.hProcess, static_cast<DWORD>(patience.count())) == WAIT_OBJECT_0;
+    return WaitForSingleObject(m_process.get(), static_cast<DWORD>(patience.count())) == WAIT_OBJECT_0;
 }
 
 DWORD ChildProcess::status() const
 {
     DWORD status = 0;
-    GetExitCodeProcess(m_process.hProcess, &status);
+    GetExitCodeProcess(m_process.get(), &status);
     return status;
 }
 
 void ChildProcess::kill() const
 {
-    TerminateJobObject(m_job, 1);
-    WaitForSingleObject(m_process.hProcess, INFINITE);
+    TerminateJobObject(m_job.get(), 1);
+    WaitForSingleObject(m_process.get(), INFINITE);
 }
 
 } // namespace WindowsTest

@@ -2,11 +2,17 @@
 
 #include <chrono>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include <windows.h>
 
 namespace WindowsTest {
+
+struct HandleCloser {
+    void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+using Handle = std::unique_ptr<void, HandleCloser>;
 
 //! \brief A process with all that it starts; they end with this object at the latest.
 class ChildProcess
@@ -26,8 +32,8 @@ public:
     void kill() const;
 
 private:
-    HANDLE m_job = nullptr;
-    PROCESS_INFORMATION m_process{};
+    Handle m_job;
+    Handle m_process;
 };
 
 //! How long a test waits for what has to come.
