@@ -199,6 +199,9 @@ void TestKit::kit_namesNoPathOfTheBuild()
     const QStringList files = filesIn(m_kit);
     QVERIFY(!files.isEmpty());
     for (const QString& file : files) {
+        // What others wrote may name any path, and one like "/src" by chance.
+        if (file.startsWith("share/doc/NelvoPlugin/licenses/"))
+            continue;
         const QByteArray content = contentOf(inKit(file));
         QVERIFY2(!content.contains(SourceDir.toUtf8()), qPrintable(file));
         QVERIFY2(!content.contains(BuildDir.toUtf8()), qPrintable(file));
