@@ -11,8 +11,6 @@
 #include <QTcpServer>
 #include <QTest>
 
-#include <algorithm>
-
 namespace NelvoDevkit {
 
 namespace {
@@ -113,10 +111,10 @@ void SignInTour::enterpriseChoice()
 
 void SignInTour::chosenRow()
 {
-    QList<QQuickItem*> rows = visibleItems(QStringLiteral("companyRow"));
-    std::sort(rows.begin(), rows.end(), [](QQuickItem* a, QQuickItem* b) { return a->y() < b->y(); });
-    m_visitor.require(rows.size() > m_many.enterpriseRow, QStringLiteral("enough rows"));
-    QQuickItem* const row = rows.at(m_many.enterpriseRow);
+    QQuickItem* row = nullptr;
+    QMetaObject::invokeMethod(m_visitor.awaitItem(QStringLiteral("companyList")), "itemAtIndex",
+                              Q_RETURN_ARG(QQuickItem*, row), Q_ARG(int, m_many.enterpriseRow));
+    m_visitor.require(row != nullptr, QStringLiteral("enough rows"));
     m_visitor.click(row);
     m_visitor.await([row] { return row->property("selected").toBool(); }, QStringLiteral("the selected row"));
     m_visitor.takePicture(row->window());

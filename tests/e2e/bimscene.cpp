@@ -178,8 +178,7 @@ QMap<int, QQuickItem*> BimScene::shownRows()
     if (!view)
         return shown;
     for (int index = 0; index < rowCount(); ++index) {
-        QQuickItem* row = nullptr;
-        QMetaObject::invokeMethod(view, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, row), Q_ARG(int, index));
+        QQuickItem* const row = rowAt(view, index);
         if (row && view->contains(row->mapToItem(view, {row->width() / 2, row->height() / 2})))
             shown.insert(index, row);
     }

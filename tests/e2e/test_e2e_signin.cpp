@@ -119,14 +119,17 @@ void TestE2eSignIn::manyEnterprisesWaitForTheChoice()
 {
     signIn(QStringLiteral("lina"));
     QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("applistComp")));
-    QTRY_VERIFY(E2e::findItems(host().window(), QStringLiteral("companyRow")).size() > 3);
+    const auto thirdRow = [this] {
+        return E2e::rowAt(E2e::findItem(host().window(), QStringLiteral("companyList")), 2);
+    };
+    QTRY_VERIFY(thirdRow());
 
     // Nothing is chosen yet: the button does not react.
     E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("confirmButton")));
     QVERIFY(E2e::findItem(host().window(), QStringLiteral("applistComp")));
     QCOMPARE(count("POST", "/rs/casLogin/casLogin"), 0);
 
-    E2e::click(host().window(), E2e::findItems(host().window(), QStringLiteral("companyRow")).at(2));
+    E2e::click(host().window(), thirdRow());
     E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("confirmButton")));
     QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("validComp")));
     QTRY_COMPARE(host().observer.sessions.size(), 1);

@@ -36,6 +36,13 @@ QVector<QQuickItem*> findItems(QQuickItem* root, const QString& name)
     return found;
 }
 
+QQuickItem* rowAt(QQuickItem* view, int index)
+{
+    QQuickItem* row = nullptr;
+    QMetaObject::invokeMethod(view, "itemAtIndex", Q_RETURN_ARG(QQuickItem*, row), Q_ARG(int, index));
+    return row;
+}
+
 QQuickItem* findItem(const QQuickWindow* window, const QString& name)
 {
     const QVector<QQuickItem*> found = findItems(window, name);

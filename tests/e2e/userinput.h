@@ -16,6 +16,9 @@ QQuickItem* findItem(const QQuickWindow* window, const QString& name);
 QVector<QQuickItem*> findItems(const QQuickWindow* window, const QString& name);
 //! The same for `root` and what is below it.
 QVector<QQuickItem*> findItems(QQuickItem* root, const QString& name);
+//! The row of a ListView, null if it has none there. A row that the view makes for later is in no place yet
+//! and would be found before its turn.
+QQuickItem* rowAt(QQuickItem* view, int index);
 
 //! Gives the window the keyboard, as a window manager does for a new one.
 bool activate(QQuickWindow* window);
