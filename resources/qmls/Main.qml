@@ -36,7 +36,7 @@ Background {
         }
     }
 
-    onUserInfosChanged: userList = userInfos.map(info => info.user)
+    onUserInfosChanged: userList = userInfos.map(info => info.user || "")
 
     PercentTools {
         id: tools

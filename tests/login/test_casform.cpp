@@ -107,10 +107,7 @@ void TestCasForm::unreadablePageIsRefused()
     MessageLog log;
     CasFormValues values;
     QVERIFY(!NelvoPlugin::parseLoginArgs(page, values));
-    QCOMPARE(log.warnings().size(), 1);
-    const QString warning = log.warnings().constFirst();
-    QVERIFY2(warning == QStringLiteral("query error") || warning == QStringLiteral("evaluateTo error"),
-             qPrintable(warning));
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("query error")});
 }
 
 void TestCasForm::anyReadablePageIsAResult_data()
@@ -135,7 +132,7 @@ void TestCasForm::unreadableResultIsRefused()
 {
     MessageLog log;
     QVERIFY(!NelvoPlugin::parsePostResult("<html><body></html>"));
-    QCOMPARE(log.warnings().size(), 1);
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("query error")});
 }
 
 void TestCasForm::passwordDigestIsHexadecimalMd5_data()

@@ -132,6 +132,7 @@ private Q_SLOTS:
     void withoutSuffixBothAddressesAreEqual();
     void onLoginFailures_data();
     void onLoginFailures();
+    void failedOnLoginKeepsTheEarlierSession_data();
     void failedOnLoginKeepsTheEarlierSession();
     void repeatedSignInYieldsEmptyCookies();
     void changedCookieCountsAsNew();
@@ -250,10 +251,12 @@ void TestLoginActor::getTokenGivesEmptyText()
 void TestLoginActor::loginReadsTheCompanyList()
 {
     SignIn signIn;
-    const QSignalSpy changed(&signIn.actor, &CLoginActor::appListChanged);
+    QVector<QJsonArray> lists;
+    connect(&signIn.actor, &CLoginActor::appListChanged,
+            [&signIn, &lists] { lists.append(signIn.actor.appList()); });
     MessageLog log;
     QCOMPARE(login(signIn), QString());
-    QCOMPARE(changed.count(), 1);
+    QCOMPARE(lists, QVector<QJsonArray>{signIn.actor.appList()});
     QCOMPARE(signIn.observer.failures, 0);
     QVERIFY(signIn.actor.appList().size() > 1);
     const QJsonObject company = signIn.actor.appList().at(0).toObject();
@@ -464,12 +467,16 @@ void TestLoginActor::loginRepliesAreKept()
     const int before = sharedNetworkManager()->findChildren<QNetworkReply*>().size();
     SignIn signIn;
     login(signIn);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(sharedNetworkManager()->findChildren<QNetworkReply*>().size(), before + 3);
 }
 
 void TestLoginActor::aLoginInsideALoginEndsFirst()
 {
-    m_services.setReply("GET", ListPath, json("[]"));
+    const auto inner = QStringLiteral("/inner");
+    for (const char* method : {"GET", "POST"})
+        m_services.setReply(method, inner + "/login", {200, "text/html", "<html/>", {}});
+    m_services.setReply("GET", inner + ListPath, json("[]"));
     m_services.addFault({Fault::Stall, ListPath, {}, 0, true});
     SignIn signIn;
     QStringList ended;
@@ -478,12 +485,16 @@ void TestLoginActor::aLoginInsideALoginEndsFirst()
         if (!targets().contains("GET " + ListPath.toLatin1()))
             return;
         watch.stop();
-        ended.append(QStringLiteral("inner:") + login(signIn, QStringLiteral("zhangwei")));
+        ended.append(QStringLiteral("inner:") + signIn.actor.login("zhangwei", "x", m_url + inner, {}));
         m_services.clearFaults();
     });
     watch.start(1);
     ended.append(QStringLiteral("outer:") + login(signIn));
     QCOMPARE(ended, (QStringList{QStringLiteral("inner:"), QStringLiteral("outer:")}));
+
+    // What follows goes to the service of the one that ended last.
+    signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
+    QVERIFY(targets().contains("GET " + ServersPath.toLatin1()));
 }
 
 void TestLoginActor::onLoginFillsTheSession()
@@ -576,6 +587,8 @@ void TestLoginActor::serverWalk_data()
         << QByteArrayList{iot, "i", editor, "", editor, real} << found << "i";
     QTest::newRow("empty iot address goes on looking")
         << QByteArrayList{iot, "", editor, real, iot, "i"} << found << "i";
+    QTest::newRow("empty iot address goes on looking, editor known")
+        << QByteArrayList{editor, real, iot, "", iot, "i"} << found << "i";
     QTest::newRow("no iot") << QByteArrayList{editor, real} << found << QString();
     QTest::newRow("names are case-sensitive")
         << QByteArrayList{"Varlo-Editor", "http://no", editor, real, "IOT_new", "i"} << found << QString();
@@ -687,12 +700,26 @@ void TestLoginActor::onLoginFailures()
     QVERIFY(session.iotToken.empty());
 }
 
+void TestLoginActor::failedOnLoginKeepsTheEarlierSession_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<CannedReply>("reply");
+    const CannedReply unavailable{503, "text/plain", {}, {}};
+    QTest::newRow("addresses fail") << ServersPath << unavailable;
+    QTest::newRow("addresses are no JSON") << ServersPath << CannedReply{200, "text/html", "<html/>", {}};
+    QTest::newRow("no editor service") << ServersPath << json("[]");
+    QTest::newRow("heartbeat fails") << HeartbeatPath << unavailable;
+}
+
 void TestLoginActor::failedOnLoginKeepsTheEarlierSession()
 {
+    QFETCH(QString, path);
+    QFETCH(CannedReply, reply);
     SignIn signIn;
     login(signIn);
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("first"));
-    m_services.addFault({Fault::Refuse, HeartbeatPath, {}, 0, false});
+    for (const char* method : {"GET", "POST"})
+        m_services.setReply(method, path, reply);
     signIn.actor.onLogin(m_url, QStringLiteral("2"), QStringLiteral("second"));
     const NelvoSDK::LoginSession session = signIn.published();
     QCOMPARE(text(session.epName), QStringLiteral("first"));

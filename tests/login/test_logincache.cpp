@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QtTest>
 
+#include <filesystem>
+
 using NelvoPlugin::CLoginCache;
 using NelvoPlugin::UserCacheEntry;
 using TestSupport::ApplicationFile;
@@ -37,6 +39,7 @@ private Q_SLOTS:
     void emptyPasswordOverwritesTheStoredOne();
     void damagedCacheIsLostOnUpdate();
     void unwritableFileKeepsItsContent();
+    void fileIsRewrittenInPlace();
 
     void asciiPasswordPassesUnchanged();
     void latin1PasswordComesBackAltered();
@@ -232,6 +235,17 @@ void TestLoginCache::unwritableFileKeepsItsContent()
     QVERIFY(QFileInfo(m_file->path()).isDir());
     QVERIFY(log.entries().isEmpty());
     QVERIFY(QDir().rmdir(m_file->path()));
+}
+
+//! Not by a new file that takes the place of the old one: another name of the same file would keep that.
+void TestLoginCache::fileIsRewrittenInPlace()
+{
+    m_file->write("[]");
+    const ApplicationFile other(QStringLiteral("othername.json"));
+    std::filesystem::create_hard_link(m_file->path().toStdString(), other.path().toStdString());
+    CLoginCache::updateUser(QStringLiteral("a"), {}, QStringLiteral("1"), {});
+    QVERIFY(other.content().contains("\"a\""));
+    QCOMPARE(other.content(), m_file->content());
 }
 
 void TestLoginCache::asciiPasswordPassesUnchanged()

@@ -33,7 +33,8 @@ private Q_SLOTS:
     void pagesLoadWithoutAWarning();
     void withoutCacheTheUserListIsEmpty();
     void cachedUsersReachThePagesWithClearPasswords();
-    void cacheWithoutPasswordsIsQuiet();
+    void cacheFromElsewhereIsQuiet_data();
+    void cacheFromElsewhereIsQuiet();
     void showLoginAgainReadsTheLatestCache();
     void quitInAPageEndsTheApplication();
     void destructionWithAShownWindowIsQuiet();
@@ -162,14 +163,26 @@ void TestLoginMgr::cachedUsersReachThePagesWithClearPasswords()
     QTRY_COMPARE(password->property("text").toString(), QStringLiteral("123456"));
 }
 
-void TestLoginMgr::cacheWithoutPasswordsIsQuiet()
+void TestLoginMgr::cacheFromElsewhereIsQuiet_data()
 {
-    m_cache->write(R"([{"user": "lina"}])");
+    QTest::addColumn<QByteArray>("cache");
+    QTest::addColumn<QString>("firstUser");
+    QTest::newRow("no password") << QByteArray(R"([{"user": "lina"}])") << "lina";
+    QTest::newRow("no user") << QByteArray(R"([5, {"user": "lina"}])") << "";
+}
+
+void TestLoginMgr::cacheFromElsewhereIsQuiet()
+{
+    QFETCH(QByteArray, cache);
+    QFETCH(QString, firstUser);
+    m_cache->write(cache);
     MessageLog log;
     CLoginMgr manager;
     manager.Start();
     const auto* user = view()->rootObject()->findChild<QQuickItem*>(QStringLiteral("userNameBox"));
-    QTRY_COMPARE(user->property("outText").toString(), QStringLiteral("lina"));
+    QCOMPARE(user->property("outText").toString(), firstUser);
+    QCOMPARE(view()->rootObject()->property("userList").value<QJSValue>().toVariant().toList().constLast(),
+             QVariant("lina"));
     QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
 }
 

@@ -80,11 +80,13 @@ void TestBimPlugin::secondInitializeReplacesTheManagers()
     const NelvoSDK::ILoginMgr* login = plugin.GetLoginMgr();
     const NelvoSDK::IMessageMgr* message = plugin.GetMessageMgr();
     const NelvoSDK::IProjectInfoMgr* project = plugin.GetProjectInfoMgr();
+    const NelvoSDK::IPdsMgr* pds = plugin.GetPdsMgr();
     plugin.GetMessageMgr()->SetContext(&plugin);
     QVERIFY(plugin.Initialize());
     QVERIFY(plugin.GetLoginMgr() != login);
     QVERIFY(plugin.GetMessageMgr() != message);
     QVERIFY(plugin.GetProjectInfoMgr() != project);
+    QVERIFY(plugin.GetPdsMgr() != pds);
     QVERIFY(!plugin.GetMessageMgr()->GetContext());
     // The old login manager is gone, and its window with it.
     QCOMPARE(QGuiApplication::topLevelWindows().size(), 1);

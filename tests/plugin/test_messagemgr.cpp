@@ -3,6 +3,8 @@
 #include <QProcess>
 #include <QtTest>
 
+#include <cstdio>
+
 namespace {
 
 class Observer final : public NelvoSDK::IMessageObserver
@@ -159,6 +161,8 @@ int notifyNull()
 {
     NelvoPlugin::CMessageMgr manager;
     manager.Attach(nullptr);
+    std::puts("attached");
+    std::fflush(stdout);
     manager.NotifyFirst(QStringLiteral("x"));
     return 0;
 }
@@ -174,6 +178,7 @@ void TestMessageMgr::nullObserverIsKeptAndCalled()
     process.setProcessEnvironment(environment);
     process.start(QCoreApplication::applicationFilePath(), QStringList());
     QVERIFY(process.waitForFinished(60000));
+    QCOMPARE(process.readAllStandardOutput().trimmed(), QByteArray("attached"));
     QVERIFY(process.exitStatus() == QProcess::CrashExit || process.exitCode() != 0);
 }
 

@@ -172,6 +172,7 @@ private Q_SLOTS:
     void refreshWithoutTokenKeepsTheEarlierOne();
     void refreshReplacesTheJarBeforeItAsks();
     void emptyCookieTextEmptiesTheJar();
+    void unreadableCookieTextIsDropped();
     void cookieWithADateIsCutAtItsComma();
     void refreshReadsTheTree();
     void treeBeforeARefreshIsABareRoot();
@@ -596,6 +597,20 @@ void TestProjectInfoMgr::emptyCookieTextEmptiesTheJar()
     Project project;
     project.manager.ReflushProjOrgInfo(session());
     QVERIFY(sharedCookieJar()->allCookies().isEmpty());
+}
+
+void TestProjectInfoMgr::unreadableCookieTextIsDropped()
+{
+    LoginSession made = session();
+    made.cookies = L"a=1,;;,no cookie,=,b=2";
+    Project project;
+    const MessageLog log;
+    project.manager.ReflushProjOrgInfo(made);
+    QByteArrayList names;
+    for (const QNetworkCookie& cookie : sharedCookieJar()->allCookies())
+        names.append(cookie.name());
+    QCOMPARE(names, (QByteArrayList{"a", "b"}));
+    QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
 }
 
 void TestProjectInfoMgr::cookieWithADateIsCutAtItsComma()

@@ -162,6 +162,7 @@ Item {
             mouseClick(item("loginButton"));
             compare(loginCtrl.calls, [["login", "ann", "pw", "https://a", ""],
                                       ["onResetCache", "ann", "pw", "https://a", "", true]]);
+            compare(warningLog.debugs(), [" login success...."]);
             compare(loginWindow.cimServer, "https://a");
             compare(loginWindow.pdsServer, "");
             compare(item("contentLoader").source, loginWindow.compList["AppListComp"]);
