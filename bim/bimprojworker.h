@@ -13,7 +13,7 @@ namespace NelvoPlugin {
 //!
 //! A fetch blocks that thread until the service has answered, for which there is no time limit. It reads
 //! the service's address from the application's property "sdkAddr". Answers come in the order of the
-//! requests.
+//! requests. The records of an answer are made by a helper thread that ends before the answer is told.
 class CBimProjWorker final : public QObject
 {
     Q_OBJECT

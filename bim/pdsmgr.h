@@ -29,7 +29,8 @@ namespace NelvoPlugin {
 //!
 //! Imports and converts nothing itself: what the user chooses goes to the observers. All of it runs on the
 //! GUI thread but the fetches of the lists, which have a thread of their own from construction to
-//! destruction. No list is shared with that thread: requests and answers cross by queued signals.
+//! destruction. No list is shared with that thread: requests and answers cross by queued signals, and a
+//! list that has had its time goes there once more, to be freed.
 //!
 //! QML and the host's scripts know the members by index too, so signals, methods and properties keep
 //! their order.

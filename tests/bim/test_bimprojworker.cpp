@@ -142,16 +142,20 @@ void TestBimProjWorker::rowsKeepOrderAndDuplicates()
 
 void TestBimProjWorker::rowThatIsNoObjectGivesDefaults()
 {
-    m_services.setList(BimPath, R"(7,null,"text",[])");
+    for (const QString& path : {BimPath, DwgPath})
+        m_services.setList(path, R"(7,null,"text",[])");
     CBimProjWorker worker;
     const Answers answers(worker);
     worker.getBimProjList();
-    QCOMPARE(answers.array(0).size(), 4);
-    const QJsonArray records = answers.array(0);
-    for (const QJsonValue record : records) {
-        QCOMPARE(record.toObject().value(QStringLiteral("guid")), QJsonValue(QString()));
-        QCOMPARE(record.toObject().value(QStringLiteral("profTipText")).toString(),
-                 QStringLiteral("其他类型"));
+    worker.getDWGBimProjList();
+    for (const int list : {0, 1}) {
+        const QJsonArray records = answers.array(list);
+        QCOMPARE(records.size(), 4);
+        for (const QJsonValue record : records) {
+            QCOMPARE(record.toObject().value(QStringLiteral("guid")), QJsonValue(QString()));
+            QCOMPARE(record.toObject().value(QStringLiteral("profTipText")).toString(),
+                     list == 0 ? QStringLiteral("其他类型") : QStringLiteral("DWG"));
+        }
     }
 }
 
@@ -160,9 +164,12 @@ void TestBimProjWorker::answerIsLogged()
     CBimProjWorker worker;
     const MessageLog log;
     worker.getBimProjList();
-    QCOMPARE(log.debugs().size(), 1);
+    worker.getDWGBimProjList();
+    QCOMPARE(log.debugs().size(), 2);
     QVERIFY2(log.debugs().first().contains(QStringLiteral(R"({"data":[{"nelvo3dId":"b1","ppName":"bim"}]})")),
              qPrintable(log.debugs().first()));
+    QVERIFY2(log.debugs().last().contains(QStringLiteral(R"("nelvo3dId":"d1")")),
+             qPrintable(log.debugs().last()));
     QVERIFY(log.warnings().isEmpty());
 }
 
@@ -189,13 +196,17 @@ void TestBimProjWorker::answerWithoutDataIsAnEmptySuccess_data()
 void TestBimProjWorker::answerWithoutDataIsAnEmptySuccess()
 {
     QFETCH(QByteArray, body);
-    m_services.setAnswer(BimPath, body);
+    for (const QString& path : {BimPath, DwgPath})
+        m_services.setAnswer(path, body);
     CBimProjWorker worker;
     const Answers answers(worker);
     worker.getBimProjList();
-    QCOMPARE(answers.spy.size(), 1);
-    QVERIFY(answers.success(0));
-    QVERIFY(answers.array(0).isEmpty());
+    worker.getDWGBimProjList();
+    QCOMPARE(answers.spy.size(), 2);
+    for (const int list : {0, 1}) {
+        QVERIFY(answers.success(list));
+        QVERIFY(answers.array(list).isEmpty());
+    }
 }
 
 void TestBimProjWorker::failedCallGivesAnEmptyFailure_data()

@@ -738,6 +738,8 @@ void TestPdsMgr::emptyDepartmentOnAnEmptyTree()
 {
     Pds pds;
     receiveBimList(pds, R"({"ppName":"one","deptId":"a"},{"ppName":"two"})");
+    pds.manager.searchBydeptId(QStringLiteral("unknown"));
+    QCOMPARE(pds.shown(), QStringList());
     pds.manager.searchBydeptId({});
     QCOMPARE(pds.shown(), words("one two"));
     QCOMPARE(pds.calls(), words("bimProjListChanged"));

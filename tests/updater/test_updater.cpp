@@ -132,6 +132,7 @@ private Q_SLOTS:
     void checkRunsAgainAfterAFailure();
 
     void downloadBringsThePackage();
+    void unwritableStateDoesNotStopTheDownload();
     void downloadRecordsTheAttemptFirst();
     void downloadRecordsTheAttemptOnceMoreAtItsEnd();
     void stateIsWrittenBehindThePage();
@@ -626,6 +627,20 @@ void TestUpdater::downloadBringsThePackage()
                                    {"remarks", "first<br/>second"},
                                    {"pVersion", "1.0.1"}}));
     QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
+    QCOMPARE(m_log->warnings(), QStringList{"request finished with code 206"});
+}
+
+void TestUpdater::unwritableStateDoesNotStopTheDownload()
+{
+    QVERIFY(QDir().mkdir(m_state->path()));
+    const auto removed = qScopeGuard([this] { QDir().rmdir(m_state->path()); });
+    CUpdater updater;
+    check(updater);
+    m_log->clear();
+    Events events(updater);
+    updater.download();
+    QTRY_COMPARE(events.all(), (QStringList{"started NelvoEditor.zip 300000", "finished NelvoEditor.zip"}));
+    QCOMPARE(packageOnDisk(), m_package);
     QCOMPARE(m_log->warnings(), QStringList{"request finished with code 206"});
 }
 
