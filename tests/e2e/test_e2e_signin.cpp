@@ -99,6 +99,7 @@ int TestE2eSignIn::count(const QByteArray& method, const QByteArray& path) const
 
 void TestE2eSignIn::oneEnterprisePassesWithoutAClick()
 {
+    QGuiApplication::setQuitOnLastWindowClosed(true); // as in a host that has set nothing
     signIn(QStringLiteral("zhangwei"));
     QTRY_COMPARE(host().observer.sessions.size(), 1);
     const NelvoSDK::LoginSession session = host().observer.sessions.constFirst();
@@ -111,6 +112,7 @@ void TestE2eSignIn::oneEnterprisePassesWithoutAClick()
     QVERIFY(!session.iotToken.empty());
     QVERIFY(session.cookies.find(L"EDITORSESSION=") != std::wstring::npos);
     QVERIFY(!host().window()->isVisible());
+    QVERIFY(!QGuiApplication::quitOnLastWindowClosed());
     QCOMPARE(host().observer.failures, 0);
 }
 
