@@ -153,6 +153,7 @@ private Q_SLOTS:
     void packagesOfEarlierReleasesStay();
     void downloadWithoutACheckRemovesNothing();
     void secondDownloadIsRefused();
+    void secondDownloadWithoutASizeSpoilsTheFirst();
     void wrongChecksumIsNotToldAndNotRetried();
     void failedTransferIsToldTwiceAndNotRetried();
     void serverThatIgnoresTheRangeIsCaughtByTheChecksum();
@@ -946,6 +947,29 @@ void TestUpdater::secondDownloadIsRefused()
     m_services.setPackageDelivery(PackageName, {});
     QTRY_COMPARE(events.all(), QStringList{"finished NelvoEditor.zip"});
     QCOMPARE(packageOnDisk(), m_package);
+}
+
+//! Without a size no package counts as a part, so what has come is removed before the refusal.
+void TestUpdater::secondDownloadWithoutASizeSpoilsTheFirst()
+{
+    Release sizeless = release();
+    sizeless.size = 0;
+    m_services.setRelease(Product, sizeless);
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    stalled.endAfter = 1000;
+    m_services.setPackageDelivery(PackageName, stalled);
+    CUpdater updater;
+    check(updater);
+    m_log->clear();
+    updater.download();
+    QTRY_COMPARE(packageOnDisk().size(), 1000);
+    updater.download();
+    QVERIFY(!QFile::exists(updatePath()));
+    m_services.setPackageDelivery(PackageName, {});
+    QTRY_COMPARE(updateTrace(*m_log), (QStringList{"> download already exist: " + updatePath(),
+                                                   "> 下载完成，校验MD5", "> 校验失败", "> 重试"}));
+    QVERIFY(!QFile::exists(updatePath()));
 }
 
 void TestUpdater::wrongChecksumIsNotToldAndNotRetried()
