@@ -8,6 +8,8 @@
 #include <QNetworkRequest>
 #include <QUrl>
 
+#include <utility>
+
 namespace {
 
 //! How far the network may run ahead of the disk. Holds from when the request is under way: Qt takes no
@@ -22,6 +24,18 @@ QNetworkRequest requestFor(const QString& url)
     request.setAttribute(QNetworkRequest::FollowRedirectsAttribute, true);
     QT_WARNING_POP
     return request;
+}
+
+//! A disk takes what it has room for. Only the attempt at the rest tells why it takes no more.
+bool writeAll(QFile& file, QByteArray bytes)
+{
+    while (!bytes.isEmpty()) {
+        const qint64 written = file.write(bytes);
+        if (written <= 0)
+            return false;
+        bytes.remove(0, static_cast<int>(written));
+    }
+    return file.flush();
 }
 
 } // namespace
@@ -48,6 +62,7 @@ bool CDownloader::download(const QString& url, const QString& filePath, qint64 b
     m_bytesReceived = target.size();
     m_filePath = filePath;
     m_bytesTotal = bytesTotal;
+    m_writeFailed = false;
     QDir().mkpath(target.absolutePath());
 
     QNetworkRequest request = requestFor(url);
@@ -75,7 +90,9 @@ void CDownloader::onReadyRead()
         m_reply->setReadBufferSize(0);
         return;
     }
-    file.write(m_reply->readAll());
+    // Once for each transfer: on a full disk no chunk that follows fares better.
+    if (!writeAll(file, m_reply->readAll()) && !std::exchange(m_writeFailed, true))
+        qWarning().noquote() << "write file" << m_filePath << "failed:" << file.errorString();
 }
 
 void CDownloader::onFinished()

@@ -10,7 +10,8 @@ class QNetworkAccessManager;
 //!
 //! What arrives is appended to the file at once, so that a crash loses the chunk under way and no more.
 //! Nothing is ever removed or truncated, and neither status codes nor lengths are examined: whether the
-//! file is the right one is for its checksum to tell.
+//! file is the right one is for its checksum to tell. Bytes that the disk doesn't take, because it is full,
+//! are missing in the file, and a warning in the log is all that tells of it.
 //!
 //! One transfer at a time, on the thread of the object, by its event loop. There is no timeout and no
 //! cancel; destroying the object ends a transfer without a signal.
@@ -61,4 +62,6 @@ private:
     //! The transfer under way, or null. Owned here, though it is the manager's child.
     QNetworkReply* m_reply = nullptr;
     QString m_filePath;
+    //! Whether the log has it that bytes of this transfer didn't reach the disk.
+    bool m_writeFailed = false;
 };

@@ -18,9 +18,14 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <optional>
+
+#if __has_include(<sys/resource.h>)
+#include <sys/resource.h>
+#endif
 
 Q_DECLARE_METATYPE(std::optional<NelvoDevkit::FaultRule>)
 
@@ -155,6 +160,7 @@ private Q_SLOTS:
 
     void networkStaysCloseToTheDisk();
     void transferEndsThoughTheTargetCannotBeOpened();
+    void fullDiskIsLoggedOnce();
     void directoryThatCannotBeMade();
     void targetThatOpensLaterGetsEverything();
 
@@ -837,6 +843,38 @@ void TestDownloader::networkStaysCloseToTheDisk()
     QVERIFY2(m_manager->mostBuffered() <= 4 * mebi, qPrintable(QString::number(m_manager->mostBuffered())));
     QVERIFY(contentOf(target()) == content);
     QCOMPARE(m_report->received(), size);
+}
+
+//! A limit to the size of files plays the full disk: the write that reaches it is cut short.
+void TestDownloader::fullDiskIsLoggedOnce()
+{
+#if __has_include(<sys/resource.h>)
+    constexpr qint64 size = 8 * mebi; // comes in more than one chunk
+    constexpr qint64 room = mebi + 1000;
+    generatePackage(size);
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto restored = qScopeGuard([&before] { setrlimit(RLIMIT_FSIZE, &before); });
+    const rlimit full{room, before.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &full), 0);
+
+    const QString file = target(QStringLiteral("package.zip"));
+    QString error;
+    for (int transfer = 1; transfer <= 2; ++transfer) {
+        QVERIFY(m_downloader->download(m_services.packageUrl(package), file, size, error, false));
+        QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), transfer, ample);
+    }
+    QVERIFY(m_report->error.isEmpty());
+    QCOMPARE(QFileInfo(file).size(), room);
+    const QStringList warnings{
+        QStringLiteral("write file %1 failed: File too large").arg(file),
+        QStringLiteral("request finished with code 200"),
+    };
+    QCOMPARE(m_log->warnings(), warnings + warnings);
+#else
+    QSKIP("the size of files has no limit here");
+#endif
 }
 
 void TestDownloader::transferEndsThoughTheTargetCannotBeOpened()
