@@ -177,6 +177,44 @@ Item {
             compare(scrollBar().visible, false);
         }
 
+        // Entries that a service left incomplete, and what is entered for each.
+        function test_markedEntryIsTheOneThatIsEntered_data() {
+            const complete = { enterpriseId: 1, enterpriseName: "A" };
+            return [
+                { tag: "no id", second: { enterpriseName: "B" }, entered: ["", "B"] },
+                { tag: "no name", second: { enterpriseId: 2 }, entered: ["2", ""] },
+                { tag: "neither", second: {}, entered: ["", ""] },
+                { tag: "null", second: { enterpriseId: null, enterpriseName: null }, entered: ["", ""] },
+                { tag: "id is a text", second: { enterpriseId: "x", enterpriseName: 3 }, entered: ["x", "3"] }
+            ].map(entry => Object.assign({ list: [complete, entry.second] }, entry));
+        }
+
+        function test_markedEntryIsTheOneThatIsEntered(data) {
+            openList(3);
+            loginCtrl.appList = data.list;
+            mouseClick(row(0));
+            mouseClick(row(1));
+            const page = item("applistComp");
+            compare([page.selIndex1, page.appID1, page.appName1], [1].concat(data.entered));
+            compare(findChild(row(1), "tick").visible, true);
+            mouseClick(item("confirmButton"));
+            compare(loginCtrl.calls, [["onLogin", "http://a"].concat(data.entered)]);
+        }
+
+        function test_singleIncompleteEntryPassesToo_data() {
+            return [
+                { tag: "no id", entry: { enterpriseName: "B" }, entered: ["", "B"] },
+                { tag: "no name", entry: { enterpriseId: 2 }, entered: ["2", ""] }
+            ];
+        }
+
+        function test_singleIncompleteEntryPassesToo(data) {
+            openList(3);
+            loginCtrl.appList = [data.entry];
+            tryVerify(() => item("validComp"));
+            compare(loginCtrl.calls[0], ["onLogin", "http://a"].concat(data.entered));
+        }
+
         function test_enteringStartsNoSecondOne() {
             openList(3);
             mouseClick(row(1));

@@ -18,10 +18,19 @@ Item {
     // or take this page away.
     property bool waiting: false
 
+    // What a service leaves out is an empty text.
+    function textOf(value) {
+        return value === undefined || value === null ? "" : String(value);
+    }
+
+    // The two values are texts before anything is set, so that what is entered is always what is marked.
     function select(index) {
+        const entry = appList[index];
+        const id = textOf(entry.enterpriseId);
+        const name = textOf(entry.enterpriseName);
         selIndex1 = index;
-        appID1 = appList[index].enterpriseId;
-        appName1 = appList[index].enterpriseName;
+        appID1 = id;
+        appName1 = name;
     }
 
     // Entering gives no result: the pages move on whatever happened.
@@ -32,7 +41,8 @@ Item {
         waiting = true;
         loginCtrl.onLogin(root.cimServer, appID1, appName1);
         waiting = false;
-        if (contentLoader.item === applistComp)
+        // The host may have shut down meanwhile, or another page may have been asked for.
+        if (loginCtrl && contentLoader.item === applistComp)
             contentLoader.source = root.compList["ValidComp"];
     }
 
@@ -152,7 +162,7 @@ Item {
                             rightMargin: 10
                             verticalCenter: parent.verticalCenter
                         }
-                        text: modelData.enterpriseName
+                        text: applistComp.textOf(modelData.enterpriseName)
                         textFormat: Text.PlainText
                         elide: Text.ElideRight
                         font.family: "微软雅黑"
