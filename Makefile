@@ -35,7 +35,7 @@ asan: ## every test under AddressSanitizer and UndefinedBehaviorSanitizer
 	@$(MAKE) --no-print-directory build PRESET=asan
 	@ctest --preset asan
 
-tsan: ## the tests of the thread that fetches lists, under ThreadSanitizer
+tsan: ## the tests that start threads, under ThreadSanitizer
 	@$(MAKE) --no-print-directory build PRESET=tsan
 	@ctest --preset tsan
 

@@ -74,6 +74,9 @@ function(nelvo_place directory)
     RUNTIME_OUTPUT_DIRECTORY $<1:${directory}>)
 endfunction()
 
+# What `make tsan` builds: the tests labelled "threads".
+add_custom_target(nelvo_thread_tests)
+
 # nelvo_test(name [LABELS ...] SOURCES ... LINK ...): a test program and its entry in CTest. Each program
 # has a directory of its own, since files beside the executable are part of what is tested.
 function(nelvo_test name)
@@ -87,6 +90,9 @@ function(nelvo_test name)
     LABELS "${ARG_LABELS}"
     TIMEOUT 300
     ENVIRONMENT "${NELVO_TEST_ENVIRONMENT}")
+  if("threads" IN_LIST ARG_LABELS)
+    add_dependencies(nelvo_thread_tests ${name})
+  endif()
   if(WIN32 AND NOT CMAKE_CROSSCOMPILING)
     # Libraries are found beside the program and on the path only.
     set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION

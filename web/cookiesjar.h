@@ -1,12 +1,14 @@
 #pragma once
 
+#include <QMutex>
 #include <QNetworkCookie>
 #include <QNetworkCookieJar>
 
-//! \brief The cookie jar of the shared network manager.
+//! \brief The one cookie jar of all blocking calls.
 //!
-//! Nothing but a QNetworkCookieJar whose whole content can be read and replaced: a session takes its
-//! cookies along as text and brings them back from there. In memory only; no lock.
+//! A QNetworkCookieJar whose whole content can be read and replaced: a session takes its cookies along as
+//! text and brings them back from there. In memory only. Every operation may be called from any thread:
+//! each thread that makes calls has a network manager of its own, and all of them use this jar.
 class CCookiesJar final : public QNetworkCookieJar
 {
     Q_OBJECT
@@ -14,6 +16,16 @@ class CCookiesJar final : public QNetworkCookieJar
 public:
     explicit CCookiesJar(QObject* parent = nullptr);
 
-    using QNetworkCookieJar::allCookies;
-    using QNetworkCookieJar::setAllCookies;
+    QList<QNetworkCookie> allCookies() const;
+    void setAllCookies(const QList<QNetworkCookie>& cookies);
+
+    QList<QNetworkCookie> cookiesForUrl(const QUrl& url) const override;
+    bool setCookiesFromUrl(const QList<QNetworkCookie>& cookies, const QUrl& url) override;
+    bool insertCookie(const QNetworkCookie& cookie) override;
+    bool updateCookie(const QNetworkCookie& cookie) override;
+    bool deleteCookie(const QNetworkCookie& cookie) override;
+
+private:
+    //! Recursive, since the base class builds its operations on one another.
+    mutable QRecursiveMutex m_mutex;
 };

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QNetworkAccessManager>
 #include <QNetworkRequest>
+#include <QPointer>
 #include <QUrl>
 
 #include <utility>
@@ -46,7 +47,13 @@ CDownloader::CDownloader(QNetworkAccessManager* manager, QObject* parent)
 
 CDownloader::~CDownloader()
 {
-    delete m_reply;
+    if (!m_isInReplySignal) {
+        delete m_reply;
+    } else if (m_reply != nullptr) {
+        disconnect(m_reply, nullptr, this, nullptr);
+        m_reply->abort();
+        m_reply->deleteLater();
+    }
 }
 
 bool CDownloader::download(const QString& url, const QString& filePath, qint64 bytesTotal,
@@ -56,7 +63,10 @@ bool CDownloader::download(const QString& url, const QString& filePath, qint64 b
         errorString = QStringLiteral("download already exist: %1").arg(filePath);
         return false;
     }
+    const QPointer<CDownloader> self(this);
     Q_EMIT downloadStarted(filePath, bytesTotal);
+    if (!self)
+        return false;
 
     const QFileInfo target(filePath);
     m_bytesReceived = target.size();
@@ -97,40 +107,57 @@ void CDownloader::onReadyRead()
 
 void CDownloader::onFinished()
 {
-    reportEnd();
+    if (!reportEnd())
+        return;
     delete m_reply;
     m_reply = nullptr;
 }
 
-//! The total of the reply is ignored, which is meant: resumed, it is that of the rest only.
+//! The total of the reply is ignored, which is intended: resumed, it is that of the rest only.
 void CDownloader::onDownloadProgress(qint64 bytesReceived, qint64 /*bytesTotal*/)
 {
     m_bytesReceived += bytesReceived - m_replyBytesReceived;
     m_replyBytesReceived = bytesReceived;
-    Q_EMIT downloadProgress(m_filePath, m_bytesReceived, m_bytesTotal);
+    emitInReplySignal([this] { Q_EMIT downloadProgress(m_filePath, m_bytesReceived, m_bytesTotal); });
 }
 
 //! Qt goes on using a reply, in abort too, after it has told of the error or the end. So the reply lives on
 //! until the event loop runs again, though it is nothing to this object any more.
 void CDownloader::onError(QNetworkReply::NetworkError /*error*/)
 {
-    Q_EMIT downloadError(m_filePath, m_reply->errorString());
+    if (!emitInReplySignal([this] { Q_EMIT downloadError(m_filePath, m_reply->errorString()); }))
+        return;
     if (m_reply == nullptr) // A slot that pumped events has seen the end.
         return;
     disconnect(m_reply, &QNetworkReply::finished, this, &CDownloader::onFinished);
     connect(m_reply, &QNetworkReply::finished, this, &CDownloader::reportEnd);
+    const QPointer<CDownloader> self(this);
     m_reply->abort();
+    if (!self)
+        return;
     disconnect(m_reply, nullptr, this, nullptr);
     m_reply->deleteLater();
     m_reply = nullptr;
 }
 
-void CDownloader::reportEnd()
+bool CDownloader::reportEnd()
 {
     qWarning() << "request finished with code"
                << m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (m_reply->error() != QNetworkReply::NoError)
-        Q_EMIT downloadError(m_filePath, m_reply->errorString());
-    else
-        Q_EMIT downloadFinished(m_filePath);
+    return emitInReplySignal([this] {
+        if (m_reply->error() != QNetworkReply::NoError)
+            Q_EMIT downloadError(m_filePath, m_reply->errorString());
+        else
+            Q_EMIT downloadFinished(m_filePath);
+    });
+}
+
+bool CDownloader::emitInReplySignal(const std::function<void()>& emitSignal)
+{
+    const QPointer<CDownloader> self(this);
+    const bool isNested = std::exchange(m_isInReplySignal, true);
+    emitSignal();
+    if (self)
+        m_isInReplySignal = isNested;
+    return self;
 }

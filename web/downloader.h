@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 class QNetworkAccessManager;
 
 //! \brief Brings one large file over HTTP into a local path and can go on where an earlier run stopped.
@@ -14,7 +16,8 @@ class QNetworkAccessManager;
 //! are missing in the file, and a warning in the log is all that tells of it.
 //!
 //! One transfer at a time, on the thread of the object, by its event loop. There is no timeout and no
-//! cancel; destroying the object ends a transfer without a signal.
+//! cancel; destroying the object ends a transfer without a signal. It may be destroyed in a slot of its own
+//! signals.
 class CDownloader final : public QObject
 {
     Q_OBJECT
@@ -50,8 +53,11 @@ private Q_SLOTS:
     void onError(QNetworkReply::NetworkError error);
 
 private:
-    //! Tells how the transfer ended.
-    void reportEnd();
+    //! Emits how the transfer ended. Returns false if a slot has deleted this object.
+    bool reportEnd();
+    //! Calls what emits a signal of this object inside one of the reply's. Returns false if a slot has
+    //! deleted this object.
+    bool emitInReplySignal(const std::function<void()>& emitSignal);
 
     QNetworkAccessManager* m_manager;
     //! Bytes of the file so far, earlier runs included.
@@ -62,6 +68,8 @@ private:
     //! The transfer under way, or null. Owned here, though it is the manager's child.
     QNetworkReply* m_reply = nullptr;
     QString m_filePath;
+    //! The reply is emitting, so it can't be deleted at once.
+    bool m_isInReplySignal = false;
     //! Whether the log has it that bytes of this transfer didn't reach the disk.
     bool m_writeFailed = false;
 };

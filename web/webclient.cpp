@@ -4,13 +4,16 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QPointer>
 #include <QScopeGuard>
 #include <QThread>
+#include <QThreadStorage>
 #include <QUrl>
 
 #include <memory>
@@ -37,22 +40,40 @@ void prepareRequest(const RequestPreparer& prepare, QNetworkRequest& request)
         prepare(request);
 }
 
-//! Belongs to the application's thread, whichever thread asks for it first: that one may end, and requests of
-//! others would then never finish.
-class SharedNetworkManager final : public QNetworkAccessManager
+//! Gives an object that any thread may have made to the thread of the application.
+template <typename Object>
+Object* ofApplicationThread(Object* object)
 {
-public:
-    SharedNetworkManager()
-    {
-        setCookieJar(sharedCookieJar());
-        if (const QCoreApplication* application = QCoreApplication::instance())
-            moveToThread(application->thread());
+    if (const QCoreApplication* application = QCoreApplication::instance())
+        object->moveToThread(application->thread());
+    return object;
+}
+
+//! The manager of the application's thread, whichever thread asks for it first. Never destroyed: when the
+//! static destructors run, Windows has already ended the manager's HTTP thread, and Qt would wait for it
+//! forever.
+QNetworkAccessManager* applicationManager()
+{
+    static auto* const manager = ofApplicationThread(new QNetworkAccessManager);
+    return manager;
+}
+
+//! The calling thread's own manager, which is destroyed when the thread ends.
+QNetworkAccessManager* threadManager()
+{
+    static auto& managers = *new QThreadStorage<QNetworkAccessManager*>;
+    if (!managers.hasLocalData()) {
+        managers.setLocalData(new QNetworkAccessManager);
+        // A direct connection, because a queued signal could outlive its reply.
+        QObject::connect(managers.localData(), &QNetworkAccessManager::finished, applicationManager(),
+                         &QNetworkAccessManager::finished, Qt::DirectConnection);
     }
-};
+    return managers.localData();
+}
 
 //! Waits for the reply while the thread's events run; `handler` judges the body of a success. Neither the
 //! reply nor the connection is released, which is meant: replies stay with the manager.
-bool waitFor(QNetworkReply* reply, const ReplyHandler& handler)
+bool waitFor(QNetworkReply* reply, const QObject* owner, const ReplyHandler& handler)
 {
     struct Call {
         bool waiting = true;
@@ -71,13 +92,7 @@ bool waitFor(QNetworkReply* reply, const ReplyHandler& handler)
         call->result = handler(reply->readAll());
     });
     const auto end = qScopeGuard([&call] { call->waiting = false; });
-    while (!reply->isFinished()) {
-        QCoreApplication::processEvents();
-        // Keeps the loop from spinning a core while the call is outstanding.
-        if (!reply->isFinished())
-            QThread::msleep(1);
-    }
-    return call->result;
+    return waitForReply(reply, owner) && call->result;
 }
 
 //! A handler that parses the body and gives the document to `assign`.
@@ -100,16 +115,42 @@ ReplyHandler jsonHandler(Assign assign)
 
 QNetworkAccessManager* sharedNetworkManager()
 {
-    static SharedNetworkManager manager;
-    manager.setCookieJar(sharedCookieJar());
-    return &manager;
+    QNetworkAccessManager* manager = applicationManager();
+    if (manager->thread() != QThread::currentThread())
+        manager = threadManager();
+    manager->setCookieJar(sharedCookieJar());
+    return manager;
 }
 
 CCookiesJar* sharedCookieJar()
 {
-    // Attaching it makes it the manager's child, which is what deletes it.
-    static auto* jar = new CCookiesJar;
+    // A manager of its own thread makes it its child, and that one is never destroyed.
+    static auto* const jar = ofApplicationThread(new CCookiesJar);
     return jar;
+}
+
+bool waitForReply(const QNetworkReply* reply, const QObject* owner)
+{
+    const QPointer<const QObject> guard(owner);
+    while (!reply->isFinished()) {
+        QCoreApplication::processEvents();
+        if (owner && !guard)
+            return false;
+        // Keeps the loop from spinning a core while the call is outstanding.
+        if (!reply->isFinished())
+            QThread::msleep(1);
+    }
+    return true;
+}
+
+bool waitForReply(const QNetworkReply* reply, const QObject* owner, QEventLoop& loop)
+{
+    const QPointer<const QObject> guard(owner);
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    if (owner)
+        QObject::connect(owner, &QObject::destroyed, &loop, &QEventLoop::quit);
+    loop.exec();
+    return !owner || guard;
 }
 
 QNetworkRequest buildRequest()
@@ -129,42 +170,44 @@ QNetworkRequest buildRequest()
 }
 
 bool httpGet(QNetworkAccessManager* manager, const QString& baseUrl, const QString& path,
-             const RequestPreparer& prepare, const ReplyHandler& handler)
+             const RequestPreparer& prepare, const ReplyHandler& handler, const QObject* owner)
 {
     QNetworkRequest request = requestFor(baseUrl, path);
     prepareRequest(prepare, request);
-    return waitFor(manager->get(request),
+    return waitFor(manager->get(request), owner,
                    [handler](const QByteArray& body) { return handler && handler(body); });
 }
 
 bool httpGetJson(QNetworkAccessManager* manager, const QString& baseUrl, const QString& path,
-                 const RequestPreparer& prepare, QJsonObject& result)
+                 const RequestPreparer& prepare, QJsonObject& result, const QObject* owner)
 {
     QNetworkRequest request = requestFor(baseUrl, path);
     prepareRequest(prepare, request);
-    return waitFor(manager->get(request),
+    return waitFor(manager->get(request), owner,
                    jsonHandler([&result](const QJsonDocument& document) { result = document.object(); }));
 }
 
 bool httpGetJsonArray(QNetworkAccessManager* manager, const QString& baseUrl, const QString& path,
-                      QJsonArray& result)
+                      QJsonArray& result, const QObject* owner)
 {
-    return waitFor(manager->get(requestFor(baseUrl, path)),
+    return waitFor(manager->get(requestFor(baseUrl, path)), owner,
                    jsonHandler([&result](const QJsonDocument& document) { result = document.array(); }));
 }
 
 bool httpPost(QNetworkAccessManager* manager, const QString& baseUrl, const QString& path,
-              const QByteArray& body, const RequestPreparer& prepare, const ReplyHandler& handler)
+              const QByteArray& body, const RequestPreparer& prepare, const ReplyHandler& handler,
+              const QObject* owner)
 {
     QNetworkRequest request = jsonRequestFor(baseUrl, path);
     prepareRequest(prepare, request);
-    return waitFor(manager->post(request, body), handler);
+    return waitFor(manager->post(request, body), owner, handler);
 }
 
 bool httpPut(QNetworkAccessManager* manager, const QString& baseUrl, const QString& path,
-             const QByteArray& body, const RequestPreparer& prepare, const ReplyHandler& handler)
+             const QByteArray& body, const RequestPreparer& prepare, const ReplyHandler& handler,
+             const QObject* owner)
 {
     QNetworkRequest request = jsonRequestFor(baseUrl, path);
     prepareRequest(prepare, request);
-    return waitFor(manager->put(request, body), handler);
+    return waitFor(manager->put(request, body), owner, handler);
 }

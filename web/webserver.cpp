@@ -5,22 +5,24 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkReply>
+#include <QPointer>
 #include <QUrl>
 
 namespace {
 
 //! Waits while the thread's events run and returns whether the reply finished in time. The deadline is looked
 //! at first: a reply that finishes in the very pass in which the time runs out comes too late.
-bool finishes(const QNetworkReply& reply, int timeoutMs)
+//! Also false if the reply has been deleted, which happens when an event deletes the client.
+bool finishes(const QPointer<QNetworkReply>& reply, int timeoutMs)
 {
     QElapsedTimer timer;
     timer.start();
-    while (!reply.isFinished()) {
+    while (reply && !reply->isFinished()) {
         QCoreApplication::processEvents();
         if (timer.elapsed() >= timeoutMs)
             return false;
     }
-    return true;
+    return reply;
 }
 
 bool isSuccess(const QJsonObject& reply)
@@ -64,8 +66,10 @@ bool CWebServer::postJson(const QJsonObject& body, QJsonObject& reply, const QUr
     request.setRawHeader("Content-type", "application/json");
     if (!manager)
         manager.emplace();
-    QNetworkReply* networkReply = manager->post(request, QJsonDocument(body).toJson());
-    const bool inTime = finishes(*networkReply, timeoutMs);
+    const QPointer<QNetworkReply> networkReply = manager->post(request, QJsonDocument(body).toJson());
+    const bool inTime = finishes(networkReply, timeoutMs);
+    if (!networkReply)
+        return false;
     bool success = false;
     if (inTime && networkReply->error() == QNetworkReply::NoError) {
         reply = QJsonDocument::fromJson(networkReply->readAll()).object();

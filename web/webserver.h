@@ -33,7 +33,8 @@ public:
     //! is the number 200; `reply` is that object.
     //!
     //! Otherwise `reply` is the object that came, or if none did, one whose "message" tells why: that no
-    //! answer came within `timeoutMs`, or the network's error text. An empty `reply` is expected.
+    //! answer came within `timeoutMs`, or the network's error text. An empty `reply` is expected. It stays
+    //! empty if this client is deleted during the call, which then returns false at once.
     bool postJson(const QJsonObject& body, QJsonObject& reply, const QUrl& url, int timeoutMs);
 
     //! Made with the first call: one takes Qt several milliseconds, which the login window, whose context

@@ -1,6 +1,7 @@
 #include "probe/trace.h"
 
 #include <QCoreApplication>
+#include <QMutexLocker>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 
@@ -66,11 +67,13 @@ Trace::~Trace()
 
 Trace::Mark Trace::mark() const
 {
+    const QMutexLocker locker(&m_mutex);
     return {m_requests.size(), messageCount(), m_clock.elapsed()};
 }
 
 QVector<TracedExchange> Trace::exchanges(const Mark& mark) const
 {
+    const QMutexLocker locker(&m_mutex);
     const QVector<LoggedMessage> logged = messages();
     QVector<TracedExchange> found;
     qint64 begin = mark.milliseconds;
@@ -100,8 +103,15 @@ bool Trace::eventFilter(QObject* receiver, QEvent* event)
 {
     auto* const reply = qobject_cast<QNetworkReply*>(receiver);
     // One that is still being made has no manager yet.
-    if (reply && reply->manager() && !m_replies.contains(reply))
-        begin(*reply);
+    if (reply && reply->manager()) {
+        const QMutexLocker locker(&m_mutex);
+        if (!m_replies.contains(reply)) {
+            begin(*reply);
+            // Directly: replies of other threads are told of on theirs, and may be gone soon after.
+            connect(reply->manager(), &QNetworkAccessManager::finished, this, &Trace::end,
+                    static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::UniqueConnection));
+        }
+    }
     return QObject::eventFilter(receiver, event);
 }
 
@@ -110,12 +120,12 @@ void Trace::begin(QNetworkReply& reply)
     m_replies.insert(&reply);
     m_requests.append(
         {&reply, messageCount(), 0, {methodOf(reply), reply.request().url(), {}, false, {}, 0, {}}});
-    connect(&reply, &QObject::destroyed, this, &Trace::forget);
-    connect(reply.manager(), &QNetworkAccessManager::finished, this, &Trace::end, Qt::UniqueConnection);
+    connect(&reply, &QObject::destroyed, this, &Trace::forget, Qt::DirectConnection);
 }
 
 void Trace::end(QNetworkReply* reply)
 {
+    const QMutexLocker locker(&m_mutex);
     if (!m_replies.contains(reply))
         begin(*reply);
     const auto request = std::find_if(m_requests.rbegin(), m_requests.rend(),
@@ -129,6 +139,7 @@ void Trace::end(QNetworkReply* reply)
 
 void Trace::forget(const QObject* reply)
 {
+    const QMutexLocker locker(&m_mutex);
     m_replies.remove(reply);
 }
 

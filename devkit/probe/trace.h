@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QMutex>
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -36,10 +37,10 @@ struct TracedExchange {
 
 //! \brief While it lives, watches which requests the plug-in makes and what it logs. One at a time.
 //!
-//! A request shows by the first event that its reply gets, which comes with the first news from the server;
-//! one of another thread only by its end, and only if its access manager is known by then. Watching changes
-//! nothing, but that log messages don't go on to the terminal. GUI thread only; messages may come from any
-//! thread.
+//! A request shows by the first event that its reply gets, which comes with the first news from the server.
+//! One of another thread shows by its end only: the access manager of the GUI thread tells of it, and is
+//! known once it has made a request itself. Watching changes nothing, but that log messages don't go on to
+//! the terminal. GUI thread only; requests and messages may come from any thread.
 class Trace final : public QObject
 {
 public:
@@ -77,6 +78,7 @@ private:
     void forget(const QObject* reply);
 
     QElapsedTimer m_clock;
+    mutable QMutex m_mutex; //!< guards what follows
     QVector<Request> m_requests;
     //! The replies that exist and have been seen.
     QSet<const QObject*> m_replies;

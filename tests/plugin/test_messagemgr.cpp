@@ -1,5 +1,7 @@
 #include "plugin/messagemgr.h"
 
+#include "tests/support/crashdialog.h"
+
 #include <QProcess>
 #include <QtTest>
 
@@ -159,6 +161,7 @@ const char* const NullVariable = "NELVO_TEST_NOTIFY_NULL";
 
 int notifyNull()
 {
+    TestSupport::disableCrashDialog();
     NelvoPlugin::CMessageMgr manager;
     manager.Attach(nullptr);
     std::puts("attached");

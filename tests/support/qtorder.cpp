@@ -4,7 +4,8 @@
 //! Qt is not built with the sanitizer, and its mutexes and atomics work without the system's, so what passes
 //! through a queue of events would look like a race. These stand before Qt's functions of the same names and
 //! name the two orders that the program relies on: what was done before a signal or a call was sent is done
-//! before an event of that kind is handled, and what a thread has handled is done before a wait for it ends.
+//! before an event of that kind is handled, and what a thread has done is done before a wait for it ends.
+//! What a job of a thread pool finds has been done before the job was started.
 //!
 //! Senders and receivers are not told apart, so a race between two events that happen to lie between a
 //! sending and a handling goes unseen.
@@ -13,7 +14,9 @@
 #include <QEvent>
 #include <QMetaObject>
 #include <QObject>
+#include <QRunnable>
 #include <QThread>
+#include <QThreadPool>
 
 #include <dlfcn.h>
 
@@ -30,6 +33,26 @@ namespace {
 
 char sent;
 char handled;
+
+//! \brief A job of a thread pool, in its place in the order.
+class OrderedRunnable final : public QRunnable
+{
+public:
+    explicit OrderedRunnable(QRunnable* job) : m_job(job) {}
+
+    void run() override
+    {
+        __tsan_acquire(&sent);
+        const bool isOwned = m_job->autoDelete();
+        m_job->run();
+        if (isOwned)
+            delete m_job;
+        __tsan_release(&handled);
+    }
+
+private:
+    QRunnable* m_job;
+};
 
 template <typename Function>
 Function* next(const char* name)
@@ -78,6 +101,34 @@ NELVO_BEFORE_QT bool _ZN7QThread4waitE14QDeadlineTimer(QThread* thread, QDeadlin
 {
     static auto* const wait = next<bool(QThread*, QDeadlineTimer)>("_ZN7QThread4waitE14QDeadlineTimer");
     const bool result = wait(thread, deadline);
+    __tsan_acquire(&handled);
+    return result;
+}
+
+//! The same with a time in milliseconds.
+NELVO_BEFORE_QT bool _ZN7QThread4waitEm(QThread* thread, unsigned long milliseconds)
+{
+    static auto* const wait = next<bool(QThread*, unsigned long)>("_ZN7QThread4waitEm");
+    const bool result = wait(thread, milliseconds);
+    __tsan_acquire(&handled);
+    return result;
+}
+
+//! QThreadPool::start, for jobs.
+NELVO_BEFORE_QT void _ZN11QThreadPool5startEP9QRunnablei(QThreadPool* pool, QRunnable* job, int priority)
+{
+    static auto* const start =
+        next<void(QThreadPool*, QRunnable*, int)>("_ZN11QThreadPool5startEP9QRunnablei");
+    auto* const ordered = new OrderedRunnable(job);
+    __tsan_release(&sent);
+    start(pool, ordered, priority);
+}
+
+//! QThreadPool::waitForDone.
+NELVO_BEFORE_QT bool _ZN11QThreadPool11waitForDoneEi(QThreadPool* pool, int milliseconds)
+{
+    static auto* const wait = next<bool(QThreadPool*, int)>("_ZN11QThreadPool11waitForDoneEi");
+    const bool result = wait(pool, milliseconds);
     __tsan_acquire(&handled);
     return result;
 }

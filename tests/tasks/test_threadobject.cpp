@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 
 using VCIM::ThreadObject;
 
@@ -66,10 +67,13 @@ void TestThreadObject::runsOnTheThreadOfItsCaller()
         ran = QThread::currentThread();
         return true;
     });
-    const std::unique_ptr<QThread> thread(QThread::create([&object] { object.run(); }));
-    thread->start();
-    QVERIFY(thread->wait());
-    QCOMPARE(ran, thread.get());
+    QThread* caller = nullptr;
+    std::thread([&object, &caller] {
+        caller = QThread::currentThread();
+        object.run();
+    }).join();
+    QVERIFY(caller && caller != QThread::currentThread());
+    QCOMPARE(ran, caller);
 }
 
 void TestThreadObject::taskIsACopyThatGoesWithTheObject()

@@ -1,9 +1,11 @@
 #include "tasks/threadpool.h"
 
-#include <QSemaphore>
 #include <QThread>
 #include <QThreadPool>
 #include <QtTest>
+
+#include <chrono>
+#include <future>
 
 using VCIM::ThreadPool;
 
@@ -26,14 +28,15 @@ void TestThreadPoolOwner::resultsGoToTheThreadOfTheFirstUser()
         &onFirst, [] { ThreadPool::instance(); }, Qt::BlockingQueuedConnection);
     QCOMPARE(ThreadPool::instance()->thread(), &first);
 
-    QSemaphore delivered;
+    std::promise<void> delivered;
     QThread* resultThread = nullptr;
     ThreadPool::instance()->start([] { return true; },
                                   [&](bool) {
                                       resultThread = QThread::currentThread();
-                                      delivered.release();
+                                      delivered.set_value();
                                   });
-    QVERIFY(delivered.tryAcquire(1, 60000)); // no event loop of this thread is needed
+    // No event loop of this thread is needed.
+    QVERIFY(delivered.get_future().wait_for(std::chrono::minutes(1)) == std::future_status::ready);
     QCOMPARE(resultThread, &first);
     QVERIFY(QThreadPool::globalInstance()->waitForDone());
     first.quit();

@@ -8,6 +8,9 @@
 #include <QUrl>
 #include <QtTest>
 
+#include <thread>
+#include <vector>
+
 class TestCookiesJar : public QObject
 {
     Q_OBJECT
@@ -17,6 +20,7 @@ private Q_SLOTS:
     void settingReplacesTheWholeContent();
     void sharedJarBelongsToTheSharedManager();
     void webServerHasAManagerOfItsOwn();
+    void jarMayBeUsedFromManyThreads();
 };
 
 namespace {
@@ -68,6 +72,39 @@ void TestCookiesJar::webServerHasAManagerOfItsOwn()
     QVERIFY(&*server.manager != sharedNetworkManager());
     QVERIFY(server.manager->cookieJar() != sharedCookieJar());
     QVERIFY(!server.manager->parent());
+}
+
+void TestCookiesJar::jarMayBeUsedFromManyThreads()
+{
+    constexpr int Rounds = 2000;
+    CCookiesJar jar;
+    const QUrl url(QStringLiteral("http://127.0.0.1/"));
+    jar.setAllCookies({cookie("both")});
+    const auto set = [&](const QByteArray& name) {
+        for (int i = 0; i < Rounds; ++i) {
+            jar.setCookiesFromUrl({cookie(name + QByteArray::number(i % 10)), cookie("both")}, url);
+            jar.deleteCookie(cookie(name + QByteArray::number((i + 5) % 10)));
+        }
+    };
+    const auto read = [&] {
+        for (int i = 0; i < Rounds; ++i) {
+            const QList<QNetworkCookie> all = jar.allCookies();
+            const QList<QNetworkCookie> some = jar.cookiesForUrl(url);
+            QVERIFY(all.contains(cookie("both")));
+            QVERIFY(some.contains(cookie("both")));
+        }
+    };
+    const auto replace = [&] {
+        for (int i = 0; i < Rounds; ++i)
+            jar.setAllCookies({cookie("both")});
+    };
+    std::vector<std::thread> threads;
+    threads.emplace_back(set, "a");
+    threads.emplace_back(set, "b");
+    threads.emplace_back(read);
+    threads.emplace_back(replace);
+    for (std::thread& thread : threads)
+        thread.join();
 }
 
 QTEST_GUILESS_MAIN(TestCookiesJar)

@@ -105,6 +105,21 @@ bool writeFile(const QString& fileName, const QByteArray& content)
 
 } // namespace
 
+//! \brief Destroys a downloader in one of its own signals.
+class Destroyer : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Destroyer(std::unique_ptr<CDownloader>& downloader) : m_downloader(downloader) {}
+
+public Q_SLOTS:
+    void destroy() { m_downloader.reset(); }
+
+private:
+    std::unique_ptr<CDownloader>& m_downloader;
+};
+
 class TestDownloader : public QObject
 {
     Q_OBJECT
@@ -155,6 +170,8 @@ private Q_SLOTS:
 
     void stalledServerMeansNothingHappens();
     void destroyedWhileTransferring();
+    void destroyedInASlotOfItsOwn_data();
+    void destroyedInASlotOfItsOwn();
     void replyDeletedFromOutside();
     void managerDestroyedFirst();
 
@@ -793,6 +810,36 @@ void TestDownloader::destroyedWhileTransferring()
     m_downloader.reset();
     QCOMPARE(m_manager->replies(), 0);
     QVERIFY(!m_report->ended());
+    deliver({});
+    m_downloader = std::make_unique<CDownloader>(m_manager.get());
+    m_report = std::make_unique<Report>(m_downloader.get());
+    QVERIFY(download());
+    QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), 1, ample);
+    QCOMPARE(contentOf(target()), m_content);
+}
+
+void TestDownloader::destroyedInASlotOfItsOwn_data()
+{
+    QTest::addColumn<QByteArray>("signal");
+    QTest::addColumn<bool>("fails");
+    QTest::newRow("started") << QByteArray(SIGNAL(downloadStarted(QString, qint64))) << false;
+    QTest::newRow("progress") << QByteArray(SIGNAL(downloadProgress(QString, qint64, qint64))) << false;
+    QTest::newRow("finished") << QByteArray(SIGNAL(downloadFinished(QString))) << false;
+    QTest::newRow("error") << QByteArray(SIGNAL(downloadError(QString, QString))) << true;
+}
+
+void TestDownloader::destroyedInASlotOfItsOwn()
+{
+    QFETCH(QByteArray, signal);
+    QFETCH(bool, fails);
+    if (fails)
+        deliver(PackageDelivery::End::Cut, 1000);
+    const Destroyer destroyer(m_downloader);
+    connect(m_downloader.get(), signal.constData(), &destroyer, SLOT(destroy()));
+    download();
+    QTRY_VERIFY_WITH_TIMEOUT(!m_downloader, ample);
+    QTRY_COMPARE_WITH_TIMEOUT(m_manager->replies(), 0, ample);
+    QDir(QFileInfo(target()).path()).removeRecursively();
     deliver({});
     m_downloader = std::make_unique<CDownloader>(m_manager.get());
     m_report = std::make_unique<Report>(m_downloader.get());

@@ -5,12 +5,18 @@
 
 #include <services/services.h>
 
+#include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QPointer>
+#include <QThread>
 #include <QTimer>
 #include <QtTest>
+
+#include <future>
+#include <memory>
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 
@@ -59,6 +65,13 @@ private Q_SLOTS:
     void eventsRunDuringACall();
     void aCallInsideACallEndsFirst();
     void repliesAreKept();
+
+    void ownerMayGoDuringACall_data();
+    void ownerMayGoDuringACall();
+    void ownerMayGoDuringAnEventLoop();
+    void ownerThatStaysChangesNothing();
+    void anotherThreadHasAManagerOfItsOwn();
+    void managerOfAThreadEndsWithIt();
 
 private:
     QByteArrayList headerLines(const LoggedRequest& request) const;
@@ -484,6 +497,143 @@ void TestWebClient::repliesAreKept()
     QVERIFY(get(Path, accept));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(sharedNetworkManager()->findChildren<QNetworkReply*>().size(), before + 2);
+}
+
+namespace {
+
+//! Makes a call to `url` for `owner`.
+using OwnedCall = std::function<bool(const QString& url, QObject* owner)>;
+
+//! Runs `work` on a thread of Qt's, and returns when that has ended.
+void runOnAThread(const std::function<void()>& work)
+{
+    std::promise<void> done;
+    const std::unique_ptr<QThread> thread(QThread::create([&] {
+        work();
+        done.set_value();
+    }));
+    thread->start();
+    done.get_future().wait();
+    QVERIFY(thread->wait());
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(OwnedCall)
+
+void TestWebClient::ownerMayGoDuringACall_data()
+{
+    QTest::addColumn<OwnedCall>("call");
+    const auto manager = [] { return sharedNetworkManager(); };
+    QTest::newRow("httpGet") << OwnedCall(
+        [=](const QString& url, QObject* owner) { return httpGet(manager(), url, Path, {}, accept, owner); });
+    QTest::newRow("httpGetJson") << OwnedCall([=](const QString& url, QObject* owner) {
+        QJsonObject object;
+        return httpGetJson(manager(), url, Path, {}, object, owner);
+    });
+    QTest::newRow("httpGetJsonArray") << OwnedCall([=](const QString& url, QObject* owner) {
+        QJsonArray array;
+        return httpGetJsonArray(manager(), url, Path, array, owner);
+    });
+    QTest::newRow("httpPost") << OwnedCall([=](const QString& url, QObject* owner) {
+        return httpPost(manager(), url, Path, "x", {}, accept, owner);
+    });
+    QTest::newRow("httpPut") << OwnedCall([=](const QString& url, QObject* owner) {
+        return httpPut(manager(), url, Path, "x", {}, accept, owner);
+    });
+}
+
+//! The server doesn't answer, so a call that went on waiting would never return.
+void TestWebClient::ownerMayGoDuringACall()
+{
+    QFETCH(OwnedCall, call);
+    NelvoDevkit::FaultRule stall;
+    stall.fault = Fault::Stall;
+    m_services.addFault(stall);
+    const MessageLog log;
+    auto* owner = new QObject;
+    QTimer::singleShot(0, owner, [owner] { delete owner; });
+    QVERIFY(!call(m_url, owner));
+    QVERIFY(log.entries().isEmpty());
+    // What comes later finds nobody, and does no harm.
+    m_services.clearFaults();
+    QTRY_COMPARE(m_services.requests().size(), 1);
+    QVERIFY(get(Path, accept));
+    QVERIFY(log.entries().isEmpty());
+}
+
+void TestWebClient::ownerMayGoDuringAnEventLoop()
+{
+    NelvoDevkit::FaultRule stall;
+    stall.fault = Fault::Stall;
+    m_services.addFault(stall);
+    auto* owner = new QObject;
+    QTimer::singleShot(0, owner, [owner] { delete owner; });
+    QNetworkRequest request = buildRequest();
+    request.setUrl(QUrl(m_url + Path));
+    QEventLoop loop;
+    QVERIFY(!waitForReply(sharedNetworkManager()->get(request), owner, loop));
+    m_services.clearFaults();
+}
+
+void TestWebClient::ownerThatStaysChangesNothing()
+{
+    QObject owner;
+    QVERIFY(httpGet(sharedNetworkManager(), m_url, Path, {}, accept, &owner));
+    m_services.setReply("GET", Path, CannedReply{200, "application/json", "{}", {}});
+    QJsonObject object;
+    QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, object, &owner));
+    QNetworkRequest request = buildRequest();
+    request.setUrl(QUrl(m_url + Path));
+    QEventLoop loop;
+    QNetworkReply* const reply = sharedNetworkManager()->get(request);
+    QVERIFY(waitForReply(reply, &owner, loop));
+    QVERIFY(reply->isFinished());
+    QVERIFY(waitForReply(reply, &owner));
+}
+
+void TestWebClient::anotherThreadHasAManagerOfItsOwn()
+{
+    QNetworkAccessManager* const own = sharedNetworkManager();
+    m_services.setReply("GET", Path,
+                        CannedReply{200, "text/plain", "body", {{"Set-Cookie", "fromthread=1"}}});
+    QVector<QThread*> finishedOn;
+    const auto watch = connect(
+        own, &QNetworkAccessManager::finished, own,
+        [&](QNetworkReply*) { finishedOn.append(QThread::currentThread()); }, Qt::DirectConnection);
+    const MessageLog log;
+    QNetworkAccessManager* other = nullptr;
+    bool succeeds = false;
+    QThread* threadOfReply = nullptr;
+    runOnAThread([&] {
+        threadOfReply = QThread::currentThread();
+        other = sharedNetworkManager();
+        QCOMPARE(sharedNetworkManager(), other);
+        QCOMPARE(other->thread(), threadOfReply);
+        QCOMPARE(other->cookieJar(), sharedCookieJar());
+        succeeds = httpGet(other, m_url, Path, {}, accept);
+    });
+    QVERIFY(succeeds);
+    QVERIFY(other != own);
+    QCOMPARE(finishedOn, QVector<QThread*>{threadOfReply});
+    // The jar is the one of all threads, and the manager of this one has it still.
+    QCOMPARE(sharedCookieJar()->allCookies().size(), 1);
+    QCOMPARE(own->cookieJar(), sharedCookieJar());
+    QVERIFY(log.entries().isEmpty());
+    disconnect(watch);
+    QVERIFY(get(Path, accept));
+    QVERIFY(m_services.requests().constLast().header("Cookie").contains("fromthread=1"));
+}
+
+void TestWebClient::managerOfAThreadEndsWithIt()
+{
+    QPointer<QNetworkAccessManager> other;
+    runOnAThread([&] {
+        other = sharedNetworkManager();
+        httpGet(other, m_url, Path, {}, accept);
+    });
+    QVERIFY(!other);
+    QVERIFY(get(Path, accept));
 }
 
 QTEST_GUILESS_MAIN(TestWebClient)

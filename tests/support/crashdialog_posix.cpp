@@ -1,0 +1,3 @@
+#include "tests/support/crashdialog.h"
+
+void TestSupport::disableCrashDialog() {}
