@@ -23,7 +23,7 @@ namespace {
 template <typename Object>
 Object* keep(Object object)
 {
-    static std::list<Object> kept;
+    static auto& kept = *new std::list<Object>;
     return &kept.emplace_back(object);
 }
 

@@ -8,8 +8,8 @@ namespace VCIM {
 
 ThreadPool* ThreadPool::instance()
 {
-    static ThreadPool pool;
-    return &pool;
+    static auto* const pool = new ThreadPool;
+    return pool;
 }
 
 void ThreadPool::start(const std::function<bool()>& task, const std::function<void(bool)>& onResult)
