@@ -12,7 +12,7 @@
 
 #include <QJsonObject>
 #include <QQmlComponent>
-#include <QQmlContext>
+#include <QQmlEngine>
 #include <QSet>
 #include <QVariant>
 #include <QWebChannel>
@@ -78,6 +78,8 @@ void CPdsMgr::SetQmlContext(QQmlContext* context)
 
 void CPdsMgr::CreateBimDialog(QQuickItem* parent)
 {
+    if (!m_qmlContext || !m_qmlContext->isValid())
+        return;
     m_dialogComponent =
         new QQmlComponent(m_qmlContext->engine(),
                           QStringLiteral("qrc:/NelvoPlugin/qmls/BimDialog/BimDialogControl.qml"), parent);
@@ -100,7 +102,7 @@ void CPdsMgr::OpenDWGBimDialog()
 //! The point that is mapped is the parent's own position, through the parent's transform: that is meant.
 void CPdsMgr::openDialog(const char* function)
 {
-    if (!m_dialogItem)
+    if (!m_dialogItem || !m_parentItem)
         return;
     m_dialogItem->setParentItem(m_parentItem);
     const QPointF inScene = m_parentItem->mapToScene(m_parentItem->position());
@@ -142,29 +144,34 @@ void CPdsMgr::onCloseDialog()
 
 void CPdsMgr::getBimProj()
 {
-    clearBimProjLists(false);
-    Q_EMIT sigGetBimProjList();
+    if (clearBimProjLists(false))
+        Q_EMIT sigGetBimProjList();
 }
 
 void CPdsMgr::getDWGBimProj()
 {
-    clearBimProjLists(true);
-    Q_EMIT sigGetDWGBimProjList();
+    if (clearBimProjLists(true))
+        Q_EMIT sigGetDWGBimProjList();
 }
 
-//! Raises no change signal on purpose: the dialog keeps its rows and its title until the answer comes.
-void CPdsMgr::clearBimProjLists(bool bViewDWG)
+//! Emits no change signal, which is intended: the dialog keeps its rows and its title until the answer comes.
+bool CPdsMgr::clearBimProjLists(bool bViewDWG)
 {
+    const QPointer<CPdsMgr> self(this);
     bViewDWGBimList = bViewDWG;
     bimProjList = {};
     // To free a long list takes longer than to show the dialog. The thread that it came from does it.
     QMetaObject::invokeMethod(&m_bimWorker, [list = std::exchange(m_allBimProjList, {})] {});
     Notify([](IPdsObserver& observer) { observer.OnBimProjListCleared(); });
+    return self;
 }
 
 void CPdsMgr::onSyncBimProjList(const QJsonArray& array, bool bSuccess)
 {
+    const QPointer<CPdsMgr> self(this);
     Notify([](IPdsObserver& observer) { observer.OnBimProjListSynced(); });
+    if (!self)
+        return;
     m_allBimProjList = array;
     bimProjList = array;
     takeInNames();
@@ -172,7 +179,8 @@ void CPdsMgr::onSyncBimProjList(const QJsonArray& array, bool bSuccess)
         m_unnamed = array;
     QMetaObject::invokeMethod(this, &CPdsMgr::takeInNames, Qt::QueuedConnection);
     Q_EMIT bViewDWGBimListChanged();
-    Q_EMIT bimProjListChanged();
+    if (self)
+        Q_EMIT bimProjListChanged();
 }
 
 //! A page waits for its list and nobody for the names, so those of a long list are taken in behind the page's
@@ -213,9 +221,12 @@ void CPdsMgr::getPdsProj(const QString& strGuid)
                         {QStringLiteral("guid"), QString::fromStdWString(vldbIdText(child->GetId()))}});
     }
     checkList.clear();
+    const QPointer<CPdsMgr> self(this);
     Q_EMIT bCheckedPdsChanged();
-    Q_EMIT pdsProjListChanged();
-    Q_EMIT checkListChanged();
+    if (self)
+        Q_EMIT pdsProjListChanged();
+    if (self)
+        Q_EMIT checkListChanged();
 }
 
 void CPdsMgr::checkPdsProj(const QString& strGuid, bool bCheck)
@@ -224,8 +235,10 @@ void CPdsMgr::checkPdsProj(const QString& strGuid, bool bCheck)
         checkList.append(strGuid);
     else
         checkList.removeOne(strGuid);
+    const QPointer<CPdsMgr> self(this);
     Q_EMIT bCheckedPdsChanged();
-    Q_EMIT checkListChanged();
+    if (self)
+        Q_EMIT checkListChanged();
 }
 
 void CPdsMgr::downLoadBimProj(const QString& bimProj)

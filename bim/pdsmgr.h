@@ -10,6 +10,7 @@
 #include <QMap>
 #include <QObject>
 #include <QPointer>
+#include <QQmlContext>
 #include <QQuickItem>
 #include <QStringList>
 #include <QThread>
@@ -17,7 +18,6 @@
 #include <memory>
 
 class QQmlComponent;
-class QQmlContext;
 
 namespace BVUTILITY {
 class CTreeModel;
@@ -31,6 +31,8 @@ namespace NelvoPlugin {
 //! GUI thread but the fetches of the lists, which have a thread of their own from construction to
 //! destruction. No list is shared with that thread: requests and answers cross by queued signals, and a
 //! list that has had its time goes there once more, to be freed.
+//!
+//! An observer may delete this object within its call.
 //!
 //! QML and the host's scripts know the members by index too, so signals, methods and properties keep
 //! their order.
@@ -105,7 +107,8 @@ Q_SIGNALS:
 
 private:
     void onSyncBimProjList(const QJsonArray& array, bool bSuccess);
-    void clearBimProjLists(bool bViewDWG);
+    //! Returns false if an observer has deleted this object.
+    bool clearBimProjLists(bool bViewDWG);
     void takeInNames();
     void openDialog(const char* function);
 
@@ -117,11 +120,11 @@ private:
     QStringList checkList;
     QThread m_bimThread;
     CBimProjWorker m_bimWorker;
-    QQmlContext* m_qmlContext = nullptr;
+    QPointer<QQmlContext> m_qmlContext;
     //! Component and item belong to the host's item and go with it.
     QQmlComponent* m_dialogComponent = nullptr;
     QPointer<QQuickItem> m_dialogItem;
-    QQuickItem* m_parentItem = nullptr;
+    QPointer<QQuickItem> m_parentItem;
     BIMObject m_bimObject;
     NelvoSDK::INelvoSDKPlugin* m_plugin = nullptr;
     std::unique_ptr<BVUTILITY::CTreeModel> m_orgModel;

@@ -3,6 +3,7 @@
 #include "login/addressfiles.h"
 #include "login/casform.h"
 #include "login/logincache.h"
+#include "login/windowactivity.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
 
@@ -15,10 +16,10 @@
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QPointer>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickView>
-#include <QScopeGuard>
 #include <QUrl>
 
 #include <utility>
@@ -38,11 +39,9 @@ QNetworkRequest formRequest(const QString& cimUrl, const QString& path)
     return request;
 }
 
-bool succeeds(QNetworkReply* reply, QEventLoop& loop)
+bool succeeds(const QNetworkReply* reply, const QObject* owner, QEventLoop& loop)
 {
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
-    return reply->error() == QNetworkReply::NoError;
+    return waitForReply(reply, owner, loop) && reply->error() == QNetworkReply::NoError;
 }
 
 struct ServiceAddresses {
@@ -87,14 +86,12 @@ QString newCookies(const QList<QNetworkCookie>& before, const QList<QNetworkCook
 }
 
 //! Touches the editor service so that it hands out its cookies, and gives the new ones as text.
-bool captureEditorCookies(const QString& editorUrl, QString& cookies)
+bool captureEditorCookies(const QString& editorUrl, const QObject* owner, QString& cookies)
 {
     const QList<QNetworkCookie> before = sharedCookieJar()->allCookies();
     QJsonObject ignored;
-    if (!httpGetJson(sharedNetworkManager(), editorUrl, QStringLiteral("/org/heartbeat"), {}, ignored)) {
-        qDebug("CLoginActor::onLogin getprojList /org/heartbeat falied!");
+    if (!httpGetJson(sharedNetworkManager(), editorUrl, QStringLiteral("/org/heartbeat"), {}, ignored, owner))
         return false;
-    }
     cookies = newCookies(before, sharedCookieJar()->allCookies());
     qDebug().noquote() << "cookiesList:" << cookies;
     return true;
@@ -133,7 +130,7 @@ NelvoSDK::LoginSession toLoginSession(const QJsonObject& session)
 } // namespace
 
 CLoginActor::CLoginActor(QQuickView* view, QObject* parent)
-    : QObject(parent), m_view(view), m_defaultUrl(readDefaultServer())
+    : QObject(parent), m_view(view), m_activity(WindowActivity::of(*view)), m_defaultUrl(readDefaultServer())
 {
     QQmlContext* context = m_view->rootContext();
     context->setContextProperty(QStringLiteral("loginCtrl"), this);
@@ -141,6 +138,7 @@ CLoginActor::CLoginActor(QQuickView* view, QObject* parent)
     context->setContextProperty(QStringLiteral("defaultUrl"), m_defaultUrl);
     connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, &CLoginActor::logout);
     m_urlSuffix = readUrlSuffix();
+    connect(&m_activity, &WindowActivity::idle, this, &CLoginActor::showIfWanted);
 }
 
 void CLoginActor::ReservedFirst() {}
@@ -154,28 +152,31 @@ bool CLoginActor::ReservedFlag()
 
 void CLoginActor::ShowLogin()
 {
-    if (m_pageCalls > 0) {
+    if (m_activity.isBusy()) {
         m_showLater = true;
         return;
     }
+    const QPointer<CLoginActor> self(this);
+    const WindowActivity::Scope showing(m_activity);
     m_view->setSource(QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml"), QUrl::TolerantMode));
-    m_view->show();
+    if (self)
+        m_view->show();
+    if (!self)
+        return;
 
     std::list<UserCacheEntry> users;
     CLoginCache::readUsers(users);
     QJsonArray userInfos;
     for (const UserCacheEntry& user : users)
         userInfos.append(CLoginCache::toJsonObject(user));
-    m_view->rootObject()->setProperty("userInfos", QVariant(userInfos));
+    if (QQuickItem* page = m_view->rootObject())
+        page->setProperty("userInfos", QVariant(userInfos));
 }
 
-auto CLoginActor::pageCall()
+void CLoginActor::showIfWanted()
 {
-    ++m_pageCalls;
-    return qScopeGuard([this] {
-        if (--m_pageCalls == 0 && std::exchange(m_showLater, false))
-            QMetaObject::invokeMethod(this, &CLoginActor::ShowLogin, Qt::QueuedConnection);
-    });
+    if (std::exchange(m_showLater, false))
+        QMetaObject::invokeMethod(this, &CLoginActor::ShowLogin, Qt::QueuedConnection);
 }
 
 void CLoginActor::Attach(NelvoSDK::ILoginObserver* observer)
@@ -196,9 +197,10 @@ QJsonArray CLoginActor::appList() const
 QString CLoginActor::login(QString userName, QString pwd, QString cimUrl, QString pdsUrl, bool pwdIsMd5)
 {
     Q_UNUSED(pdsUrl)
-    const auto call = pageCall();
+    const QPointer<CLoginActor> self(this);
+    const WindowActivity::Scope call(m_activity);
     QString message = signIn(userName, pwdIsMd5 ? pwd : passwordDigest(pwd), cimUrl);
-    if (!message.isEmpty())
+    if (self && !message.isEmpty())
         Notify([](NelvoSDK::ILoginObserver& observer) { observer.OnLoginFailed(); });
     return message;
 }
@@ -208,7 +210,7 @@ QString CLoginActor::signIn(const QString& userName, const QString& passwordText
     QEventLoop loop;
 
     QNetworkReply* page = sharedNetworkManager()->get(formRequest(cimUrl, LoginPath));
-    if (!succeeds(page, loop))
+    if (!succeeds(page, this, loop))
         return page->errorString();
     CasFormValues values;
     if (!parseLoginArgs(page->readAll(), values))
@@ -216,7 +218,7 @@ QString CLoginActor::signIn(const QString& userName, const QString& passwordText
 
     QNetworkReply* answer = sharedNetworkManager()->post(formRequest(cimUrl, LoginPath),
                                                          loginForm(values, userName, passwordText));
-    if (!succeeds(answer, loop))
+    if (!succeeds(answer, this, loop))
         return answer->errorString();
     if (!parsePostResult(answer->readAll()))
         return QStringLiteral("parsePostResult failed");
@@ -224,7 +226,7 @@ QString CLoginActor::signIn(const QString& userName, const QString& passwordText
 
     QNetworkReply* companies =
         sharedNetworkManager()->get(formRequest(cimUrl, QStringLiteral("/rs/casLogin/listCompany")));
-    if (!succeeds(companies, loop))
+    if (!succeeds(companies, this, loop))
         return companies->errorString();
     // Once more: another sign-in may have run, and ended, while this one was waiting.
     m_cimUrl = cimUrl;
@@ -255,28 +257,37 @@ void CLoginActor::onResetCache(QVariant user, QVariant passwd, QVariant cimUrl, 
 
 void CLoginActor::onLogin(QString cimUrl, QString epID, QString epName)
 {
-    const auto call = pageCall();
+    const QPointer<CLoginActor> self(this);
+    const WindowActivity::Scope call(m_activity);
     const QJsonObject binding{{QStringLiteral("epid"), epID},
                               {QStringLiteral("version"), QStringLiteral("1.0.0")}};
     // The request is what is logged after each of the three calls, and none of their failures ends the
-    // sign-in: both are meant.
-    if (httpPost(sharedNetworkManager(), cimUrl, QStringLiteral("/rs/casLogin/casLogin"),
-                 QJsonDocument(binding).toJson(), {}, [](const QByteArray&) { return true; })) {
+    // sign-in: both are intended.
+    if (httpPost(
+            sharedNetworkManager(), cimUrl, QStringLiteral("/rs/casLogin/casLogin"),
+            QJsonDocument(binding).toJson(), {}, [](const QByteArray&) { return true; }, this)) {
         logJsonObject(binding);
     }
+    if (!self)
+        return;
     QJsonArray servers;
-    if (httpGetJsonArray(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/casLogin/serverUrl"),
-                         servers)) {
+    if (httpGetJsonArray(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/casLogin/serverUrl"), servers,
+                         this)) {
         logJsonObject(binding);
     }
+    if (!self)
+        return;
     QString iotToken;
-    if (httpGet(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/cim/nelvo/client_token"), {},
-                [&iotToken](const QByteArray& body) {
-                    iotToken = QString::fromUtf8(body);
-                    return true;
-                })) {
+    const auto keepToken = [&iotToken](const QByteArray& body) {
+        iotToken = QString::fromUtf8(body);
+        return true;
+    };
+    if (httpGet(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/cim/nelvo/client_token"), {}, keepToken,
+                this)) {
         logJsonObject(binding);
     }
+    if (!self)
+        return;
 
     const ServiceAddresses services = findServices(servers);
     if (!services.iotUrl.isEmpty())
@@ -286,8 +297,11 @@ void CLoginActor::onLogin(QString cimUrl, QString epID, QString epName)
         return;
     }
     QString cookies;
-    if (!captureEditorCookies(services.editorUrl, cookies))
+    if (!captureEditorCookies(services.editorUrl, this, cookies)) {
+        if (self)
+            qDebug("CLoginActor::onLogin getprojList /org/heartbeat falied!");
         return;
+    }
 
     m_session = QJsonObject{
         {QStringLiteral("serverAddr"), services.editorUrl + m_urlSuffix},
@@ -302,17 +316,23 @@ void CLoginActor::onLogin(QString cimUrl, QString epID, QString epName)
 
 void CLoginActor::onShowHome()
 {
-    const auto call = pageCall();
+    const QPointer<CLoginActor> self(this);
+    const WindowActivity::Scope call(m_activity);
     // Closing the login window must not end the host.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     m_view->close();
+    if (!self)
+        return;
     const NelvoSDK::LoginSession session = toLoginSession(m_session);
     Notify([&session](NelvoSDK::ILoginObserver& observer) { observer.OnLoginSucceeded(session); });
 }
 
 void CLoginActor::loginFromCommandLine(QString userName, QString pwd, QString cimUrl, QString epId)
 {
+    const QPointer<CLoginActor> self(this);
     const QString message = login(userName, pwd, cimUrl, {}, true);
+    if (!self)
+        return;
     if (!message.isEmpty()) {
         qWarning().noquote() << "login failed:" << message;
         // The application ends when its event loop gets to it. Until then everything runs as after a
@@ -320,14 +340,15 @@ void CLoginActor::loginFromCommandLine(QString userName, QString pwd, QString ci
         QCoreApplication::quit();
     }
     onLogin(cimUrl, epId, enterpriseName(m_appList, epId.toInt()));
-    onShowHome();
+    if (self)
+        onShowHome();
 }
 
 //! At every orderly quit, also when nobody signed in: the address is then relative, and the call fails and
 //! is logged.
 void CLoginActor::logout()
 {
-    httpGet(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/casLogin/logout"), {}, {});
+    httpGet(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/casLogin/logout"), {}, {}, this);
 }
 
 } // namespace NelvoPlugin

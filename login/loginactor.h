@@ -15,11 +15,14 @@ class QQuickView;
 
 namespace NelvoPlugin {
 
+class WindowActivity;
+
 //! \brief Carries a sign-in from the form to the host.
 //!
 //! The pages reach it as `loginCtrl`: they call login, then onLogin for the chosen enterprise, then
 //! onShowHome, which publishes the session to the observers. GUI thread. login and onLogin block while they
-//! pump events; nothing here keeps a second call from arriving meanwhile, that is the pages' business.
+//! pump events; nothing here keeps a second call from arriving meanwhile, that is the pages' business. What
+//! runs inside a call, an observer too, may delete this object: the call then ends and does nothing more.
 class CLoginActor final : public QObject,
                           public NelvoSDK::ILoginActor,
                           public BVUTILITY::ISubject<NelvoSDK::ILoginObserver>
@@ -68,11 +71,10 @@ public Q_SLOTS:
 private:
     QString signIn(const QString& userName, const QString& passwordText, const QString& cimUrl);
     void logout();
-    //! To hold while a page's call is at work. Qt ends a process in which a page is destroyed during a call
-    //! of its own, so a ShowLogin that comes meanwhile waits for the end of the call.
-    auto pageCall();
+    void showIfWanted();
 
     QQuickView* m_view;
+    WindowActivity& m_activity;
     //! What the pages know as `updater`.
     CUpdater m_updater;
     //! Base address of the sign-in service since the form was accepted.
@@ -87,7 +89,7 @@ private:
     //! What the last completed onLogin found out; empty before.
     QJsonObject m_session;
     QString m_urlSuffix;
-    int m_pageCalls = 0;
+    //! ShowLogin was called while the window was busy.
     bool m_showLater = false;
 };
 

@@ -10,13 +10,13 @@
 
 namespace NelvoPlugin {
 
-CLoginMgr::CLoginMgr() : m_loginActor(std::make_unique<CLoginActor>(&m_view))
+CLoginMgr::CLoginMgr() : m_view(new LoginView), m_loginActor(std::make_unique<CLoginActor>(m_view.get()))
 {
-    qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
-    m_view.setFlags(m_view.flags() | Qt::FramelessWindowHint);
-    m_view.setResizeMode(QQuickView::SizeViewToRootObject);
-    m_view.rootContext()->setContextProperty(QStringLiteral("view"), &m_view);
-    QObject::connect(m_view.engine(), &QQmlEngine::quit, QCoreApplication::instance(),
+    // Once for the process: Qt keeps each registration forever.
+    static const int toolsType = qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
+    Q_UNUSED(toolsType)
+    m_view->rootContext()->setContextProperty(QStringLiteral("view"), m_view.get());
+    QObject::connect(m_view->engine(), &QQmlEngine::quit, QCoreApplication::instance(),
                      &QCoreApplication::quit);
 }
 

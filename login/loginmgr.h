@@ -1,8 +1,8 @@
 #pragma once
 
-#include <NelvoSDK/ILoginMgr.h>
+#include "login/loginview.h"
 
-#include <QQuickView>
+#include <NelvoSDK/ILoginMgr.h>
 
 #include <memory>
 
@@ -26,7 +26,7 @@ private:
     //! Signs in with the one argument there is and tells the program that gave it.
     void startFromCommandLine();
 
-    QQuickView m_view;
+    LoginViewPointer m_view;
     std::unique_ptr<NelvoSDK::ILoginActor> m_loginActor;
     void* m_context = nullptr;
 };

@@ -16,11 +16,12 @@ bool CBimPlugin::Initialize()
     return true;
 }
 
-//! The message manager stays on purpose: messages can still pass while the rest is gone.
+//! The message manager stays intentionally: messages can still pass while the rest is gone.
 bool CBimPlugin::Shutdown()
 {
     m_loginMgr.reset();
-    m_projectInfoMgr->Shutdown();
+    if (m_projectInfoMgr)
+        m_projectInfoMgr->Shutdown();
     m_projectInfoMgr.reset();
     m_pdsMgr.reset();
     return true;

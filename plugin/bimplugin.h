@@ -14,7 +14,7 @@ namespace NelvoPlugin {
 //! \brief The plug-in object: creates the managers, owns them and hands them out.
 //!
 //! There is one in the process (GetNelvoSDKPlugin). It can exist before any Qt object does.
-class CBimPlugin final : public NelvoSDK::INelvoSDKPlugin
+class CBimPlugin : public NelvoSDK::INelvoSDKPlugin
 {
 public:
     bool Initialize() override;
@@ -26,7 +26,8 @@ public:
     NelvoSDK::IPdsMgr* GetPdsMgr() override;
     NelvoSDK::IMessageMgr* GetMessageMgr() override;
 
-    //! Releases all but the message manager, in the order of the destructor.
+protected:
+    //! Deletes all but the message manager, in the order of the destructor.
     void releaseManagers();
 
 private:

@@ -1,38 +1,45 @@
 #include "plugin/bimplugin.h"
 
+#include "login/loginview.h"
+
 #include <QCoreApplication>
 
 namespace {
 
 //! \brief The one plug-in object of the process.
 //!
-//! It outlives the application object, and windows can't. So what a host has not shut down by then goes with
-//! the application.
-class ProcessPlugin final
+//! It outlives the application object, and windows and threads must not. So each Initialize sees to it that
+//! what the host doesn't shut down ends with the application object, of which a process may have several in
+//! turn. The object itself is never destroyed: static destructors run when the system may already have ended
+//! the threads, and while the event loop of a host that calls `exit` is still on the stack.
+class ProcessPlugin final : public NelvoPlugin::CBimPlugin
 {
 public:
-    ProcessPlugin() { qAddPostRoutine(&releaseManagers); }
-
-    ~ProcessPlugin() { qRemovePostRoutine(&releaseManagers); }
-
-    ProcessPlugin(const ProcessPlugin&) = delete;
-    ProcessPlugin& operator=(const ProcessPlugin&) = delete;
-
-    static NelvoPlugin::CBimPlugin& plugin()
+    static ProcessPlugin& instance()
     {
-        static ProcessPlugin process;
-        return process.m_plugin;
+        static auto* const plugin = new ProcessPlugin;
+        return *plugin;
+    }
+
+    bool Initialize() override
+    {
+        // Qt drops its post routines with each application object.
+        qRemovePostRoutine(&endWithApplication);
+        qAddPostRoutine(&endWithApplication);
+        return CBimPlugin::Initialize();
     }
 
 private:
-    static void releaseManagers() { plugin().releaseManagers(); }
-
-    NelvoPlugin::CBimPlugin m_plugin;
+    static void endWithApplication()
+    {
+        instance().releaseManagers();
+        NelvoPlugin::LoginView::deleteReleased();
+    }
 };
 
 } // namespace
 
 NelvoSDK::INelvoSDKPlugin* GetNelvoSDKPlugin()
 {
-    return &ProcessPlugin::plugin();
+    return &ProcessPlugin::instance();
 }

@@ -15,7 +15,7 @@
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QThread>
+#include <QPointer>
 #include <QUrl>
 
 #include <algorithm>
@@ -62,20 +62,6 @@ QJsonObject identity(const NelvoSDK::ProjectNode& project)
             {QStringLiteral("name"), QString::fromStdWString(project.name)}};
 }
 
-//! Asks for the heartbeat and waits, as the blocking calls do. Those do not give the body of a failed reply,
-//! which is what counts here.
-QNetworkReply* askHeartbeat(const QString& baseUrl)
-{
-    QNetworkRequest request = buildRequest();
-    request.setUrl(QUrl(baseUrl + QStringLiteral("/org/heartbeat"), QUrl::TolerantMode));
-    QNetworkReply* reply = sharedNetworkManager()->get(request);
-    while (!reply->isFinished()) {
-        QThread::msleep(1);
-        QCoreApplication::processEvents();
-    }
-    return reply;
-}
-
 //! Whether a failed reply says that the account has signed in elsewhere.
 bool saysPushedOut(const QByteArray& body)
 {
@@ -107,8 +93,13 @@ void CProjectInfoMgr::ReflushProjOrgInfo(const NelvoSDK::LoginSession& newSessio
         application->setProperty("epId", QString::fromStdWString(epId->second));
 
     restoreSessionCookies();
+    const QPointer<CProjectInfoMgr> self(this);
     QJsonObject reply;
-    if (httpGetJson(sharedNetworkManager(), baseUrl(), QStringLiteral("/org/tree"), {}, reply))
+    const bool read =
+        httpGetJson(sharedNetworkManager(), baseUrl(), QStringLiteral("/org/tree"), {}, reply, this);
+    if (!self)
+        return;
+    if (read)
         WalkOrgTree(reply.value(QStringLiteral("data")).toObject(), orgRoot);
     else
         qDebug("CProjectInfoMgr::ReflushProjOrgInfo /org/tree error!");
@@ -131,9 +122,11 @@ void CProjectInfoMgr::SetPlugin(NelvoSDK::INelvoSDKPlugin* newPlugin)
 
 bool CProjectInfoMgr::GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& projects)
 {
+    const QPointer<CProjectInfoMgr> self(this);
     QJsonObject reply;
-    if (!httpGetJson(sharedNetworkManager(), baseUrl(), ScenePath, {}, reply)) {
-        qDebug("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
+    if (!httpGetJson(sharedNetworkManager(), baseUrl(), ScenePath, {}, reply, this)) {
+        if (self)
+            qDebug("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
         return false;
     }
     serverProjects.clear();
@@ -192,25 +185,28 @@ void CProjectInfoMgr::OnUploadProject(const NelvoSDK::ProjectNode& project, void
 {
     if (!upload)
         return;
-    // Erased before it is sent, and not brought back if that fails: both are meant.
+    const QPointer<CProjectInfoMgr> self(this);
+    // Erased before it is sent, and not brought back if that fails: both are intended.
     if (localProjects.remove(project.id) > 0) {
-        if (!addProject(project))
+        if (!addProject(project) && self)
             qDebug("CProjectInfoMgr::OnUploadProject add project /scene/project falid");
         return;
     }
     const auto onServer = serverProjects.constFind(project.id);
     if (onServer == serverProjects.constEnd() || onServer->name == project.name)
         return;
-    if (!renameProject(project))
+    if (!renameProject(project) && self)
         qDebug("CProjectInfoMgr::OnUploadProject update project /scene/project falid");
 }
 
 void CProjectInfoMgr::OnUploadSdkProperty(const QString& sceneProjId,
                                           const QMap<QString, QString>& deviceSerials)
 {
+    const QPointer<CProjectInfoMgr> self(this);
     if (!httpPost(sharedNetworkManager(), baseUrl(),
-                  QStringLiteral("/equipment/bind/deleteAll/") + sceneProjId, {}, {}, acceptAnyBody)) {
-        qDebug("CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/deleteAll/ falid !");
+                  QStringLiteral("/equipment/bind/deleteAll/") + sceneProjId, {}, {}, acceptAnyBody, this)) {
+        if (self)
+            qDebug("CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/deleteAll/ falid !");
         return;
     }
     QJsonArray bindings;
@@ -222,7 +218,8 @@ void CProjectInfoMgr::OnUploadSdkProperty(const QString& sceneProjId,
     // The path is "batchAdd" and the text says "batchUpdate"; both are as they should be.
     if (!httpPost(sharedNetworkManager(), baseUrl(),
                   QStringLiteral("/equipment/bind/batchAdd/") + sceneProjId, QJsonDocument(bindings).toJson(),
-                  {}, acceptAnyBody)) {
+                  {}, acceptAnyBody, this) &&
+        self) {
         qDebug("CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/batchUpdate/ falid !");
     }
 }
@@ -231,11 +228,14 @@ void CProjectInfoMgr::ReservedFirst() {}
 
 void CProjectInfoMgr::ReservedSecond() {}
 
-//! A successful reply is not looked at, whatever it says: the codes count in failed ones only.
+//! The blocking calls don't give the body of a failed reply, which is what counts here. A successful reply is
+//! not looked at, whatever it says: the codes count in failed ones only.
 void CProjectInfoMgr::timerEvent(QTimerEvent* /*event*/)
 {
-    QNetworkReply* reply = askHeartbeat(baseUrl());
-    if (reply->error() == QNetworkReply::NoError)
+    QNetworkRequest request = buildRequest();
+    request.setUrl(QUrl(baseUrl() + QStringLiteral("/org/heartbeat"), QUrl::TolerantMode));
+    QNetworkReply* reply = sharedNetworkManager()->get(request);
+    if (!waitForReply(reply, this) || reply->error() == QNetworkReply::NoError)
         return;
     qWarning().noquote() << reply->errorString();
     if (!saysPushedOut(reply->readAll()))
@@ -352,13 +352,13 @@ bool CProjectInfoMgr::addProject(const NelvoSDK::ProjectNode& project) const
     QJsonObject body = identity(project);
     body.insert(QStringLiteral("deptId"),
                 QString::fromStdWString(checkedRead(project.attrs, std::wstring(RecordKeys::DeptId))));
-    return httpPost(sharedNetworkManager(), baseUrl(), ScenePath, jsonText(body), {}, acceptAnyBody);
+    return httpPost(sharedNetworkManager(), baseUrl(), ScenePath, jsonText(body), {}, acceptAnyBody, this);
 }
 
 bool CProjectInfoMgr::renameProject(const NelvoSDK::ProjectNode& project) const
 {
     return httpPut(sharedNetworkManager(), baseUrl(), ScenePath, jsonText(identity(project)), {},
-                   acceptAnyBody);
+                   acceptAnyBody, this);
 }
 
 } // namespace NelvoPlugin

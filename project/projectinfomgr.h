@@ -18,7 +18,8 @@ namespace NelvoPlugin {
 //!
 //! Holds the session, a snapshot of the service's scene projects, the projects that exist only in the host
 //! so far, and the organisation tree. GUI thread. The calls block it while they pump events, so a tick of
-//! the watch can run inside any of them; it reads the session's address and the plug-in pointer only.
+//! the watch can run inside any of them; it reads the session's address and the plug-in pointer only. What
+//! runs inside a call may delete this object: the call then returns false, or does nothing more.
 class CProjectInfoMgr final : public QObject, public NelvoSDK::IProjectInfoMgr
 {
     Q_OBJECT

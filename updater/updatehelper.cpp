@@ -1,5 +1,7 @@
 #include "updater/updatehelper.h"
 
+#include "updater/sourcefile.h"
+
 #include <QByteArray>
 #include <QCryptographicHash>
 #include <QDebug>
@@ -61,14 +63,14 @@ bool checkMd5(const QString& filePath, const QString& expectedMd5)
 {
     QFile file(filePath);
     if (!file.open(QIODevice::ReadOnly)) {
-        qWarning().noquote() << __FILE__ << __LINE__ << "open failed" << file.errorString();
+        qWarning().noquote() << NELVO_SOURCE_FILE << __LINE__ << "open failed" << file.errorString();
         return false;
     }
     const qint64 size = file.size();
     uchar* const bytes = file.map(0, size);
     file.close(); // the mapping stays
     if (!bytes) {
-        qWarning().noquote() << __FILE__ << __LINE__ << "map failed";
+        qWarning().noquote() << NELVO_SOURCE_FILE << __LINE__ << "map failed";
         return false;
     }
     QCryptographicHash hash(QCryptographicHash::Md5);

@@ -1,6 +1,7 @@
 #include "updater/updater.h"
 
 #include "tasks/threadpool.h"
+#include "updater/sourcefile.h"
 #include "updater/unzippackage.h"
 #include "updater/updatehelper.h"
 #include "updater/updatekeys.h"
@@ -134,9 +135,14 @@ void CUpdater::reportInfo(const QString& text, const char* file, int line)
 
 void CUpdater::checkVersion(QString url, QString token, QString productId)
 {
+    const QPointer<CUpdater> self(this);
     m_webServer.setServerAddress(url);
     QJsonObject reply;
-    if (!m_webServer.findLatest(token, productId, QStringLiteral("0.0.0"), {}, reply, CheckTimeoutMs)) {
+    const bool answered =
+        m_webServer.findLatest(token, productId, QStringLiteral("0.0.0"), {}, reply, CheckTimeoutMs);
+    if (!self)
+        return;
+    if (!answered) {
         m_updateAvailable = false;
         Q_EMIT needUpdate(false);
         return;
@@ -155,27 +161,32 @@ void CUpdater::checkVersion(QString url, QString token, QString productId)
         Q_EMIT needUpdate(false);
         return;
     }
-    reportInfo(QString::fromLocal8Bit(NewVersionText) + m_latestVersion, __FILE__, __LINE__);
-    Q_EMIT latestVersionChanged();
-    Q_EMIT changeLogChanged();
-    Q_EMIT needUpdate(true);
-    m_updateAvailable = true;
+    reportInfo(QString::fromLocal8Bit(NewVersionText) + m_latestVersion, NELVO_SOURCE_FILE, __LINE__);
+    if (self)
+        Q_EMIT latestVersionChanged();
+    if (self)
+        Q_EMIT changeLogChanged();
+    if (self)
+        Q_EMIT needUpdate(true);
+    if (self)
+        m_updateAvailable = true;
 }
 
-void CUpdater::makeDownloader()
+CDownloader& CUpdater::downloader()
 {
-    m_downloadManager.emplace();
-    m_downloader.emplace(&*m_downloadManager);
+    if (m_downloader)
+        return *m_downloader;
+    m_downloadManager.reset(new QNetworkAccessManager);
+    m_downloader.emplace(m_downloadManager.data());
     connect(&*m_downloader, &CDownloader::downloadError, this, &CUpdater::processDownloadError);
     connect(&*m_downloader, &CDownloader::downloadFinished, this, &CUpdater::processDownloadFinished);
     connect(&*m_downloader, &CDownloader::downloadStarted, this, &CUpdater::downloadStarted);
     connect(&*m_downloader, &CDownloader::downloadProgress, this, &CUpdater::downloadProgress);
+    return *m_downloader;
 }
 
 void CUpdater::download()
 {
-    if (!m_downloader)
-        makeDownloader();
     UpdateStateFile stateFile(m_stateFilePath);
     m_retryCount = 0;
     m_packagePath = m_updateDir + QLatin1Char('/') + QUrl(m_fullPath).fileName(QUrl::FullyDecoded);
@@ -183,7 +194,7 @@ void CUpdater::download()
     const bool sameRelease =
         stateFile.json.value(UpdateKeys::FullMd5).toString().toLower() == m_fullMd5.toLower();
     if (sameRelease && stateFile.state() == UpdateState::Downloaded) {
-        Q_EMIT m_downloader->downloadFinished(m_packagePath);
+        Q_EMIT downloader().downloadFinished(m_packagePath);
         return;
     }
     prepareTarget(sameRelease && stateFile.state() == UpdateState::Downloading);
@@ -195,8 +206,9 @@ void CUpdater::download()
     stateFile.write();
 
     QString errorString;
-    if (!startTransfer(errorString))
-        reportInfo(errorString, __FILE__, __LINE__);
+    const QPointer<CUpdater> self(this);
+    if (!startTransfer(errorString) && self)
+        reportInfo(errorString, NELVO_SOURCE_FILE, __LINE__);
 }
 
 void CUpdater::prepareTarget(bool continued) const
@@ -210,12 +222,12 @@ void CUpdater::prepareTarget(bool continued) const
 
 bool CUpdater::startTransfer(QString& errorString)
 {
-    return m_downloader->download(m_fullPath, m_packagePath, m_fullSize, errorString, true);
+    return downloader().download(m_fullPath, m_packagePath, m_fullSize, errorString, true);
 }
 
 void CUpdater::retry()
 {
-    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("重试");
+    qInfo().noquote() << NELVO_SOURCE_FILE << __LINE__ << QStringLiteral("重试");
     ++m_retryCount;
     QFile::remove(m_packagePath);
     QString ignored;
@@ -224,15 +236,15 @@ void CUpdater::retry()
 
 void CUpdater::processDownloadFinished(QString filePath)
 {
-    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("下载完成，校验MD5");
+    qInfo().noquote() << NELVO_SOURCE_FILE << __LINE__ << QStringLiteral("下载完成，校验MD5");
     if (checkMd5(m_packagePath, m_fullMd5)) {
         UpdateStateFile stateFile(m_stateFilePath);
         stateFile.setState(UpdateState::Downloaded);
-        qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("校验通过");
+        qInfo().noquote() << NELVO_SOURCE_FILE << __LINE__ << QStringLiteral("校验通过");
         Q_EMIT downloadFinished(filePath);
         return;
     }
-    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("校验失败");
+    qInfo().noquote() << NELVO_SOURCE_FILE << __LINE__ << QStringLiteral("校验失败");
     if (m_retryCount < MaxRetries)
         retry();
 }
@@ -240,7 +252,10 @@ void CUpdater::processDownloadFinished(QString filePath)
 void CUpdater::processDownloadError(QString filePath, QString errorString)
 {
     Q_UNUSED(filePath)
-    reportInfo(QStringLiteral("下载失败") + errorString, __FILE__, __LINE__);
+    const QPointer<CUpdater> self(this);
+    reportInfo(QStringLiteral("下载失败") + errorString, NELVO_SOURCE_FILE, __LINE__);
+    if (!self)
+        return;
     if (m_retryCount < MaxRetries) {
         retry();
         return;
@@ -251,8 +266,11 @@ void CUpdater::processDownloadError(QString filePath, QString errorString)
 
 void CUpdater::upgrade()
 {
-    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("解压中");
+    const QPointer<CUpdater> self(this);
+    qInfo().noquote() << NELVO_SOURCE_FILE << __LINE__ << QStringLiteral("解压中");
     Q_EMIT upgradeStart();
+    if (!self)
+        return;
     m_timerId = startTimer(TickMs, Qt::CoarseTimer);
     m_upgradePercent = 0;
     VCIM::ThreadPool::instance()->start(
@@ -266,10 +284,10 @@ void CUpdater::upgrade()
 void CUpdater::onUnpacked(bool success)
 {
     if (!success) {
-        qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("解压失败");
+        qInfo().noquote() << NELVO_SOURCE_FILE << __LINE__ << QStringLiteral("解压失败");
         return;
     }
-    qInfo().noquote() << __FILE__ << __LINE__ << QStringLiteral("解压完成,开始升级");
+    qInfo().noquote() << NELVO_SOURCE_FILE << __LINE__ << QStringLiteral("解压完成,开始升级");
     doCover();
 }
 
@@ -298,12 +316,8 @@ void CUpdater::doCover()
     stateFile.write();
     stateFile.saved = true;
 
-    reportInfo(QStringLiteral("稍后将自动重启,请等待"), __FILE__, __LINE__);
-    killTimer(m_timerId);
-    m_upgradePercent = 1;
-    Q_EMIT upgradeProcess(m_upgradePercent);
-    Q_EMIT upgradeEnd();
-    waitForThePage();
+    // The new version is on record now, so the rest follows even if a slot deletes this object.
+    announceCover();
 
     QByteArray batch;
     readFileBytes(QStringLiteral(":/NelvoPlugin/Login/cover.bat"), batch);
@@ -312,10 +326,22 @@ void CUpdater::doCover()
     QCoreApplication::quit();
 }
 
-//! Long enough for the full bar and the message to be seen.
-void CUpdater::waitForThePage()
+void CUpdater::announceCover()
 {
+    const QPointer<CUpdater> self(this);
+    reportInfo(QStringLiteral("稍后将自动重启,请等待"), NELVO_SOURCE_FILE, __LINE__);
+    if (self) {
+        killTimer(m_timerId);
+        m_upgradePercent = 1;
+        Q_EMIT upgradeProcess(m_upgradePercent);
+    }
+    if (self)
+        Q_EMIT upgradeEnd();
+    if (!self)
+        return;
+    // Long enough for the full bar and the message to be seen.
     QEventLoop loop;
-    QTimer::singleShot(CoverDelayMs, this, [&loop] { loop.quit(); });
+    QTimer::singleShot(CoverDelayMs, &loop, &QEventLoop::quit);
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
     loop.exec();
 }

@@ -81,9 +81,10 @@ private:
     void readLocalVersion();
     bool saveLocalVersion() const;
     void appendUpdateLog();
-    //! What reaches both the log and the page.
+    //! Logs a text and emits it for the page.
     void reportInfo(const QString& text, const char* file, int line);
-    void makeDownloader();
+    //! The downloader, made if there is none yet.
+    CDownloader& downloader();
     //! Makes room for the download: a file that can't be continued goes.
     void prepareTarget(bool continued) const;
     bool startTransfer(QString& errorString);
@@ -91,7 +92,8 @@ private:
     //! let go, so the new one is refused there; the user starts over.
     void retry();
     void onUnpacked(bool success);
-    void waitForThePage();
+    //! Emits what tells the page that the new version is on record, and gives it the time to show that.
+    void announceCover();
 
     QVersionNumber m_localVersion;
     QString m_updateDir;
@@ -110,8 +112,9 @@ private:
     //! Retries of the running download, of either kind.
     quint32 m_retryCount = 0;
     CWebServer m_webServer;
-    //! Made with the first download, as the manager of the web server is with its first call.
-    std::optional<QNetworkAccessManager> m_downloadManager;
+    //! Made with the first download, as the manager of the web server is with its first call. The event loop
+    //! deletes the manager, since a slot of its reply may delete this object.
+    QScopedPointer<QNetworkAccessManager, QScopedPointerDeleteLater> m_downloadManager;
     std::optional<CDownloader> m_downloader;
     int m_timerId = 0;
     float m_upgradePercent = 0;

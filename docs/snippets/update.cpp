@@ -14,9 +14,10 @@ QObject* findUpdater()
         const auto* const view = qobject_cast<QQuickView*>(window);
         if (!view)
             continue;
+        // A window that outlives a Shutdown for a moment has none any more.
         const QVariant updater = view->rootContext()->contextProperty(QStringLiteral("updater"));
-        if (updater.isValid())
-            return updater.value<QObject*>();
+        if (auto* const object = updater.value<QObject*>())
+            return object;
     }
     return nullptr;
 }

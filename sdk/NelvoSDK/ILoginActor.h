@@ -24,11 +24,11 @@ public:
     //! of the installation (see docs/troubleshooting.md) and ends the process.
     virtual void ShowLogin() = 0;
 
-    //! Adds an observer. Any thread, but not while a notification is running. Observers are called in no
+    //! Adds an observer. Any thread, at any time; see BVUTILITY::ISubject. Observers are called in no
     //! particular order.
     //! \param observer not owned and not null. Adding one twice has no effect.
     virtual void Attach(ILoginObserver* observer) = 0;
-    //! Removes an observer. Any thread, but not while a notification is running. Detach before you delete the
+    //! Removes an observer. Any thread, at any time, also in a call of its own. Detach before you delete the
     //! observer.
     //! \param observer one that is not attached is ignored.
     virtual void Detach(ILoginObserver* observer) = 0;

@@ -31,15 +31,16 @@ class IProjectInfoMgr;
 class INelvoSDKPlugin
 {
 public:
-    //! Creates the managers; existing ones are replaced, and pointers to them become invalid. Reads the
-    //! address files and the installed version beside the executable, and prepares the login window without
-    //! showing it. To replace managers, see Shutdown for when not to.
+    //! Creates the managers; existing ones are replaced as by Shutdown, and pointers to them become invalid.
+    //! Reads the address files and the installed version beside the executable, and prepares the login window
+    //! without showing it.
     //! \return always true: a file that can't be read is logged at most.
     virtual bool Initialize() = 0;
     //! Deletes the login, project and PDS managers; the message manager stays usable until the process
-    //! ends. Requires an Initialize before it, and may not be called twice for one. Not from within an
-    //! observer's call, and not while a sign-in waits for a service: what waits would come back to objects
-    //! that are gone. Without it the managers go with the QGuiApplication.
+    //! ends. May be called from within an observer's call, from a slot of the login window or the updater,
+    //! and while a call waits for a service: that call then returns false, or does nothing more. Waits for a
+    //! list of models that is being fetched. Without managers it does nothing. Managers that are left when
+    //! the QGuiApplication ends are deleted with it.
     //! \return always true.
     virtual bool Shutdown() = 0;
     //! Does nothing; keeps its place in the interface.

@@ -95,6 +95,10 @@ private Q_SLOTS:
     void secondDialogTakesTheFirstOnesPlace();
     void dialogGoesWithTheHostsItem();
     void destroyedManagerLeavesTheDialog();
+    void withoutItsContextThereIsNoDialog();
+    void withoutItsEngineThereIsNoDialog();
+    void withoutItsItemNothingOpens();
+    void withoutItsParentNothingOpens();
 };
 
 void TestBimDialogBridge::contextShowsManagerAndModel()
@@ -293,6 +297,63 @@ void TestBimDialogBridge::destroyedManagerLeavesTheDialog()
         manager.CreateBimDialog(&scene.item);
     }
     QCOMPARE(scene.dialogs().size(), 1);
+}
+
+void TestBimDialogBridge::withoutItsContextThereIsNoDialog()
+{
+    Scene scene;
+    CPdsMgr manager;
+    manager.CreateBimDialog(&scene.item); // none was ever given
+    {
+        QQmlContext context(scene.engine.rootContext());
+        manager.SetQmlContext(&context);
+    }
+    manager.CreateBimDialog(&scene.item);
+    QVERIFY(scene.item.children().isEmpty());
+    manager.OpenBimDialog();
+    manager.SetQmlContext(scene.engine.rootContext());
+    manager.CreateBimDialog(&scene.item);
+    QCOMPARE(scene.dialogs().size(), 1);
+}
+
+void TestBimDialogBridge::withoutItsEngineThereIsNoDialog()
+{
+    QQuickItem item;
+    CPdsMgr manager;
+    auto engine = std::make_unique<QQmlEngine>();
+    QQmlContext context(engine->rootContext());
+    manager.SetQmlContext(&context);
+    engine.reset();
+    manager.CreateBimDialog(&item);
+    QVERIFY(item.children().isEmpty());
+    manager.OpenBimDialog();
+    manager.OpenDWGBimDialog();
+}
+
+void TestBimDialogBridge::withoutItsItemNothingOpens()
+{
+    BuiltDialog built;
+    delete built.dialog();
+    built.manager.OpenBimDialog();
+    built.manager.OpenDWGBimDialog();
+    QVERIFY(built.dialogs().isEmpty());
+}
+
+//! The dialog can belong to something else than the item over which it shows.
+void TestBimDialogBridge::withoutItsParentNothingOpens()
+{
+    Scene scene;
+    CPdsMgr manager;
+    manager.SetQmlContext(scene.engine.rootContext());
+    auto parent = std::make_unique<QQuickItem>(&scene.frame);
+    manager.CreateBimDialog(parent.get());
+    auto* const dialog = parent->findChild<QQuickItem*>(QString(), Qt::FindDirectChildrenOnly);
+    QVERIFY(dialog);
+    dialog->setParent(&scene.item);
+    parent.reset();
+    manager.OpenBimDialog();
+    manager.OpenDWGBimDialog();
+    QVERIFY(callsOf(dialog).isEmpty());
 }
 
 QTEST_MAIN(TestBimDialogBridge)

@@ -35,7 +35,8 @@ PluginHost::PluginHost(const QString& defaultServer)
 
 PluginHost::~PluginHost()
 {
-    actor()->Detach(&observer);
+    if (plugin()->GetLoginMgr())
+        actor()->Detach(&observer);
     plugin()->Shutdown();
 }
 

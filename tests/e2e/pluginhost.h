@@ -27,11 +27,17 @@ public:
         if (whenSucceeded)
             whenSucceeded();
     }
-    void OnLoginFailed() override { ++failures; }
+    void OnLoginFailed() override
+    {
+        ++failures;
+        if (whenFailed)
+            whenFailed();
+    }
 
     QVector<NelvoSDK::LoginSession> sessions;
     int failures = 0;
     std::function<void()> whenSucceeded;
+    std::function<void()> whenFailed;
 };
 
 //! \brief A host in small: initialises the plug-in, attaches an observer, and shuts it down at the end.

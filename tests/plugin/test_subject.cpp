@@ -2,6 +2,9 @@
 
 #include <QtTest>
 
+#include <atomic>
+#include <functional>
+#include <memory>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -18,6 +21,15 @@ public:
     void notifyAll()
     {
         Notify([](Observer& observer) { ++observer.calls; });
+    }
+    //! `happens` runs in each call, with the observer that is called and the number of calls before it.
+    void notifyWith(const std::function<void(Observer&, int)>& happens)
+    {
+        int before = 0;
+        Notify([&](Observer& observer) {
+            ++observer.calls;
+            happens(observer, before++);
+        });
     }
     int reached()
     {
@@ -41,7 +53,15 @@ private Q_SLOTS:
     void notifyWithoutObserversReturns();
     void attachAgainAfterDetach();
     void anExceptionEndsTheWalk();
+    void observerMayDetachItself();
+    void observerMayDetachAndDeleteAnother();
+    void oneAttachedDuringANotificationWaitsForTheNext();
+    void oneDetachedAndAttachedAgainWaitsForTheNext();
+    void subjectMayBeDeletedInACall();
+    void notificationsNest();
+    void otherSubjectsAreLeftAlone();
     void attachAndDetachFromManyThreads();
+    void attachAndDetachDuringNotifications();
 };
 
 void TestSubject::attachedObserversAreCalled()
@@ -138,6 +158,129 @@ void TestSubject::anExceptionEndsTheWalk()
     QCOMPARE(reached, 1);
 }
 
+void TestSubject::observerMayDetachItself()
+{
+    Subject subject;
+    Observer first;
+    Observer second;
+    subject.Attach(&first);
+    subject.Attach(&second);
+    subject.notifyWith([&](Observer& observer, int) { subject.Detach(&observer); });
+    QCOMPARE(first.calls, 1);
+    QCOMPARE(second.calls, 1);
+    QCOMPARE(subject.reached(), 0);
+}
+
+void TestSubject::observerMayDetachAndDeleteAnother()
+{
+    Subject subject;
+    std::vector<std::unique_ptr<Observer>> observers;
+    for (int i = 0; i < 10; ++i) {
+        observers.push_back(std::make_unique<Observer>());
+        subject.Attach(observers.back().get());
+    }
+    int calls = 0;
+    subject.notifyWith([&](Observer& called, int) {
+        ++calls;
+        for (auto& observer : observers) {
+            if (observer.get() == &called)
+                continue;
+            subject.Detach(observer.get());
+            observer.reset();
+        }
+    });
+    QCOMPARE(calls, 1);
+    QCOMPARE(subject.reached(), 1);
+}
+
+void TestSubject::oneAttachedDuringANotificationWaitsForTheNext()
+{
+    Subject subject;
+    Observer first;
+    std::vector<Observer> later(50); // some of them would lie behind the first in the order of the walk
+    subject.Attach(&first);
+    subject.notifyWith([&](Observer&, int) {
+        for (Observer& observer : later)
+            subject.Attach(&observer);
+    });
+    for (const Observer& observer : later)
+        QCOMPARE(observer.calls, 0);
+    QCOMPARE(subject.reached(), 51);
+}
+
+void TestSubject::oneDetachedAndAttachedAgainWaitsForTheNext()
+{
+    Subject subject;
+    std::vector<Observer> observers(10);
+    for (Observer& observer : observers)
+        subject.Attach(&observer);
+    subject.notifyWith([&](Observer& called, int before) {
+        if (before > 0)
+            return;
+        for (Observer& observer : observers) {
+            if (&observer == &called)
+                continue;
+            subject.Detach(&observer);
+            subject.Attach(&observer);
+        }
+    });
+    int calls = 0;
+    for (const Observer& observer : observers)
+        calls += observer.calls;
+    QCOMPARE(calls, 1);
+    QCOMPARE(subject.reached(), 10);
+}
+
+void TestSubject::subjectMayBeDeletedInACall()
+{
+    auto subject = std::make_unique<Subject>();
+    Observer first;
+    Observer second;
+    subject->Attach(&first);
+    subject->Attach(&second);
+    subject->notifyWith([&](Observer&, int) { subject.reset(); });
+    QCOMPARE(first.calls + second.calls, 1);
+}
+
+void TestSubject::notificationsNest()
+{
+    Subject subject;
+    Observer first;
+    Observer second;
+    subject.Attach(&first);
+    subject.Attach(&second);
+    subject.notifyWith([&](Observer&, int before) {
+        if (before == 0) {
+            subject.notifyAll();
+            subject.Detach(&first);
+            subject.Detach(&second);
+        }
+    });
+    // Both in the inner walk, and the one that began it.
+    QCOMPARE(first.calls + second.calls, 3);
+}
+
+void TestSubject::otherSubjectsAreLeftAlone()
+{
+    Subject subject;
+    auto other = std::make_unique<Subject>();
+    Observer first;
+    Observer second;
+    for (Observer* observer : {&first, &second}) {
+        subject.Attach(observer);
+        other->Attach(observer);
+    }
+    subject.notifyWith([&](Observer&, int) {
+        if (!other)
+            return;
+        other->Detach(&first);
+        other->Detach(&second);
+        other.reset();
+    });
+    QCOMPARE(first.calls, 1);
+    QCOMPARE(second.calls, 1);
+}
+
 void TestSubject::attachAndDetachFromManyThreads()
 {
     constexpr std::size_t ThreadCount = 8;
@@ -158,6 +301,32 @@ void TestSubject::attachAndDetachFromManyThreads()
     for (std::thread& thread : threads)
         thread.join();
     QCOMPARE(subject.reached(), int(ThreadCount * PerThread / 2));
+}
+
+//! An observer that stays is called by each notification, whatever comes and goes beside it.
+void TestSubject::attachAndDetachDuringNotifications()
+{
+    constexpr int Notifications = 2000;
+    Subject subject;
+    Observer stays;
+    subject.Attach(&stays);
+    std::atomic<bool> done = false;
+    std::vector<Observer> guests(100);
+    std::thread other([&] {
+        while (!done) {
+            for (Observer& guest : guests)
+                subject.Attach(&guest);
+            for (Observer& guest : guests)
+                subject.Detach(&guest);
+        }
+    });
+    int calls = 0;
+    for (int i = 0; i < Notifications; ++i)
+        subject.notifyWith([&](Observer& observer, int) { calls += &observer == &stays ? 1 : 0; });
+    done = true;
+    other.join();
+    QCOMPARE(calls, Notifications);
+    QCOMPARE(subject.reached(), 1);
 }
 
 QTEST_APPLESS_MAIN(TestSubject)

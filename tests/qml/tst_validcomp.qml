@@ -80,5 +80,18 @@ Item {
             letTimersRun();
             compare(loginCtrl.calls, [["onShowHome"]]);
         }
+
+        // A host loads its data inside the call, and a check finds a new release meanwhile.
+        function test_offerDuringShowHomeWaitsForItsEnd() {
+            openPage("ValidComp");
+            let shown = "";
+            during.onShowHome = () => {
+                updater.needUpdate(true);
+                shown = item("contentLoader").item.objectName;
+            };
+            tryVerify(() => item("updateComp"), patience);
+            compare(shown, "validComp");
+            compare(loginCtrl.calls, [["onShowHome"]]);
+        }
     }
 }

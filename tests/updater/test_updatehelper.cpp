@@ -1,5 +1,7 @@
 #include "updater/updatehelper.h"
 
+#include "updater/sourcefile.h"
+
 #include "tests/support/messagelog.h"
 
 #include <QCryptographicHash>
@@ -22,6 +24,7 @@ class TestUpdateHelper : public QObject
 private Q_SLOTS:
     void init();
 
+    void sourceFileIsRelativeForEveryCompiler();
     void readGivesTheWholeFile();
     void readServesResources();
     void failedReadIsLoggedAndLeavesTheBytes();
@@ -263,6 +266,20 @@ void TestUpdateHelper::removeNothing()
     QVERIFY(QDir::setCurrent(here.path()));
     QVERIFY(QFile::exists(path("other")));
     QVERIFY(log.entries().isEmpty());
+}
+
+//! Compilers that can't cut the path themselves give it whole, with the separators of their system.
+void TestUpdateHelper::sourceFileIsRelativeForEveryCompiler()
+{
+    const QByteArray expected("updater/updater.cpp");
+    QCOMPARE(QByteArray(SourceFile(R"(C:\build\nelvo\updater\updater.cpp)").text), expected);
+    QCOMPARE(QByteArray(SourceFile("/home/a b/nelvo/updater/updater.cpp").text), expected);
+    QCOMPARE(QByteArray(SourceFile(R"(..\..\updater\updater.cpp)").text), expected);
+    QCOMPARE(QByteArray(SourceFile("updater/updater.cpp").text), expected);
+    QCOMPARE(QByteArray(SourceFile("updater.cpp").text), QByteArray("updater.cpp"));
+    constexpr SourceFile here(__FILE__);
+    static_assert(here.text[0] == 'u', "made at compile time");
+    QCOMPARE(QByteArray(NELVO_SOURCE_FILE), QByteArray("updater/test_updatehelper.cpp"));
 }
 
 QTEST_GUILESS_MAIN(TestUpdateHelper)

@@ -161,6 +161,7 @@ private Q_SLOTS:
     void retriesOfTheTransferEnd();
     void bothKindsOfRetryShareTheLimit();
     void downloadStartsTheRetriesAnew();
+    void slotsWorkBeforeAnyDownload();
 
     void failedUnpackIsLoggedOnly();
     void progressMeasuresTime();
@@ -1136,6 +1137,27 @@ void TestUpdater::downloadStartsTheRetriesAnew()
     updater.download(); // refused, but counts anew
     finish();
     QCOMPARE(updateTrace(*m_log).count("> 重试"), 4);
+}
+
+//! Both slots can be called by name before there is anything to download.
+void TestUpdater::slotsWorkBeforeAnyDownload()
+{
+    {
+        CUpdater finished;
+        QMetaObject::invokeMethod(&finished, "processDownloadFinished", Q_ARG(QString, QString()));
+        QCOMPARE(updateTrace(*m_log).mid(0, 3),
+                 (QStringList{QStringLiteral("> 下载完成，校验MD5"), QStringLiteral("> 校验失败"),
+                              QStringLiteral("> 重试")}));
+    }
+    m_log->clear();
+    CUpdater failed;
+    Events events(failed);
+    QMetaObject::invokeMethod(&failed, "processDownloadError", Q_ARG(QString, QString()),
+                              Q_ARG(QString, QStringLiteral("reason")));
+    QCOMPARE(updateTrace(*m_log).mid(0, 2),
+             (QStringList{QStringLiteral("> 下载失败reason"), QStringLiteral("> 重试")}));
+    // The retry has no address to go to, so it fails and is retried until the limit.
+    QTRY_COMPARE(updateTrace(*m_log).filter(QStringLiteral("下载失败")).size(), 1 + 2);
 }
 
 void TestUpdater::failedUnpackIsLoggedOnly()

@@ -6,16 +6,19 @@ Item {
 
     property bool isDialogShow: frimPanel.visible
 
+    // The host hears of the opening and may shut the plug-in down then.
     function openBimDialog() {
         frimPanel.clearselectText();
         frimPanel.open();
-        pdsMgr.getBimProj();
+        if (pdsMgr)
+            pdsMgr.getBimProj();
     }
 
     function openDWGBimDialog() {
         frimPanel.clearselectText();
         frimPanel.open();
-        pdsMgr.getDWGBimProj();
+        if (pdsMgr)
+            pdsMgr.getDWGBimProj();
     }
 
     // As large as its parent, and not anchored to it: its position is set from outside. While the dialog is

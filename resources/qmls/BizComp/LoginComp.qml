@@ -46,6 +46,9 @@ FocusScope {
         waiting = true;
         const error = loginCtrl.login(...account);
         waiting = false;
+        // The host may have shut down meanwhile.
+        if (!loginCtrl)
+            return;
 
         showError(error);
         if (error !== "")

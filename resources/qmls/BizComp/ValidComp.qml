@@ -6,6 +6,9 @@ Item {
     id: validComp
     objectName: "validComp"
 
+    // The session is being handed to the host, which may load data meanwhile. No event may take this page away.
+    property bool waiting: false
+
     Component.onCompleted: timer.start()
 
     ProgressItem {
@@ -25,7 +28,9 @@ Item {
             // Ten times 0.1 stays just below 1.
             if (value + 0.01 >= to) {
                 timer.stop();
+                validComp.waiting = true;
                 loginCtrl.onShowHome();
+                validComp.waiting = false;
             }
         }
     }
