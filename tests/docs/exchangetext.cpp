@@ -1,6 +1,7 @@
 #include "tests/docs/exchangetext.h"
 
 #include "tests/docs/foldedjson.h"
+#include "tests/support/systemtexts.h"
 
 #include <services/services.h>
 
@@ -34,7 +35,7 @@ bool isEverywhere(const Header& header)
         QStringLiteral("Pragma: no-cache"),
         QStringLiteral("Accept-Encoding: deflate"),
         QStringLiteral("Connection: Keep-Alive"),
-        QStringLiteral("Accept-Language: en,*"),
+        QStringLiteral("Accept-Language: ") + TestSupport::acceptLanguage(),
     };
     return header.name == "Host" || common.contains(QString::fromUtf8(header.name + ": " + header.value));
 }
@@ -121,6 +122,8 @@ QString withoutWhatVaries(QString text, const Services& services)
     text.replace(cookie, QStringLiteral("\\1=…"));
     text.replace(ticket, QStringLiteral("LT\\1\\2\\3…\\4cas01"));
     text.replace(token, QStringLiteral("iot-\\1-…"));
+    text.replace(QStringLiteral("Accept-Language: ") + TestSupport::acceptLanguage(),
+                 QStringLiteral("Accept-Language: en,*"));
     return text;
 }
 

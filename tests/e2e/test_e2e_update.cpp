@@ -4,6 +4,7 @@
 #include "tests/e2e/wire.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/systemtexts.h"
 
 #include <services/services.h>
 
@@ -113,8 +114,26 @@ QStringList finishedWith(int code, const QStringList& rest)
 //! The same where not even the file is there.
 QStringList withoutFile(QStringList trace)
 {
-    trace.insert(1, QStringLiteral("warning updatehelper open failed No such file or directory"));
+    trace.insert(1, "warning updatehelper open failed " +
+                        TestSupport::openError(appPath(QStringLiteral("missing"))));
     return trace;
+}
+
+//! The request for the package, from that byte on.
+QByteArray transferFrom(int first)
+{
+    return "GET /packages/Nelvo%20Editor.zip\n"
+           "Host: PACKAGES\n"
+           "Range: bytes=" +
+           QByteArray::number(first) +
+           "-\n"
+           "Connection: Keep-Alive\n"
+           "Accept-Encoding: gzip, deflate\n"
+           "Accept-Language: " +
+           TestSupport::acceptLanguage() +
+           "\n"
+           "User-Agent: Mozilla/5.0\n"
+           "\n";
 }
 
 //! An error is told twice, before and behind the end of the transfer.
@@ -257,7 +276,9 @@ void TestE2eUpdate::checkToTheByte()
                  "Content-Length: 4\n"
                  "Connection: Keep-Alive\n"
                  "Accept-Encoding: gzip, deflate\n"
-                 "Accept-Language: en,*\n"
+                 "Accept-Language: " +
+                 TestSupport::acceptLanguage() +
+                 "\n"
                  "User-Agent: Mozilla/5.0\n"
                  "\n"
                  "{\n}\n"});
@@ -384,14 +405,7 @@ void TestE2eUpdate::pagesFollowTheDownload()
     QCOMPARE(E2e::pageText("log"), QString());
     QVERIFY(installable());
     QCOMPARE(E2e::pagePart("installButton")->opacity(), 1.0);
-    QCOMPARE(E2e::receivedBy(m_services), QByteArrayList{"GET /packages/Nelvo%20Editor.zip\n"
-                                                         "Host: PACKAGES\n"
-                                                         "Range: bytes=0-\n"
-                                                         "Connection: Keep-Alive\n"
-                                                         "Accept-Encoding: gzip, deflate\n"
-                                                         "Accept-Language: en,*\n"
-                                                         "User-Agent: Mozilla/5.0\n"
-                                                         "\n"});
+    QCOMPARE(E2e::receivedBy(m_services), QByteArrayList{transferFrom(0)});
     QCOMPARE(lines(*m_log), QStringList{"debug onDownloadStarted " + packagePath()} +
                                 finishedWith(206, Passed) +
                                 QStringList{"debug onDownloadFinished " + packagePath()});
@@ -475,14 +489,7 @@ void TestE2eUpdate::downloadGoesOnWhereItStopped()
     m_services.clearRequests();
     E2e::callUpdater("download");
     QTRY_VERIFY_WITH_TIMEOUT(installable(), Patience);
-    QCOMPARE(E2e::receivedBy(m_services), QByteArrayList{"GET /packages/Nelvo%20Editor.zip\n"
-                                                         "Host: PACKAGES\n"
-                                                         "Range: bytes=123456-\n"
-                                                         "Connection: Keep-Alive\n"
-                                                         "Accept-Encoding: gzip, deflate\n"
-                                                         "Accept-Language: en,*\n"
-                                                         "User-Agent: Mozilla/5.0\n"
-                                                         "\n"});
+    QCOMPARE(E2e::receivedBy(m_services), QByteArrayList{transferFrom(123456)});
     QCOMPARE(E2e::pageText("progressText"), progressed("0.29", "0.29"));
     QCOMPARE(packageOnDisk(), m_package);
 }

@@ -1,5 +1,7 @@
 #include "tests/e2e/wire.h"
 
+#include "tests/support/systemtexts.h"
+
 #include <services/services.h>
 
 #include <QRegularExpression>
@@ -50,9 +52,8 @@ QByteArray request(const QByteArray& line, const QByteArray& host, const QByteAr
            "Accept-Encoding: deflate\n" +
            ownHeaders +
            "Connection: Keep-Alive\n"
-           "Accept-Language: en,*\n"
-           "\n" +
-           body;
+           "Accept-Language: " +
+           TestSupport::acceptLanguage() + "\n\n" + body;
 }
 
 } // namespace E2e

@@ -1,6 +1,7 @@
 #include "web/downloader.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/systemtexts.h"
 
 #include <services/services.h>
 
@@ -360,7 +361,8 @@ void TestDownloader::sendsNoStandardHeaders()
     const QUrl url(m_services.packageUrl(package));
     QCOMPARE(request.target, url.path().toLatin1());
     QCOMPARE(lines, (QByteArrayList{"Host: " + url.authority().toLatin1(), "Connection: Keep-Alive",
-                                    "Accept-Encoding: gzip, deflate", "Accept-Language: en,*",
+                                    "Accept-Encoding: gzip, deflate",
+                                    "Accept-Language: " + TestSupport::acceptLanguage(),
                                     "User-Agent: Mozilla/5.0"}));
 }
 

@@ -1,6 +1,7 @@
 #include "web/webclient.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/systemtexts.h"
 #include "web/cookiesjar.h"
 
 #include <services/services.h>
@@ -154,7 +155,7 @@ void TestWebClient::getSendsTheStandardHeadersOnly()
     QCOMPARE(headerLines(request),
              (QByteArrayList{"Host: " + host, "User-Agent: VarloSoft User Agent v1.0", "Accept: */*",
                              "Cache-control: no-cache", "Pragma: no-cache", "Accept-Encoding: deflate",
-                             "Connection: Keep-Alive", "Accept-Language: en,*"}));
+                             "Connection: Keep-Alive", "Accept-Language: " + TestSupport::acceptLanguage()}));
 }
 
 void TestWebClient::postSendsBodyAndContentType()
