@@ -2,6 +2,7 @@
 
 #include "tests/support/applicationfile.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/systemtexts.h"
 
 #include <QtTest>
 
@@ -44,8 +45,8 @@ void TestAddressFiles::missingDefaultServerFileIsLogged()
     const ApplicationFile file(DefaultServerFile);
     MessageLog log;
     QCOMPARE(NelvoPlugin::readDefaultServer(), QString());
-    QCOMPARE(log.warnings(),
-             QStringList{QStringLiteral("open file  %1 failed: No such file or directory").arg(file.path())});
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("open file  %1 failed: %2")
+                                             .arg(file.path(), TestSupport::openError(file.path()))});
 }
 
 void TestAddressFiles::damagedDefaultServerFileIsLogged()

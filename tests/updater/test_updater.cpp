@@ -2,6 +2,7 @@
 
 #include "tests/support/applicationfile.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/systemtexts.h"
 
 #include <services/services.h>
 
@@ -363,9 +364,9 @@ void TestUpdater::settingsServeWithoutAConfigurationFile()
     settings.sync();
     m_config->remove();
     QCOMPARE(CUpdater().localVersion(), QStringLiteral("3.0"));
-    QCOMPARE(
-        m_log->warnings(),
-        QStringList{QStringLiteral("open file  %1 failed: No such file or directory").arg(m_config->path())});
+    QCOMPARE(m_log->warnings(),
+             QStringList{QStringLiteral("open file  %1 failed: %2")
+                             .arg(m_config->path(), TestSupport::openError(m_config->path()))});
     QVERIFY(!m_config->exists());
 }
 
