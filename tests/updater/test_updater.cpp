@@ -416,6 +416,8 @@ void TestUpdater::numericPartOfAVersionCounts()
 void TestUpdater::newReleaseIsTold()
 {
     // What the GBK bytes read as on a system with another code page.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    const auto system = qScopeGuard([] { QTextCodec::setCodecForLocale(nullptr); });
     const QString found = QString::fromUtf8("\xB7\xA2\xCF\xD6\xD0\xC2\xB0\xE6\xB1\xBE ") + "1.0.1";
     CUpdater updater;
     Events events(updater);
