@@ -19,14 +19,19 @@ using Damage = ZipArchive::Entry::Damage;
 
 namespace {
 
-//! Makes the system's code page GBK while it lives, as it is in production. Qt takes UTF-8 on other systems,
-//! whatever their locale.
+//! Makes the system's code page GBK while it lives, as it is in production. Otherwise it is UTF-8 here.
 class GbkSystem
 {
 public:
-    GbkSystem() { QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK")); }
-    ~GbkSystem() { QTextCodec::setCodecForLocale(nullptr); }
+    GbkSystem() : m_before(QTextCodec::codecForLocale())
+    {
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("GBK"));
+    }
+    ~GbkSystem() { QTextCodec::setCodecForLocale(m_before); }
     Q_DISABLE_COPY(GbkSystem)
+
+private:
+    QTextCodec* m_before;
 };
 
 QByteArray gbk(const QString& text)
@@ -105,12 +110,15 @@ class TestUnzipPackage : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanup();
 
     void filesComeWithTheirDirectories();
     void directoryEntriesLeaveNothing();
     void earlierContentIsWiped();
+    void fileInUseDoesNotStopTheUnpacking();
+    void fileInUseIsOverwritten();
     void directoryIsCreatedWithItsParents();
     void largeEntryComesWhole();
     void chineseNamesOnAGbkSystem();
@@ -140,12 +148,19 @@ private:
     bool unpack(const QByteArray& package);
     bool unpack(const ZipArchive& archive) { return unpack(archive.bytes()); }
     Tree unpacked() const { return treeOf(m_dest); }
+    //! Whether a file that is open can't be removed here.
+    bool keepsOpenFiles() const;
 
     std::unique_ptr<GbkSystem> m_system;
     std::unique_ptr<QTemporaryDir> m_dir;
     QString m_package;
     QString m_dest;
 };
+
+void TestUnzipPackage::initTestCase()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
 
 void TestUnzipPackage::init()
 {
@@ -169,6 +184,14 @@ bool TestUnzipPackage::unpack(const QByteArray& package)
         qFatal("cannot write the package");
     file.close();
     return unzipPackage(m_package, m_dest);
+}
+
+bool TestUnzipPackage::keepsOpenFiles() const
+{
+    QFile open(m_dir->filePath(QStringLiteral("open")));
+    if (!open.open(QIODevice::WriteOnly))
+        qFatal("cannot write a file");
+    return !QFile::remove(open.fileName());
 }
 
 void TestUnzipPackage::filesComeWithTheirDirectories()
@@ -203,10 +226,45 @@ void TestUnzipPackage::earlierContentIsWiped()
     QVERIFY(QDir().mkpath(m_dest + "/old/deep"));
     QFile left(m_dest + "/old/file");
     QVERIFY(left.open(QIODevice::WriteOnly));
+    left.close();
     ZipArchive archive;
     archive.add("new", "1");
     QVERIFY(unpack(archive));
     QCOMPARE(unpacked(), (Tree{{"new", "1"}}));
+}
+
+//! Some systems keep a file as long as somebody has it open. Everything else goes, and comes, all the same.
+void TestUnzipPackage::fileInUseDoesNotStopTheUnpacking()
+{
+    QVERIFY(QDir().mkpath(m_dest + "/old/deep"));
+    QFile used(m_dest + "/old/used");
+    QVERIFY(used.open(QIODevice::ReadWrite));
+    const Tree kept = keepsOpenFiles() ? Tree{{"old/", {}}, {"old/used", {}}} : Tree{};
+    ZipArchive archive;
+    archive.add("new", "1");
+    QVERIFY(unpack(archive));
+    Tree expected = kept;
+    expected.insert("new", "1");
+    QCOMPARE(unpacked(), expected);
+    QVERIFY(!unpack(QByteArray("no package")));
+    QCOMPARE(unpacked(), kept);
+    QCOMPARE(QFileInfo::exists(m_dest), !kept.isEmpty());
+
+    used.close();
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"new", "1"}}));
+}
+
+void TestUnzipPackage::fileInUseIsOverwritten()
+{
+    QVERIFY(QDir().mkpath(m_dest));
+    QFile used(m_dest + "/used");
+    QVERIFY(used.open(QIODevice::ReadWrite));
+    ZipArchive archive;
+    archive.add("used", "new");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"used", "new"}}));
+    QCOMPARE(used.readAll(), QByteArray(keepsOpenFiles() ? "new" : ""));
 }
 
 void TestUnzipPackage::directoryIsCreatedWithItsParents()
