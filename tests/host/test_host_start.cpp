@@ -1,3 +1,5 @@
+#include "tests/support/systemtexts.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -57,8 +59,11 @@ public:
         process.start(path(QFileInfo(program).fileName()), arguments);
         if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
             qFatal("the host did not end: %s", qPrintable(process.errorString()));
-        return {process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
-                QString::fromLocal8Bit(process.readAllStandardError())};
+        const auto text = [](const QByteArray& output) {
+            return QString::fromLocal8Bit(TestSupport::withPlainLineEnds(output));
+        };
+        return {process.exitCode(), text(process.readAllStandardOutput()),
+                text(process.readAllStandardError())};
     }
 
 private:

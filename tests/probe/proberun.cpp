@@ -1,6 +1,7 @@
 #include "tests/probe/proberun.h"
 
 #include "tests/support/accounts.h"
+#include "tests/support/systemtexts.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -25,8 +26,8 @@ ProbeRun::ProbeRun(const QStringList& arguments, const QString& password)
     if (!program.waitForFinished(PatienceMs) || program.exitStatus() != QProcess::NormalExit)
         qFatal("nelvo-probe: %s", qPrintable(program.errorString()));
     status = program.exitCode();
-    output = program.readAllStandardOutput();
-    error = program.readAllStandardError();
+    output = TestSupport::withPlainLineEnds(program.readAllStandardOutput());
+    error = TestSupport::withPlainLineEnds(program.readAllStandardError());
 }
 
 ProbeRun ProbeRun::withJson(const QString& url, const QString& user, const QStringList& further)
