@@ -171,13 +171,13 @@ void measureTreeMemory(NelvoDevkit::Services& services, const QString& url)
 {
     constexpr int Nodes = 100000;
     services.setReply("GET", TreePath, CannedReply{200, "application/json", treeBody(Nodes), {}});
-    const double before = Bench::statusBytes("VmRSS");
+    const double before = Bench::residentBytes();
     CProjectInfoMgr manager;
     NelvoSDK::OrgTreeNode root;
     manager.ReflushProjOrgInfo(sessionAt(url));
     manager.GetOrgTree(root);
     std::printf("tree of 100,000 nodes, both copies and the reply: %.0f bytes a node at the peak\n",
-                (Bench::statusBytes("VmHWM") - before) / Nodes);
+                (Bench::peakResidentBytes() - before) / Nodes);
 }
 
 void measureTicks(NelvoDevkit::Services& services, const QString& url)
@@ -191,10 +191,10 @@ void measureTicks(NelvoDevkit::Services& services, const QString& url)
     QTimerEvent event(0);
     for (int tick = 0; tick < WarmUp; ++tick)
         QCoreApplication::sendEvent(&manager, &event);
-    const double before = Bench::statusBytes("VmRSS");
+    const double before = Bench::residentBytes();
     for (int tick = 0; tick < Ticks; ++tick)
         QCoreApplication::sendEvent(&manager, &event);
-    const double perTick = (Bench::statusBytes("VmRSS") - before) / Ticks;
+    const double perTick = (Bench::residentBytes() - before) / Ticks;
     std::printf("a tick of the watch keeps %.0f bytes: %.1f MB a day for each refresh\n", perTick,
                 perTick * TicksPerDay / 1e6);
 }

@@ -62,14 +62,14 @@ int downloadHere(const QString& url, const QString& path)
     QEventLoop loop;
     QObject::connect(&downloader, &CDownloader::downloadFinished, &loop, &QEventLoop::quit);
     QObject::connect(&downloader, &CDownloader::downloadError, &loop, [&loop] { loop.exit(1); });
-    const double before = Bench::statusBytes("VmRSS");
+    const double before = Bench::residentBytes();
     int failed = 0;
     const double elapsed = Bench::milliseconds([&] {
         QString error;
         downloader.download(url, path, Gibibyte, error, true);
         failed = loop.exec();
     });
-    std::printf("%f %f\n", elapsed, Bench::statusBytes("VmHWM") - before);
+    std::printf("%f %f\n", elapsed, Bench::peakResidentBytes() - before);
     return failed;
 }
 
@@ -145,7 +145,7 @@ void measureChecksum(const QString& directory)
         if (!right)
             qFatal("wrong checksum");
     }
-    const double growth = Bench::growthDuring("RssAnon", [&] { checkMd5(path, expected); });
+    const double growth = Bench::growthDuring(&Bench::ownBytes, [&] { checkMd5(path, expected); });
     QFile::remove(path);
     Bench::printRatio("MD5 of 1 GiB / md5sum", Bench::median(own), Bench::median(md5sum), "ms", 1.15);
     Bench::printFigure("  growth of the memory that is no mapping", growth / Mebibyte, "MiB", 1);

@@ -1,15 +1,19 @@
 #pragma once
 
-#include <QByteArray>
-
 #include <functional>
 
 namespace Bench {
 
-//! A line of this process's status, such as "VmHWM", in bytes; 0 where the system has no such file.
-double statusBytes(const QByteArray& name);
+// This process's memory, in bytes; 0 where the system doesn't say.
 
-//! How far such a line rises above its present value while `work` runs, as seen every millisecond.
-double growthDuring(const QByteArray& name, const std::function<void()>& work);
+//! What is in the machine's memory now.
+double residentBytes();
+//! The most that there has been of that.
+double peakResidentBytes();
+//! What is this process's own: no file that it maps, and nothing that it shares.
+double ownBytes();
+
+//! How far such a figure rises above its present value while `work` runs, as seen every millisecond.
+double growthDuring(double (*figure)(), const std::function<void()>& work);
 
 } // namespace Bench

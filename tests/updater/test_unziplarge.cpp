@@ -88,9 +88,9 @@ Unpacking unpack(const QString& package, const QString& directory)
     QTimer ticker;
     QObject::connect(&ticker, &QTimer::timeout, [&] {
         seen.longestGap = std::max(seen.longestGap, sinceTheTick.restart());
-        most = std::max(most, Bench::statusBytes("VmRSS"));
+        most = std::max(most, Bench::residentBytes());
     });
-    const double before = Bench::statusBytes("VmRSS");
+    const double before = Bench::residentBytes();
     sinceTheStart.start();
     sinceTheTick.start();
     ticker.start(5);
@@ -142,7 +142,7 @@ void TestUnzipLarge::oneEntryOfAGibibyte()
     // The window is alive: this thread didn't stand still for any large part of it.
     QVERIFY2(seen.longestGap < seen.duration / 3,
              qPrintable(QStringLiteral("%1 ms of %2 ms").arg(seen.longestGap).arg(seen.duration)));
-    QVERIFY(seen.growth > 0 || Bench::statusBytes("VmRSS") == 0);
+    QVERIFY(seen.growth > 0 || Bench::residentBytes() == 0);
     // The entry is in memory once; twice for a moment where what grows has to move.
     QVERIFY2(seen.growth < 2.2 * GiB, qPrintable(QString::number(seen.growth / MiB)));
     qInfo("%lld ms of %lld ms, %.0f MiB", seen.longestGap, seen.duration, seen.growth / MiB);

@@ -1,0 +1,41 @@
+#include "bench/processmemory.h"
+
+#include <QByteArray>
+#include <QFile>
+
+namespace Bench {
+
+namespace {
+
+//! A line of the process's status, which Linux has and other systems may not.
+double statusBytes(const QByteArray& name)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> lines = status.readAll().split('\n');
+    for (const QByteArray& line : lines) {
+        if (line.startsWith(name + ':'))
+            return 1024 * line.mid(name.size() + 1).simplified().split(' ').constFirst().toDouble();
+    }
+    return 0;
+}
+
+} // namespace
+
+double residentBytes()
+{
+    return statusBytes("VmRSS");
+}
+
+double peakResidentBytes()
+{
+    return statusBytes("VmHWM");
+}
+
+double ownBytes()
+{
+    return statusBytes("RssAnon");
+}
+
+} // namespace Bench
