@@ -93,8 +93,12 @@ function(nelvo_test name)
   if("threads" IN_LIST ARG_LABELS)
     add_dependencies(nelvo_thread_tests ${name})
   endif()
-  if(WIN32 AND NOT CMAKE_CROSSCOMPILING)
-    # Libraries are found beside the program and on the path only.
+  # On Windows libraries are found beside the program and on the path only. Wine adds WINEPATH to that: paths
+  # of Windows with semicolons between them, which are escaped here.
+  if(WIN32 AND NELVO_TEST_LAUNCHER MATCHES "wine")
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
+      "WINEPATH=string_prepend:Z:$<TARGET_FILE_DIR:Qt5::Core>\\;;WINEPATH=string_prepend:Z:${NELVO_APP_DIR}\\;")
+  elseif(WIN32 AND NOT CMAKE_CROSSCOMPILING)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
       "PATH=path_list_prepend:$<TARGET_FILE_DIR:Qt5::Core>;PATH=path_list_prepend:${NELVO_APP_DIR}")
   endif()
