@@ -1,8 +1,6 @@
+#include <services/endrequest.h>
 #include <services/seed.h>
 #include <services/services.h>
-
-#include <boost/asio/io_context.hpp>
-#include <boost/asio/signal_set.hpp>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -13,7 +11,6 @@
 #include <QSaveFile>
 #include <QTextStream>
 
-#include <csignal>
 #include <cstdio>
 #include <optional>
 
@@ -65,7 +62,7 @@ Arguments readArguments(const QCoreApplication& application)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Simulates the sign-in, the editor and the update service and the package server on 127.0.0.1.\n"
-        "Runs until SIGINT or SIGTERM."));
+        "Runs until Ctrl+C or SIGTERM."));
     parser.addHelpOption();
     const QString portName = QStringLiteral("port");
     const QString fileName = QStringLiteral("file");
@@ -163,13 +160,11 @@ void printHint(QTextStream& out, const Services& services)
 void run(const Arguments& arguments)
 {
     // Whoever waits for the file must not find that of an earlier run.
-    if (!arguments.readyFile.isEmpty())
-        QFile::remove(arguments.readyFile);
+    QFile stale(arguments.readyFile);
+    if (stale.exists() && !stale.remove())
+        throw Failure{QStringLiteral("can't remove %1: %2").arg(stale.fileName(), stale.errorString())};
 
-    boost::asio::io_context context;
-    boost::asio::signal_set signalSet(context, SIGINT, SIGTERM);
-    signalSet.async_wait([](const boost::system::error_code& /*error*/, int /*signal*/) {});
-
+    NelvoDevkit::EndRequest endRequest;
     QString error;
     const auto seed = NelvoDevkit::loadSeed(arguments.options.seedFile, &error);
     Services services(arguments.options);
@@ -187,7 +182,7 @@ void run(const Arguments& arguments)
     out.flush();
     if (!arguments.readyFile.isEmpty())
         writeFile(arguments.readyFile, readyText(services, arguments.certificateFile));
-    context.run(); // until a signal comes
+    endRequest.wait();
 }
 
 } // namespace

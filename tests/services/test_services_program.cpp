@@ -1,5 +1,7 @@
 #include "clients.h"
+#include "endprogram.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -23,7 +25,7 @@ private Q_SLOTS:
     void ports_areTaken();
     void https_writesTheCertificate();
     void seed_isUsed();
-    void end_comesWithASignal();
+    void end_comesOnRequest();
     void failure_isExplained_data();
     void failure_isExplained();
     void port_thatIsTaken();
@@ -143,14 +145,15 @@ void TestServicesProgram::seed_isUsed()
     QCOMPARE(client.signIn(address("signIn"), "me", "mine").url.path(), QString("/login/success"));
 }
 
-void TestServicesProgram::end_comesWithASignal()
+void TestServicesProgram::end_comesOnRequest()
 {
+    prepareToEnd(*m_program);
     start();
     Client client;
     client.post(address("control") + "/faults?fault=stall", {});
     RawConnection stalled(address("editor"));
     stalled.send("GET /org/heartbeat HTTP/1.1\r\nHost: h\r\n\r\n");
-    m_program->terminate();
+    QVERIFY(askToEnd(*m_program));
     QVERIFY(m_program->waitForFinished(patience));
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program->exitCode(), 0);
@@ -179,6 +182,8 @@ void TestServicesProgram::failure_isExplained_data()
                                          << QByteArray("can't write /nowhere/x.pem: ");
     QTest::newRow("ready file nowhere") << QStringList{"--ready-file", "/nowhere/ready.json"}
                                         << QByteArray("can't write /nowhere/ready.json: ");
+    QTest::newRow("ready file in the way")
+        << QStringList{"--ready-file", QDir::tempPath()} << QByteArray("can't remove ");
     QTest::newRow("stray argument") << QStringList{"8080"} << QByteArray("unknown argument \"8080\"");
     QTest::newRow("unknown option") << QStringList{"--port", "1"} << QByteArray("Unknown option 'port'");
 }
@@ -202,6 +207,7 @@ void TestServicesProgram::port_thatIsTaken()
     QVERIFY(other.listen(QHostAddress::LocalHost));
     QFile stale(file("ready.json"));
     QVERIFY(stale.open(QIODevice::WriteOnly));
+    stale.close();
     m_program->setArguments(
         {"--editor-port", QString::number(other.serverPort()), "--ready-file", stale.fileName()});
     m_program->start();

@@ -1,0 +1,9 @@
+#pragma once
+
+class QProcess;
+
+//! To be called before the start of a program that is asked to end.
+void prepareToEnd(QProcess& program);
+
+//! Asks a program without windows to end: by SIGTERM, or by Ctrl+C on Windows.
+bool askToEnd(QProcess& program);
