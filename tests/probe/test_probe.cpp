@@ -1,5 +1,6 @@
 #include "tests/probe/proberun.h"
 #include "tests/support/accounts.h"
+#include "tests/support/wine.h"
 
 #include <services/services.h>
 
@@ -362,6 +363,9 @@ void TestProbe::whatIsWrongIsTold()
     QFETCH(QStringList, further);
     QFETCH(QString, user);
     change(*m_services);
+    const QVector<NelvoDevkit::FaultRule> faults = m_services->faults();
+    if (!faults.isEmpty() && faults.first().fault == Fault::Reset && TestSupport::isUnderWine())
+        QSKIP(TestSupport::ResetsGoUnnoticed);
     QCOMPARE(probe(further, user), int(ProbeRun::Wrong));
     expect(step, words);
     QCOMPARE(m_run.step(step)["askedDirectly"].toBool(), askedDirectly);

@@ -2,6 +2,7 @@
 
 #include "tests/support/messagelog.h"
 #include "tests/support/systemtexts.h"
+#include "tests/support/wine.h"
 
 #include <services/services.h>
 
@@ -617,6 +618,8 @@ void TestDownloader::errorIsReportedTwice()
     QFETCH(QString, url);
     QFETCH(std::optional<FaultRule>, fault);
     QFETCH(QString, text);
+    if (fault && fault->fault == Fault::Reset && TestSupport::isUnderWine())
+        QSKIP(TestSupport::ResetsGoUnnoticed);
     if (fault) {
         url = m_services.packageUrl(package);
         m_services.addFault(*fault);

@@ -1,0 +1,10 @@
+#include "tests/support/wine.h"
+
+namespace TestSupport {
+
+bool isUnderWine()
+{
+    return false;
+}
+
+} // namespace TestSupport
