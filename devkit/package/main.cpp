@@ -23,7 +23,8 @@ struct Failure {
     QString text;
 };
 
-Arguments readArguments(const QCoreApplication& application)
+//! Nothing if the usage is all that is asked for, which is printed then.
+std::optional<Arguments> readArguments()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -35,11 +36,17 @@ Arguments readArguments(const QCoreApplication& application)
                                  QStringLiteral("Directory that becomes the root of the package."));
     parser.addPositionalArgument(QStringLiteral("package"),
                                  QStringLiteral("File to write, outside of the directory."));
-    parser.process(application);
+    // QCommandLineParser::process would show a message box where there is no console.
+    if (!parser.parse(QCoreApplication::arguments()))
+        throw Failure{parser.errorText()};
+    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"))) {
+        QTextStream(stdout) << parser.helpText();
+        return std::nullopt;
+    }
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() != 2)
         throw Failure{QStringLiteral("it takes a directory and a package; --help tells more")};
-    return {arguments.first(), arguments.last()};
+    return Arguments{arguments.first(), arguments.last()};
 }
 
 QByteArray report(const QString& package, const NelvoDevkit::PackageSummary& summary)
@@ -68,7 +75,8 @@ int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
     try {
-        pack(readArguments(application));
+        if (const auto arguments = readArguments())
+            pack(*arguments);
         return 0;
     } catch (const Failure& failure) {
         QTextStream err(stderr);

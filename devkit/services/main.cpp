@@ -57,7 +57,8 @@ quint16 port(const QCommandLineParser& parser, const QString& option)
     return number;
 }
 
-Arguments readArguments(const QCoreApplication& application)
+//! Nothing if the usage is all that is asked for, which is printed then.
+std::optional<Arguments> readArguments()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -92,16 +93,23 @@ Arguments readArguments(const QCoreApplication& application)
     const QString ready = valueOption(
         parser, QStringLiteral("ready-file"),
         QStringLiteral("Write the addresses there, as JSON, once the services listen."), fileName);
-    parser.process(application);
+    // QCommandLineParser::process would show a message box where there is no console.
+    if (!parser.parse(QCoreApplication::arguments()))
+        throw Failure{parser.errorText()};
+    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"))) {
+        QTextStream(stdout) << parser.helpText();
+        return std::nullopt;
+    }
 
     if (!parser.positionalArguments().isEmpty())
         throw Failure{QStringLiteral("unknown argument \"%1\"").arg(parser.positionalArguments().first())};
     if (parser.isSet(certificate) && !parser.isSet(https))
         throw Failure{QStringLiteral("--certificate-out goes with --https only")};
-    return {{port(parser, signInPort), port(parser, editorPort), port(parser, updatePort),
-             port(parser, packagePort), port(parser, controlPort), parser.value(seed), parser.isSet(https)},
-            parser.value(certificate),
-            parser.value(ready)};
+    return Arguments{{port(parser, signInPort), port(parser, editorPort), port(parser, updatePort),
+                      port(parser, packagePort), port(parser, controlPort), parser.value(seed),
+                      parser.isSet(https)},
+                     parser.value(certificate),
+                     parser.value(ready)};
 }
 
 //! Writes a whole file or nothing.
@@ -191,7 +199,8 @@ int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
     try {
-        run(readArguments(application));
+        if (const auto arguments = readArguments())
+            run(*arguments);
         return 0;
     } catch (const Failure& failure) {
         QTextStream err(stderr);

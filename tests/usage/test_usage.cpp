@@ -1,0 +1,93 @@
+#include <QProcess>
+#include <QtTest>
+
+namespace {
+
+constexpr int PatienceMs = 30000;
+
+} // namespace
+
+//! \brief What the programs of the devkit print where nobody sees a console: a message box would wait for
+//! ever.
+class TestUsage : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void help_data();
+    void help();
+    void unknownOption_data();
+    void unknownOption();
+
+private:
+    //! Its status, or -1 if it doesn't end by itself.
+    int run(const QString& program, const QStringList& arguments);
+
+    QString m_output;
+    QString m_error;
+};
+
+int TestUsage::run(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    const bool ended = process.waitForFinished(PatienceMs) && process.exitStatus() == QProcess::NormalExit;
+    const auto text = [](QByteArray bytes) { return QString::fromUtf8(bytes.replace("\r\n", "\n")); };
+    m_output = text(process.readAllStandardOutput());
+    m_error = text(process.readAllStandardError());
+    return ended ? process.exitCode() : -1;
+}
+
+void TestUsage::help_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char* program, const char* option, const char* text) {
+        QTest::addRow("%s %s", qPrintable(QFileInfo(program).baseName()), option)
+            << program << option << text;
+    };
+    row(NELVO_LAUNCH_PROGRAM, "--help", "--md5 <HEX>");
+    row(NELVO_PACKAGE_PROGRAM, "--help", "  directory  ");
+    row(NELVO_PACKAGE_PROGRAM, "-h", "  directory  ");
+    row(NELVO_PROBE_PROGRAM, "--help", "--update-url <ADDRESS>");
+    row(NELVO_SERVICES_PROGRAM, "--help", "--ready-file <file>");
+    row(NELVO_SERVICES_PROGRAM, "--help-all", "--ready-file <file>");
+}
+
+void TestUsage::help()
+{
+    QFETCH(const QString, program);
+    QFETCH(const QString, option);
+    QFETCH(const QString, text);
+    QCOMPARE(run(program, {option}), 0);
+    QVERIFY2(m_output.startsWith(QStringLiteral("Usage: ") + program), qPrintable(m_output));
+    QVERIFY2(m_output.contains(text), qPrintable(m_output));
+    QCOMPARE(m_error, QString());
+}
+
+void TestUsage::unknownOption_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<int>("status");
+    const auto row = [](const char* program, int status) {
+        QTest::newRow(qPrintable(QFileInfo(program).baseName())) << program << status;
+    };
+    row(NELVO_LAUNCH_PROGRAM, 2);
+    row(NELVO_PACKAGE_PROGRAM, 1);
+    row(NELVO_PROBE_PROGRAM, 2);
+    row(NELVO_SERVICES_PROGRAM, 1);
+}
+
+void TestUsage::unknownOption()
+{
+    QFETCH(const QString, program);
+    QFETCH(const int, status);
+    QCOMPARE(run(program, {QStringLiteral("--colour")}), status);
+    const QString name = QFileInfo(program).baseName();
+    QVERIFY2(m_error.startsWith(name + QStringLiteral(": Unknown option 'colour'.\n")), qPrintable(m_error));
+    QCOMPARE(m_output, QString());
+}
+
+QTEST_GUILESS_MAIN(TestUsage)
+#include "test_usage.moc"
