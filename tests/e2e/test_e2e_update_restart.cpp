@@ -1,9 +1,9 @@
+#include "tests/updater/batchfile.h"
 #include "tests/updater/installation.h"
 #include "tests/updater/releaseserver.h"
 #include "tests/updater/ziparchive.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QtTest>
 
@@ -29,19 +29,15 @@ QString scriptError(const char* page, const char* call)
         .arg(QLatin1String(page), QLatin1String(call));
 }
 
-//! What a file holds by now.
-QByteArray contentOf(const QString& path)
+//! Puts what takes the batch file's place beside the installation, where that is needed. The path of what
+//! runs.
+QString installCover(const Installation& host)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-//! A blank splits the path of the batch file, so something that runs here can take its place: what stands
-//! before the blank. Its path.
-QString installStarter(const Installation& host)
-{
+    const auto script = QStringLiteral(COVER_SCRIPT);
+    if (script.isEmpty())
+        return host.path("cover.bat");
     QString starter = host.root() + QStringLiteral("/with");
-    if (!QFile::copy(QStringLiteral(COVER_SCRIPT), starter) ||
+    if (!QFile::copy(script, starter) ||
         !QFile::setPermissions(starter, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
         qFatal("cannot install the script");
     return starter;
@@ -66,6 +62,9 @@ private Q_SLOTS:
     void killedBatchFileIsNotContinued();
 
 private:
+    //! A package without an editor: the old one is to start again.
+    void offerTexts();
+
     ReleaseServer m_server;
 };
 
@@ -78,6 +77,15 @@ void TestE2eUpdateRestart::initTestCase()
 void TestE2eUpdateRestart::init()
 {
     m_server.reset();
+}
+
+void TestE2eUpdateRestart::offerTexts()
+{
+    ZipArchive archive;
+    archive.add("first.txt", "new");
+    archive.add("qml/Main.qml", "Item {}");
+    archive.add("second.txt", "new");
+    m_server.offer(archive.bytes());
 }
 
 void TestE2eUpdateRestart::wholeUpdate()
@@ -228,34 +236,40 @@ void TestE2eUpdateRestart::killedInTheCoverTheVersionStands()
 
 void TestE2eUpdateRestart::batchFileStartsOnceTheHostIsDone()
 {
-    Installation host(QStringLiteral(UPDATEHOST), QStringLiteral("with blank"));
-    const QString starter = installStarter(host);
+    offerTexts();
+    Installation host(QStringLiteral(UPDATEHOST), QStringLiteral(COVER_HOME));
+    const BatchFile batch(host, installCover(host));
+    host.write("first.txt", "old");
     QVERIFY(host.run(m_server.arguments("update")));
+    QTRY_COMPARE_WITH_TIMEOUT(batch.trace(), QByteArray(COVER_TRACE "\n"), Patience);
     QTRY_VERIFY_WITH_TIMEOUT(!host.exists("NelvoUnCompress"), Patience);
-    QCOMPARE(contentOf(starter + ".started"), QByteArray("blank/cover.bat\n"));
-    QVERIFY(host.content("cover.bat").endsWith("del %0"));
-    QCOMPARE(host.content("NelvoEditor.exe"), QByteArray(200000, 'x'));
+    QCOMPARE(host.content("first.txt"), QByteArray("new"));
     QCOMPARE(host.content("qml/Main.qml"), QByteArray("Item {}"));
+
+    QVERIFY(host.run(m_server.arguments("check")));
+    QVERIFY(host.events().contains("needUpdate 0"));
+    QCOMPARE(host.configVersion(), QStringLiteral("1.0.1"));
 }
 
 void TestE2eUpdateRestart::killedBatchFileIsNotContinued()
 {
-    Installation host(QStringLiteral(UPDATEHOST), QStringLiteral("with blank"));
-    const QString starter = installStarter(host);
-    if (!makeFifo(host.path("qml.gate")))
-        QSKIP("there are no named pipes here");
-    host.start(m_server.arguments("update"));
-    QTRY_COMPARE_WITH_TIMEOUT(contentOf(starter + ".at"), QByteArray("qml\n"), Patience);
-    QVERIFY(host.ends());
-    QCOMPARE(QProcess::execute("kill", {"-KILL", contentOf(starter + ".pid").trimmed()}), 0);
-    QCOMPARE(host.content("NelvoEditor.exe"), QByteArray(200000, 'x'));
-    QVERIFY(!host.exists("qml/Main.qml"));
+    offerTexts();
+    Installation host(QStringLiteral(UPDATEHOST), QStringLiteral(COVER_HOME));
+    const BatchFile batch(host, installCover(host));
+    host.write("second.txt", "old");
+    if (!batch.hold())
+        QSKIP("nothing can hold the batch file here");
+    QVERIFY(host.run(m_server.arguments("update")));
+    QTRY_VERIFY_WITH_TIMEOUT(batch.isHeld(), Patience);
+    QVERIFY(batch.kill());
+    QCOMPARE(host.content("first.txt"), QByteArray("new"));
+    QVERIFY(host.content("second.txt") != "new");
 
     QVERIFY(host.run(m_server.arguments("check")));
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.state(), 0);
-    QVERIFY(!host.exists("qml/Main.qml"));
-    QVERIFY(host.exists("NelvoUnCompress/qml/Main.qml"));
+    QVERIFY(host.content("second.txt") != "new");
+    QCOMPARE(host.content("NelvoUnCompress/second.txt"), QByteArray("new"));
 }
 
 QTEST_GUILESS_MAIN(TestE2eUpdateRestart)

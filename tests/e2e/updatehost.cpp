@@ -5,7 +5,8 @@
 //! the last one that it takes. It clicks the pages' buttons as a person does and makes the calls that are
 //! left to a host. Every signal and every log line goes to the standard output as it comes, with the page
 //! that shows then. After a check it ends, after a download it waits for its end, and after the commitment to
-//! the new version it ends without a word, as a crash does.
+//! the new version it ends without a word, as a crash does. Without arguments, as the batch file starts it,
+//! it leaves NAME.started beside itself and ends.
 
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
@@ -14,6 +15,7 @@
 #include <NelvoSDK/ILoginMgr.h>
 
 #include <QGuiApplication>
+#include <QSaveFile>
 #include <QTimer>
 #include <QtTest>
 
@@ -116,13 +118,25 @@ private:
     const QStringList m_arguments;
 };
 
+//! Whoever waits for the file finds it whole.
+int leaveTrace()
+{
+    QSaveFile trace(QCoreApplication::applicationFilePath() + QStringLiteral(".started"));
+    if (!trace.open(QIODevice::WriteOnly))
+        return EXIT_FAILURE;
+    trace.write("started with 0 arguments\n");
+    return trace.commit() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
+    if (QCoreApplication::arguments().size() == 1)
+        return leaveTrace();
     QCoreApplication::setOrganizationName(QStringLiteral("NelvoTests"));
-    QCoreApplication::setApplicationName(QStringLiteral("updatehost"));
+    QCoreApplication::setApplicationName(qEnvironmentVariable("NELVO_TEST_SETTINGS"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
     qInstallMessageHandler(sayMessage);
 

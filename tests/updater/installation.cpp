@@ -1,6 +1,6 @@
 #include "tests/updater/installation.h"
 
-#include <QDir>
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
@@ -10,12 +10,34 @@
 #include <algorithm>
 #include <iterator>
 
-Installation::Installation(const QString& program, const QString& subdirectory)
-    : m_home(m_dir.filePath(subdirectory))
+namespace {
+
+//! The user's settings of the hosts of this program, which has them for itself.
+QSettings settings()
 {
-    if (!m_dir.isValid() || !QDir().mkpath(m_home) || !QFile::copy(program, path("NelvoEditor")))
+    return QSettings(QSettings::NativeFormat, QSettings::UserScope, "NelvoTests",
+                     QCoreApplication::applicationName());
+}
+
+} // namespace
+
+Installation::Installation(const QString& program, const QString& subdirectory, const QString& parent)
+    : m_dir(parent + "/nelvo-XXXXXX"), m_home(m_dir.filePath(subdirectory)), m_program(path("NelvoEditor"))
+{
+    const QString suffix = QFileInfo(program).suffix();
+    if (!suffix.isEmpty())
+        m_program += '.' + suffix;
+    if (!m_dir.isValid() || !QDir().mkpath(m_home) || !QFile::copy(program, m_program))
         qFatal("cannot install the host");
     write("updateConfig.json", R"({"version": "1.0.0", "other": true})");
+    // Where settings are files, the hosts have them in here, too.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_dir.filePath("config"));
+    settings().clear();
+}
+
+Installation::~Installation()
+{
+    settings().clear();
 }
 
 QByteArray Installation::content(const QString& name) const
@@ -64,9 +86,7 @@ QString Installation::configVersion() const
 
 QString Installation::settingsVersion() const
 {
-    return QSettings(m_dir.filePath("config/NelvoTests/updatehost.conf"), QSettings::IniFormat)
-        .value("version")
-        .toString();
+    return settings().value("version").toString();
 }
 
 void Installation::start(const QStringList& arguments)
@@ -74,9 +94,10 @@ void Installation::start(const QStringList& arguments)
     m_output.clear();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_CONFIG_HOME", m_dir.filePath("config"));
+    environment.insert("NELVO_TEST_SETTINGS", QCoreApplication::applicationName());
     m_process.setProcessEnvironment(environment);
     m_process.setWorkingDirectory(root());
-    m_process.start(path("NelvoEditor"), arguments);
+    m_process.start(m_program, arguments);
 }
 
 bool Installation::run(const QStringList& arguments)
@@ -131,9 +152,9 @@ QString Installation::recordsAt(const QString& event) const
 
 QStringList Installation::column(int index) const
 {
-    const QRegularExpression place(R"( updater/updater\.cpp \d+ )");
+    const QRegularExpression place(R"( \S*updater[/\\]updater\.cpp \d+ )");
     QStringList texts;
-    QStringList lines = QString::fromUtf8(m_output).split('\n');
+    QStringList lines = QString::fromUtf8(m_output).remove('\r').split('\n');
     lines.removeLast(); // not complete yet
     for (const QString& line : qAsConst(lines))
         texts.append(line.section('\t', index, index).replace(place, QStringLiteral(" > ")));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDir>
 #include <QJsonObject>
 #include <QProcess>
 #include <QString>
@@ -17,8 +18,15 @@ public:
     //! Milliseconds to wait for what must come.
     static constexpr int Patience = 60000;
 
-    //! Installs a copy of the program.
-    explicit Installation(const QString& program, const QString& subdirectory = QStringLiteral("app"));
+    //! A subdirectory whose path has no blank, so that the batch file can be started there.
+    inline static const QString WithoutBlank = QStringLiteral("app");
+
+    //! Installs a copy of the program, in a directory of its own below `parent`. By default the batch file
+    //! can't be started, and what it would use up stays.
+    explicit Installation(const QString& program, const QString& subdirectory = QStringLiteral("an app"),
+                          const QString& parent = QDir::tempPath());
+    ~Installation();
+    Q_DISABLE_COPY(Installation)
 
     QString path(const QString& name) const { return m_home + QLatin1Char('/') + name; }
     //! The directory that holds the subdirectory and the user's settings.
@@ -47,6 +55,8 @@ public:
     bool reaches(const QString& event);
     //! Ends it without a word, as a crash does.
     void kill();
+    //! What was started has printed so far.
+    const QByteArray& output() const { return m_output; }
     bool runs() const { return m_process.state() == QProcess::Running; }
 
     //! What happened in it, in order.
@@ -62,6 +72,7 @@ private:
 
     QTemporaryDir m_dir;
     QString m_home;
+    QString m_program;
     QProcess m_process;
     QByteArray m_output;
 };

@@ -1,3 +1,4 @@
+#include "tests/updater/batchfile.h"
 #include "tests/updater/installation.h"
 #include "tests/updater/releaseserver.h"
 #include "tests/updater/ziparchive.h"
@@ -13,6 +14,12 @@ namespace {
 constexpr int Patience = Installation::Patience;
 
 const auto Farewell = QStringLiteral("稍后将自动重启,请等待");
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 } // namespace
 
@@ -34,6 +41,7 @@ private Q_SLOTS:
     void historyGrows();
     void coverGoesOnWithoutAHistory();
     void batchFileIsStarted();
+    void batchFileReplacesTheInstallation();
     void blankInThePathKeepsTheBatchFileFromStarting();
     void missingBatchResourceGivesAnEmptyBatchFile();
     void unwritableBatchFileDoesNotKeepTheHost();
@@ -215,28 +223,59 @@ void TestCover::coverGoesOnWithoutAHistory()
 
 void TestCover::batchFileIsStarted()
 {
-    Installation host(QStringLiteral(UPDATEHOST_SCRIPT));
+    Installation host(QStringLiteral(UPDATEHOST_RUNNABLE), Installation::WithoutBlank);
+    const BatchFile batch(host, host.path("cover.bat"));
     host.makeBatchFileStartable();
     QVERIFY(host.run({"cover"}));
-    QTRY_COMPARE_WITH_TIMEOUT(host.content("cover.bat.started"), QByteArray("started with 0 arguments\n"),
-                              Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(batch.trace(), QByteArray("started with 0 arguments\n"), Patience);
+}
+
+void TestCover::batchFileReplacesTheInstallation()
+{
+    const QByteArray program = contentOf(QStringLiteral(UPDATEHOST_RUNNABLE));
+    ZipArchive archive;
+    archive.add("first.txt", "new");
+    archive.add("NelvoEditor.exe", program);
+    archive.add("NelvoUpdateLog.txt", "the package's");
+    archive.add("qml/Main.qml", "Item {}");
+    archive.add("updateConfig.json", R"({"version": "9.9"})");
+    m_server.offer(archive.bytes());
+    Installation host(QStringLiteral(UPDATEHOST_RUNNABLE), Installation::WithoutBlank);
+    const BatchFile batch(host, host.path("cover.bat"));
+    host.makeBatchFileStartable();
+    host.write("first.txt", "old");
+    host.write("kept.txt", "old");
+    QVERIFY(host.run(updateArguments()));
+    QTRY_VERIFY_WITH_TIMEOUT(!host.exists("cover.bat"), Patience);
+    QTRY_COMPARE_WITH_TIMEOUT(batch.trace(), QByteArray("started with 0 arguments\n"), Patience);
+    QVERIFY(!host.exists("NelvoUnCompress"));
+    QCOMPARE(host.content("first.txt"), QByteArray("new"));
+    QCOMPARE(host.content("kept.txt"), QByteArray("old"));
+    QCOMPARE(host.content("qml/Main.qml"), QByteArray("Item {}"));
+    QVERIFY(host.content("NelvoEditor.exe") == program);
+    QCOMPARE(host.configVersion(), QStringLiteral("1.0.1"));
+    QVERIFY(host.content("NelvoUpdateLog.txt").contains("1.0.1"));
+    QCOMPARE(host.state(), 0);
+
+    // The new host is the one that looks for the next release.
+    QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
+    QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.1"}));
 }
 
 void TestCover::blankInThePathKeepsTheBatchFileFromStarting()
 {
-    Installation host(QStringLiteral(UPDATEHOST_SCRIPT), QStringLiteral("with blank"));
+    Installation host(QStringLiteral(UPDATEHOST_RUNNABLE), QStringLiteral("with blank"));
+    const BatchFile batch(host, host.path("cover.bat"));
     host.makeBatchFileStartable();
     // What is started instead is what stands before the blank.
-    const QString before = host.root() + QStringLiteral("/with");
-    QVERIFY(QFile::copy(QStringLiteral(SCRIPT), before));
+    const QString before = host.root() + QStringLiteral("/" BEFORE_BLANK_NAME);
+    QVERIFY(QFile::copy(QStringLiteral(BEFORE_BLANK), before));
     QVERIFY(QFile::setPermissions(before, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     QVERIFY(host.run({"cover"}));
-    QFile started(before + QStringLiteral(".started"));
-    QTRY_VERIFY_WITH_TIMEOUT(started.size() > 0, Patience);
-    QVERIFY(started.open(QIODevice::ReadOnly));
-    QCOMPARE(started.readAll(), QByteArray("started with 1 arguments\n"));
-    QVERIFY(!host.exists("cover.bat.started"));
-    QVERIFY(host.content("cover.bat").startsWith("#!/bin/sh"));
+    QTRY_COMPARE_WITH_TIMEOUT(contentOf(before + QStringLiteral(".started")),
+                              QByteArray("started with 1 arguments\n"), Patience);
+    QCOMPARE(batch.trace(), QByteArray());
+    QCOMPARE(host.content("cover.bat"), contentOf(QStringLiteral(BATCH_FILE)));
 }
 
 void TestCover::missingBatchResourceGivesAnEmptyBatchFile()
@@ -375,43 +414,43 @@ void TestCover::killedBehindTheCommitmentNothingIsUnderWay()
 
 void TestCover::killedBatchFileIsNotContinued()
 {
+    const QStringList names{"first.txt", "second.txt", "third.txt"};
     ZipArchive archive;
-    archive.add("a first", "new");
-    archive.add("b held", "new");
-    archive.add("c last", "new");
+    for (const QString& name : names)
+        archive.add(name.toLatin1(), "new");
     m_server.offer(archive.bytes());
-    Installation host(QStringLiteral(UPDATEHOST_SCRIPT));
+    Installation host(QStringLiteral(UPDATEHOST_RUNNABLE), Installation::WithoutBlank);
+    const BatchFile batch(host, host.path("cover.bat"));
     host.makeBatchFileStartable();
-    for (const char* name : {"a first", "b held", "c last"})
+    for (const QString& name : names)
         host.write(name, "old");
-    // A pipe that nobody opens holds the script at the second file.
-    if (!makeFifo(host.path("b held.gate")))
-        QSKIP("there are no named pipes here");
+    if (!batch.hold())
+        QSKIP("nothing can hold the batch file here");
     QVERIFY(host.run(updateArguments()));
-    QTRY_COMPARE_WITH_TIMEOUT(host.content("cover.bat.at"), QByteArray("b held\n"), Patience);
-    QCOMPARE(QProcess::execute("kill", {"-KILL", host.content("cover.bat.pid").trimmed()}), 0);
-    QCOMPARE(host.content("a first"), QByteArray("new"));
-    QCOMPARE(host.content("b held"), QByteArray("old"));
-    QCOMPARE(host.content("c last"), QByteArray("old"));
+    QTRY_VERIFY_WITH_TIMEOUT(batch.isHeld(), Patience);
+    QVERIFY(batch.kill());
+    QCOMPARE(host.content("first.txt"), QByteArray("new"));
+    QVERIFY(host.content("second.txt") != "new");
+    QCOMPARE(host.content("third.txt"), QByteArray("old"));
 
     // The version on record is the new one, so nothing puts the mix right.
     m_server.clearRequests();
     QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
     QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.1"}));
     QCOMPARE(host.state(), 0);
-    QVERIFY(host.exists("NelvoUnCompress/c last"));
-    QCOMPARE(host.content("c last"), QByteArray("old"));
+    QVERIFY(host.exists("NelvoUnCompress/third.txt"));
+    QCOMPARE(host.content("third.txt"), QByteArray("old"));
 
     // The next release fetches its own package and clears away what was left of this one.
-    QVERIFY(QFile::remove(host.path("b held.gate")));
+    batch.letGo();
     ZipArchive next;
-    next.add("a first", "newer");
+    next.add("first.txt", "newer");
     m_server.offer(next.bytes(), QStringLiteral("1.0.2"));
     QVERIFY(host.run(updateArguments()));
     QCOMPARE(m_server.ranges(), QByteArrayList{"bytes=0-"});
     QTRY_VERIFY_WITH_TIMEOUT(!host.exists("NelvoUnCompress"), Patience);
-    QCOMPARE(host.content("a first"), QByteArray("newer"));
-    QCOMPARE(host.content("c last"), QByteArray("old"));
+    QCOMPARE(host.content("first.txt"), QByteArray("newer"));
+    QCOMPARE(host.content("third.txt"), QByteArray("old"));
     QCOMPARE(host.configVersion(), QStringLiteral("1.0.2"));
 }
 

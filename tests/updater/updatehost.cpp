@@ -5,6 +5,9 @@
 //! step before "cover" leads on to the next by itself: a newer release is downloaded, a complete download is
 //! unpacked. Every signal and every log line goes to the standard output as it comes, together with what the
 //! records of the installation hold at that moment.
+//!
+//! With other arguments or none, as the batch file starts it, it leaves NAME.started beside itself, with
+//! their number.
 
 #include "updater/updater.h"
 
@@ -13,10 +16,12 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSaveFile>
 #include <QSettings>
 #include <QTimer>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -53,6 +58,16 @@ void sayMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QSt
     say(QStringLiteral("log %1 %2").arg(type).arg(text));
 }
 
+//! Whoever waits for the file finds it whole.
+int leaveTrace(int arguments)
+{
+    QSaveFile trace(QCoreApplication::applicationFilePath() + QStringLiteral(".started"));
+    if (!trace.open(QIODevice::WriteOnly))
+        return EXIT_FAILURE;
+    trace.write("started with " + QByteArray::number(arguments) + " arguments\n");
+    return trace.commit() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 void saySignals(CUpdater& updater)
 {
     QObject::connect(&updater, &CUpdater::needUpdate,
@@ -72,13 +87,15 @@ int main(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("NelvoTests"));
-    QCoreApplication::setApplicationName(QStringLiteral("updatehost"));
+    QCoreApplication::setApplicationName(qEnvironmentVariable("NELVO_TEST_SETTINGS"));
+    const QStringList arguments = QCoreApplication::arguments();
+    const QString step = arguments.value(1);
+    if (!QStringList{"version", "check", "download", "upgrade", "cover"}.contains(step))
+        return leaveTrace(arguments.size() - 1);
     qInstallMessageHandler(sayMessage);
 
     CUpdater updater;
     saySignals(updater);
-    const QStringList arguments = QCoreApplication::arguments();
-    const QString step = arguments.value(1);
     const auto start = [&] {
         if (arguments.size() == 5)
             updater.checkVersion(arguments[2], arguments[3], arguments[4]);

@@ -1,0 +1,43 @@
+#include "tests/updater/batchfile.h"
+
+#include <QFile>
+
+namespace {
+
+const auto Gate = QStringLiteral("second.txt.gate");
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+QByteArray BatchFile::trace() const
+{
+    return contentOf(m_script + QStringLiteral(".started"));
+}
+
+bool BatchFile::hold() const
+{
+    // Nobody opens it.
+    return makeFifo(m_host.path(Gate));
+}
+
+bool BatchFile::isHeld() const
+{
+    return contentOf(m_script + QStringLiteral(".at")) == "second.txt\n";
+}
+
+bool BatchFile::kill() const
+{
+    const QByteArray process = contentOf(m_script + QStringLiteral(".pid")).trimmed();
+    return QProcess::execute(QStringLiteral("kill"),
+                             {QStringLiteral("-KILL"), QString::fromLatin1(process)}) == 0;
+}
+
+void BatchFile::letGo() const
+{
+    QFile::remove(m_host.path(Gate));
+}
