@@ -28,10 +28,25 @@ const std::vector<Explanation>& explanations()
         row("^(?:Host|Network) unreachable$",
             "no way leads to the host from here: check network and firewall"),
         row("timed out$", "the connection timed out: check host and port, and the firewall between"),
-        row("^Connection closed$", "the server closed the connection before its reply was complete"),
+        // On Windows that is also what a port without TLS looks like.
+        row("^Connection closed$",
+            "the server closed the connection before its reply was complete; or, by https://, the port does "
+            "not speak TLS"),
+        row("^Unable to write$", "the connection broke off before the whole request was sent"),
+        row("^Permission denied$",
+            "this machine lets no connection out to there: check its firewall and its security software"),
+        row("^The address is not available$",
+            "this machine has no free port for the connection, or the address is none to connect to"),
         row("^SSL handshake failed",
             "no encrypted connection came about: the server's certificate is not trusted here, or the port "
             "does not speak TLS"),
+        row("^Error creating SSL context \\((.*)\\)$", "no encrypted connection came about: Windows could "
+                                                       "not begin one (%1): check which versions of TLS "
+                                                       "it is set to allow"),
+        row("^(?:Failed to query the TLS context|Schannel failed to encrypt data): (.*)$",
+            "the encrypted connection broke down in Windows: %1"),
+        row("^(?:The message was tampered with, damaged or|A message was received) out of sequence\\.$",
+            "what the server sent over the encrypted connection was damaged on its way"),
         row("^TLS initialization failed",
             "the OpenSSL libraries that Qt needs for https:// are missing here"),
         row("^Proxy .*", "the proxy of this machine's settings stands in the way"),
@@ -40,6 +55,14 @@ const std::vector<Explanation>& explanations()
         row("^Insecure redirect", "the server redirects from https:// to http://, which is not followed"),
         row("^Error transferring .* - server replied: *(.*)$", "the server answered with an HTTP error: %1"),
         row("^Protocol \"(.*)\" is unknown$", "addresses that begin with \"%1\" cannot be asked"),
+        // What it says of certificates.
+        row("^The (?:root certificate of the certificate chain|certificate) is self-signed, and untrusted|"
+            "^The root CA certificate is not trusted for this purpose",
+            "a self-signed certificate, or an authority that this machine does not trust"),
+        row("^The issuer certificate (?:of a locally looked up certificate )?could not be found|"
+            "^No certificates could be verified",
+            "an authority that this machine does not know, or the server keeps the certificates between to "
+            "itself"),
         // What the plug-in itself says.
         row("^parse json failed: *(.*)$", "the reply is no JSON: %1"),
         row("^(?:parseLoginArgs failed|query error|evaluateTo error)$",

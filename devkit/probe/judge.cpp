@@ -111,7 +111,9 @@ void Judge::setFailed(Step step, const QString& reason)
     const QString certificateError = askDirectly(exchange->url).certificateError;
     if (certificateError.isEmpty())
         return;
-    m_findings.of(step).words += QStringLiteral(": ") + certificateError;
+    const QString meaning = explain(certificateError);
+    m_findings.of(step).words += QStringLiteral(": ") + certificateError +
+                                 (meaning.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(meaning));
     m_findings.of(step).askedDirectly = true;
 }
 

@@ -394,7 +394,7 @@ void TestProbe::unreachableServers_data()
     QTest::newRow("no such host") << "http://no-such-host.invalid"
                                   << "no host of the name";
     QTest::newRow("no TLS there") << m_services->signInUrl().replace("http:", "https:")
-                                  << "no encrypted connection came about";
+                                  << "the port does not speak TLS";
 }
 
 void TestProbe::unreachableServers()

@@ -55,7 +55,7 @@ void TestProbeWords::textsAreExplained_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("words");
     const auto row = [](const char* text, const char* words) {
-        QTest::newRow(text) << QString::fromUtf8(text) << QString::fromUtf8(words);
+        QTest::addRow("%s: %s", text, words) << QString::fromUtf8(text) << QString::fromUtf8(words);
     };
     row("Host nowhere.invalid not found", "no host of the name nowhere.invalid");
     row("Connection refused", "refused: check host and port");
@@ -63,7 +63,26 @@ void TestProbeWords::textsAreExplained_data()
     row("Host unreachable", "no way leads to the host");
     row("Socket operation timed out", "the connection timed out");
     row("Connection closed", "closed the connection before its reply was complete");
+    row("Connection closed", "by https://, the port does not speak TLS");
+    row("Unable to write", "broke off before the whole request was sent");
+    row("Permission denied", "lets no connection out");
+    row("The address is not available", "has no free port");
     row("SSL handshake failed", "certificate is not trusted here");
+    row("SSL handshake failed", "the port does not speak TLS");
+    row("Error creating SSL context (No cipher suites in common)",
+        "no encrypted connection came about: Windows could not begin one (No cipher suites in common)");
+    row("Failed to query the TLS context: Internal error", "broke down in Windows: Internal error");
+    row("Schannel failed to encrypt data: An internal handle was invalid",
+        "broke down in Windows: An internal handle was invalid");
+    row("The message was tampered with, damaged or out of sequence.", "damaged on its way");
+    row("A message was received out of sequence.", "damaged on its way");
+    row("The certificate is self-signed, and untrusted", "a self-signed certificate, or an authority");
+    row("The root certificate of the certificate chain is self-signed, and untrusted",
+        "an authority that this machine does not trust");
+    row("The root CA certificate is not trusted for this purpose",
+        "a self-signed certificate, or an authority that this machine does not trust");
+    row("The issuer certificate could not be found", "an authority that this machine does not know");
+    row("No certificates could be verified", "keeps the certificates between to itself");
     row("TLS initialization failed", "OpenSSL libraries");
     row("Proxy requires authentication", "the proxy");
     row("Host requires authentication", "asks for HTTP authentication");
