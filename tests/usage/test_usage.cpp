@@ -61,7 +61,8 @@ void TestUsage::help()
     QFETCH(const QString, option);
     QFETCH(const QString, text);
     QCOMPARE(run(program, {option}), 0);
-    QVERIFY2(m_output.startsWith(QStringLiteral("Usage: ") + program), qPrintable(m_output));
+    QVERIFY2(m_output.startsWith(QStringLiteral("Usage: ") + QDir::toNativeSeparators(program)),
+             qPrintable(m_output));
     QVERIFY2(m_output.contains(text), qPrintable(m_output));
     QCOMPARE(m_error, QString());
 }

@@ -186,8 +186,11 @@ import "../elsewhere"
                              '__declspec(dllexport) void own() { std::thread([] { std::string("x").size(); }).join(); }')
         subprocess.run([compiler, "-o", program, "-x", "c++", "-", "-x", "none", library], check=True, text=True,
                        input="__declspec(dllimport) void own();\nint main() { own(); }")
+        self.write("build/CMakeFiles/3.25.1/CMakeCXXCompiler.cmake", f"""\
+set(CMAKE_CXX_COMPILER "{compiler}")
+set(CMAKE_CXX_COMPILER_ARG1 "")
+""")
         self.write("build/CMakeCache.txt", f"""\
-CMAKE_CXX_COMPILER:FILEPATH={compiler}
 CMAKE_OBJDUMP:FILEPATH={objdump}
 Qt5_DIR:PATH={self.qt}/lib/cmake/Qt5
 """)
