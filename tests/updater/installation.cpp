@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QSettings>
+#include <QtTest>
 
 #include <algorithm>
 #include <iterator>
@@ -38,6 +39,9 @@ Installation::Installation(const QString& program, const QString& subdirectory, 
 Installation::~Installation()
 {
     settings().clear();
+    // Windows lets go of the files of a process some time after its end.
+    if (!QTest::qWaitFor([this] { return QDir(root()).removeRecursively(); }))
+        qWarning("%s is left behind", qUtf8Printable(root()));
 }
 
 QByteArray Installation::content(const QString& name) const
@@ -110,7 +114,8 @@ bool Installation::ends()
 {
     const bool ended = m_process.state() == QProcess::NotRunning || m_process.waitForFinished(Patience);
     m_output += m_process.readAllStandardOutput();
-    return ended && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    return ended && m_process.error() != QProcess::FailedToStart &&
+           m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
 }
 
 bool Installation::reaches(const QString& event)
