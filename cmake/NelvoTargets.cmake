@@ -13,6 +13,12 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTORCC ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# What differs between the systems has a source for each of them.
+if(WIN32)
+  set(NELVO_SYSTEM windows)
+else()
+  set(NELVO_SYSTEM posix)
+endif()
 if(WIN32)
   # A library has one name there, whichever compiler makes it.
   set(CMAKE_SHARED_LIBRARY_PREFIX "")

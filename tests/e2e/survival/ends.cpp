@@ -1,6 +1,7 @@
 //! \file
 //! \brief How a process ends.
 
+#include "bench/processmemory.h"
 #include "tests/e2e/survival/scenario.h"
 
 #include <NelvoSDK/IPdsMgr.h>
@@ -11,8 +12,6 @@
 #include <QQmlEngine>
 #include <QTcpServer>
 #include <QtTest>
-
-#include <bench/processmemory.h>
 
 #include <cstdlib>
 #include <optional>
@@ -155,9 +154,9 @@ int thousandTimes(Arguments arguments)
     const QGuiApplication application(arguments.count, arguments.values);
     constexpr int Rounds = 1000;
     initializeAndShutDown(Rounds / 2);
-    const double before = Bench::statusBytes("VmRSS");
+    const double before = Bench::residentBytes();
     initializeAndShutDown(Rounds);
-    const double growth = Bench::statusBytes("VmRSS") - before;
+    const double growth = Bench::residentBytes() - before;
     std::fprintf(stderr, "%.0f bytes in %d rounds\n", growth, Rounds);
     constexpr double KB = 1024;
     require(growth < 128 * KB, "no growth");
