@@ -7,7 +7,7 @@ class QQuickView;
 
 namespace NelvoPlugin {
 
-//! \brief Tells whether a QML window is busy: in a call of one of its pages, or handling an event.
+//! \brief Knows whether a QML window is busy: in a call of one of its pages, or handling an event.
 //!
 //! Qt ends a process in which a page is destroyed while one of its handlers runs, and a window that is about
 //! to close can neither be deleted nor shown again. Whoever wants to do either waits until the window is

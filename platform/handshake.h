@@ -14,8 +14,9 @@ struct NamedEvent;
 // semaphore, and the object of a given name is "/" followed by the name as UTF-8, in which each byte but
 // ASCII letters, digits, "-", ".", "_" and "~" is percent-encoded in upper-case hexadecimal.
 //
-// What is opened here stays open, and mapped, until the process ends: that is meant, and whoever created
-// the objects can remove their names without waiting for it.
+// What is opened here stays open, and mapped, until the process ends, which is intended. On POSIX systems the
+// creator of the objects can remove their names meanwhile; on Windows the names live on until this process
+// ends.
 
 //! Opens a block for writing; null if there is none of that name, or none that may be written.
 SharedMemory* openSharedMemory(const std::wstring& name);

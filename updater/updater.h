@@ -92,7 +92,7 @@ private:
     //! let go, so the new one is refused there; the user starts over.
     void retry();
     void onUnpacked(bool success);
-    //! Emits what tells the page that the new version is on record, and gives it the time to show that.
+    //! Emits the signals that end the progress of the page, and gives the page the time to show them.
     void announceCover();
 
     QVersionNumber m_localVersion;

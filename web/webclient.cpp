@@ -124,7 +124,7 @@ QNetworkAccessManager* sharedNetworkManager()
 
 CCookiesJar* sharedCookieJar()
 {
-    // A manager of its own thread makes it its child, and that one is never destroyed.
+    // The application's manager becomes its parent, and is never destroyed.
     static auto* const jar = ofApplicationThread(new CCookiesJar);
     return jar;
 }

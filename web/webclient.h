@@ -40,7 +40,7 @@ using ReplyHandler = std::function<bool(QByteArray)>;
 //!
 //! The application's thread has one that lives to the end of the process. Any other thread gets one of its
 //! own, which ends with the thread: Qt allows a manager to be used on its own thread only. The `finished`
-//! signal of the application's manager tells of the replies of all of them, each on the thread of its reply.
+//! signal of the application's manager reports the replies of all of them, each on the thread of its reply.
 QNetworkAccessManager* sharedNetworkManager();
 
 //! The process-wide cookie jar. May be used from any thread; lives to the end of the process.

@@ -20,7 +20,8 @@ public:
     //! Creates both, the block filled with zeros. Throws std::system_error, also if there is one of that
     //! name already.
     CallerHandshake(const std::wstring& eventName, const std::wstring& blockName);
-    //! Nobody finds them any more, whether or not the application has them open still.
+    //! Gives both up. On POSIX systems nobody finds them any more; on Windows their names live on as long as
+    //! the application has them open.
     ~CallerHandshake();
     CallerHandshake(const CallerHandshake&) = delete;
     CallerHandshake& operator=(const CallerHandshake&) = delete;

@@ -107,7 +107,7 @@ bool Trace::eventFilter(QObject* receiver, QEvent* event)
         const QMutexLocker locker(&m_mutex);
         if (!m_replies.contains(reply)) {
             begin(*reply);
-            // Directly: replies of other threads are told of on theirs, and may be gone soon after.
+            // A reply of another thread is reported on that thread, and may be deleted soon after.
             connect(reply->manager(), &QNetworkAccessManager::finished, this, &Trace::end,
                     static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::UniqueConnection));
         }

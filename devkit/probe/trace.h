@@ -38,9 +38,9 @@ struct TracedExchange {
 //! \brief While it lives, watches which requests the plug-in makes and what it logs. One at a time.
 //!
 //! A request shows by the first event that its reply gets, which comes with the first news from the server.
-//! One of another thread shows by its end only: the access manager of the GUI thread tells of it, and is
-//! known once it has made a request itself. Watching changes nothing, but that log messages don't go on to
-//! the terminal. GUI thread only; requests and messages may come from any thread.
+//! A request of another thread shows by its end only: the access manager of the GUI thread reports it, once
+//! that manager has made a request itself. Watching changes nothing, but that log messages don't go on to the
+//! terminal. GUI thread only; requests and messages may come from any thread.
 class Trace final : public QObject
 {
 public:

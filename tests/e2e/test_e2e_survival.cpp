@@ -1,8 +1,8 @@
 #include <QProcess>
 #include <QtTest>
 
-//! Hosts that do something rash, each in a process of its own: the process goes on, and ends when and as it
-//! is told to.
+//! Hosts that do something rash, each in a process of its own: the process goes on, and ends with the
+//! status that was asked for.
 class TestE2eSurvival : public QObject
 {
     Q_OBJECT
@@ -69,7 +69,7 @@ void TestE2eSurvival::processEnds_data()
     QList<QByteArray> names{"return after a call",   "exit with the window shown", "exit after SetQmlContext",
                             "exit during a fetch",   "exit during a sign-in",      "two applications",
                             "shutdowns without need"};
-    // A sanitizer keeps what has been freed, so growth means nothing with it.
+    // A sanitizer keeps freed memory, so growth means nothing with it.
     if (!NELVO_SANITIZED)
         names += "a thousand times";
     addRows(names);

@@ -70,7 +70,7 @@ bool BatchFile::kill() const
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(all, &entry); more; more = Process32NextW(all, &entry)) {
         const Handle process = openProcess(entry.th32ProcessID);
-        // First what has started the copy, or it would go on.
+        // The command that started the copy first, or it would go on.
         if (process && programOf(process) == copy)
             return end(openProcess(entry.th32ParentProcessID)) && end(process);
     }
