@@ -241,7 +241,7 @@ QString TestE2eBim::guidOf(const QString& name) const
 
 QStringList TestE2eBim::newWarnings()
 {
-    const QStringList lines = m_log->warnings();
+    QStringList lines = m_log->warnings();
     m_log->clear();
     return lines;
 }

@@ -74,11 +74,11 @@ int exitDuringAFetch(Arguments arguments)
 {
     const QGuiApplication application(arguments.count, arguments.values);
     initialize();
-    application.instance()->setProperty("sdkAddr", silentServer());
+    QCoreApplication::instance()->setProperty("sdkAddr", silentServer());
     E2e::plugin()->GetProjectInfoMgr()->SetPlugin(E2e::plugin());
     E2e::plugin()->GetPdsMgr()->SetPlugin(E2e::plugin());
     E2e::plugin()->GetPdsMgr()->InitBimData();
-    const auto* const server = application.instance()->findChild<QTcpServer*>();
+    const auto* const server = QCoreApplication::instance()->findChild<QTcpServer*>();
     waitUntil([server] { return server->hasPendingConnections(); }, "the list is being fetched");
     exitFromEventLoop();
 }
@@ -88,7 +88,7 @@ int exitDuringASignIn(Arguments arguments)
     const QGuiApplication application(arguments.count, arguments.values);
     initialize();
     const QString address = silentServer();
-    const auto* const server = application.instance()->findChild<QTcpServer*>();
+    const auto* const server = QCoreApplication::instance()->findChild<QTcpServer*>();
     auto* const view = qobject_cast<QQuickView*>(QGuiApplication::topLevelWindows().constFirst());
     auto* const actor = view->rootContext()->contextProperty(QStringLiteral("loginCtrl")).value<QObject*>();
     QTimer::singleShot(0, [server] {

@@ -183,7 +183,7 @@ void addObservers(Scenarios& scenarios)
     const std::map<std::string, Reaction> reactions{{"Shutdown", shutDown}, {"Initialize", initialize}};
     for (const auto& [name, reaction] : reactions) {
         const auto add = [&scenarios, name = name, reaction = reaction](const char* call, auto scenario) {
-            scenarios[name + " in " + call] = [scenario, reaction](Arguments arguments) {
+            scenarios[joined(name, " in ", call)] = [scenario, reaction](Arguments arguments) {
                 return scenario(arguments, reaction);
             };
         };

@@ -9,13 +9,22 @@
 
 namespace Survival {
 
-void require(bool condition, const char* failure)
+std::string joined(std::string first, const std::string& second, const std::string& third)
 {
-    if (condition)
-        return;
+    return first.append(second).append(third);
+}
+
+void fail(const char* failure)
+{
     std::fprintf(stderr, "failed: %s\n", failure);
     std::fflush(stderr);
     std::_Exit(EXIT_FAILURE);
+}
+
+void require(bool condition, const char* failure)
+{
+    if (!condition)
+        fail(failure);
 }
 
 void shutDown()

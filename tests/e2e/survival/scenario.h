@@ -35,7 +35,12 @@ void addObservers(Scenarios& scenarios);
 void addWindowEvents(Scenarios& scenarios);
 void addUpdates(Scenarios& scenarios);
 
-//! Ends the process with another status, and `failure` as the reason, unless `condition` holds.
+//! The name of a scenario of three parts.
+std::string joined(std::string first, const std::string& second, const std::string& third);
+
+//! Ends the process with another status, and `failure` as the reason.
+[[noreturn]] void fail(const char* failure);
+//! The same unless `condition` holds.
 void require(bool condition, const char* failure);
 
 //! What a host does in answer to something.

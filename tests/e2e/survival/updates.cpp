@@ -46,7 +46,7 @@ public:
 
     void check() { E2e::checkVersion(m_services.updateUrl(), m_services.updateToken(), Product); }
     //! Returns when the package is complete, or when the host has reacted.
-    void download()
+    void download() const
     {
         bool isComplete = false;
         const WhenEmitted end(E2e::updater(), SIGNAL(downloadFinished(QString)), [&] { isComplete = true; });
@@ -149,13 +149,13 @@ void addUpdates(Scenarios& scenarios)
     const std::map<std::string, Reaction> reactions{{"Shutdown", shutDown}, {"Initialize", initialize}};
     for (const auto& [name, reaction] : reactions) {
         for (const Signal& row : rows) {
-            scenarios[name + " at " + row.name] = [row, reaction = reaction](Arguments arguments) {
+            scenarios[joined(name, " at ", row.name)] = [row, reaction = reaction](Arguments arguments) {
                 return react(arguments, row.signal, reaction, row.steps);
             };
         }
         for (const auto& [signalName, signal] : commitments) {
-            scenarios[name + " at " + signalName] = [signal = signal,
-                                                     reaction = reaction](Arguments arguments) {
+            scenarios[joined(name, " at ", signalName)] = [signal = signal,
+                                                           reaction = reaction](Arguments arguments) {
                 return reactAtTheCommitment(arguments, signal, reaction);
             };
         }

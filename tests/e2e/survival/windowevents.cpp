@@ -31,7 +31,8 @@ QQuickView& showWindow()
 {
     showLogin();
     QQuickView* const window = E2e::loginWindow();
-    require(window && E2e::activate(window), "the login window shows");
+    if (!window || !E2e::activate(window))
+        fail("the login window shows");
     return *window;
 }
 
@@ -92,8 +93,8 @@ void addWindowEvents(Scenarios& scenarios)
     };
     for (const auto& [reactionName, reaction] : reactions) {
         for (const auto& [closingName, closing] : closings) {
-            scenarios[reactionName + " at " + closingName] = [reaction = reaction,
-                                                              closing = closing](Arguments arguments) {
+            scenarios[joined(reactionName, " at ", closingName)] = [reaction = reaction,
+                                                                    closing = closing](Arguments arguments) {
                 return reactToTheEnd(arguments, closing, reaction);
             };
         }
