@@ -172,7 +172,7 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the unpack at its second entry.
     if (!makeFifo(host.path("held")))
-        QSKIP("no named pipe can stand among the files here");
+        QSKIP("named pipes cannot be created among files on this system");
 
     m_server.stallAfter(70000);
     host.start(m_server.arguments("update"));
@@ -221,7 +221,7 @@ void TestE2eUpdateRestart::killedInTheCoverTheVersionStands()
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the cover at the history.
     if (!makeFifo(host.path("NelvoUpdateLog.txt")))
-        QSKIP("no named pipe can stand among the files here");
+        QSKIP("named pipes cannot be created among files on this system");
     host.start(m_server.arguments("update"));
     QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
     host.kill();

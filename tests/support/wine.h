@@ -7,6 +7,6 @@ bool isUnderWine();
 
 //! Why what begins with a reset is skipped there. A client on Windows learns of a reset, and so does a client
 //! elsewhere of one that the simulator makes under Wine.
-constexpr const char* const ResetsGoUnnoticed = "under Wine 8 a client waits on after some resets";
+constexpr const char* const ResetsGoUnnoticed = "Wine 8 loses some connection resets";
 
 } // namespace TestSupport

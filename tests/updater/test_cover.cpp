@@ -178,7 +178,7 @@ void TestCover::versionIsCommittedBeforeTheState()
     host.writeState(2);
     // A pipe that nobody reads holds the cover at the history, between the two.
     if (!makeFifo(host.path("NelvoUpdateLog.txt")))
-        QSKIP("no named pipe can stand among the files here");
+        QSKIP("named pipes cannot be created among files on this system");
     host.start({"cover"});
     QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
     QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
@@ -370,7 +370,7 @@ void TestCover::killedInTheUnpackItIsUnpackedAnew()
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the unpack at its second entry.
     if (!makeFifo(host.path("held")))
-        QSKIP("no named pipe can stand among the files here");
+        QSKIP("named pipes cannot be created among files on this system");
     host.start(updateArguments());
     QTRY_VERIFY_WITH_TIMEOUT(host.exists("NelvoUnCompress/first"), Patience);
     host.kill();
@@ -390,7 +390,7 @@ void TestCover::killedInTheCoverTheVersionStands()
 {
     Installation host(QStringLiteral(UPDATEHOST));
     if (!makeFifo(host.path("NelvoUpdateLog.txt")))
-        QSKIP("no named pipe can stand among the files here");
+        QSKIP("named pipes cannot be created among files on this system");
     host.start(updateArguments());
     QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
     host.kill();
