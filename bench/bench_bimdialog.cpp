@@ -2,8 +2,8 @@
 #include "tests/bim/pdsstandins.h"
 #include "tests/e2e/bimscene.h"
 #include "tests/e2e/pluginhost.h"
-#include "tests/e2e/userinput.h"
 #include "tests/support/messagelog.h"
+#include "userinput/userinput.h"
 
 #include <services/services.h>
 
@@ -101,7 +101,7 @@ private:
         return static_cast<double>(timer.nsecsElapsed()) / 1e6;
     }
 
-    QQuickItem* view() { return E2e::findItem(m_scene.window(), QStringLiteral("searchView")); }
+    QQuickItem* view() { return UserInput::findItem(m_scene.window(), QStringLiteral("searchView")); }
 
     void open() { manager().OpenBimDialog(); }
 

@@ -83,6 +83,19 @@ endfunction()
 # What `make tsan` builds: the tests labelled "threads".
 add_custom_target(nelvo_thread_tests)
 
+# nelvo_find_libraries(test): lets the programs of a test find Qt and the libraries of the build. On Windows
+# libraries are found beside the program and on the path only. Wine adds WINEPATH to that: paths of Windows with
+# semicolons between them, which are escaped here.
+function(nelvo_find_libraries name)
+  if(WIN32 AND NELVO_TEST_LAUNCHER MATCHES "wine")
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
+      "WINEPATH=string_prepend:Z:$<TARGET_FILE_DIR:Qt5::Core>\\;;WINEPATH=string_prepend:Z:${NELVO_APP_DIR}\\;")
+  elseif(WIN32 AND NOT CMAKE_CROSSCOMPILING)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
+      "PATH=path_list_prepend:$<TARGET_FILE_DIR:Qt5::Core>;PATH=path_list_prepend:${NELVO_APP_DIR}")
+  endif()
+endfunction()
+
 # nelvo_test(name [LABELS ...] SOURCES ... LINK ...): a test program and its entry in CTest. Each program
 # has a directory of its own, since files beside the executable are part of what is tested.
 function(nelvo_test name)
@@ -99,13 +112,5 @@ function(nelvo_test name)
   if("threads" IN_LIST ARG_LABELS)
     add_dependencies(nelvo_thread_tests ${name})
   endif()
-  # On Windows libraries are found beside the program and on the path only. Wine adds WINEPATH to that: paths
-  # of Windows with semicolons between them, which are escaped here.
-  if(WIN32 AND NELVO_TEST_LAUNCHER MATCHES "wine")
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
-      "WINEPATH=string_prepend:Z:$<TARGET_FILE_DIR:Qt5::Core>\\;;WINEPATH=string_prepend:Z:${NELVO_APP_DIR}\\;")
-  elseif(WIN32 AND NOT CMAKE_CROSSCOMPILING)
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
-      "PATH=path_list_prepend:$<TARGET_FILE_DIR:Qt5::Core>;PATH=path_list_prepend:${NELVO_APP_DIR}")
-  endif()
+  nelvo_find_libraries(${name})
 endfunction()

@@ -1,4 +1,3 @@
-#include "host/commandlinetour.h"
 #include "host/editor.h"
 #include "host/hostoptions.h"
 #include "host/hostsettings.h"
@@ -7,8 +6,6 @@
 #include "host/messagecapture.h"
 #include "host/modeldatabase.h"
 #include "host/pluginlibrary.h"
-#include "host/signinalone.h"
-#include "host/tour.h"
 #include "host/webchannelserver.h"
 
 #include <QFileInfo>
@@ -159,12 +156,6 @@ int run()
     QTimer::singleShot(0, &editor, [&] {
         start(editor);
         checkUpdates(editor, options.updateCheck);
-        if (!options.tourDirectory.isEmpty())
-            runTour(options);
-        else if (!options.account.isEmpty())
-            signInAlone(options.account);
-        else if (qEnvironmentVariableIsSet(CommandLineTourVariable))
-            runCommandLineTour(qEnvironmentVariable(CommandLineTourVariable));
     });
     const int status = QGuiApplication::exec();
     editor.models()->destroyDialog();

@@ -4,11 +4,12 @@
 #include "docs/snippets/models.h"
 #include "docs/snippets/projects.h"
 #include "docs/snippets/update.h"
+#include "tests/e2e/loginform.h"
 #include "tests/e2e/updatepages.h"
-#include "tests/e2e/userinput.h"
 #include "tests/support/accounts.h"
 #include "tests/support/applicationfile.h"
 #include "tests/support/messagelog.h"
+#include "userinput/userinput.h"
 
 #include <services/services.h>
 
@@ -114,7 +115,7 @@ void TestSnippets::cleanup()
 bool TestSnippets::sendForm() const
 {
     const auto isShown = [] { return E2e::loginWindow() && E2e::loginWindow()->isVisible(); };
-    if (!QTest::qWaitFor(isShown, WaitMilliseconds) || !E2e::activate(E2e::loginWindow()))
+    if (!QTest::qWaitFor(isShown, WaitMilliseconds) || !UserInput::activate(E2e::loginWindow()))
         return false;
     E2e::submitForm(E2e::loginWindow(), User, TestSupport::passwordOf(User), m_services->signInUrl());
     return true;
@@ -243,17 +244,17 @@ void TestSnippets::dialogHandsAModelOver()
     m_plugin->GetPdsMgr()->InitBimData();
     m_plugin->GetPdsMgr()->OpenBimDialog();
 
-    const auto button = [&window] { return E2e::findItem(&window, QStringLiteral("downloadButton")); };
+    const auto button = [&window] { return UserInput::findItem(&window, QStringLiteral("downloadButton")); };
     QTRY_VERIFY_WITH_TIMEOUT(button(), WaitMilliseconds);
-    E2e::click(&window, button());
+    UserInput::click(button());
     QTRY_COMPARE(imports.size(), 1);
     const NelvoDevkit::BimModel first = m_services->bimModels(Enterprise).constFirst();
     QCOMPARE(imports.constFirst(), (QVariantList{first.guid, first.name}));
-    E2e::click(&window, button());
-    QTRY_COMPARE(E2e::findItem(&window, QStringLiteral("errorText"))->property("text").toString(),
+    UserInput::click(button());
+    QTRY_COMPARE(UserInput::findItem(&window, QStringLiteral("errorText"))->property("text").toString(),
                  QStringLiteral("BIM工程不能重复导入"));
     QCOMPARE(imports.size(), 1);
-    E2e::click(&window, E2e::findItem(&window, QStringLiteral("outlineButton")));
+    UserInput::click(UserInput::findItem(&window, QStringLiteral("outlineButton")));
     QTRY_COMPARE(outlines.size(), 1);
     QCOMPARE(outlines.constFirst(), (QVariantList{first.guid, false}));
 }
@@ -334,14 +335,14 @@ void TestSnippets::updatePageShowsAfterTheSignIn()
     QCOMPARE(E2e::shownPage(), QStringLiteral("updateComp"));
     QVERIFY(!E2e::loginWindow()->isVisible());
     E2e::loginWindow()->show();
-    QVERIFY(E2e::activate(E2e::loginWindow()));
+    QVERIFY(UserInput::activate(E2e::loginWindow()));
     QSignalSpy downloaded(&update, &Snippets::Update::downloaded);
-    E2e::click(E2e::loginWindow(), E2e::findItem(E2e::loginWindow(), QStringLiteral("upgradeButton")));
+    UserInput::click(UserInput::findItem(E2e::loginWindow(), QStringLiteral("upgradeButton")));
     QTRY_COMPARE(E2e::shownPage(), QStringLiteral("downloadComp"));
     // Nothing has begun but the page; the host begins the download.
     update.download();
     QTRY_COMPARE_WITH_TIMEOUT(downloaded.size(), 1, WaitMilliseconds);
-    QTRY_VERIFY(E2e::findItem(E2e::loginWindow(), QStringLiteral("installButton"))->isEnabled());
+    QTRY_VERIFY(UserInput::findItem(E2e::loginWindow(), QStringLiteral("installButton"))->isEnabled());
 }
 
 QTEST_MAIN(TestSnippets)

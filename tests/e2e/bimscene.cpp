@@ -1,7 +1,7 @@
 #include "tests/e2e/bimscene.h"
 
 #include "tests/e2e/pluginhost.h"
-#include "tests/e2e/userinput.h"
+#include "userinput/userinput.h"
 
 #include <NelvoSDK/IPdsMgr.h>
 
@@ -22,7 +22,7 @@ constexpr int WaitMilliseconds = 20000;
 //! The item of that name below `root`, if it shows.
 QQuickItem* below(QQuickItem* root, const QString& name)
 {
-    const QVector<QQuickItem*> found = findItems(root, name);
+    const QVector<QQuickItem*> found = UserInput::findItems(root, name);
     return found.isEmpty() ? nullptr : found.constFirst();
 }
 
@@ -65,7 +65,7 @@ BimScene::BimScene(ImportControl& control) : m_place(new QQuickItem)
 bool BimScene::show()
 {
     m_window.show();
-    if (!QTest::qWaitForWindowExposed(&m_window) || !activate(&m_window))
+    if (!QTest::qWaitForWindowExposed(&m_window) || !UserInput::activate(&m_window))
         return false;
     QTest::mouseMove(&m_window, BesideTheDialog);
     return true;
@@ -141,7 +141,7 @@ QStringList BimScene::scrollThroughRows()
 
 void BimScene::clickPart(const QString& name)
 {
-    click(&m_window, part(name));
+    UserInput::click(part(name));
 }
 
 void BimScene::clickInRow(const QString& row, const QString& button)
@@ -151,13 +151,13 @@ void BimScene::clickInRow(const QString& row, const QString& button)
         return textOf(below(candidate, QStringLiteral("nameText"))) == row;
     });
     if (wanted != rows.end())
-        click(&m_window, below(*wanted, button));
+        UserInput::click(below(*wanted, button));
 }
 
 bool BimScene::chooseDepartment(const QString& name)
 {
     const auto find = [this, &name]() -> QQuickItem* {
-        const QVector<QQuickItem*> rows = findItems(&m_window, QStringLiteral("deptRow"));
+        const QVector<QQuickItem*> rows = UserInput::findItems(&m_window, QStringLiteral("deptRow"));
         const auto wanted = std::find_if(rows.begin(), rows.end(), [&name](QQuickItem* row) {
             return textOf(below(row, QStringLiteral("deptNameText"))) == name;
         });
@@ -166,7 +166,7 @@ bool BimScene::chooseDepartment(const QString& name)
     clickPart(QStringLiteral("orgCheck"));
     if (!QTest::qWaitFor([&find] { return find(); }, WaitMilliseconds))
         return false;
-    click(&m_window, find());
+    UserInput::click(find());
     return QTest::qWaitFor([this] { return !part(QStringLiteral("orgTree")); }, WaitMilliseconds);
 }
 
@@ -178,7 +178,7 @@ QMap<int, QQuickItem*> BimScene::shownRows()
     if (!view)
         return shown;
     for (int index = 0; index < rowCount(); ++index) {
-        QQuickItem* const row = rowAt(view, index);
+        QQuickItem* const row = UserInput::rowAt(view, index);
         if (row && view->contains(row->mapToItem(view, {row->width() / 2, row->height() / 2})))
             shown.insert(index, row);
     }
@@ -187,7 +187,7 @@ QMap<int, QQuickItem*> BimScene::shownRows()
 
 QQuickItem* BimScene::part(const QString& name)
 {
-    return findItem(&m_window, name);
+    return UserInput::findItem(&m_window, name);
 }
 
 void BimScene::turnWheel(int steps)

@@ -1,10 +1,10 @@
 #include "tests/bim/pdsstandins.h"
 #include "tests/e2e/bimscene.h"
 #include "tests/e2e/pluginhost.h"
-#include "tests/e2e/userinput.h"
 #include "tests/e2e/wire.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/wine.h"
+#include "userinput/userinput.h"
 
 #include <services/services.h>
 
@@ -264,8 +264,8 @@ void TestE2eBim::drawingsShowWithoutPictures()
     openDwg();
     QCOMPARE(m_scene->title(), DwgTitle);
     QCOMPARE(m_scene->scrollThroughRows(), namesOf(m_drawings));
-    QVERIFY(!E2e::findItem(m_scene->window(), QStringLiteral("radioRow")));
-    QVERIFY(!E2e::findItem(m_scene->window(), QStringLiteral("outlineButton")));
+    QVERIFY(!UserInput::findItem(m_scene->window(), QStringLiteral("radioRow")));
+    QVERIFY(!UserInput::findItem(m_scene->window(), QStringLiteral("outlineButton")));
     m_scene->clickInRow(m_drawings.at(1).name, QStringLiteral("downloadButton"));
     QCOMPARE(m_observer.calls.last(), QStringLiteral("download 1: ") + m_drawings.at(1).guid);
 }
@@ -304,9 +304,9 @@ void TestE2eBim::departmentNarrowsToItselfAndBelow()
 void TestE2eBim::typedTextNarrows()
 {
     openBim();
-    E2e::fillField(m_scene->window(), QStringLiteral("searchBox"), QStringLiteral("bim 研发"));
+    UserInput::fillField(m_scene->window(), QStringLiteral("searchBox"), QStringLiteral("bim 研发"));
     QTRY_COMPARE(m_scene->names(), QStringList{QStringLiteral("BIM 研发部 试验模型")});
-    E2e::fillField(m_scene->window(), QStringLiteral("searchBox"), QStringLiteral("高铁"));
+    UserInput::fillField(m_scene->window(), QStringLiteral("searchBox"), QStringLiteral("高铁"));
     QTRY_COMPARE(m_scene->rowCount(), 3);
     QVERIFY(m_scene->chooseDepartment(QStringLiteral("结构设计所")));
     QTRY_COMPARE(m_scene->names(), QStringList{QStringLiteral("高铁新城综合枢纽 钢结构")});
@@ -364,8 +364,8 @@ void TestE2eBim::otherProjectsDownloadOnly()
 {
     openBim();
     m_control.setProperty("isMainProject", false);
-    QVERIFY(!E2e::findItem(m_scene->window(), QStringLiteral("outlineButton")));
-    QVERIFY(!E2e::findItem(m_scene->window(), QStringLiteral("radioRow")));
+    QVERIFY(!UserInput::findItem(m_scene->window(), QStringLiteral("outlineButton")));
+    QVERIFY(!UserInput::findItem(m_scene->window(), QStringLiteral("radioRow")));
     m_scene->clickInRow(m_models.first().name, QStringLiteral("downloadButton"));
     QCOMPARE(m_control.questions, QStringList{m_models.first().guid + QStringLiteral(" 0")});
 }
@@ -376,7 +376,7 @@ void TestE2eBim::reopeningStartsAfresh()
     m_control.isImportAllowed = false;
     m_scene->clickInRow(m_models.first().name, QStringLiteral("downloadButton"));
     QVERIFY(m_scene->chooseDepartment(QStringLiteral("结构设计所")));
-    E2e::fillField(m_scene->window(), QStringLiteral("searchBox"), QStringLiteral("高铁"));
+    UserInput::fillField(m_scene->window(), QStringLiteral("searchBox"), QStringLiteral("高铁"));
     QTRY_COMPARE(m_scene->rowCount(), 1);
     m_scene->clickPart(QStringLiteral("closeButton"));
     QTRY_VERIFY(!m_scene->isDialogShown());

@@ -1,5 +1,4 @@
 #include "tests/e2e/pluginhost.h"
-#include "tests/e2e/userinput.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/wine.h"

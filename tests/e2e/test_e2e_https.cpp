@@ -1,7 +1,8 @@
+#include "tests/e2e/loginform.h"
 #include "tests/e2e/pluginhost.h"
-#include "tests/e2e/userinput.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
+#include "userinput/userinput.h"
 
 #include <services/services.h>
 
@@ -39,7 +40,7 @@ void TestE2eHttps::unknownCertificateIsRefused()
 {
     const E2e::PluginHost host(m_services->signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
-    QVERIFY(E2e::activate(host.window()));
+    QVERIFY(UserInput::activate(host.window()));
     TestSupport::MessageLog log;
     E2e::submitForm(host.window(), QStringLiteral("zhangwei"), QStringLiteral("123456"),
                     m_services->signInUrl());
@@ -56,7 +57,7 @@ void TestE2eHttps::certificateThatTheHostTrustsPasses()
 
     const E2e::PluginHost host(m_services->signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
-    QVERIFY(E2e::activate(host.window()));
+    QVERIFY(UserInput::activate(host.window()));
     TestSupport::MessageLog log;
     E2e::submitForm(host.window(), QStringLiteral("zhangwei"),
                     TestSupport::passwordOf(QStringLiteral("zhangwei")), m_services->signInUrl());

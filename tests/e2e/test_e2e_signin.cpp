@@ -1,7 +1,8 @@
+#include "tests/e2e/loginform.h"
 #include "tests/e2e/pluginhost.h"
-#include "tests/e2e/userinput.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
+#include "userinput/userinput.h"
 
 #include <services/services.h>
 
@@ -80,7 +81,7 @@ void TestE2eSignIn::cleanup()
 void TestE2eSignIn::start()
 {
     E2e::plugin()->GetLoginMgr()->Start();
-    QVERIFY(E2e::activate(host().window()));
+    QVERIFY(UserInput::activate(host().window()));
 }
 
 void TestE2eSignIn::signIn(const QString& user)
@@ -119,20 +120,20 @@ void TestE2eSignIn::oneEnterprisePassesWithoutAClick()
 void TestE2eSignIn::manyEnterprisesWaitForTheChoice()
 {
     signIn(QStringLiteral("lina"));
-    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("applistComp")));
+    QTRY_VERIFY(UserInput::findItem(host().window(), QStringLiteral("applistComp")));
     const auto thirdRow = [this] {
-        return E2e::rowAt(E2e::findItem(host().window(), QStringLiteral("companyList")), 2);
+        return UserInput::rowAt(UserInput::findItem(host().window(), QStringLiteral("companyList")), 2);
     };
     QTRY_VERIFY(thirdRow());
 
     // Nothing is chosen yet: the button does not react.
-    E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("confirmButton")));
-    QVERIFY(E2e::findItem(host().window(), QStringLiteral("applistComp")));
+    UserInput::click(UserInput::findItem(host().window(), QStringLiteral("confirmButton")));
+    QVERIFY(UserInput::findItem(host().window(), QStringLiteral("applistComp")));
     QCOMPARE(count("POST", "/rs/casLogin/casLogin"), 0);
 
-    E2e::click(host().window(), thirdRow());
-    E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("confirmButton")));
-    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("validComp")));
+    UserInput::click(thirdRow());
+    UserInput::click(UserInput::findItem(host().window(), QStringLiteral("confirmButton")));
+    QTRY_VERIFY(UserInput::findItem(host().window(), QStringLiteral("validComp")));
     QTRY_COMPARE(host().observer.sessions.size(), 1);
     const NelvoSDK::LoginSession session = host().observer.sessions.constFirst();
     QVERIFY(session.extra.at(L"epId") == L"1003");
@@ -142,11 +143,11 @@ void TestE2eSignIn::manyEnterprisesWaitForTheChoice()
 void TestE2eSignIn::withoutEnterpriseTheUserStays()
 {
     signIn(QStringLiteral("wangfang"));
-    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("confirmButton")));
-    E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("confirmButton")));
+    QTRY_VERIFY(UserInput::findItem(host().window(), QStringLiteral("confirmButton")));
+    UserInput::click(UserInput::findItem(host().window(), QStringLiteral("confirmButton")));
     QCoreApplication::processEvents();
-    QVERIFY(E2e::findItem(host().window(), QStringLiteral("applistComp")));
-    QVERIFY(E2e::findItems(host().window(), QStringLiteral("companyRow")).isEmpty());
+    QVERIFY(UserInput::findItem(host().window(), QStringLiteral("applistComp")));
+    QVERIFY(UserInput::findItems(host().window(), QStringLiteral("companyRow")).isEmpty());
     QCOMPARE(count("POST", "/rs/casLogin/casLogin"), 0);
 }
 
@@ -160,7 +161,7 @@ void TestE2eSignIn::latin1Password()
 void TestE2eSignIn::chineseUserName()
 {
     signIn(QStringLiteral("陈晓明"));
-    QTRY_COMPARE(E2e::findItems(host().window(), QStringLiteral("companyRow")).size(), 2);
+    QTRY_COMPARE(UserInput::findItems(host().window(), QStringLiteral("companyRow")).size(), 2);
 }
 
 void TestE2eSignIn::returnSignsInFromEveryField_data()
@@ -178,11 +179,11 @@ void TestE2eSignIn::returnSignsInFromEveryField()
     QFETCH(QString, field);
     QFETCH(int, key);
     QQuickView* window = host().window();
-    E2e::fillField(window, QStringLiteral("userNameBox"), QStringLiteral("lina"));
-    E2e::fillField(window, QStringLiteral("passwordField"), passwordOf(QStringLiteral("lina")));
-    E2e::findItem(window, field)->forceActiveFocus();
+    UserInput::fillField(window, QStringLiteral("userNameBox"), QStringLiteral("lina"));
+    UserInput::fillField(window, QStringLiteral("passwordField"), passwordOf(QStringLiteral("lina")));
+    UserInput::findItem(window, field)->forceActiveFocus();
     QTest::keyClick(window, static_cast<Qt::Key>(key));
-    QTRY_VERIFY(E2e::findItem(window, QStringLiteral("applistComp")));
+    QTRY_VERIFY(UserInput::findItem(window, QStringLiteral("applistComp")));
     QCOMPARE(count("GET", "/login"), 1);
 }
 
@@ -226,7 +227,7 @@ void TestE2eSignIn::secondClickWhileWaitingStartsNoSecondLogin()
     connect(&again, &QTimer::timeout, this, [&] {
         if (count("GET", "/login") == 0)
             return;
-        E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("loginButton")));
+        UserInput::click(UserInput::findItem(host().window(), QStringLiteral("loginButton")));
         QTest::keyClick(host().window(), Qt::Key_Return);
         if (++clicks == 3) {
             again.stop();
@@ -235,7 +236,7 @@ void TestE2eSignIn::secondClickWhileWaitingStartsNoSecondLogin()
     });
     again.start(5);
     signIn(QStringLiteral("lina"));
-    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("applistComp")));
+    QTRY_VERIFY(UserInput::findItem(host().window(), QStringLiteral("applistComp")));
     QCOMPARE(clicks, 3);
     QCOMPARE(count("GET", "/login"), 1);
 }
@@ -265,10 +266,11 @@ void TestE2eSignIn::windowStaysAliveWhileTheServiceStalls()
 
 void TestE2eSignIn::keptPasswordIsOfferedNextTime()
 {
-    E2e::fillField(host().window(), QStringLiteral("userNameBox"), QStringLiteral("zhangwei"));
-    E2e::fillField(host().window(), QStringLiteral("passwordField"), passwordOf(QStringLiteral("zhangwei")));
-    E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("keepPassword")));
-    E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("loginButton")));
+    UserInput::fillField(host().window(), QStringLiteral("userNameBox"), QStringLiteral("zhangwei"));
+    UserInput::fillField(host().window(), QStringLiteral("passwordField"),
+                         passwordOf(QStringLiteral("zhangwei")));
+    UserInput::click(UserInput::findItem(host().window(), QStringLiteral("keepPassword")));
+    UserInput::click(UserInput::findItem(host().window(), QStringLiteral("loginButton")));
     QTRY_COMPARE(host().observer.sessions.size(), 1);
 
     const QJsonObject entry = QJsonDocument::fromJson(host().cache.content()).array().at(0).toObject();
@@ -278,14 +280,16 @@ void TestE2eSignIn::keptPasswordIsOfferedNextTime()
                                  {"pdsUrlList", QJsonArray{""}}}));
 
     host().actor()->ShowLogin();
-    QVERIFY(E2e::activate(host().window()));
+    QVERIFY(UserInput::activate(host().window()));
     QTRY_COMPARE(
-        E2e::findItem(host().window(), QStringLiteral("userNameBox"))->property("outText").toString(),
+        UserInput::findItem(host().window(), QStringLiteral("userNameBox"))->property("outText").toString(),
         QStringLiteral("zhangwei"));
-    QCOMPARE(E2e::findItem(host().window(), QStringLiteral("passwordField"))->property("text").toString(),
-             QStringLiteral("123456"));
-    QVERIFY(E2e::findItem(host().window(), QStringLiteral("keepPassword"))->property("checked").toBool());
-    E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("loginButton")));
+    QCOMPARE(
+        UserInput::findItem(host().window(), QStringLiteral("passwordField"))->property("text").toString(),
+        QStringLiteral("123456"));
+    QVERIFY(
+        UserInput::findItem(host().window(), QStringLiteral("keepPassword"))->property("checked").toBool());
+    UserInput::click(UserInput::findItem(host().window(), QStringLiteral("loginButton")));
     QTRY_COMPARE(host().observer.sessions.size(), 2);
 }
 
@@ -296,13 +300,14 @@ void TestE2eSignIn::forgottenPasswordIsNotOffered()
     QVERIFY(host().cache.content().contains("\"passwd\": \"\""));
     host().actor()->ShowLogin();
     QTRY_COMPARE(
-        E2e::findItem(host().window(), QStringLiteral("userNameBox"))->property("outText").toString(),
+        UserInput::findItem(host().window(), QStringLiteral("userNameBox"))->property("outText").toString(),
         QStringLiteral("zhangwei"));
-    QVERIFY(E2e::findItem(host().window(), QStringLiteral("passwordField"))
+    QVERIFY(UserInput::findItem(host().window(), QStringLiteral("passwordField"))
                 ->property("text")
                 .toString()
                 .isEmpty());
-    QVERIFY(!E2e::findItem(host().window(), QStringLiteral("keepPassword"))->property("checked").toBool());
+    QVERIFY(
+        !UserInput::findItem(host().window(), QStringLiteral("keepPassword"))->property("checked").toBool());
 }
 
 void TestE2eSignIn::signingInAgainInTheSameProcess()
@@ -310,7 +315,7 @@ void TestE2eSignIn::signingInAgainInTheSameProcess()
     signIn(QStringLiteral("zhangwei"));
     QTRY_COMPARE(host().observer.sessions.size(), 1);
     host().actor()->ShowLogin();
-    QVERIFY(E2e::activate(host().window()));
+    QVERIFY(UserInput::activate(host().window()));
     signIn(QStringLiteral("müller"));
     QTRY_COMPARE(host().observer.sessions.size(), 2);
     QCOMPARE(QString::fromStdWString(host().observer.sessions.constLast().epName),
@@ -322,7 +327,7 @@ void TestE2eSignIn::signingInAgainInTheSameProcess()
 void TestE2eSignIn::closeButtonEndsTheApplication()
 {
     QTimer::singleShot(0, this, [this] {
-        E2e::click(host().window(), E2e::findItem(host().window(), QStringLiteral("closeButton")));
+        UserInput::click(UserInput::findItem(host().window(), QStringLiteral("closeButton")));
     });
     TestSupport::MessageLog log; // the logout without a sign-in warns
     QCOMPARE(QCoreApplication::exec(), 0);
@@ -336,7 +341,7 @@ void TestE2eSignIn::showLoginFromWithinTheObserver()
     host().observer.whenSucceeded = [this] { host().actor()->ShowLogin(); };
     signIn(QStringLiteral("zhangwei"));
     QTRY_COMPARE(host().observer.sessions.size(), 1);
-    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("loginComp")));
+    QTRY_VERIFY(UserInput::findItem(host().window(), QStringLiteral("loginComp")));
     QVERIFY(host().window()->isVisible());
 }
 
@@ -354,7 +359,7 @@ void TestE2eSignIn::showLoginWhileTheServiceStalls()
     watch.start(5);
     signIn(QStringLiteral("zhangwei"));
     QTRY_VERIFY(!watch.isActive());
-    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("loginComp")));
+    QTRY_VERIFY(UserInput::findItem(host().window(), QStringLiteral("loginComp")));
     signIn(QStringLiteral("zhangwei"));
     QTRY_COMPARE(host().observer.sessions.size(), 1);
 }
@@ -362,7 +367,7 @@ void TestE2eSignIn::showLoginWhileTheServiceStalls()
 void TestE2eSignIn::shutdownOnTheListPageIsQuiet()
 {
     signIn(QStringLiteral("lina"));
-    QTRY_VERIFY(E2e::findItem(host().window(), QStringLiteral("applistComp")));
+    QTRY_VERIFY(UserInput::findItem(host().window(), QStringLiteral("applistComp")));
     TestSupport::MessageLog log;
     m_host.reset();
     QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));

@@ -1,11 +1,12 @@
+#include "tests/e2e/loginform.h"
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
-#include "tests/e2e/userinput.h"
 #include "tests/e2e/wire.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/systemtexts.h"
 #include "tests/support/wine.h"
+#include "userinput/userinput.h"
 
 #include <services/services.h>
 
@@ -188,7 +189,7 @@ private:
     void check() const { E2e::checkVersion(m_services.updateUrl(), m_services.updateToken(), Product); }
     //! Accepts what the check offers, as far as the page goes.
     void acceptRelease() const;
-    void click(const QString& name) const { E2e::click(m_host->window(), E2e::pagePart(name)); }
+    void click(const QString& name) const { UserInput::click(E2e::pagePart(name)); }
     QJsonObject state() const { return QJsonDocument::fromJson(m_state->content()).object(); }
     void writeState(int updateState, const QString& md5) const;
     void writePackage(const QByteArray& content) const;
@@ -222,7 +223,7 @@ void TestE2eUpdate::init()
 
     m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
-    QVERIFY(E2e::activate(m_host->window()));
+    QVERIFY(UserInput::activate(m_host->window()));
     QCOMPARE(E2e::loginWindow(), m_host->window());
     QVERIFY(E2e::updater());
     m_services.clearRequests();

@@ -1,7 +1,7 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
-#include "tests/e2e/userinput.h"
 #include "tests/support/messagelog.h"
+#include "userinput/userinput.h"
 
 #include <services/services.h>
 
@@ -29,13 +29,14 @@ void TestE2eUpdateTimeout::checkGivesUpAfterThirtySeconds()
         {Fault::Stall, QStringLiteral("/v1.0/service/sys/productVersion/findLatest"), "POST", 0, false});
     const E2e::PluginHost host(services.signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
-    QVERIFY(E2e::activate(host.window()));
+    QVERIFY(UserInput::activate(host.window()));
 
     // The window is alive meanwhile.
     QTimer typist;
     connect(&typist, &QTimer::timeout, [&] {
         typist.stop();
-        E2e::fillField(host.window(), QStringLiteral("userNameBox"), QStringLiteral("typed while it waits"));
+        UserInput::fillField(host.window(), QStringLiteral("userNameBox"),
+                             QStringLiteral("typed while it waits"));
     });
     typist.start(5000);
 

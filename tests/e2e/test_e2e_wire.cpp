@@ -1,8 +1,9 @@
+#include "tests/e2e/loginform.h"
 #include "tests/e2e/pluginhost.h"
-#include "tests/e2e/userinput.h"
 #include "tests/e2e/wire.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
+#include "userinput/userinput.h"
 
 #include <services/services.h>
 
@@ -25,7 +26,7 @@ void TestE2eWire::signInToTheByte()
     QVERIFY2(services.start(&error), qPrintable(error));
     const E2e::PluginHost host(services.signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
-    QVERIFY(E2e::activate(host.window()));
+    QVERIFY(UserInput::activate(host.window()));
     TestSupport::MessageLog log; // keeps the terminal clean
     const auto user = QStringLiteral("müller");
     E2e::submitForm(host.window(), user, TestSupport::passwordOf(user), services.signInUrl());

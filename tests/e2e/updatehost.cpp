@@ -10,7 +10,7 @@
 
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
-#include "tests/e2e/userinput.h"
+#include "userinput/userinput.h"
 
 #include <NelvoSDK/ILoginMgr.h>
 
@@ -57,7 +57,7 @@ public Q_SLOTS:
     void start()
     {
         E2e::plugin()->GetLoginMgr()->Start();
-        if (!E2e::activate(E2e::loginWindow()))
+        if (!UserInput::activate(E2e::loginWindow()))
             qFatal("the login window doesn't show");
         E2e::checkVersion(m_arguments.value(2), m_arguments.value(3), m_arguments.value(4));
         if (step() == "check")
@@ -112,7 +112,7 @@ private:
     {
         if (!QTest::qWaitFor([&name] { return E2e::pagePart(name) != nullptr; }))
             qFatal("there is no %s", qUtf8Printable(name));
-        E2e::click(E2e::loginWindow(), E2e::pagePart(name));
+        UserInput::click(E2e::pagePart(name));
     }
 
     const QStringList m_arguments;

@@ -1,6 +1,6 @@
 #include "tests/e2e/updatepages.h"
 
-#include "tests/e2e/userinput.h"
+#include "userinput/userinput.h"
 
 #include <QGuiApplication>
 #include <QQmlContext>
@@ -11,7 +11,7 @@ namespace {
 
 QQuickItem* shownPageItem()
 {
-    const QQuickItem* loader = findItem(loginWindow(), QStringLiteral("contentLoader"));
+    const QQuickItem* loader = UserInput::findItem(loginWindow(), QStringLiteral("contentLoader"));
     return loader ? loader->property("item").value<QQuickItem*>() : nullptr;
 }
 
@@ -54,7 +54,7 @@ QString shownPage()
 QQuickItem* pagePart(const QString& name)
 {
     QQuickItem* page = shownPageItem();
-    const QVector<QQuickItem*> found = page ? findItems(page, name) : QVector<QQuickItem*>();
+    const QVector<QQuickItem*> found = page ? UserInput::findItems(page, name) : QVector<QQuickItem*>();
     return found.isEmpty() ? nullptr : found.constFirst();
 }
 

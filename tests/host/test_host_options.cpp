@@ -11,9 +11,7 @@ class TestHostOptions : public QObject
 private Q_SLOTS:
     void nothingGiven();
     void everyOption();
-    void account();
     void updateCheck();
-    void stations();
     void singleArgumentBelongsToThePlugin_data();
     void singleArgumentBelongsToThePlugin();
     void mistakes_data();
@@ -26,27 +24,17 @@ void TestHostOptions::nothingGiven()
     const auto options = HostOptions::parse({QStringLiteral("NelvoEditor")}, &error);
     QVERIFY2(options, qPrintable(error));
     QCOMPARE(options->settingsFile, QString());
-    QCOMPARE(options->tourDirectory, QString());
-    QCOMPARE(options->servicesFile, QString());
+    QCOMPARE(options->updateCheck, QString());
 }
 
 void TestHostOptions::everyOption()
 {
     QString error;
-    const auto options = HostOptions::parse(
-        {"NelvoEditor", "--services", "r.json", "--settings", "s.json", "--tour", "--x"}, &error);
+    const auto options =
+        HostOptions::parse({"NelvoEditor", "--check-update", "start", "--settings", "--x"}, &error);
     QVERIFY2(options, qPrintable(error));
-    QCOMPARE(options->settingsFile, QStringLiteral("s.json"));
-    QCOMPARE(options->tourDirectory, QStringLiteral("--x"));
-    QCOMPARE(options->servicesFile, QStringLiteral("r.json"));
-}
-
-void TestHostOptions::account()
-{
-    QString error;
-    const auto options = HostOptions::parse({"NelvoEditor", "--sign-in", "lina:lina2024"}, &error);
-    QVERIFY2(options, qPrintable(error));
-    QCOMPARE(options->account, QStringLiteral("lina:lina2024"));
+    QCOMPARE(options->settingsFile, QStringLiteral("--x"));
+    QCOMPARE(options->updateCheck, QStringLiteral("start"));
 }
 
 void TestHostOptions::updateCheck()
@@ -56,18 +44,6 @@ void TestHostOptions::updateCheck()
         const auto options = HostOptions::parse({"NelvoEditor", "--check-update", when}, &error);
         QVERIFY2(options, qPrintable(error));
         QCOMPARE(options->updateCheck, when);
-    }
-}
-
-void TestHostOptions::stations()
-{
-    for (const QString& name : {QStringLiteral("interrupted-update"), QStringLiteral("resumed-update"),
-                                QStringLiteral("finished-update")}) {
-        QString error;
-        const auto options = HostOptions::parse(
-            {"NelvoEditor", "--tour", "pictures", "--services", "r.json", "--stations", name}, &error);
-        QVERIFY2(options, qPrintable(error));
-        QCOMPARE(options->stations, name);
     }
 }
 
@@ -97,24 +73,12 @@ void TestHostOptions::mistakes_data()
                              << QStringLiteral("unknown option '--setings'");
     QTest::newRow("no option") << QStringList{"s.json", "t.json"}
                                << QStringLiteral("unknown option 's.json'");
-    QTest::newRow("value missing") << QStringList{"--settings", "s.json", "--tour"}
-                                   << QStringLiteral("option '--tour' needs a value");
+    QTest::newRow("value missing") << QStringList{"--settings", "s.json", "--check-update"}
+                                   << QStringLiteral("option '--check-update' needs a value");
     QTest::newRow("value empty") << QStringList{"--settings", ""}
                                  << QStringLiteral("option '--settings' needs a value");
-    QTest::newRow("tour alone") << QStringList{"--tour", "pictures"}
-                                << QStringLiteral("'--tour' and '--services' go together");
-    QTest::newRow("tour with an account")
-        << QStringList{"--tour", "pictures", "--services", "r.json", "--sign-in", "lina:lina2024"}
-        << QStringLiteral("a tour signs in by itself, without '--sign-in'");
     QTest::newRow("unknown moment") << QStringList{"--check-update", "never"}
                                     << QStringLiteral("'--check-update' takes 'start' or 'sign-in'");
-    QTest::newRow("stations alone") << QStringList{"--stations", "resumed-update"}
-                                    << QStringLiteral("'--stations' are those of a '--tour'");
-    QTest::newRow("unknown stations")
-        << QStringList{"--tour", "pictures", "--services", "r.json", "--stations", "all"}
-        << QStringLiteral("unknown stations 'all'");
-    QTest::newRow("services alone") << QStringList{"--services", "r.json"}
-                                    << QStringLiteral("'--tour' and '--services' go together");
 }
 
 void TestHostOptions::mistakes()

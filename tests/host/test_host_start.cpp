@@ -21,8 +21,6 @@ private Q_SLOTS:
     void ownSettingsWrong();
     void singleArgumentIsForThePlugin();
     void signInIsNoOptionWhateverItBeginsWith();
-    void tourMissesItsStation();
-    void signInWithoutPassword();
 };
 
 namespace {
@@ -171,27 +169,6 @@ void TestHostStart::signInIsNoOptionWhateverItBeginsWith()
     QCOMPARE(host.status, 0);
     QVERIFY2(host.error.contains(QStringLiteral("login failed: ")), qPrintable(host.error));
     QVERIFY2(!host.error.contains(QStringLiteral("usage: NelvoEditor ")), qPrintable(host.error));
-}
-
-void TestHostStart::tourMissesItsStation()
-{
-    const Folder folder;
-    folder.addPlugin(plugin);
-    const Ending host = folder.run({QStringLiteral("--tour"), folder.path(QStringLiteral("pictures")),
-                                    QStringLiteral("--services"), folder.path(QStringLiteral("none.json"))});
-    QCOMPARE(host.status, 1);
-    QVERIFY2(host.output.contains(QStringLiteral("MISSED: 00-simulator: the ready file ")),
-             qPrintable(host.output));
-}
-
-void TestHostStart::signInWithoutPassword()
-{
-    const Folder folder;
-    folder.addPlugin(plugin);
-    const Ending host = folder.run({QStringLiteral("--sign-in"), QStringLiteral("lina")});
-    QCOMPARE(host.status, 1);
-    QVERIFY2(host.error.contains(QStringLiteral("NelvoEditor: sign-in: --sign-in takes USER:PASSWORD")),
-             qPrintable(host.error));
 }
 
 QTEST_GUILESS_MAIN(TestHostStart)

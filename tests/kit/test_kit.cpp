@@ -284,8 +284,8 @@ void TestKit::bimDialog_offersTheModels()
     const QStringList models = names("bimModels", "ppName");
     QVERIFY(!models.isEmpty());
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("QT_PLUGIN_PATH", NELVO_VISITOR_DIR);
-    environment.insert("QT_QPA_GENERIC_PLUGINS", "nelvo-kit-visitor");
+    environment.insert("QT_PLUGIN_PATH", NELVO_MODELCHOOSER_DIR);
+    environment.insert("QT_QPA_GENERIC_PLUGINS", "nelvo-kit-modelchooser");
     const Outcome outcome =
         run(inKit("bin/nelvo-launch"),
             launchArguments({"--host", built("examples/bimdialog/bimdialog"), "--await-end"}), environment);

@@ -3,10 +3,11 @@
 
 #include "tests/bim/pdsstandins.h"
 #include "tests/e2e/bimscene.h"
+#include "tests/e2e/loginform.h"
 #include "tests/e2e/survival/scenario.h"
 #include "tests/e2e/updatepages.h"
-#include "tests/e2e/userinput.h"
 #include "tests/support/accounts.h"
+#include "userinput/userinput.h"
 
 #include <NelvoSDK/IPdsMgr.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
@@ -39,7 +40,7 @@ int signInByMouse(Arguments arguments, const QString& password,
     });
     E2e::plugin()->GetLoginMgr()->Start();
     QTimer::singleShot(0, [&] {
-        require(E2e::activate(E2e::loginWindow()), "the login window shows");
+        require(UserInput::activate(E2e::loginWindow()), "the login window shows");
         E2e::submitForm(E2e::loginWindow(), User, password, services.signInUrl());
         waitUntil([&] { return hasReacted; }, "the observer is called");
         // Whatever the reaction has left behind goes with the event loop.

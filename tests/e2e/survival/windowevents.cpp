@@ -3,7 +3,7 @@
 
 #include "tests/e2e/survival/scenario.h"
 #include "tests/e2e/updatepages.h"
-#include "tests/e2e/userinput.h"
+#include "userinput/userinput.h"
 
 #include <QGuiApplication>
 
@@ -19,7 +19,7 @@ struct Closing {
 
 void clickCloseButton(QQuickView& window)
 {
-    E2e::click(&window, E2e::findItem(&window, QStringLiteral("closeButton")));
+    UserInput::click(UserInput::findItem(&window, QStringLiteral("closeButton")));
 }
 
 void closeByTheHost(QQuickView& window)
@@ -31,7 +31,7 @@ QQuickView& showWindow()
 {
     showLogin();
     QQuickView* const window = E2e::loginWindow();
-    if (!window || !E2e::activate(window))
+    if (!window || !UserInput::activate(window))
         fail("the login window shows");
     return *window;
 }
@@ -74,7 +74,7 @@ int showAgainWhenClosed(Arguments arguments)
     window.close();
     waitUntil([&] { return changes.size() > 1; }, "the window comes back");
     require(changes == QStringList({QStringLiteral("closed"), QStringLiteral("shown")}), "and stays");
-    require(E2e::activate(&window), "it shows");
+    require(UserInput::activate(&window), "it shows");
     window.disconnect(&application);
     return Survived;
 }

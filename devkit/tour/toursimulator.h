@@ -1,0 +1,54 @@
+#pragma once
+
+#include "tour/uidriver.h"
+
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QString>
+
+namespace NelvoDevkit {
+
+//! \brief The service simulator as a tour sees it: its control path, and its editor service as another
+//! client of the enterprise 1001.
+//!
+//! Whatever does not come about throws Missed, told by the ui.
+class TourSimulator
+{
+public:
+    //! `readyFile` is the ready file of a running nelvo-services.
+    TourSimulator(const UiDriver& ui, const QString& readyFile);
+
+    QString signInUrl() const { return m_signInUrl; }
+
+    //! The name of a scene project of the enterprise 1001; empty if there is none of that id.
+    QString projectName(const QString& id);
+    //! Names of the enterprise's scene projects, sorted.
+    QStringList projectNames();
+    //! What was done to the equipment bindings of a project: "deletes", "batches", "elements".
+    QJsonObject bindings(const QString& projectId);
+    //! Names of the enterprise's units, each followed by those below it.
+    QStringList unitNames();
+    //! Names of the enterprise's models; of those of one unit and all below it, if one is named.
+    QStringList modelNames(const QString& unit = {});
+    //! Names of the enterprise's drawings.
+    QStringList drawingNames();
+
+    //! Adds a fault; `query` is that of the control path.
+    void addFault(const QString& query);
+    //! Another client adds a project.
+    void addProject(const QString& id, const QString& name, const QString& departmentId);
+
+private:
+    QJsonArray projects();
+    //! What the editor service tells a client under that path.
+    QJsonValue editorData(const QString& path);
+    QByteArray exchange(const QByteArray& method, const QString& url, const QByteArray& body = {});
+
+    const UiDriver& m_ui;
+    QString m_signInUrl;
+    QString m_editorUrl;
+    QString m_controlUrl;
+    QNetworkAccessManager m_network;
+};
+
+} // namespace NelvoDevkit

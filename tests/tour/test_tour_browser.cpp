@@ -1,0 +1,86 @@
+#include "host/webchannelserver.h"
+#include "tour/chromium.h"
+
+#include <QtTest>
+
+#include <memory>
+
+using NelvoDevkit::Chromium;
+using NelvoDevkit::WebChannelServer;
+
+namespace {
+
+constexpr int patience = 30000;
+
+} // namespace
+
+//! \brief The web channel's page in a real browser.
+class TestTourBrowser : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void object_isFound();
+    void object_isMissing();
+    void connection_isLost();
+
+private:
+    std::unique_ptr<WebChannelServer> m_server;
+    std::unique_ptr<Chromium> m_browser;
+};
+
+void TestTourBrowser::initTestCase()
+{
+    if (!Chromium::isInstalled())
+        QSKIP("There is no chromium on the PATH; the Debian package of that name has it.");
+}
+
+void TestTourBrowser::init()
+{
+    m_server = std::make_unique<WebChannelServer>();
+    m_browser = std::make_unique<Chromium>();
+    QString error;
+    QVERIFY2(m_server->start(&error), qPrintable(error));
+}
+
+void TestTourBrowser::cleanup()
+{
+    m_browser.reset();
+    m_server.reset();
+}
+
+void TestTourBrowser::object_isFound()
+{
+    QObject object;
+    QObject other;
+    m_server->channel()->registerObject("bimObject", &object);
+    m_server->channel()->registerObject("<other>", &other);
+    QVERIFY2(m_browser->open(m_server->pageUrl()), qPrintable(m_browser->error()));
+    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("class=\"found\">bimObject found</p>"), patience);
+    QVERIFY(m_browser->dom().contains("<li>&lt;other&gt;</li><li>bimObject</li>"));
+}
+
+void TestTourBrowser::object_isMissing()
+{
+    QObject other;
+    m_server->channel()->registerObject("other", &other);
+    QVERIFY2(m_browser->open(m_server->pageUrl()), qPrintable(m_browser->error()));
+    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("class=\"missing\">bimObject not found</p>"),
+                             patience);
+    QVERIFY(m_browser->dom().contains("<li>other</li>"));
+}
+
+void TestTourBrowser::connection_isLost()
+{
+    QVERIFY2(m_browser->open(m_server->pageUrl()), qPrintable(m_browser->error()));
+    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("not found"), patience);
+    m_server.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("class=\"missing\">no connection</p>"), patience);
+}
+
+QTEST_GUILESS_MAIN(TestTourBrowser)
+#include "test_tour_browser.moc"
