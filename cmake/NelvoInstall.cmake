@@ -56,7 +56,7 @@ if(NELVO_DEVKIT)
     ARCHIVE DESTINATION ${app_dir} COMPONENT devkit EXCLUDE_FROM_ALL)
   install(DIRECTORY devkit/host/app/ DESTINATION ${app_dir} COMPONENT devkit)
   if(stand_ins)
-    install(FILES devkit/closedlibs/VLSmartDB/models.json DESTINATION ${app_dir} COMPONENT devkit)
+    install(FILES closedlibs/VLSmartDB/models.json DESTINATION ${app_dir} COMPONENT devkit)
   endif()
 
   install(DIRECTORY devkit/host/modules/ DESTINATION ${data_dir}/hostmodules COMPONENT devkit
