@@ -27,6 +27,7 @@ Background {
     // its handlers still runs. The page that needUpdate asks for then has to wait for the end of the call.
     property string postponedPage: ""
 
+    // The one way from page to page, for the pages too.
     function replacePage(key) {
         if (contentLoader.item && contentLoader.item.waiting) {
             postponedPage = key;

@@ -43,7 +43,7 @@ Item {
         waiting = false;
         // The host may have shut down meanwhile, or another page may have been asked for.
         if (loginCtrl && contentLoader.item === applistComp)
-            contentLoader.source = root.compList["ValidComp"];
+            root.replacePage("ValidComp");
     }
 
     // A single enterprise needs no choice. The page may still be loading here, so it moves on right after.

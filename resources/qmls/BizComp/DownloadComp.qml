@@ -14,7 +14,7 @@ Item {
 
     // The installation begins under the eyes of the next page, which is therefore there first.
     function install() {
-        contentLoader.source = root.compList["CoverComp"];
+        root.replacePage("CoverComp");
         loginCtrl.upgrade();
     }
 

@@ -60,7 +60,7 @@ FocusScope {
         root.pdsServer = account[3];
         // Unless another page has been asked for meanwhile.
         if (contentLoader.item === loginComp)
-            contentLoader.source = root.compList["AppListComp"];
+            root.replacePage("AppListComp");
     }
 
     // Nothing calls this. It knows no https: such an address gets "http://" in front, too.

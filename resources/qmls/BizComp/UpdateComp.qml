@@ -8,7 +8,7 @@ Item {
 
     // The download begins under the eyes of the next page, which is therefore there first.
     function upgrade() {
-        contentLoader.source = root.compList["DownloadComp"];
+        root.replacePage("DownloadComp");
         loginCtrl.download();
     }
 
@@ -62,7 +62,7 @@ Item {
             textColor: "#2996b3"
             glowVisible: true
 
-            onClicked: contentLoader.source = root.compList["ValidComp"]
+            onClicked: root.replacePage("ValidComp")
         }
 
         GradiantBtn {
