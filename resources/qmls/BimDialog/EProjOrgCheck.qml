@@ -2,14 +2,15 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "qrc:/EditorCommon/qmls/Config"
 import "qrc:/EditorCommon/qmls/BasicComponent"
+import "../Theme" as Nelvo
 
 // The choice of a department, from the tree of the organisation.
 T.ComboBox {
     id: control
 
-    property color fontColor: "#f0f0f0"
+    property color fontColor: Nelvo.Theme.sceneText
     property color backGroundColor: EConfig.eBtnSelected
-    property real fontSize: 14
+    property real fontSize: Nelvo.Theme.textSize
     property string deptID: ""
     property string deptName: qsTr("所有工程")
 
@@ -34,7 +35,7 @@ T.ComboBox {
     implicitWidth: 200
     implicitHeight: 26
     padding: 0
-    font.family: "微软雅黑"
+    font.family: Nelvo.Theme.fontFamily
     model: orgModel
 
     indicator: Image {
@@ -76,7 +77,7 @@ T.ComboBox {
         }
 
         background: Rectangle {
-            color: "#272727"
+            color: Nelvo.Theme.tree
         }
 
         contentItem: Loader {
@@ -95,7 +96,7 @@ T.ComboBox {
                 x: 15
                 width: parent.width - 30
                 height: 1
-                color: "#3e3e3e"
+                color: Nelvo.Theme.treeLine
             }
 
             ETree {
@@ -112,7 +113,7 @@ T.ComboBox {
                 clip: true
                 model: orgModel
                 treeStyleHeight: 32
-                treeBackColor: "#272727"
+                treeBackColor: Nelvo.Theme.tree
                 itemDelegate: deptRow
 
                 Component.onCompleted: {
@@ -148,7 +149,7 @@ T.ComboBox {
 
                 width: control.width
                 height: 32
-                color: rowArea.containsMouse || control.deptID === dept.id ? "#2a2a2a" : "#272727"
+                color: rowArea.containsMouse || control.deptID === dept.id ? Nelvo.Theme.treeHighlight : Nelvo.Theme.tree
 
                 Image {
                     id: deptImage
@@ -174,8 +175,8 @@ T.ComboBox {
                     text: parent.dept.name || ""
                     elide: Text.ElideRight
                     font.family: control.font.family
-                    font.pixelSize: styleData.depth === 0 ? 14 : 12
-                    color: "#dddddd"
+                    font.pixelSize: styleData.depth === 0 ? Nelvo.Theme.textSize : Nelvo.Theme.smallTextSize
+                    color: Nelvo.Theme.softText
                 }
 
                 Image {

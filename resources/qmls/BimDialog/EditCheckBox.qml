@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 1.4
 import QtQuick.Controls.Styles 1.4
+import "../Theme" as Nelvo
 
 // A check box of two pictures, with a third look for "partly checked".
 CheckBox {
@@ -18,7 +19,7 @@ CheckBox {
             implicitWidth: 16
             implicitHeight: 16
             color: "transparent"
-            border.color: "gray"
+            border.color: Nelvo.Theme.outline
             border.width: 1
 
             Image {

@@ -2,6 +2,7 @@ import QtQuick 2.15
 import "qrc:/EditorCommon/qmls/Config"
 import "qrc:/EditorCommon/qmls/BasicComponent"
 import "qrc:/EditorCommon/qmls/BizComponent"
+import "../Theme" as Nelvo
 
 // The panel: the models of one kind, and what narrows their list.
 EDialog {
@@ -159,8 +160,8 @@ EDialog {
             x: 30
             height: 20
             text: ""
-            font.pixelSize: 12
-            color: "#1473e6"
+            font.pixelSize: Nelvo.Theme.smallTextSize
+            color: Nelvo.Theme.errorText
         }
     }
 

@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "../FuncComp"
+import "../Theme"
 
 // The choice of the enterprise to enter.
 Item {
@@ -66,19 +67,15 @@ Item {
             rightMargin: 26
         }
         height: 252
-        color: "#353749"
+        color: Theme.panel
 
-        Text {
+        PageText {
             id: title
 
             x: 15
             y: 10
             height: 30
             text: qsTr("选择企业:")
-            font.family: "微软雅黑"
-            renderType: Text.NativeRendering
-            font.pixelSize: 14
-            color: "#ffffff"
             verticalAlignment: Text.AlignVCenter
         }
 
@@ -113,7 +110,7 @@ Item {
             x: 15
             width: parent.width - 30
             height: 1
-            color: "#4a4b5c"
+            color: Theme.line
         }
 
         ListView {
@@ -152,9 +149,9 @@ Item {
                     y: 6
                     width: parent.width
                     height: 34
-                    color: rowArea.containsMouse || row.selected ? "#2d2f41" : "#353749"
+                    color: rowArea.containsMouse || row.selected ? Theme.panelHighlight : Theme.panel
 
-                    Text {
+                    PageText {
                         anchors {
                             left: parent.left
                             leftMargin: 10
@@ -163,12 +160,9 @@ Item {
                             verticalCenter: parent.verticalCenter
                         }
                         text: applistComp.textOf(modelData.enterpriseName)
-                        textFormat: Text.PlainText
                         elide: Text.ElideRight
-                        font.family: "微软雅黑"
-                        renderType: Text.NativeRendering
                         font.pixelSize: 13
-                        color: row.selected ? "#21a7e9" : "#dddddd"
+                        color: row.selected ? Theme.chosenText : Theme.softText
                     }
 
                     Image {

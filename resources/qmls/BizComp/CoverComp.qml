@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import "../FuncComp"
+import "../Theme"
 
 // The installation of the new version.
 Item {
@@ -25,7 +26,7 @@ Item {
         objectName: "title"
 
         text: qsTr("安装中")
-        color: "#ffffff"
+        color: Theme.text
         font.bold: true
         font.pixelSize: 18
         fading: true

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import "../FuncComp"
+import "../Theme"
 
 // The download of the new version.
 Item {
@@ -28,8 +29,9 @@ Item {
             progress.value = 10;
         }
         function onDownloadProgress(filePath, bytesReceived, bytesTotal) {
-            progressText.text = qsTr("<font color='#50bcd8'>%1</font><font color='#ffffff'>/%2 MB</font>")
-                .arg(downloadComp.megabytes(bytesReceived)).arg(downloadComp.megabytes(bytesTotal));
+            progressText.text = qsTr("<font color='%1'>%2</font><font color='%3'>/%4 MB</font>")
+                .arg(Theme.titleText).arg(downloadComp.megabytes(bytesReceived))
+                .arg(Theme.text).arg(downloadComp.megabytes(bytesTotal));
             progress.value = bytesReceived / bytesTotal;
         }
         function onDownloadFinished(filePath) {
@@ -61,7 +63,7 @@ Item {
         height: 14
     }
 
-    Text {
+    PageText {
         id: progressText
         objectName: "progressText"
 
@@ -71,10 +73,6 @@ Item {
             right: progress.right
         }
         textFormat: Text.StyledText
-        color: "#ffffff"
-        font.family: "微软雅黑"
-        renderType: Text.NativeRendering
-        font.pixelSize: 14
         horizontalAlignment: Text.AlignRight
     }
 
@@ -91,7 +89,7 @@ Item {
             bottomMargin: 20
         }
         color: "transparent"
-        border.color: "gray"
+        border.color: Theme.outline
         border.width: 1
     }
 

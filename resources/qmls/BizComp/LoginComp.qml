@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../FuncComp"
+import "../Theme"
 
 // The sign-in form.
 FocusScope {
@@ -135,11 +136,6 @@ FocusScope {
         leftPadding: height + 4
         echoMode: TextInput.Password
         placeholderText: qsTr("密码")
-        font.family: "微软雅黑"
-        font.pixelSize: 12
-        color: "#ffffff"
-        selectionColor: userNameBox.selectColor
-        selectedTextColor: color
         background: Rectangle {
             color: userNameBox.normalColor
 
@@ -188,8 +184,8 @@ FocusScope {
         padding: 0
         spacing: 6
         text: qsTr("记住密码")
-        font.family: "微软雅黑"
-        font.pixelSize: 12
+        font.family: Theme.fontFamily
+        font.pixelSize: Theme.smallTextSize
         indicator: Image {
             y: (keepPassword.height - height) / 2
             width: 13
@@ -202,7 +198,7 @@ FocusScope {
             text: keepPassword.text
             font: keepPassword.font
             renderType: Text.NativeRendering
-            color: keepPassword.visualFocus ? "#ffffff" : "#dddddd"
+            color: keepPassword.visualFocus ? Theme.text : Theme.softText
             verticalAlignment: Text.AlignVCenter
         }
     }

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import "../FuncComp"
+import "../Theme"
 
 // The offer of a new version.
 Item {
@@ -55,11 +56,11 @@ Item {
             width: parent.width / 2 - 18
             height: parent.height
             text: qsTr("跳过")
-            gradientStartColor: "#272937"
-            gradientMidColor: "#272937"
-            gradientStopColor: "#272937"
-            glowColor: "#2996b3"
-            textColor: "#2996b3"
+            gradientStartColor: Theme.window
+            gradientMidColor: Theme.window
+            gradientStopColor: Theme.window
+            glowColor: Theme.quietText
+            textColor: Theme.quietText
             glowVisible: true
 
             onClicked: root.replacePage("ValidComp")

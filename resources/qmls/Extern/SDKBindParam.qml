@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import "qrc:/EditorCommon/qmls/BizComponent"
 import "qrc:/EditorPlug/qmls/component"
+import "../Theme" as Nelvo
 
 // The equipment that a component is bound to, for the component panel of the host.
 Column {
@@ -27,8 +28,8 @@ Column {
                 verticalCenter: parent.verticalCenter
             }
             text: qsTr("物联绑定")
-            font.pixelSize: 14
-            color: "#f0f0f0"
+            font.pixelSize: Nelvo.Theme.textSize
+            color: Nelvo.Theme.sceneText
         }
     }
 
@@ -40,7 +41,7 @@ Column {
         height: 20
         text: qsTr("设备ID")
         verticalAlignment: Text.AlignVCenter
-        color: "#dddddd"
+        color: Nelvo.Theme.softText
     }
 
     ETextBtn {
@@ -50,9 +51,9 @@ Column {
         width: parent.width - 32
         height: 32
         btnText: compCardData.deviceID
-        eBtnBorderColor: "#636363"
-        eBtnTextColor: "#535353"
-        eBtnBackGround: "#dddddd"
+        eBtnBorderColor: Nelvo.Theme.deviceBorder
+        eBtnTextColor: Nelvo.Theme.deviceText
+        eBtnBackGround: Nelvo.Theme.deviceFace
 
         onSendClick: webViewMgr.openWeb(appPath + "/EditorWebExtern/page/device.html", Qt.rect(0, 0, 368, 440))
 

@@ -1,6 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import QtQuick.Window 2.15
+import "../Theme"
 
 // Editable combo box with a picture in front. The text is free; the list only proposes.
 // Built on the templates and not on a style, whose looks would be loaded only to be replaced.
@@ -9,11 +10,11 @@ T.ComboBox {
 
     property var dropList: []
     property alias outText: field.text
-    property color textColor: "#ffffff"
-    property color normalColor: "#414458"
-    property color highlightColor: "#313343"
-    property color selectColor: "#313343"
-    property color disableColor: "gray"
+    property color textColor: Theme.text
+    property color normalColor: Theme.field
+    property color highlightColor: Theme.fieldHighlight
+    property color selectColor: Theme.fieldHighlight
+    property color disableColor: Theme.disabledField
     property string headImage
     // A relative name counts from the folder of the pages.
     property string arrowImage: "images/arrowDown.png"
@@ -38,8 +39,8 @@ T.ComboBox {
     padding: 0
     leftPadding: 0
     rightPadding: 10
-    font.family: "微软雅黑"
-    font.pixelSize: 12
+    font.family: Theme.fontFamily
+    font.pixelSize: Theme.smallTextSize
 
     // The page comes first while the list is closed: the box would swallow Return and Enter, although it
     // has no use for them then. (To ask `down` and not `popup` leaves the list unmade until it opens.)
@@ -63,11 +64,9 @@ T.ComboBox {
         highlighted: control.highlightedIndex === index
         hoverEnabled: true
 
-        contentItem: Text {
+        contentItem: PageText {
             text: entry.text
-            textFormat: Text.PlainText
             font: entry.font
-            renderType: Text.NativeRendering
             color: control.textColor
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "../Theme"
 
 // Frame of the login window, with a title bar to move it by and a button to close it.
 Rectangle {
@@ -8,8 +9,8 @@ Rectangle {
 
     width: 340
     height: 642
-    color: "#272937"
-    border.color: "#7f7e8c"
+    color: Theme.window
+    border.color: Theme.frame
     border.width: 2
 
     Item {

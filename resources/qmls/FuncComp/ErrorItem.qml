@@ -1,16 +1,14 @@
 import QtQuick 2.15
+import "../Theme"
 
 // An error text that goes away by itself.
-Text {
+PageText {
     id: errorItem
 
     visible: false
     text: ""
-    textFormat: Text.PlainText
-    color: "#1473e6"
-    font.family: "微软雅黑"
-    renderType: Text.NativeRendering
-    font.pixelSize: 12
+    color: Theme.errorText
+    font.pixelSize: Theme.smallTextSize
     verticalAlignment: Text.AlignBottom
     wrapMode: Text.Wrap
 

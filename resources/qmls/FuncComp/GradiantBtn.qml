@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "../Theme"
 
 // The accent button. It looks the same while its mouse area is disabled; it only stops reacting.
 Item {
@@ -6,11 +7,11 @@ Item {
 
     property alias text: label.text
     property alias mouseEnabled: mouseArea.enabled
-    property color gradientStartColor: "#2997b4"
-    property color gradientMidColor: "#277ca3"
-    property color gradientStopColor: "#255187"
-    property color glowColor: "#8397ff"
-    property color textColor: "#ffffff"
+    property color gradientStartColor: Theme.gradientStart
+    property color gradientMidColor: Theme.gradientMid
+    property color gradientStopColor: Theme.gradientStop
+    property color glowColor: Theme.glow
+    property color textColor: Theme.text
     property bool glowVisible: mouseArea.containsMouse && mouseArea.enabled
 
     signal clicked
@@ -54,14 +55,10 @@ Item {
         }
     }
 
-    Text {
+    PageText {
         id: label
 
         anchors.centerIn: parent
-        textFormat: Text.PlainText
-        font.family: "微软雅黑"
-        renderType: Text.NativeRendering
-        font.pixelSize: 14
         color: button.textColor
     }
 

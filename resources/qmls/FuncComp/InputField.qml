@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
+import "../Theme"
 
 // A line to type in, with a hint while it is empty.
 T.TextField {
@@ -9,19 +10,22 @@ T.TextField {
     implicitHeight: 36
     padding: 6
     selectByMouse: true
-    placeholderTextColor: "#8b8fa6"
+    color: Theme.text
+    selectionColor: Theme.fieldHighlight
+    selectedTextColor: color
+    placeholderTextColor: Theme.hintText
+    font.family: Theme.fontFamily
+    font.pixelSize: Theme.smallTextSize
     renderType: Text.NativeRendering
     verticalAlignment: TextInput.AlignVCenter
 
-    Text {
+    PageText {
         x: input.leftPadding
         width: input.width - input.leftPadding - input.rightPadding
         height: input.height
         visible: input.length === 0 && input.preeditText === ""
         text: input.placeholderText
-        textFormat: Text.PlainText
         font: input.font
-        renderType: input.renderType
         color: input.placeholderTextColor
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter

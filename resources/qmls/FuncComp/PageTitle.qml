@@ -1,8 +1,9 @@
 import QtQuick 2.15
+import "../Theme"
 
 // The title of an update page. It stands above the page, under the logo, and can fade away and back to show
 // that something is going on.
-Text {
+PageText {
     id: title
 
     property bool fading: false
@@ -12,11 +13,7 @@ Text {
         topMargin: -80
         horizontalCenter: parent.horizontalCenter
     }
-    textFormat: Text.PlainText
-    color: "#50bcd8"
-    font.family: "微软雅黑"
-    renderType: Text.NativeRendering
-    font.pixelSize: 14
+    color: Theme.titleText
 
     SequentialAnimation {
         loops: Animation.Infinite

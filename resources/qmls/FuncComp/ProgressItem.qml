@@ -1,11 +1,12 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import "../Theme"
 
 ProgressBar {
     id: control
 
-    property color gradientStartColor: "#2997b4"
-    property color gradientStopColor: "#255187"
+    property color gradientStartColor: Theme.gradientStart
+    property color gradientStopColor: Theme.gradientStop
 
     padding: 0
 

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import "../Theme"
 
 // A panel of rich text to read, to select and to scroll up and down.
 Rectangle {
@@ -7,11 +8,11 @@ Rectangle {
 
     // As it was given: the editor would tell it as a whole document.
     property string text: ""
-    property int textSize: 14
+    property int textSize: Theme.textSize
     // Text that is added is brought into view, as in a log.
     property bool followsEnd: false
 
-    color: "#2f3243"
+    color: Theme.textPanel
 
     Flickable {
         id: flickable
@@ -44,10 +45,10 @@ Rectangle {
             selectByMouse: true
             textFormat: TextEdit.RichText
             wrapMode: TextEdit.Wrap
-            color: "#ffffff"
-            selectionColor: "#255187"
-            selectedTextColor: "lightblue"
-            font.family: "微软雅黑"
+            color: Theme.text
+            selectionColor: Theme.textSelection
+            selectedTextColor: Theme.selectedText
+            font.family: Theme.fontFamily
             renderType: TextEdit.NativeRendering
             font.pixelSize: panel.textSize
         }

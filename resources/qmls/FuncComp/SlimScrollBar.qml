@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import "../Theme"
 
 // A scroll bar that is there only where there is something to scroll.
 ScrollBar {
@@ -9,11 +10,11 @@ ScrollBar {
     contentItem: Rectangle {
         implicitWidth: 4
         radius: 2
-        color: "#ffffff"
+        color: Theme.scrollHandle
         opacity: 0.2
     }
     background: Rectangle {
         radius: 2
-        color: "#535353"
+        color: Theme.scrollTrack
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "../Theme"
 
 // What the updater has to say, line after line. It shows once there is something in it.
 RichTextPanel {
@@ -9,7 +10,7 @@ RichTextPanel {
     }
 
     visible: text !== ""
-    textSize: 12
+    textSize: Theme.smallTextSize
     followsEnd: true
 
     Connections {
