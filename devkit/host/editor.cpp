@@ -35,7 +35,7 @@ Editor::Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log, QWebChannel* ch
     m_updates = std::make_unique<UpdateDesk>(m_log, *m_projects->queue());
     connect(m_updates.get(), &UpdateDesk::loginFormNeeded, this, &Editor::signInAgain);
     connect(m_projects.get(), &ProjectDesk::sessionInstalled, m_models.get(), &ModelDesk::readModels);
-    logAction(QStringLiteral("plug-in %1 initialized").arg(pluginVersion()));
+    m_log.logAction(QStringLiteral("plug-in %1 initialized").arg(pluginVersion()));
 }
 
 Editor::~Editor()
@@ -77,19 +77,19 @@ void Editor::publish(QQmlContext* context)
 
 void Editor::start()
 {
-    logAction(QStringLiteral("ILoginMgr::Start"));
+    m_log.logAction(QStringLiteral("ILoginMgr::Start"));
     m_plugin.GetLoginMgr()->Start();
 }
 
 void Editor::signInAgain()
 {
-    logAction(QStringLiteral("sign in again: ILoginActor::ShowLogin"));
+    m_log.logAction(QStringLiteral("sign in again: ILoginActor::ShowLogin"));
     m_plugin.GetLoginMgr()->GetLoginActor()->ShowLogin();
 }
 
 void Editor::signOut()
 {
-    logAction(QStringLiteral("sign out: session forgotten, ILoginActor::ShowLogin"));
+    m_log.logAction(QStringLiteral("sign out: session forgotten, ILoginActor::ShowLogin"));
     // The plug-in keeps the application alive once somebody has signed in. Now the login window is the
     // only one again, and the application ends with it, as at the start.
     QGuiApplication::setQuitOnLastWindowClosed(true);
@@ -115,15 +115,16 @@ void Editor::forgetNotice()
 
 QWebChannel* Editor::GetWebChannel()
 {
-    logCall(QStringLiteral("IHostContext::GetWebChannel") +
-            (m_channel ? QString() : QStringLiteral(": none")));
+    m_log.logCall(QStringLiteral("IHostContext::GetWebChannel") +
+                  (m_channel ? QString() : QStringLiteral(": none")));
     return m_channel;
 }
 
 void Editor::OnLoginSucceeded(const NelvoSDK::LoginSession& session)
 {
-    logCall(QStringLiteral("ILoginObserver::OnLoginSucceeded: enterprise \"%1\", editor service \"%2\"")
-                .arg(QString::fromStdWString(session.epName), QString::fromStdWString(session.sdkAddr)));
+    m_log.logCall(
+        QStringLiteral("ILoginObserver::OnLoginSucceeded: enterprise \"%1\", editor service \"%2\"")
+            .arg(QString::fromStdWString(session.epName), QString::fromStdWString(session.sdkAddr)));
     m_session = session;
     m_projects->openSession(withCookies(session));
     forgetNotice();
@@ -137,7 +138,7 @@ NelvoSDK::LoginSession Editor::withCookies(NelvoSDK::LoginSession session)
     if (!session.cookies.empty()) {
         m_cookieSource = session;
     } else if (m_cookieSource && m_cookieSource->sdkAddr == session.sdkAddr) {
-        logAction(QStringLiteral("no new cookies: those of the earlier sign-in hold on"));
+        m_log.logAction(QStringLiteral("no new cookies: those of the earlier sign-in hold on"));
         session.cookies = m_cookieSource->cookies;
     }
     return session;
@@ -145,12 +146,12 @@ NelvoSDK::LoginSession Editor::withCookies(NelvoSDK::LoginSession session)
 
 void Editor::OnLoginFailed()
 {
-    logCall(QStringLiteral("ILoginObserver::OnLoginFailed"));
+    m_log.logCall(QStringLiteral("ILoginObserver::OnLoginFailed"));
 }
 
 void Editor::OnMessageFirst(const QString& text)
 {
-    logCall(QStringLiteral("IMessageObserver::OnMessageFirst: ") + text);
+    m_log.logCall(QStringLiteral("IMessageObserver::OnMessageFirst: ") + text);
     m_cookieSource.reset();
     m_notice = text;
     Q_EMIT noticeChanged();
@@ -158,22 +159,12 @@ void Editor::OnMessageFirst(const QString& text)
 
 void Editor::OnMessageSecond(const QString& text)
 {
-    logCall(QStringLiteral("IMessageObserver::OnMessageSecond: ") + text);
+    m_log.logCall(QStringLiteral("IMessageObserver::OnMessageSecond: ") + text);
 }
 
 void Editor::OnMessageThird(const QString& text)
 {
-    logCall(QStringLiteral("IMessageObserver::OnMessageThird: ") + text);
-}
-
-void Editor::logAction(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Host, text, {}});
-}
-
-void Editor::logCall(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Observer, text, {}});
+    m_log.logCall(QStringLiteral("IMessageObserver::OnMessageThird: ") + text);
 }
 
 } // namespace NelvoDevkit

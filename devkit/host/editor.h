@@ -91,9 +91,6 @@ private:
     NelvoSDK::LoginSession withCookies(NelvoSDK::LoginSession session);
     void forgetNotice();
 
-    void logAction(const QString& text);
-    void logCall(const QString& text);
-
     NelvoSDK::INelvoSDKPlugin& m_plugin;
     LogModel& m_log;
     QWebChannel* m_channel;

@@ -46,6 +46,21 @@ void LogModel::append(LogEntry entry)
         QMetaObject::invokeMethod(this, &LogModel::takePending, Qt::QueuedConnection);
 }
 
+void LogModel::logAction(const QString& text)
+{
+    append({LogEntry::Kind::Host, text, {}});
+}
+
+void LogModel::logCall(const QString& text)
+{
+    append({LogEntry::Kind::Observer, text, {}});
+}
+
+void LogModel::logProblem(const QString& text)
+{
+    append({LogEntry::Kind::Warning, text, QStringLiteral("host")});
+}
+
 const LogEntry& LogModel::entry(int row) const
 {
     return m_entries.at(std::size_t(row));

@@ -45,6 +45,12 @@ public:
 
     //! Any thread. The entry shows up in the model with the next turn of the model's event loop.
     void append(LogEntry entry);
+    //! Appends something that the host did. Any thread, as the next two.
+    void logAction(const QString& text);
+    //! Appends a call of the plug-in on the host, or a signal of the plug-in.
+    void logCall(const QString& text);
+    //! Appends a warning of the host's own.
+    void logProblem(const QString& text);
 
     //! The entry in that row, which must exist.
     const LogEntry& entry(int row) const;

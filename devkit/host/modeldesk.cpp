@@ -21,8 +21,8 @@ ModelDesk::ModelDesk(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log)
     m_manager.SetPlugin(&plugin);
     m_manager.Attach(this);
     connect(&m_models, &ImportedModels::finished, this, [this](const ImportedModel& model) {
-        logAction(QStringLiteral("%1 “%2”: done, in %3")
-                      .arg(model.kindName(), model.name, projectName(model.inMainProject)));
+        m_log.logAction(QStringLiteral("%1 “%2”: done, in %3")
+                            .arg(model.kindName(), model.name, projectName(model.inMainProject)));
     });
 }
 
@@ -36,7 +36,7 @@ void ModelDesk::setMainProject(bool isMainProject)
     if (isMainProject == m_isMainProject)
         return;
     m_isMainProject = isMainProject;
-    logAction(QStringLiteral("opened ") + projectName(isMainProject));
+    m_log.logAction(QStringLiteral("opened ") + projectName(isMainProject));
     Q_EMIT mainProjectChanged();
 }
 
@@ -44,18 +44,18 @@ void ModelDesk::publish(QQmlContext* context)
 {
     context->setContextProperty(QStringLiteral("bimControl"), this);
     context->setContextProperty(QStringLiteral("editConext"), this); // spelled so
-    logAction(QStringLiteral("IPdsMgr::SetQmlContext"));
+    m_log.logAction(QStringLiteral("IPdsMgr::SetQmlContext"));
     m_manager.SetQmlContext(context);
     m_organisation = context->contextProperty(QStringLiteral("orgModel")).value<QAbstractItemModel*>();
 }
 
 void ModelDesk::createDialog(QQuickItem* scene)
 {
-    logAction(QStringLiteral("IPdsMgr::CreateBimDialog"));
+    m_log.logAction(QStringLiteral("IPdsMgr::CreateBimDialog"));
     m_manager.CreateBimDialog(scene);
     m_dialog = scene->findChild<QQuickItem*>(QString(), Qt::FindDirectChildrenOnly);
     if (!m_dialog)
-        logProblem(QStringLiteral("the BIM dialog did not load"));
+        m_log.logProblem(QStringLiteral("the BIM dialog did not load"));
 }
 
 void ModelDesk::destroyDialog()
@@ -70,7 +70,7 @@ void ModelDesk::readModels(int earlierUnits)
 {
     if (m_organisation)
         m_organisation->removeRows(0, m_organisation->rowCount());
-    logAction(QStringLiteral("IPdsMgr::InitBimData"));
+    m_log.logAction(QStringLiteral("IPdsMgr::InitBimData"));
     m_manager.InitBimData();
     if (m_organisation)
         m_organisation->removeRows(0, earlierUnits, m_organisation->index(0, 0));
@@ -80,58 +80,58 @@ void ModelDesk::readModels(int earlierUnits)
 
 void ModelDesk::openBimDialog()
 {
-    logAction(QStringLiteral("IPdsMgr::OpenBimDialog"));
+    m_log.logAction(QStringLiteral("IPdsMgr::OpenBimDialog"));
     m_manager.OpenBimDialog();
 }
 
 void ModelDesk::openDwgDialog()
 {
-    logAction(QStringLiteral("IPdsMgr::OpenDWGBimDialog"));
+    m_log.logAction(QStringLiteral("IPdsMgr::OpenDWGBimDialog"));
     m_manager.OpenDWGBimDialog();
 }
 
 bool ModelDesk::checkBimProjValid(const QString& guid, bool isMainProject)
 {
     const bool isValid = !m_models.has(guid, isMainProject);
-    logCall(QStringLiteral("bimControl.checkBimProjValid: “%1” into %2: %3")
-                .arg(nameOf(guid), projectName(isMainProject),
-                     isValid ? QStringLiteral("true") : QStringLiteral("false, it is there")));
+    m_log.logCall(QStringLiteral("bimControl.checkBimProjValid: “%1” into %2: %3")
+                      .arg(nameOf(guid), projectName(isMainProject),
+                           isValid ? QStringLiteral("true") : QStringLiteral("false, it is there")));
     return isValid;
 }
 
 void ModelDesk::OnBimDialogOpened(QQuickItem* /*dialog*/)
 {
-    logCall(QStringLiteral("IPdsObserver::OnBimDialogOpened"));
+    m_log.logCall(QStringLiteral("IPdsObserver::OnBimDialogOpened"));
 }
 
 void ModelDesk::OnBimDialogClosed(QQuickItem* /*dialog*/)
 {
-    logCall(QStringLiteral("IPdsObserver::OnBimDialogClosed"));
+    m_log.logCall(QStringLiteral("IPdsObserver::OnBimDialogClosed"));
 }
 
 void ModelDesk::OnBimProjListCleared()
 {
-    logCall(QStringLiteral("IPdsObserver::OnBimProjListCleared"));
+    m_log.logCall(QStringLiteral("IPdsObserver::OnBimProjListCleared"));
 }
 
 void ModelDesk::OnBimProjListSynced()
 {
-    logCall(QStringLiteral("IPdsObserver::OnBimProjListSynced"));
+    m_log.logCall(QStringLiteral("IPdsObserver::OnBimProjListSynced"));
 }
 
 void ModelDesk::OnDownLoadBimProj(const QStringList& guids)
 {
     for (const QString& guid : guids) {
-        logCall(QStringLiteral("IPdsObserver::OnDownLoadBimProj: “%1”, %2").arg(nameOf(guid), guid));
+        m_log.logCall(QStringLiteral("IPdsObserver::OnDownLoadBimProj: “%1”, %2").arg(nameOf(guid), guid));
         add(guid, ImportedModel::Kind::Download);
     }
 }
 
 void ModelDesk::OnConvertSimplyMode(const QString& guid, bool completionFirst)
 {
-    logCall(QStringLiteral("IPdsObserver::OnConvertSimplyMode: “%1”, %2 first")
-                .arg(nameOf(guid),
-                     completionFirst ? QStringLiteral("completion") : QStringLiteral("performance")));
+    m_log.logCall(QStringLiteral("IPdsObserver::OnConvertSimplyMode: “%1”, %2 first")
+                      .arg(nameOf(guid),
+                           completionFirst ? QStringLiteral("completion") : QStringLiteral("performance")));
     add(guid, completionFirst ? ImportedModel::Kind::CompletionFirst : ImportedModel::Kind::PerformanceFirst);
 }
 
@@ -144,21 +144,6 @@ QString ModelDesk::nameOf(const QString& guid)
 {
     const QString name = QString::fromStdWString(m_manager.GetBimProjName(guid.toStdWString()));
     return name.isEmpty() ? guid : name;
-}
-
-void ModelDesk::logAction(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Host, text, {}});
-}
-
-void ModelDesk::logProblem(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Warning, text, QStringLiteral("host")});
-}
-
-void ModelDesk::logCall(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Observer, text, {}});
 }
 
 } // namespace NelvoDevkit

@@ -72,9 +72,6 @@ private:
 
     void add(const QString& guid, ImportedModel::Kind kind);
     QString nameOf(const QString& guid);
-    void logAction(const QString& text);
-    void logCall(const QString& text);
-    void logProblem(const QString& text);
 
     NelvoSDK::IPdsMgr& m_manager;
     LogModel& m_log;

@@ -37,7 +37,7 @@ ProjectDesk::ProjectDesk(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log)
 {
     m_manager.SetPlugin(&plugin);
     connect(&m_queue, &OrderQueue::failed, this, [this](const QString& activity, const QString& reason) {
-        logProblem(QStringLiteral("%1: std::out_of_range: %2").arg(activity, reason));
+        m_log.logProblem(QStringLiteral("%1: std::out_of_range: %2").arg(activity, reason));
     });
 }
 
@@ -55,11 +55,12 @@ void ProjectDesk::installSession(const NelvoSDK::LoginSession& session)
     m_serverProjects.replace({});
     setReady(!session.sdkAddr.empty());
     if (!m_ready) {
-        logProblem(QStringLiteral("the session names no editor service: no tree, no projects, no watch"));
+        m_log.logProblem(
+            QStringLiteral("the session names no editor service: no tree, no projects, no watch"));
         return;
     }
     m_earlierUnits = firstLevelSize();
-    logCall(QStringLiteral("IProjectInfoMgr::ReflushProjOrgInfo"));
+    m_log.logAction(QStringLiteral("IProjectInfoMgr::ReflushProjOrgInfo"));
     m_manager.ReflushProjOrgInfo(m_session);
     dropForeignProjects();
     readTree();
@@ -128,7 +129,7 @@ void ProjectDesk::renameLocalProject(const QString& id, const QString& name)
         const NelvoSDK::ProjectNode* const project = m_localProjects.find(id);
         if (!project)
             return;
-        logCall(QStringLiteral("IProjectInfoMgr::RemoveLocalProject: ") + id);
+        m_log.logAction(QStringLiteral("IProjectInfoMgr::RemoveLocalProject: ") + id);
         m_manager.RemoveLocalProject(project->id);
         announce(*project);
         showDetails();
@@ -138,7 +139,7 @@ void ProjectDesk::renameLocalProject(const QString& id, const QString& name)
 void ProjectDesk::removeLocalProject(const QString& id)
 {
     m_queue.add(QStringLiteral("正在移除项目"), [this, id] {
-        logCall(QStringLiteral("IProjectInfoMgr::RemoveLocalProject: ") + id);
+        m_log.logAction(QStringLiteral("IProjectInfoMgr::RemoveLocalProject: ") + id);
         m_manager.RemoveLocalProject(id.toStdWString());
         m_localProjects.remove(id);
         if (m_selectedId == id)
@@ -153,12 +154,14 @@ void ProjectDesk::uploadLocalProject(const QString& id)
         if (!found)
             return;
         const NelvoSDK::ProjectNode project = *found;
-        logCall(QStringLiteral("IProjectInfoMgr::OnUploadProject: new project \"%1\"").arg(nameOf(project)));
+        m_log.logAction(
+            QStringLiteral("IProjectInfoMgr::OnUploadProject: new project \"%1\"").arg(nameOf(project)));
         m_manager.OnUploadProject(project, nullptr, true);
         // The upload has taken the announcement back, whether it arrived or not.
         announce(project);
         if (!readProjects() || !m_serverProjects.find(id))
-            logProblem(QStringLiteral("\"%1\" is not on the service; it stays local").arg(nameOf(project)));
+            m_log.logProblem(
+                QStringLiteral("\"%1\" is not on the service; it stays local").arg(nameOf(project)));
     });
 }
 
@@ -172,13 +175,13 @@ void ProjectDesk::renameServerProject(const QString& id, const QString& name)
         if (!found)
             return;
         NelvoSDK::ProjectNode project = *found;
-        logCall(QStringLiteral("IProjectInfoMgr::OnUploadProject: \"%1\" becomes \"%2\"")
-                    .arg(nameOf(project), newName));
+        m_log.logAction(QStringLiteral("IProjectInfoMgr::OnUploadProject: \"%1\" becomes \"%2\"")
+                            .arg(nameOf(project), newName));
         project.name = newName.toStdWString();
         m_manager.OnUploadProject(project, nullptr, true);
         const NelvoSDK::ProjectNode* const renamed = readProjects() ? m_serverProjects.find(id) : nullptr;
         if (!renamed || nameOf(*renamed) != newName)
-            logProblem(QStringLiteral("the service does not call it \"%1\"").arg(newName));
+            m_log.logProblem(QStringLiteral("the service does not call it \"%1\"").arg(newName));
     });
 }
 
@@ -188,9 +191,9 @@ void ProjectDesk::uploadBindings()
         return;
     m_queue.add(QStringLiteral("正在上传设备绑定"),
                 [this, id = m_selectedId, devices = m_devices.bindings()] {
-                    logCall(QStringLiteral("IProjectInfoMgr::OnUploadSdkProperty: %1 devices of %2")
-                                .arg(devices.size())
-                                .arg(id));
+                    m_log.logAction(QStringLiteral("IProjectInfoMgr::OnUploadSdkProperty: %1 devices of %2")
+                                        .arg(devices.size())
+                                        .arg(id));
                     m_manager.OnUploadSdkProperty(id, devices);
                 });
 }
@@ -199,7 +202,7 @@ void ProjectDesk::dropForeignProjects()
 {
     // With no enterprise in the session the manager could not tell them, and throws.
     if (!has(m_session, RecordKeys::EpId)) {
-        logProblem(QStringLiteral("the session names no enterprise: local projects stay"));
+        m_log.logProblem(QStringLiteral("the session names no enterprise: local projects stay"));
         return;
     }
     std::list<NelvoSDK::ProjectRef> own;
@@ -213,8 +216,8 @@ void ProjectDesk::dropForeignProjects()
             own.pop_front();
             continue;
         }
-        logCall(QStringLiteral("IProjectInfoMgr::RemoveForeignProjects: \"%1\" belongs to \"%2\"")
-                    .arg(nameOf(project), attribute(project, RecordKeys::EpName)));
+        m_log.logAction(QStringLiteral("IProjectInfoMgr::RemoveForeignProjects: \"%1\" belongs to \"%2\"")
+                            .arg(nameOf(project), attribute(project, RecordKeys::EpName)));
         m_manager.RemoveLocalProject(project.id);
         m_localProjects.remove(idOf(project));
     }
@@ -232,9 +235,9 @@ void ProjectDesk::readTree()
         m_tree.setTree(root);
     else
         m_tree.clear();
-    logCall(QStringLiteral("IProjectInfoMgr::GetOrgTree: %1 units").arg(m_tree.unitCount()));
+    m_log.logAction(QStringLiteral("IProjectInfoMgr::GetOrgTree: %1 units").arg(m_tree.unitCount()));
     if (!isNew)
-        logProblem(QStringLiteral("no organisation tree has arrived since the sign-in"));
+        m_log.logProblem(QStringLiteral("no organisation tree has arrived since the sign-in"));
 }
 
 std::size_t ProjectDesk::firstLevelSize()
@@ -249,10 +252,11 @@ bool ProjectDesk::readProjects()
     std::list<NelvoSDK::ProjectNode> projects;
     const bool answered = m_manager.GetServerProjectTree(projects);
     if (!answered) {
-        logProblem(QStringLiteral("IProjectInfoMgr::GetServerProjectTree: false"));
+        m_log.logProblem(QStringLiteral("IProjectInfoMgr::GetServerProjectTree: false"));
         return false;
     }
-    logCall(QStringLiteral("IProjectInfoMgr::GetServerProjectTree: %1 projects").arg(projects.size()));
+    m_log.logAction(
+        QStringLiteral("IProjectInfoMgr::GetServerProjectTree: %1 projects").arg(projects.size()));
     m_serverProjects.replace(
         {std::make_move_iterator(projects.begin()), std::make_move_iterator(projects.end())});
     dropUploadedProjects();
@@ -297,7 +301,7 @@ QString ProjectDesk::enterpriseOf(const QString& id)
 
 void ProjectDesk::announce(const NelvoSDK::ProjectNode& project)
 {
-    logCall(QStringLiteral("IProjectInfoMgr::AddLocalProject: \"%1\"").arg(nameOf(project)));
+    m_log.logAction(QStringLiteral("IProjectInfoMgr::AddLocalProject: \"%1\"").arg(nameOf(project)));
     m_manager.AddLocalProject(toRef(project));
 }
 
@@ -305,16 +309,6 @@ void ProjectDesk::setReady(bool ready)
 {
     m_ready = ready;
     Q_EMIT readyChanged();
-}
-
-void ProjectDesk::logCall(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Host, text, {}});
-}
-
-void ProjectDesk::logProblem(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Warning, text, QStringLiteral("host")});
 }
 
 } // namespace NelvoDevkit

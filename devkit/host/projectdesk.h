@@ -97,9 +97,6 @@ private:
     void setReady(bool ready);
     std::size_t firstLevelSize();
 
-    void logCall(const QString& text);
-    void logProblem(const QString& text);
-
     NelvoSDK::IProjectInfoMgr& m_manager;
     LogModel& m_log;
     OrderQueue m_queue;

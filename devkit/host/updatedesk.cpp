@@ -99,7 +99,8 @@ void UpdateDesk::check()
 void UpdateDesk::askService()
 {
     watchPages();
-    logAction(QStringLiteral("updater.checkVersion: \"%1\" at %2").arg(m_service.product, m_service.address));
+    m_log.logAction(
+        QStringLiteral("updater.checkVersion: \"%1\" at %2").arg(m_service.product, m_service.address));
     QMetaObject::invokeMethod(m_updater, "checkVersion", Q_ARG(QString, m_service.address),
                               Q_ARG(QString, m_service.token), Q_ARG(QString, m_service.product));
 }
@@ -163,7 +164,7 @@ void UpdateDesk::install()
 
 void UpdateDesk::call(const char* method)
 {
-    logAction(QStringLiteral("updater.") + QLatin1String(method));
+    m_log.logAction(QStringLiteral("updater.") + QLatin1String(method));
     QMetaObject::invokeMethod(m_updater, method);
 }
 
@@ -176,14 +177,14 @@ void UpdateDesk::dismiss()
 void UpdateDesk::onNeedUpdate(bool need)
 {
     m_cameBetween = m_pages && m_page != LastPage;
-    logSignal(need ? QStringLiteral("needUpdate: true, version \"%1\"").arg(version())
-                   : QStringLiteral("needUpdate: false"));
+    m_log.logCall(need ? QStringLiteral("updater: needUpdate: true, version \"%1\"").arg(version())
+                       : QStringLiteral("updater: needUpdate: false"));
     enter(need ? State::Offered : State::NothingNewer);
 }
 
 void UpdateDesk::onInfo(const QString& text)
 {
-    logSignal(QStringLiteral("readyUpdateInfo: ") + text);
+    m_log.logCall(QStringLiteral("updater: readyUpdateInfo: ") + text);
     m_message = text;
     // During a download there are failures only to tell of, and it tells each of them twice.
     if (m_state == State::Downloading || m_state == State::Failed) {
@@ -195,7 +196,7 @@ void UpdateDesk::onInfo(const QString& text)
 
 void UpdateDesk::onDownloadStarted(const QString& filePath, qint64 bytesTotal)
 {
-    logSignal(QStringLiteral("downloadStarted: ") + filePath);
+    m_log.logCall(QStringLiteral("updater: downloadStarted: ") + filePath);
     m_bytesTotal = bytesTotal;
     enter(State::Downloading);
 }
@@ -213,14 +214,14 @@ void UpdateDesk::onDownloadProgress(const QString& /*filePath*/, qint64 bytesRec
 
 void UpdateDesk::onDownloadFinished(const QString& filePath)
 {
-    logSignal(QStringLiteral("downloadFinished: ") + filePath);
+    m_log.logCall(QStringLiteral("updater: downloadFinished: ") + filePath);
     m_progress = 1;
     enter(State::Downloaded);
 }
 
 void UpdateDesk::onUpgradeStart()
 {
-    logSignal(QStringLiteral("upgradeStart"));
+    m_log.logCall(QStringLiteral("updater: upgradeStart"));
     m_progress = 0;
     enter(State::Installing);
 }
@@ -233,7 +234,7 @@ void UpdateDesk::onUpgradeProcess(float percent)
 
 void UpdateDesk::onUpgradeEnd()
 {
-    logSignal(QStringLiteral("upgradeEnd"));
+    m_log.logCall(QStringLiteral("updater: upgradeEnd"));
     enter(State::Restarting);
 }
 
@@ -242,16 +243,6 @@ void UpdateDesk::enter(State state)
     m_state = state;
     m_error.clear();
     Q_EMIT changed();
-}
-
-void UpdateDesk::logAction(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Host, text, {}});
-}
-
-void UpdateDesk::logSignal(const QString& text)
-{
-    m_log.append({LogEntry::Kind::Observer, QStringLiteral("updater: ") + text, {}});
 }
 
 } // namespace NelvoDevkit

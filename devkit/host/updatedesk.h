@@ -104,8 +104,6 @@ private:
     QString shownPage() const;
     void call(const char* method);
     void enter(State state);
-    void logAction(const QString& text);
-    void logSignal(const QString& text);
 
     LogModel& m_log;
     OrderQueue& m_queue;

@@ -22,6 +22,7 @@ class TestHostLog : public QObject
 private Q_SLOTS:
     void entriesShowUpInOrder();
     void rolesOfAnEntry();
+    void kindsOfWhatTheHostLogs();
     void oldestEntriesGo();
     void moreThanTheCapacityAtOnce();
     void appendFromManyThreads();
@@ -65,6 +66,22 @@ void TestHostLog::entriesShowUpInOrder()
     QTRY_COMPARE(texts(log), (QStringList{"a", "b", "c"}));
     append(log, {"d"});
     QTRY_COMPARE(texts(log), (QStringList{"a", "b", "c", "d"}));
+}
+
+void TestHostLog::kindsOfWhatTheHostLogs()
+{
+    LogModel log;
+    log.logAction(QStringLiteral("opened"));
+    log.logCall(QStringLiteral("called"));
+    log.logProblem(QStringLiteral("broken"));
+    QTRY_COMPARE(log.rowCount(), 3);
+    QCOMPARE(texts(log), (QStringList{"opened", "called", "broken"}));
+    const auto entryIs = [&log](int row, LogEntry::Kind kind, const QString& origin) {
+        return log.entry(row).kind == kind && log.entry(row).origin == origin;
+    };
+    QVERIFY(entryIs(0, LogEntry::Kind::Host, {}));
+    QVERIFY(entryIs(1, LogEntry::Kind::Observer, {}));
+    QVERIFY(entryIs(2, LogEntry::Kind::Warning, QStringLiteral("host")));
 }
 
 void TestHostLog::rolesOfAnEntry()
