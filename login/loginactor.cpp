@@ -5,6 +5,7 @@
 #include "login/logincache.h"
 #include "login/windowactivity.h"
 #include "web/cookiesjar.h"
+#include "web/jsonfile.h"
 #include "web/webclient.h"
 
 #include <NelvoSDK/RecordKeys.h>
@@ -230,12 +231,9 @@ QString CLoginActor::signIn(const QString& userName, const QString& passwordText
         return companies->errorString();
     // Once more: another sign-in may have run, and ended, while this one was waiting.
     m_cimUrl = cimUrl;
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(companies->readAll(), &error);
-    if (document.isNull()) {
-        qWarning().noquote() << "parse json failed:" << error.errorString();
+    const QJsonDocument document = parseJson(companies->readAll(), NELVO_HERE);
+    if (document.isNull())
         return QStringLiteral("read compList failed");
-    }
     m_appList = document.array();
     Q_EMIT appListChanged();
     return {};

@@ -2,6 +2,7 @@
 
 #include "project/checkedread.h"
 #include "web/cookiesjar.h"
+#include "web/jsonfile.h"
 #include "web/webclient.h"
 
 #include <NelvoSDK/IMessageMgr.h>
@@ -65,13 +66,7 @@ QJsonObject identity(const NelvoSDK::ProjectNode& project)
 //! Whether a failed reply says that the account has signed in elsewhere.
 bool saysPushedOut(const QByteArray& body)
 {
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(body, &error);
-    if (document.isNull()) {
-        qWarning().noquote() << "parse json failed:" << error.errorString();
-        return false;
-    }
-    const QString code = document.object().value(QStringLiteral("infoCode")).toString();
+    const QString code = parseJson(body, NELVO_HERE).object().value(QStringLiteral("infoCode")).toString();
     return code == QStringLiteral("1007") || code == QStringLiteral("1002");
 }
 

@@ -1,62 +1,31 @@
 #include "updater/updatehelper.h"
 
 #include "updater/sourcefile.h"
+#include "web/jsonfile.h"
 
-#include <QByteArray>
 #include <QCryptographicHash>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
 #include <limits>
 
-namespace {
-
-void warnOfFile(const QFile& file)
-{
-    qWarning().noquote() << "open file " << file.fileName() << "failed:" << file.errorString();
-}
-
-} // namespace
-
+// The warnings of these three name this file as their place.
 bool readFileBytes(const QString& path, QByteArray& bytes)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        warnOfFile(file);
-        return false;
-    }
-    bytes = file.readAll();
-    return true;
+    return readFile(path, bytes, NELVO_HERE);
 }
 
 bool writeFileBytes(const QString& path, const QByteArray& bytes)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush()) {
-        warnOfFile(file);
-        return false;
-    }
-    return true;
+    return writeFile(path, bytes, NELVO_HERE);
 }
 
 bool readJsonObject(const QString& path, QJsonObject& result)
 {
-    QByteArray bytes;
-    if (!readFileBytes(path, bytes))
-        return false;
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
-    if (document.isNull()) {
-        qWarning().noquote() << "parse json failed:" << error.errorString();
-        return false;
-    }
-    result = document.object();
-    return true;
+    return readJsonFile(path, result, NELVO_HERE);
 }
 
 bool checkMd5(const QString& filePath, const QString& expectedMd5)

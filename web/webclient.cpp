@@ -1,6 +1,7 @@
 #include "web/webclient.h"
 
 #include "web/cookiesjar.h"
+#include "web/jsonfile.h"
 
 #include <QCoreApplication>
 #include <QDebug>
@@ -100,12 +101,9 @@ template <typename Assign>
 ReplyHandler jsonHandler(Assign assign)
 {
     return [assign](const QByteArray& body) {
-        QJsonParseError error;
-        const QJsonDocument document = QJsonDocument::fromJson(body, &error);
-        if (document.isNull()) {
-            qWarning().noquote() << "parse json failed:" << error.errorString();
+        const QJsonDocument document = parseJson(body, NELVO_HERE);
+        if (document.isNull())
             return false;
-        }
         assign(document);
         return true;
     };

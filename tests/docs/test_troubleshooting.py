@@ -17,6 +17,7 @@ LIBRARY = ("bim", "login", "platform", "plugin", "project", "resources", "sdk", 
 WAYS = (
     r"\bq(?:Debug|Info|Warning|Critical|Fatal)\b",
     r"\breportInfo\b",  # of the updater
+    r"\bhere\.warning\b",  # of files and JSON
     r"\berrorString =",  # which the updater reports
     r"\bconsole\.\w+",
     r"\bthrow\b",

@@ -47,6 +47,7 @@ void TestAddressFiles::missingDefaultServerFileIsLogged()
     QCOMPARE(NelvoPlugin::readDefaultServer(), QString());
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("open file  %1 failed: %2")
                                              .arg(file.path(), TestSupport::openError(file.path()))});
+    QCOMPARE(log.entries().constFirst().file, QStringLiteral("login/addressfiles.cpp"));
 }
 
 void TestAddressFiles::damagedDefaultServerFileIsLogged()

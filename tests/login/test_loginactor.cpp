@@ -321,6 +321,7 @@ void TestLoginActor::rejectedPasswordShowsAtTheCompanyList()
     QCOMPARE(signIn.actor.login(QStringLiteral("lina"), QStringLiteral("wrong"), m_url, {}),
              QStringLiteral("read compList failed"));
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("parse json failed: illegal value")});
+    QCOMPARE(log.entries().constFirst().file, QStringLiteral("login/loginactor.cpp"));
     QCOMPARE(signIn.observer.failures, 1);
 }
 

@@ -1382,8 +1382,10 @@ void TestProjectInfoMgr::otherRepliesTellNothing()
     QVERIFY(project.messages.first.isEmpty());
     QCOMPARE(log.warnings().size(), warnings);
     QCOMPARE(log.entries().size(), warnings);
-    if (warnings == 2)
+    if (warnings == 2) {
         QCOMPARE(log.warnings().at(1), QStringLiteral("parse json failed: illegal value"));
+        QCOMPARE(log.entries().at(1).file, QStringLiteral("project/projectinfomgr.cpp"));
+    }
 }
 
 void TestProjectInfoMgr::failedTickLogs_data()

@@ -108,6 +108,7 @@ void TestUpdateHelper::failedReadIsLoggedAndLeavesTheBytes()
     QCOMPARE(log.entries().size(), 1);
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("open file  %1 failed: %2")
                                              .arg(path("missing"), TestSupport::openError(path("missing")))});
+    QCOMPARE(log.entries().constFirst().file, QStringLiteral("updater/updatehelper.cpp"));
 }
 
 void TestUpdateHelper::writeReplacesTheContent()
@@ -164,6 +165,7 @@ void TestUpdateHelper::invalidJsonIsLoggedAndLeavesTheResult()
     QCOMPARE(result, (QJsonObject{{"before", 1}}));
     QCOMPARE(log.warnings(),
              (QStringList{"parse json failed: illegal value", "parse json failed: illegal value"}));
+    QCOMPARE(log.entries().constFirst().file, QStringLiteral("updater/updatehelper.cpp"));
 }
 
 void TestUpdateHelper::missingJsonFileIsLoggedAndLeavesTheResult()

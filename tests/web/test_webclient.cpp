@@ -427,6 +427,7 @@ void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched()
     QCOMPARE(array, QJsonArray{0});
     const QString text = QStringLiteral("parse json failed: ") + reason;
     QCOMPARE(log.warnings(), (QStringList{text, text}));
+    QCOMPARE(log.entries().constFirst().file, QStringLiteral("web/webclient.cpp"));
 }
 
 void TestWebClient::failedJsonCallLeavesTheOutputUntouched()
