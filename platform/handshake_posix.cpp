@@ -1,5 +1,7 @@
 #include "platform/handshake.h"
 
+#include <QByteArray>
+
 #include <fcntl.h>
 #include <semaphore.h>
 #include <sys/mman.h>
@@ -27,6 +29,7 @@ Object* keep(Object object)
     return &kept.emplace_back(object);
 }
 
+//! Keeps lone surrogates and a byte order mark, which QString would change: each name is a name of its own.
 std::string toUtf8(const std::wstring& text)
 {
     std::string bytes;
@@ -52,26 +55,10 @@ std::string toUtf8(const std::wstring& text)
     return bytes;
 }
 
-bool isPlain(char byte)
-{
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
-           byte == '-' || byte == '.' || byte == '_' || byte == '~';
-}
-
 //! What the object of that name is called here, where slashes are not allowed within a name.
 std::string objectName(const std::wstring& name)
 {
-    static const char* const digits = "0123456789ABCDEF";
-    std::string encoded = "/";
-    for (const char byte : toUtf8(name)) {
-        if (isPlain(byte)) {
-            encoded += byte;
-            continue;
-        }
-        const auto value = static_cast<unsigned char>(byte);
-        encoded += {'%', digits[value >> 4], digits[value & 0xF]};
-    }
-    return encoded;
+    return '/' + QByteArray::fromStdString(toUtf8(name)).toPercentEncoding().toStdString();
 }
 
 } // namespace

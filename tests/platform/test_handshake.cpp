@@ -11,6 +11,8 @@
 
 using NelvoDevkit::CallerHandshake;
 
+Q_DECLARE_METATYPE(std::wstring)
+
 namespace {
 
 constexpr std::chrono::milliseconds Now{0};
@@ -82,6 +84,8 @@ private Q_SLOTS:
     void failedCallerLeavesNothing();
     void differentNamesAreDifferentObjects_data();
     void differentNamesAreDifferentObjects();
+    void namesThatAreNoTextAreDifferentObjects_data();
+    void namesThatAreNoTextAreDifferentObjects();
     void anyCharactersMakeAName_data();
     void anyCharactersMakeAName();
 
@@ -220,6 +224,27 @@ void TestHandshake::differentNamesAreDifferentObjects()
     const CallerHandshake caller(prefix + one.toStdWString(), prefix + L"block");
     QVERIFY(NelvoPlugin::openEvent(prefix + one.toStdWString()));
     QVERIFY(!NelvoPlugin::openEvent(prefix + other.toStdWString()));
+}
+
+void TestHandshake::namesThatAreNoTextAreDifferentObjects_data()
+{
+    QTest::addColumn<std::wstring>("one");
+    QTest::addColumn<std::wstring>("other");
+    const std::wstring name = unique({});
+    const auto of = [](char16_t unit) { return std::wstring(1, wchar_t(unit)); };
+    QTest::newRow("high surrogate, question mark") << name + L'?' << name + of(0xD83C);
+    QTest::newRow("low surrogate, question mark") << name + L'?' << name + of(0xDFD7);
+    QTest::newRow("surrogate, replacement character") << name + of(0xFFFD) << name + of(0xD83C);
+    QTest::newRow("byte order mark, none") << name << of(0xFEFF) + name;
+}
+
+void TestHandshake::namesThatAreNoTextAreDifferentObjects()
+{
+    QFETCH(std::wstring, one);
+    QFETCH(std::wstring, other);
+    const CallerHandshake caller(one, unique(QStringLiteral("block-")));
+    QVERIFY(NelvoPlugin::openEvent(one));
+    QVERIFY(!NelvoPlugin::openEvent(other));
 }
 
 void TestHandshake::anyCharactersMakeAName_data()
