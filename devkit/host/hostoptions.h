@@ -21,9 +21,9 @@ struct HostOptions {
     //! When to check for a newer release by itself; empty for when the user asks.
     QString updateCheck;
 
-    //! Reads the arguments, the program's name first. A single argument is left to the plug-in. On
-    //! failure returns nothing and tells why in `error`.
-    static std::optional<HostOptions> parse(const QStringList& arguments, QString* error);
+    //! Reads the arguments, the program's name first. A single argument is left to the plug-in. Returns
+    //! nothing if they ask for the help, which is then printed. Throws a Failure for wrong usage.
+    static std::optional<HostOptions> parse(const QStringList& arguments);
 
     //! How to call the host, for the user.
     static QString usage();

@@ -1,3 +1,4 @@
+#include "commandline/commandline.h"
 #include "host/editor.h"
 #include "host/hostoptions.h"
 #include "host/hostsettings.h"
@@ -19,41 +20,22 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <utility>
 
 namespace {
 
 using namespace NelvoDevkit;
 
-//! Why the host cannot start, for the user.
-class StartFailure
+//! A single argument goes to the plug-in. Says so if it does not have the parts of a sign-in.
+void explainSingleArgument(const QStringList& arguments)
 {
-public:
-    explicit StartFailure(QString reason) : m_reason(std::move(reason)) {}
-    const QString& reason() const { return m_reason; }
-
-private:
-    QString m_reason;
-};
-
-HostOptions readOptions()
-{
-    const QStringList arguments = QCoreApplication::arguments();
-    // Not what was meant, most likely, unless it has the parts of a sign-in.
     if (arguments.size() == 2 && arguments.at(1).startsWith(QLatin1Char('-')) &&
-        !arguments.at(1).contains(QStringLiteral("$$")))
-        std::cerr << "NelvoEditor: '" << arguments.at(1).toStdString()
-                  << "' goes to the plug-in, as a sign-in\n"
-                  << HostOptions::usage().toStdString();
-
-    QString error;
-    const auto options = HostOptions::parse(arguments, &error);
-    if (!options)
-        throw StartFailure(error + QLatin1Char('\n') + HostOptions::usage());
-    return *options;
+        !arguments.at(1).contains(QStringLiteral("$$"))) {
+        errorOutput() << "NelvoEditor: '" << arguments.at(1) << "' goes to the plug-in, as a sign-in\n"
+                      << HostOptions::usage() << Qt::flush;
+    }
 }
 
-//! The terminal has its own code page, whatever the host takes for the system's.
+//! The terminal has its own code page, whatever the host takes for the system's. Any thread may log.
 void writeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     std::cerr << qFormatLogMessage(type, context, message).toStdString() << std::endl;
@@ -68,7 +50,7 @@ HostSettings applySettings(const QString& givenFile)
     QString error;
     const auto settings = HostSettings::load(file, &error);
     if (!settings)
-        throw StartFailure(QStringLiteral("settings %1: %2").arg(file, error));
+        throw Failure{QStringLiteral("settings %1: %2").arg(file, error)};
     settings->apply();
     if (settings->codec)
         qInstallMessageHandler(writeMessage);
@@ -104,7 +86,7 @@ void start(Editor& editor)
     if (isAnyWindowVisible())
         return;
     // A sign-in without a window that came to nothing: nobody could ever end this process.
-    std::cerr << "NelvoEditor: the sign-in opened no window" << std::endl;
+    errorOutput() << "NelvoEditor: the sign-in opened no window" << Qt::endl;
     QCoreApplication::exit(EXIT_FAILURE);
 }
 
@@ -119,15 +101,14 @@ void checkUpdates(Editor& editor, const QString& when)
         });
 }
 
-int run()
+int run(const HostOptions& options)
 {
-    const HostOptions options = readOptions();
     const HostSettings settings = applySettings(options.settingsFile);
 
     QString error;
     NelvoSDK::INelvoSDKPlugin* const plugin = loadPlugin(QCoreApplication::applicationDirPath(), &error);
     if (!plugin)
-        throw StartFailure(error);
+        throw Failure{error};
 
     LogModel log;
     const MessageCapture capture(log);
@@ -149,7 +130,7 @@ int run()
                                  {QStringLiteral("webChannelPage"), webChannel.pageUrl()}});
     engine.load(QUrl(QStringLiteral("qrc:/NelvoEditor/Main.qml")));
     if (engine.rootObjects().isEmpty())
-        throw StartFailure(QStringLiteral("the host's window did not load"));
+        throw Failure{QStringLiteral("the host's window did not load")};
     editor.models()->createDialog(
         engine.rootObjects().constFirst()->findChild<QQuickItem*>(QStringLiteral("scene")));
 
@@ -170,10 +151,9 @@ int main(int argc, char* argv[])
     const QGuiApplication application(argc, argv);
     // The plug-in keeps the installed version in settings of that name.
     QCoreApplication::setOrganizationName(QStringLiteral("Nelvo"));
-    try {
-        return run();
-    } catch (const StartFailure& failure) {
-        std::cerr << "NelvoEditor: " << failure.reason().toStdString() << std::endl;
-        return EXIT_FAILURE;
-    }
+    return runProgram("NelvoEditor", [] {
+        explainSingleArgument(QCoreApplication::arguments());
+        const auto options = HostOptions::parse(QCoreApplication::arguments());
+        return options ? run(*options) : EXIT_SUCCESS;
+    });
 }

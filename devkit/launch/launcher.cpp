@@ -1,5 +1,6 @@
 #include "launch/launcher.h"
 
+#include "commandline/commandline.h"
 #include "launch/callerhandshake.h"
 
 #include <QDeadlineTimer>
@@ -8,8 +9,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <iostream>
-#include <string>
 #include <system_error>
 
 namespace NelvoDevkit {
@@ -35,14 +34,14 @@ void heedInterruptions()
     std::signal(SIGTERM, &interrupt);
 }
 
-void say(const std::string& text)
+void say(const QString& text)
 {
-    std::cout << "nelvo-launch: " << text << std::endl;
+    output() << "nelvo-launch: " << text << Qt::endl;
 }
 
-void complain(const std::string& text)
+void complain(const QString& text)
 {
-    std::cerr << "nelvo-launch: " << text << std::endl;
+    errorOutput() << "nelvo-launch: " << text << Qt::endl;
 }
 
 //! \brief The started host: its terminal is this program's.
@@ -60,7 +59,7 @@ public:
         QProcess::start(program, {argument}, QIODevice::NotOpen);
         return waitForStarted(-1);
     }
-    std::string error() const { return errorString().toStdString(); }
+    using QProcess::errorString;
     qint64 id() const { return processId(); }
     bool hasEnded(milliseconds patience = milliseconds(0))
     {
@@ -102,17 +101,18 @@ void report(LaunchStatus status, const CallerHandshake& handshake, const LaunchO
 {
     switch (status) {
     case LaunchStatus::Told:
-        say("the host says \"" + handshake.text() +
-            "\": the sign-in has run; whether it went well shows in the host");
+        say(QStringLiteral(
+                "the host says \"%1\": the sign-in has run; whether it went well shows in the host")
+                .arg(QString::fromStdString(handshake.text())));
         break;
     case LaunchStatus::TimedOut:
-        complain("no word from the host within " + std::to_string(options.patience.count()) + " seconds");
+        complain(QStringLiteral("no word from the host within %1 seconds").arg(options.patience.count()));
         break;
     case LaunchStatus::HostEnded:
-        complain("the host ended without a word");
+        complain(QStringLiteral("the host ended without a word"));
         break;
     default:
-        complain("interrupted");
+        complain(QStringLiteral("interrupted"));
         break;
     }
 }
@@ -134,13 +134,13 @@ int partWith(HostProcess& host, LaunchStatus status, LaunchOptions::Afterwards a
     if (isAwaited && !awaitEnd(host))
         status = LaunchStatus::Interrupted;
     if (!host.hasEnded() && afterwards == LaunchOptions::Afterwards::Leave) {
-        say("the host stays, as process " + std::to_string(host.id()));
+        say(QStringLiteral("the host stays, as process %1").arg(host.id()));
         host.leave();
         return static_cast<int>(status);
     }
     if (!host.hasEnded())
         host.end();
-    say("the host has ended with status " + std::to_string(host.status()));
+    say(QStringLiteral("the host has ended with status %1").arg(host.status()));
     return isAwaited && status == LaunchStatus::Told ? host.status() : static_cast<int>(status);
 }
 
@@ -153,15 +153,14 @@ int launch(const LaunchOptions& options)
         const CallerHandshake handshake(options.eventName.toStdWString(), options.mappingName.toStdWString());
         HostProcess host;
         if (!host.start(options.host, options.hostArgument())) {
-            complain("cannot start " + options.host.toStdString() + ": " + host.error());
-            return static_cast<int>(LaunchStatus::NotStarted);
+            throw Failure{QStringLiteral("cannot start %1: %2").arg(options.host, host.errorString()),
+                          static_cast<int>(LaunchStatus::NotStarted)};
         }
         const LaunchStatus status = awaitWord(handshake, host, options.patience);
         report(status, handshake, options);
         return partWith(host, status, options.afterwards);
     } catch (const std::system_error& error) {
-        complain(error.what());
-        return static_cast<int>(LaunchStatus::NotStarted);
+        throw Failure{QString::fromLocal8Bit(error.what()), static_cast<int>(LaunchStatus::NotStarted)};
     }
 }
 

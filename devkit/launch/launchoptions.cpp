@@ -1,6 +1,7 @@
 #include "launch/launchoptions.h"
 
-#include <QCommandLineParser>
+#include "commandline/commandline.h"
+
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
@@ -12,26 +13,21 @@ namespace {
 
 const auto Separator = QStringLiteral("$$");
 
-void addOptions(QCommandLineParser& parser)
+void describe(QCommandLineParser& parser)
 {
-    const auto add = [&parser](const char* name, const char* value, const char* description) {
-        parser.addOption(
-            {QString::fromLatin1(name), QString::fromLatin1(description), QString::fromLatin1(value)});
-    };
     parser.setApplicationDescription(QStringLiteral(
         "Starts a host that signs in by itself and waits until it tells that the sign-in has run.\n"
         "Status: 0 it has, 1 not started, 2 wrong usage, 3 nothing in time, 4 the host ended before, "
         "5 interrupted."));
-    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("This text.")});
-    add("user", "NAME", "User name.");
-    add("password", "TEXT", "Password; the host gets its MD5.");
-    add("md5", "HEX", "The MD5 in place of the password, passed on as it is.");
-    add("url", "ADDRESS", "Address of the sign-in service.");
-    add("enterprise", "ID", "Enterprise to enter.");
-    add("host", "PROGRAM", "Host to start; NelvoEditor in ../app if left out.");
-    add("timeout", "SECONDS", "How long to wait; 60 if left out.");
-    add("event", "NAME", "Name of the event; one of its own if left out.");
-    add("mapping", "NAME", "Name of the shared memory; one of its own if left out.");
+    addOption(parser, "user", "NAME", "User name.");
+    addOption(parser, "password", "TEXT", "Password; the host gets its MD5.");
+    addOption(parser, "md5", "HEX", "The MD5 in place of the password, passed on as it is.");
+    addOption(parser, "url", "ADDRESS", "Address of the sign-in service.");
+    addOption(parser, "enterprise", "ID", "Enterprise to enter.");
+    addOption(parser, "host", "PROGRAM", "Host to start; NelvoEditor in ../app if left out.");
+    addOption(parser, "timeout", "SECONDS", "How long to wait; 60 if left out.");
+    addOption(parser, "event", "NAME", "Name of the event; one of its own if left out.");
+    addOption(parser, "mapping", "NAME", "Name of the shared memory; one of its own if left out.");
     parser.addOption({QStringLiteral("end"), QStringLiteral("End the host afterwards; otherwise it stays.")});
     parser.addOption({QStringLiteral("await-end"),
                       QStringLiteral("Wait for the host's end, too; the status is then the host's.")});
@@ -47,35 +43,32 @@ QString uniqueName(const QString& kind)
     return QStringLiteral("nelvo-launch-%1-%2").arg(QUuid::createUuid().toString(QUuid::WithoutBraces), kind);
 }
 
-//! What is wrong with the parsed options on the whole; empty if nothing is.
-QString findMistake(const QCommandLineParser& parser)
+void checkTogether(const QCommandLineParser& parser)
 {
-    if (!parser.positionalArguments().isEmpty())
-        return QStringLiteral("unknown argument '%1'").arg(parser.positionalArguments().constFirst());
+    refuseLooseArguments(parser);
     for (const auto& name : {QStringLiteral("user"), QStringLiteral("url"), QStringLiteral("enterprise")}) {
         if (!parser.isSet(name))
-            return QStringLiteral("'--%1' is missing").arg(name);
+            throw wrongUsage(QStringLiteral("'--%1' is missing").arg(name));
     }
     if (parser.isSet(QStringLiteral("password")) == parser.isSet(QStringLiteral("md5")))
-        return QStringLiteral("one of '--password' and '--md5' is needed");
+        throw wrongUsage(QStringLiteral("one of '--password' and '--md5' is needed"));
     if (parser.isSet(QStringLiteral("end")) && parser.isSet(QStringLiteral("await-end")))
-        return QStringLiteral("'--end' and '--await-end' exclude one another");
-    return {};
+        throw wrongUsage(QStringLiteral("'--end' and '--await-end' exclude one another"));
 }
 
-//! Likewise with what they come to.
-QString findMistake(const LaunchOptions& options)
+void checkValues(const LaunchOptions& options)
 {
     if (options.patience.count() <= 0)
-        return QStringLiteral("'--timeout' takes a number of seconds above 0");
+        throw wrongUsage(QStringLiteral("'--timeout' takes a number of seconds above 0"));
     if (options.eventName.isEmpty() || options.mappingName.isEmpty())
-        return QStringLiteral("event and mapping need names");
+        throw wrongUsage(QStringLiteral("event and mapping need names"));
     const QStringList parts = options.hostArgument().split(Separator);
     const QStringList given{options.user,      options.passwordMd5, options.url,
                             options.eventName, options.mappingName, options.enterprise};
-    if (parts != given)
-        return QStringLiteral("no text may hold \"$$\" or end in \"$\": the host could not tell them apart");
-    return {};
+    if (parts != given) {
+        throw wrongUsage(
+            QStringLiteral("no text may hold \"$$\" or end in \"$\": the host could not tell them apart"));
+    }
 }
 
 LaunchOptions read(const QCommandLineParser& parser)
@@ -105,35 +98,21 @@ LaunchOptions read(const QCommandLineParser& parser)
 
 } // namespace
 
-std::optional<LaunchOptions> LaunchOptions::parse(const QStringList& arguments, QString* error)
+std::optional<LaunchOptions> LaunchOptions::parse(const QStringList& arguments)
 {
     QCommandLineParser parser;
-    addOptions(parser);
-    *error = parser.parse(arguments) ? QString() : parser.errorText();
-    if (error->isEmpty() && parser.isSet(QStringLiteral("help"))) {
-        LaunchOptions options;
-        options.help = true;
-        return options;
-    }
-    if (error->isEmpty())
-        *error = findMistake(parser);
-    if (!error->isEmpty())
+    describe(parser);
+    if (!readArguments(parser, arguments))
         return std::nullopt;
-    LaunchOptions options = read(parser);
-    *error = findMistake(options);
-    return error->isEmpty() ? std::optional(options) : std::nullopt;
+    checkTogether(parser);
+    const LaunchOptions options = read(parser);
+    checkValues(options);
+    return options;
 }
 
 QString LaunchOptions::hostArgument() const
 {
     return QStringList{user, passwordMd5, url, eventName, mappingName, enterprise}.join(Separator);
-}
-
-QString LaunchOptions::usage()
-{
-    QCommandLineParser parser;
-    addOptions(parser);
-    return parser.helpText();
 }
 
 } // namespace NelvoDevkit

@@ -17,7 +17,6 @@ struct LaunchOptions {
         Await, //!< it is waited for, and ended only if it has not told anything
     };
 
-    bool help = false;
     QString user;
     //! Lower-case hexadecimal MD5 of the password.
     QString passwordMd5;
@@ -31,14 +30,12 @@ struct LaunchOptions {
     std::chrono::seconds patience{60};
     Afterwards afterwards = Afterwards::Leave;
 
-    //! Reads the arguments, the program's name first. On failure returns nothing and tells why in `error`.
-    static std::optional<LaunchOptions> parse(const QStringList& arguments, QString* error);
+    //! Reads the arguments, the program's name first. Returns nothing if they ask for the help, which is then
+    //! printed. Throws a Failure for wrong usage.
+    static std::optional<LaunchOptions> parse(const QStringList& arguments);
 
     //! The six texts that ask a host to sign in, as its one argument.
     QString hostArgument() const;
-
-    //! How to call nelvo-launch, for the user.
-    static QString usage();
 };
 
 } // namespace NelvoDevkit

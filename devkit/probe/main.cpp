@@ -1,3 +1,4 @@
+#include "commandline/commandline.h"
 #include "probe/password.h"
 #include "probe/probeoptions.h"
 #include "probe/report.h"
@@ -10,20 +11,13 @@
 #include <QTimer>
 
 #include <cstdlib>
-#include <iostream>
 #include <optional>
 
 namespace {
 
 using namespace NelvoDevkit;
 
-enum Status { Well, Wrong, WrongUsage };
-
-int refuse(const QString& reason)
-{
-    std::cerr << "nelvo-probe: " << reason.toStdString() << std::endl;
-    return WrongUsage;
-}
+enum Status { Well, Wrong };
 
 bool trustCertificates(const QString& file)
 {
@@ -37,13 +31,11 @@ bool trustCertificates(const QString& file)
 //! Prints what was found, writes the report, and returns the status.
 int tell(const Report& report, QFile& file)
 {
-    std::cout << (report.options.json ? report.json().toStdString() : report.table().toStdString())
-              << std::flush;
+    output() << (report.options.json ? QString::fromUtf8(report.json()) : report.table()) << Qt::flush;
     const QByteArray text = report.text().toUtf8();
     const bool isWritten = !file.isOpen() || (file.write(text) == text.size() && file.flush());
     if (!isWritten)
-        std::cerr << "nelvo-probe: the report could not be written: " << file.errorString().toStdString()
-                  << std::endl;
+        errorOutput() << "nelvo-probe: the report could not be written: " << file.errorString() << Qt::endl;
     return report.findings.areAllWell() && isWritten ? Well : Wrong;
 }
 
@@ -74,33 +66,20 @@ int probe(const ProbeOptions& options, QFile& reportFile)
     return tellAll();
 }
 
-//! What is to be done, or the status to end with where there is nothing to do.
-struct Order {
-    std::optional<ProbeOptions> options;
-    int status = Well;
-};
-
 //! The application of the walk would take some of the options for its own, so another one reads them.
-Order readOrder(int argc, char** argv)
+std::optional<ProbeOptions> parseArguments(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    QString error;
-    auto options = ProbeOptions::parse(QCoreApplication::arguments(), &error);
-    if (!options)
-        return {{}, refuse(error + QStringLiteral("\n\n") + ProbeOptions::usage())};
-    if (!options->help)
-        return {options};
-    std::cout << ProbeOptions::usage().toStdString() << std::flush;
-    return {};
+    return ProbeOptions::parse(QCoreApplication::arguments());
 }
 
 int run(ProbeOptions options)
 {
     if (!options.certificateFile.isEmpty() && !trustCertificates(options.certificateFile))
-        return refuse(QStringLiteral("no certificate in %1").arg(options.certificateFile));
+        throw wrongUsage(QStringLiteral("no certificate in %1").arg(options.certificateFile));
     QFile reportFile(options.reportFile);
     if (!options.reportFile.isEmpty() && !reportFile.open(QIODevice::WriteOnly))
-        return refuse(QStringLiteral("%1: %2").arg(options.reportFile, reportFile.errorString()));
+        throw wrongUsage(QStringLiteral("%1: %2").arg(options.reportFile, reportFile.errorString()));
     if (!options.password)
         options.password = readPassword();
     return probe(options, reportFile);
@@ -110,13 +89,15 @@ int run(ProbeOptions options)
 
 int main(int argc, char* argv[])
 {
-    const Order order = readOrder(argc, argv);
-    if (!order.options)
-        return order.status;
-    // The login window is never shown.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    int nameOnly = 1;
-    const QGuiApplication application(nameOnly, argv);
-    return run(*order.options);
+    return runProgram("nelvo-probe", [argc, argv]() -> int {
+        const auto options = parseArguments(argc, argv);
+        if (!options)
+            return Well;
+        // The login window is never shown.
+        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        int nameOnly = 1;
+        const QGuiApplication application(nameOnly, argv);
+        return run(*options);
+    });
 }

@@ -1,6 +1,7 @@
 #include "probe/probeoptions.h"
 
-#include <QCommandLineParser>
+#include "commandline/commandline.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -13,32 +14,28 @@ namespace {
 constexpr char PasswordVariable[] = "NELVO_PROBE_PASSWORD";
 constexpr char UpdateTokenVariable[] = "NELVO_PROBE_UPDATE_TOKEN";
 
-void addOptions(QCommandLineParser& parser)
+void describe(QCommandLineParser& parser)
 {
-    const auto add = [&parser](const char* name, const char* value, const char* description) {
-        parser.addOption(
-            {QString::fromLatin1(name), QString::fromLatin1(description), QString::fromLatin1(value)});
-    };
     parser.setApplicationDescription(QStringLiteral(
         "Walks through the services as the plug-in does, by the plug-in itself, and tells what answers and "
         "what is wrong.\n"
         "Changes nothing on the server; but the account is signed in here then, and out elsewhere.\n"
         "Status: 0 all is well, 1 something is wrong, 2 wrong usage."));
-    parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("This text.")});
-    add("url", "ADDRESS", "Address of the sign-in service; without a scheme it gets http://.");
-    add("user", "NAME", "User name.");
-    add("password", "TEXT",
-        "Password, which others can see in the list of processes. Without it the variable "
-        "NELVO_PROBE_PASSWORD counts, then the terminal or standard input.");
-    add("enterprise", "ID", "Enterprise to enter; the account's first one if left out.");
-    add("plugin", "FOLDER", "Where the plug-in is; beside this program or in ../app if left out.");
-    add("certificate", "FILE", "PEM file of certificates to trust besides the system's.");
-    add("update-url", "ADDRESS", "Address of the update service; not asked if left out.");
-    add("update-token", "TEXT", "Its access token; or the variable NELVO_PROBE_UPDATE_TOKEN.");
-    add("product", "ID", "Product to ask it for.");
-    add("timeout", "SECONDS", "How long the whole walk may take; 60 if left out.");
+    addOption(parser, "url", "ADDRESS", "Address of the sign-in service; without a scheme it gets http://.");
+    addOption(parser, "user", "NAME", "User name.");
+    addOption(parser, "password", "TEXT",
+              "Password, which others can see in the list of processes. Without it the variable "
+              "NELVO_PROBE_PASSWORD counts, then the terminal or standard input.");
+    addOption(parser, "enterprise", "ID", "Enterprise to enter; the account's first one if left out.");
+    addOption(parser, "plugin", "FOLDER",
+              "Where the plug-in is; beside this program or in ../app if left out.");
+    addOption(parser, "certificate", "FILE", "PEM file of certificates to trust besides the system's.");
+    addOption(parser, "update-url", "ADDRESS", "Address of the update service; not asked if left out.");
+    addOption(parser, "update-token", "TEXT", "Its access token; or the variable NELVO_PROBE_UPDATE_TOKEN.");
+    addOption(parser, "product", "ID", "Product to ask it for.");
+    addOption(parser, "timeout", "SECONDS", "How long the whole walk may take; 60 if left out.");
     parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON in place of the table.")});
-    add("report", "FILE", "Write a report without secrets there, for a bug report.");
+    addOption(parser, "report", "FILE", "Write a report without secrets there, for a bug report.");
 }
 
 QString withScheme(const QString& address)
@@ -46,45 +43,40 @@ QString withScheme(const QString& address)
     return address.contains(QStringLiteral("://")) ? address : QStringLiteral("http://") + address;
 }
 
-QString addressMistake(const QString& option, const QString& address)
+void checkAddress(const QString& option, const QString& address)
 {
     const QUrl url(address, QUrl::StrictMode);
     const bool isWeb = url.scheme() == QStringLiteral("http") || url.scheme() == QStringLiteral("https");
     if (!isWeb || url.host().isEmpty())
-        return QStringLiteral("'--%1' takes an address such as https://host:port").arg(option);
+        throw wrongUsage(QStringLiteral("'--%1' takes an address such as https://host:port").arg(option));
     if (address.endsWith(QLatin1Char('/')))
-        return QStringLiteral("'--%1' takes no slash at its end: paths are put behind it").arg(option);
-    return {};
+        throw wrongUsage(
+            QStringLiteral("'--%1' takes no slash at its end: paths are put behind it").arg(option));
 }
 
-//! What is wrong with the parsed options on the whole; empty if nothing is.
-QString findMistake(const QCommandLineParser& parser)
+void checkTogether(const QCommandLineParser& parser)
 {
-    if (!parser.positionalArguments().isEmpty())
-        return QStringLiteral("unknown argument '%1'").arg(parser.positionalArguments().constFirst());
+    refuseLooseArguments(parser);
     for (const auto& name : {QStringLiteral("user"), QStringLiteral("url")}) {
         if (parser.value(name).isEmpty())
-            return QStringLiteral("'--%1' is missing").arg(name);
+            throw wrongUsage(QStringLiteral("'--%1' is missing").arg(name));
     }
     bool isNumber = true;
     if (parser.isSet(QStringLiteral("enterprise")))
         parser.value(QStringLiteral("enterprise")).toInt(&isNumber);
     if (!isNumber)
-        return QStringLiteral("'--enterprise' takes a number");
+        throw wrongUsage(QStringLiteral("'--enterprise' takes a number"));
     if (parser.isSet(QStringLiteral("update-url")) && !parser.isSet(QStringLiteral("product")))
-        return QStringLiteral("'--update-url' needs '--product' as well");
-    return {};
+        throw wrongUsage(QStringLiteral("'--update-url' needs '--product' as well"));
 }
 
-//! Likewise with what they come to.
-QString findMistake(const ProbeOptions& options)
+void checkValues(const ProbeOptions& options)
 {
     if (options.patience.count() <= 0)
-        return QStringLiteral("'--timeout' takes a number of seconds above 0");
-    QString mistake = addressMistake(QStringLiteral("url"), options.url);
-    if (!mistake.isEmpty() || options.updateUrl.isEmpty())
-        return mistake;
-    return addressMistake(QStringLiteral("update-url"), options.updateUrl);
+        throw wrongUsage(QStringLiteral("'--timeout' takes a number of seconds above 0"));
+    checkAddress(QStringLiteral("url"), options.url);
+    if (!options.updateUrl.isEmpty())
+        checkAddress(QStringLiteral("update-url"), options.updateUrl);
 }
 
 QStringList pluginFolders(const QString& given)
@@ -130,30 +122,16 @@ ProbeOptions read(const QCommandLineParser& parser)
 
 } // namespace
 
-std::optional<ProbeOptions> ProbeOptions::parse(const QStringList& arguments, QString* error)
+std::optional<ProbeOptions> ProbeOptions::parse(const QStringList& arguments)
 {
     QCommandLineParser parser;
-    addOptions(parser);
-    *error = parser.parse(arguments) ? QString() : parser.errorText();
-    if (error->isEmpty() && parser.isSet(QStringLiteral("help"))) {
-        ProbeOptions options;
-        options.help = true;
-        return options;
-    }
-    if (error->isEmpty())
-        *error = findMistake(parser);
-    if (!error->isEmpty())
+    describe(parser);
+    if (!readArguments(parser, arguments))
         return std::nullopt;
-    ProbeOptions options = read(parser);
-    *error = findMistake(options);
-    return error->isEmpty() ? std::optional(options) : std::nullopt;
-}
-
-QString ProbeOptions::usage()
-{
-    QCommandLineParser parser;
-    addOptions(parser);
-    return parser.helpText();
+    checkTogether(parser);
+    const ProbeOptions options = read(parser);
+    checkValues(options);
+    return options;
 }
 
 } // namespace NelvoDevkit

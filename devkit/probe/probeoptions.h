@@ -10,7 +10,6 @@ namespace NelvoDevkit {
 
 //! \brief What nelvo-probe was told on its command line and in its environment.
 struct ProbeOptions {
-    bool help = false;
     //! With scheme, without a trailing slash.
     QString url;
     QString user;
@@ -31,12 +30,9 @@ struct ProbeOptions {
     //! File for the report; empty if none is wanted.
     QString reportFile;
 
-    //! Reads the arguments, the program's name first, and the environment. On failure returns nothing and
-    //! tells why in `error`.
-    static std::optional<ProbeOptions> parse(const QStringList& arguments, QString* error);
-
-    //! How to call nelvo-probe, for the user.
-    static QString usage();
+    //! Reads the arguments, the program's name first, and the environment. Returns nothing if they ask for
+    //! the help, which is then printed. Throws a Failure for wrong usage.
+    static std::optional<ProbeOptions> parse(const QStringList& arguments);
 };
 
 } // namespace NelvoDevkit

@@ -1,28 +1,20 @@
-#include <services/endrequest.h>
-#include <services/seed.h>
-#include <services/services.h>
+#include "commandline/commandline.h"
+#include "services/endrequest.h"
+#include "services/seed.h"
+#include "services/services.h"
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
-#include <QTextStream>
 
-#include <cstdio>
 #include <optional>
 
-using NelvoDevkit::Services;
-using NelvoDevkit::ServicesOptions;
+using namespace NelvoDevkit;
 
 namespace {
-
-//! Why the program can't do what it was started for.
-struct Failure {
-    QString text;
-};
 
 //! What the command line asks for.
 struct Arguments {
@@ -31,19 +23,6 @@ struct Arguments {
     QString readyFile;
 };
 
-QTextStream& writeUtf8(QTextStream& stream)
-{
-    stream.setCodec("UTF-8");
-    return stream;
-}
-
-QString valueOption(QCommandLineParser& parser, const QString& name, const QString& description,
-                    const QString& valueName)
-{
-    parser.addOption(QCommandLineOption(name, description, valueName));
-    return name;
-}
-
 quint16 port(const QCommandLineParser& parser, const QString& option)
 {
     if (!parser.isSet(option))
@@ -51,65 +30,46 @@ quint16 port(const QCommandLineParser& parser, const QString& option)
     bool ok = false;
     const quint16 number = parser.value(option).toUShort(&ok);
     if (!ok) {
-        throw Failure{
-            QStringLiteral("--%1: \"%2\" is no port from 0 to 65535").arg(option, parser.value(option))};
+        throw wrongUsage(
+            QStringLiteral("--%1: \"%2\" is no port from 0 to 65535").arg(option, parser.value(option)));
     }
     return number;
 }
 
-//! Nothing if the usage is all that is asked for, which is printed then.
-std::optional<Arguments> readArguments()
+void describe(QCommandLineParser& parser)
 {
-    QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Simulates the sign-in, the editor and the update service and the package server on 127.0.0.1.\n"
         "Runs until Ctrl+C or SIGTERM."));
-    parser.addHelpOption();
-    const QString portName = QStringLiteral("port");
-    const QString fileName = QStringLiteral("file");
-    const QString signInPort =
-        valueOption(parser, QStringLiteral("sign-in-port"),
-                    QStringLiteral("Port of the sign-in service; any if left out."), portName);
-    const QString editorPort =
-        valueOption(parser, QStringLiteral("editor-port"),
-                    QStringLiteral("Port of the editor service; any if left out."), portName);
-    const QString updatePort =
-        valueOption(parser, QStringLiteral("update-port"),
-                    QStringLiteral("Port of the update service; any if left out."), portName);
-    const QString packagePort =
-        valueOption(parser, QStringLiteral("package-port"),
-                    QStringLiteral("Port of the package server; any if left out."), portName);
-    const QString controlPort =
-        valueOption(parser, QStringLiteral("control-port"),
-                    QStringLiteral("Port of the control path; any if left out."), portName);
-    const QString seed =
-        valueOption(parser, QStringLiteral("seed"),
-                    QStringLiteral("JSON file with accounts, enterprises and releases."), fileName);
-    const QString https = QStringLiteral("https");
-    parser.addOption({https, QStringLiteral("Speak HTTPS with a certificate made at start.")});
-    const QString certificate =
-        valueOption(parser, QStringLiteral("certificate-out"),
-                    QStringLiteral("Write that certificate there, as PEM."), fileName);
-    const QString ready = valueOption(
-        parser, QStringLiteral("ready-file"),
-        QStringLiteral("Write the addresses there, as JSON, once the services listen."), fileName);
-    // QCommandLineParser::process would show a message box where there is no console.
-    if (!parser.parse(QCoreApplication::arguments()))
-        throw Failure{parser.errorText()};
-    if (parser.isSet(QStringLiteral("help")) || parser.isSet(QStringLiteral("help-all"))) {
-        QTextStream(stdout) << parser.helpText();
-        return std::nullopt;
-    }
+    addOption(parser, "sign-in-port", "port", "Port of the sign-in service; any if left out.");
+    addOption(parser, "editor-port", "port", "Port of the editor service; any if left out.");
+    addOption(parser, "update-port", "port", "Port of the update service; any if left out.");
+    addOption(parser, "package-port", "port", "Port of the package server; any if left out.");
+    addOption(parser, "control-port", "port", "Port of the control path; any if left out.");
+    addOption(parser, "seed", "file", "JSON file with accounts, enterprises and releases.");
+    parser.addOption(
+        {QStringLiteral("https"), QStringLiteral("Speak HTTPS with a certificate made at start.")});
+    addOption(parser, "certificate-out", "file", "Write that certificate there, as PEM.");
+    addOption(parser, "ready-file", "file", "Write the addresses there, as JSON, once the services listen.");
+}
 
-    if (!parser.positionalArguments().isEmpty())
-        throw Failure{QStringLiteral("unknown argument \"%1\"").arg(parser.positionalArguments().first())};
-    if (parser.isSet(certificate) && !parser.isSet(https))
-        throw Failure{QStringLiteral("--certificate-out goes with --https only")};
-    return Arguments{{port(parser, signInPort), port(parser, editorPort), port(parser, updatePort),
-                      port(parser, packagePort), port(parser, controlPort), parser.value(seed),
-                      parser.isSet(https)},
-                     parser.value(certificate),
-                     parser.value(ready)};
+//! Nothing if the help is asked for.
+std::optional<Arguments> parseArguments()
+{
+    QCommandLineParser parser;
+    describe(parser);
+    if (!readArguments(parser, QCoreApplication::arguments()))
+        return std::nullopt;
+    refuseLooseArguments(parser);
+    const auto portOf = [&parser](const char* option) { return port(parser, QString::fromLatin1(option)); };
+    const auto value = [&parser](const char* option) { return parser.value(QString::fromLatin1(option)); };
+    const bool https = parser.isSet(QStringLiteral("https"));
+    if (parser.isSet(QStringLiteral("certificate-out")) && !https)
+        throw wrongUsage(QStringLiteral("--certificate-out goes with --https only"));
+    return Arguments{{portOf("sign-in-port"), portOf("editor-port"), portOf("update-port"),
+                      portOf("package-port"), portOf("control-port"), value("seed"), https},
+                     value("certificate-out"),
+                     value("ready-file")};
 }
 
 //! Writes a whole file or nothing.
@@ -143,7 +103,7 @@ void printAddresses(QTextStream& out, const Services& services)
         << "control path     " << services.controlUrl() << '\n';
 }
 
-void printAccounts(QTextStream& out, const NelvoDevkit::Seed& seed)
+void printAccounts(QTextStream& out, const Seed& seed)
 {
     out << "\naccounts (user, password, enterprises)\n";
     for (const auto& account : seed.accounts)
@@ -172,17 +132,16 @@ void run(const Arguments& arguments)
     if (stale.exists() && !stale.remove())
         throw Failure{QStringLiteral("can't remove %1: %2").arg(stale.fileName(), stale.errorString())};
 
-    NelvoDevkit::EndRequest endRequest;
+    EndRequest endRequest;
     QString error;
-    const auto seed = NelvoDevkit::loadSeed(arguments.options.seedFile, &error);
+    const auto seed = loadSeed(arguments.options.seedFile, &error);
     Services services(arguments.options);
     if (!seed || !services.start(&error))
         throw Failure{error};
     if (!arguments.certificateFile.isEmpty())
         writeFile(arguments.certificateFile, services.certificatePem());
 
-    QTextStream out(stdout);
-    writeUtf8(out);
+    QTextStream& out = output();
     printAddresses(out, services);
     printAccounts(out, *seed);
     printReleases(out, services);
@@ -198,13 +157,9 @@ void run(const Arguments& arguments)
 int main(int argc, char* argv[])
 {
     const QCoreApplication application(argc, argv);
-    try {
-        if (const auto arguments = readArguments())
+    return runProgram("nelvo-services", [] {
+        if (const auto arguments = parseArguments())
             run(*arguments);
         return 0;
-    } catch (const Failure& failure) {
-        QTextStream err(stderr);
-        writeUtf8(err) << "nelvo-services: " << failure.text << '\n';
-        return 1;
-    }
+    });
 }

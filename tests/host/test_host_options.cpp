@@ -1,7 +1,9 @@
+#include "commandline/commandline.h"
 #include "host/hostoptions.h"
 
 #include <QtTest>
 
+using NelvoDevkit::Failure;
 using NelvoDevkit::HostOptions;
 
 class TestHostOptions : public QObject
@@ -20,19 +22,16 @@ private Q_SLOTS:
 
 void TestHostOptions::nothingGiven()
 {
-    QString error;
-    const auto options = HostOptions::parse({QStringLiteral("NelvoEditor")}, &error);
-    QVERIFY2(options, qPrintable(error));
+    const auto options = HostOptions::parse({QStringLiteral("NelvoEditor")});
+    QVERIFY(options);
     QCOMPARE(options->settingsFile, QString());
     QCOMPARE(options->updateCheck, QString());
 }
 
 void TestHostOptions::everyOption()
 {
-    QString error;
-    const auto options =
-        HostOptions::parse({"NelvoEditor", "--check-update", "start", "--settings", "--x"}, &error);
-    QVERIFY2(options, qPrintable(error));
+    const auto options = HostOptions::parse({"NelvoEditor", "--check-update", "start", "--settings", "--x"});
+    QVERIFY(options);
     QCOMPARE(options->settingsFile, QStringLiteral("--x"));
     QCOMPARE(options->updateCheck, QStringLiteral("start"));
 }
@@ -40,9 +39,8 @@ void TestHostOptions::everyOption()
 void TestHostOptions::updateCheck()
 {
     for (const QString& when : {QStringLiteral("start"), QStringLiteral("sign-in")}) {
-        QString error;
-        const auto options = HostOptions::parse({"NelvoEditor", "--check-update", when}, &error);
-        QVERIFY2(options, qPrintable(error));
+        const auto options = HostOptions::parse({"NelvoEditor", "--check-update", when});
+        QVERIFY(options);
         QCOMPARE(options->updateCheck, when);
     }
 }
@@ -59,9 +57,8 @@ void TestHostOptions::singleArgumentBelongsToThePlugin_data()
 void TestHostOptions::singleArgumentBelongsToThePlugin()
 {
     QFETCH(QString, argument);
-    QString error;
-    const auto options = HostOptions::parse({QStringLiteral("NelvoEditor"), argument}, &error);
-    QVERIFY2(options, qPrintable(error));
+    const auto options = HostOptions::parse({QStringLiteral("NelvoEditor"), argument});
+    QVERIFY(options);
     QCOMPARE(options->settingsFile, QString());
 }
 
@@ -70,13 +67,13 @@ void TestHostOptions::mistakes_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("error");
     QTest::newRow("unknown") << QStringList{"--setings", "s.json"}
-                             << QStringLiteral("unknown option '--setings'");
+                             << QStringLiteral("Unknown option 'setings'");
     QTest::newRow("no option") << QStringList{"s.json", "t.json"}
-                               << QStringLiteral("unknown option 's.json'");
+                               << QStringLiteral("unknown argument 's.json'");
     QTest::newRow("value missing") << QStringList{"--settings", "s.json", "--check-update"}
-                                   << QStringLiteral("option '--check-update' needs a value");
+                                   << QStringLiteral("Missing value after '--check-update'");
     QTest::newRow("value empty") << QStringList{"--settings", ""}
-                                 << QStringLiteral("option '--settings' needs a value");
+                                 << QStringLiteral("'--settings' needs a value");
     QTest::newRow("unknown moment") << QStringList{"--check-update", "never"}
                                     << QStringLiteral("'--check-update' takes 'start' or 'sign-in'");
 }
@@ -85,9 +82,13 @@ void TestHostOptions::mistakes()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, error);
-    QString given;
-    QVERIFY(!HostOptions::parse(QStringList(QStringLiteral("NelvoEditor")) + arguments, &given));
-    QCOMPARE(given, error);
+    try {
+        HostOptions::parse(QStringList(QStringLiteral("NelvoEditor")) + arguments);
+        QFAIL("the arguments are accepted");
+    } catch (const Failure& failure) {
+        QCOMPARE(failure.text, error + QStringLiteral("; --help lists the options"));
+        QCOMPARE(failure.status, 2);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestHostOptions)

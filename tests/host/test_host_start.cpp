@@ -112,10 +112,11 @@ void TestHostStart::optionsWrong()
     const Folder folder;
     folder.addPlugin(plugin);
     const Ending host = folder.run({QStringLiteral("--colour"), QStringLiteral("blue")});
-    QCOMPARE(host.status, 1);
-    QVERIFY2(
-        host.error.contains(QStringLiteral("NelvoEditor: unknown option '--colour'\nusage: NelvoEditor ")),
-        qPrintable(host.error));
+    QCOMPARE(host.status, 2);
+    // Qt may warn of the system before.
+    QVERIFY2(host.error.endsWith(
+                 QStringLiteral("NelvoEditor: Unknown option 'colour'; --help lists the options\n")),
+             qPrintable(host.error));
 }
 
 void TestHostStart::settingsMissing()
@@ -154,10 +155,9 @@ void TestHostStart::singleArgumentIsForThePlugin()
     const Folder folder;
     folder.addPlugin(plugin);
     const Ending host = folder.run({QStringLiteral("--help")});
-    QVERIFY2(host.error.contains(
-                 QStringLiteral("'--help' goes to the plug-in, as a sign-in\nusage: NelvoEditor ")),
+    QVERIFY2(host.error.contains(QStringLiteral("'--help' goes to the plug-in, as a sign-in\nUsage: ")),
              qPrintable(host.error));
-    QVERIFY2(!host.error.contains(QStringLiteral("unknown option")), qPrintable(host.error));
+    QVERIFY2(!host.error.contains(QStringLiteral("Unknown option")), qPrintable(host.error));
 }
 
 //! One that fails ends the host.
@@ -168,7 +168,7 @@ void TestHostStart::signInIsNoOptionWhateverItBeginsWith()
     const Ending host = folder.run({QStringLiteral("--help$$md5$$127.0.0.1:1$$$$$$1")});
     QCOMPARE(host.status, 0);
     QVERIFY2(host.error.contains(QStringLiteral("login failed: ")), qPrintable(host.error));
-    QVERIFY2(!host.error.contains(QStringLiteral("usage: NelvoEditor ")), qPrintable(host.error));
+    QVERIFY2(!host.error.contains(QStringLiteral("Usage: ")), qPrintable(host.error));
 }
 
 QTEST_GUILESS_MAIN(TestHostStart)

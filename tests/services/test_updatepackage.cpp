@@ -431,7 +431,7 @@ void TestUpdatePackage::program_needsBothArguments()
     for (const QStringList& arguments :
          {QStringList(), QStringList(path("tree")), QStringList{path("tree"), path("p.zip"), path("more")}}) {
         run(arguments);
-        QCOMPARE(m_program->exitCode(), 1);
+        QCOMPARE(m_program->exitCode(), 2);
         QVERIFY(m_program->readAllStandardError().contains("takes a directory and a package"));
         QVERIFY(!QFile::exists(path("p.zip")));
     }

@@ -52,7 +52,6 @@ void TestUsage::help_data()
     row(NELVO_PACKAGE_PROGRAM, "-h", "  directory  ");
     row(NELVO_PROBE_PROGRAM, "--help", "--update-url <ADDRESS>");
     row(NELVO_SERVICES_PROGRAM, "--help", "--ready-file <file>");
-    row(NELVO_SERVICES_PROGRAM, "--help-all", "--ready-file <file>");
 }
 
 void TestUsage::help()
@@ -70,23 +69,17 @@ void TestUsage::help()
 void TestUsage::unknownOption_data()
 {
     QTest::addColumn<QString>("program");
-    QTest::addColumn<int>("status");
-    const auto row = [](const char* program, int status) {
-        QTest::newRow(qPrintable(QFileInfo(program).baseName())) << program << status;
-    };
-    row(NELVO_LAUNCH_PROGRAM, 2);
-    row(NELVO_PACKAGE_PROGRAM, 1);
-    row(NELVO_PROBE_PROGRAM, 2);
-    row(NELVO_SERVICES_PROGRAM, 1);
+    for (const char* program :
+         {NELVO_LAUNCH_PROGRAM, NELVO_PACKAGE_PROGRAM, NELVO_PROBE_PROGRAM, NELVO_SERVICES_PROGRAM})
+        QTest::newRow(qPrintable(QFileInfo(program).baseName())) << QString::fromUtf8(program);
 }
 
 void TestUsage::unknownOption()
 {
     QFETCH(const QString, program);
-    QFETCH(const int, status);
-    QCOMPARE(run(program, {QStringLiteral("--colour")}), status);
-    const QString name = QFileInfo(program).baseName();
-    QVERIFY2(m_error.startsWith(name + QStringLiteral(": Unknown option 'colour'.\n")), qPrintable(m_error));
+    QCOMPARE(run(program, {QStringLiteral("--colour")}), 2);
+    QCOMPARE(m_error, QFileInfo(program).baseName() +
+                          QStringLiteral(": Unknown option 'colour'; --help lists the options\n"));
     QCOMPARE(m_output, QString());
 }
 
