@@ -6,8 +6,9 @@
 #include "host/logmodel.h"
 #include "host/messagecapture.h"
 #include "host/modeldatabase.h"
-#include "host/pluginlibrary.h"
 #include "host/webchannelserver.h"
+
+#include <NelvoSDK/LoadPlugin.h>
 
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -106,7 +107,8 @@ int run(const HostOptions& options)
     const HostSettings settings = applySettings(options.settingsFile);
 
     QString error;
-    NelvoSDK::INelvoSDKPlugin* const plugin = loadPlugin(QCoreApplication::applicationDirPath(), &error);
+    NelvoSDK::INelvoSDKPlugin* const plugin =
+        NelvoSDK::LoadPlugin(QCoreApplication::applicationDirPath(), &error);
     if (!plugin)
         throw Failure{error};
 

@@ -1,6 +1,5 @@
 #include "probe/walk.h"
 
-#include "host/pluginlibrary.h"
 #include "probe/directquestion.h"
 #include "probe/explanation.h"
 #include "probe/formpage.h"
@@ -8,6 +7,7 @@
 #include <NelvoSDK/ILoginMgr.h>
 #include <NelvoSDK/IPdsMgr.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
+#include <NelvoSDK/LoadPlugin.h>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -174,7 +174,7 @@ bool Walk::loadPlugin()
     QStringList errors;
     for (const QString& folder : qAsConst(m_options.pluginFolders)) {
         QString error;
-        m_plugin = NelvoDevkit::loadPlugin(folder, &error);
+        m_plugin = NelvoSDK::LoadPlugin(folder, &error);
         if (m_plugin)
             break;
         errors.append(error);

@@ -1,20 +1,19 @@
 #include "docs/snippets/loading.h"
 
-#include <QLibrary>
+#include <NelvoSDK/LoadPlugin.h>
+
+#include <QDebug>
 
 namespace Snippets {
 
 //! [load]
-NelvoSDK::INelvoSDKPlugin* loadPlugin(const QString& directory, QString& error)
+NelvoSDK::INelvoSDKPlugin* loadPlugin(const QString& directory)
 {
-    QLibrary library(directory + QStringLiteral("/NelvoPlugin")); // QLibrary adds prefix and suffix
-    library.setLoadHints(QLibrary::PreventUnloadHint);
-    const auto getPlugin =
-        reinterpret_cast<NelvoSDK::GetNelvoSDKPluginFunction>(library.resolve("GetNelvoSDKPlugin"));
-    if (getPlugin)
-        return getPlugin();
-    error = library.errorString();
-    return nullptr;
+    QString error;
+    NelvoSDK::INelvoSDKPlugin* const plugin = NelvoSDK::LoadPlugin(directory, &error);
+    if (!plugin)
+        qCritical().noquote() << "no plug-in:" << error;
+    return plugin;
 }
 //! [load]
 

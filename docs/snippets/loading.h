@@ -6,7 +6,7 @@
 
 namespace Snippets {
 
-//! The plug-in object of the library in that directory, or null with the reason in `error`.
-NelvoSDK::INelvoSDKPlugin* loadPlugin(const QString& directory, QString& error);
+//! The plug-in object of the library in that directory, or null, with the reason in the log.
+NelvoSDK::INelvoSDKPlugin* loadPlugin(const QString& directory);
 
 } // namespace Snippets

@@ -2,13 +2,11 @@
 // once somebody has signed in, and hears what the user chooses. The example "minimal" explains the rest.
 
 #include <NelvoSDK/ILoginMgr.h>
-#include <NelvoSDK/INelvoSDKPlugin.h>
 #include <NelvoSDK/IPdsMgr.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
+#include <NelvoSDK/LoadPlugin.h>
 
-#include <QDir>
 #include <QGuiApplication>
-#include <QLibrary>
 #include <QPointer>
 #include <QQmlContext>
 #include <QQuickItem>
@@ -19,20 +17,6 @@
 #include <iostream>
 
 namespace {
-
-NelvoSDK::INelvoSDKPlugin* loadPlugin()
-{
-    const QDir directory(QCoreApplication::applicationDirPath());
-    QLibrary library(directory.filePath(QStringLiteral("NelvoPlugin")));
-    library.setLoadHints(QLibrary::PreventUnloadHint);
-    const auto getPlugin =
-        reinterpret_cast<NelvoSDK::GetNelvoSDKPluginFunction>(library.resolve("GetNelvoSDKPlugin"));
-    if (!getPlugin) {
-        std::cerr << library.errorString().toStdString() << std::endl;
-        return nullptr;
-    }
-    return getPlugin();
-}
 
 //! The host as the plug-in knows it, and as the scene and the dialog's pages do.
 class Host final : public QObject, private NelvoSDK::ILoginObserver, private NelvoSDK::IPdsObserver
@@ -164,9 +148,13 @@ int main(int argc, char* argv[])
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     const QGuiApplication application(argc, argv);
-    NelvoSDK::INelvoSDKPlugin* const plugin = loadPlugin();
-    if (!plugin)
+    QString error;
+    NelvoSDK::INelvoSDKPlugin* const plugin =
+        NelvoSDK::LoadPlugin(QCoreApplication::applicationDirPath(), &error);
+    if (!plugin) {
+        std::cerr << error.toStdString() << std::endl;
         return EXIT_FAILURE;
+    }
 
     Host host(*plugin);
     QQuickView view;

@@ -2,12 +2,10 @@
 // the session, hands it on, lists the enterprise's scene projects, and shuts the plug-in down.
 
 #include <NelvoSDK/ILoginMgr.h>
-#include <NelvoSDK/INelvoSDKPlugin.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
+#include <NelvoSDK/LoadPlugin.h>
 
-#include <QDir>
 #include <QGuiApplication>
-#include <QLibrary>
 #include <QTimer>
 
 #include <cstdlib>
@@ -19,22 +17,6 @@ namespace {
 std::string utf8(const std::wstring& text)
 {
     return QString::fromStdWString(text).toStdString();
-}
-
-//! The plug-in object of the library that stands beside this program; null, with a word, if there is none.
-NelvoSDK::INelvoSDKPlugin* loadPlugin()
-{
-    // Without prefix and suffix: QLibrary adds those of the system.
-    const QDir directory(QCoreApplication::applicationDirPath());
-    QLibrary library(directory.filePath(QStringLiteral("NelvoPlugin")));
-    library.setLoadHints(QLibrary::PreventUnloadHint); // it stays to the end of the process
-    const auto getPlugin =
-        reinterpret_cast<NelvoSDK::GetNelvoSDKPluginFunction>(library.resolve("GetNelvoSDKPlugin"));
-    if (!getPlugin) {
-        std::cerr << library.errorString().toStdString() << std::endl;
-        return nullptr;
-    }
-    return getPlugin();
 }
 
 class Host final : public QObject, private NelvoSDK::ILoginObserver
@@ -108,9 +90,13 @@ int main(int argc, char* argv[])
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     const QGuiApplication application(argc, argv);
-    NelvoSDK::INelvoSDKPlugin* const plugin = loadPlugin();
-    if (!plugin)
+    QString error;
+    NelvoSDK::INelvoSDKPlugin* const plugin =
+        NelvoSDK::LoadPlugin(QCoreApplication::applicationDirPath(), &error);
+    if (!plugin) {
+        std::cerr << error.toStdString() << std::endl;
         return EXIT_FAILURE;
+    }
 
     Host host(*plugin);
     QTimer::singleShot(0, &host, &Host::start); // a sign-in needs the event loop

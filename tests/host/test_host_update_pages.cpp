@@ -1,7 +1,8 @@
 #include "host/editor.h"
-#include "host/pluginlibrary.h"
 
 #include "services/services.h"
+
+#include <NelvoSDK/LoadPlugin.h>
 
 #include <QGuiApplication>
 #include <QQuickItem>
@@ -66,7 +67,7 @@ void TestHostUpdatePages::initTestCase()
 {
     QString error;
     QVERIFY2(m_services.start(&error), qPrintable(error));
-    m_plugin = NelvoDevkit::loadPlugin(QStringLiteral(NELVO_APP_DIR), &error);
+    m_plugin = NelvoSDK::LoadPlugin(QStringLiteral(NELVO_APP_DIR), &error);
     QVERIFY2(m_plugin, qPrintable(error));
 }
 

@@ -180,9 +180,9 @@ void TestKit::kit_isWhole_data()
 {
     QTest::addColumn<QString>("file");
     for (const char* file :
-         {"include/NelvoSDK/INelvoSDKPlugin.h", "include/BVUtility/ISubject.h",
-          "app/defaultServerAddress.json", "app/ProxyUrlSuffix.json", "app/updateConfig.json",
-          "share/doc/NelvoPlugin/README.md", "share/doc/NelvoPlugin/docs/kit.md",
+         {"include/NelvoSDK/INelvoSDKPlugin.h", "include/NelvoSDK/LoadPlugin.h",
+          "include/BVUtility/ISubject.h", "app/defaultServerAddress.json", "app/ProxyUrlSuffix.json",
+          "app/updateConfig.json", "share/doc/NelvoPlugin/README.md", "share/doc/NelvoPlugin/docs/kit.md",
           "share/doc/NelvoPlugin/docs/deployment.md", "share/doc/NelvoPlugin/docs/third-party.md",
           "share/nelvo/examples/minimal/main.cpp", "share/nelvo/hostmodules/hostmodules.qrc"})
         QTest::newRow(file) << file;

@@ -1,0 +1,91 @@
+#include <NelvoSDK/LoadPlugin.h>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QtTest>
+
+//! The way from a folder to the plug-in object.
+class TestLoadPlugin : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void libraryGivesItsPlugin();
+    void secondTimeGivesTheSamePlugin();
+    void missingFolderIsReported();
+    void brokenLibraryIsReported();
+    void missingExportIsReported();
+    void reasonIsOptional();
+};
+
+namespace {
+
+const QString plugin = QStringLiteral(NELVO_PLUGIN_FILE);
+
+QString pluginFolder()
+{
+    return QFileInfo(plugin).path();
+}
+
+//! Where a folder has the plug-in.
+QString pluginIn(const QTemporaryDir& folder)
+{
+    return folder.filePath(QFileInfo(plugin).fileName());
+}
+
+} // namespace
+
+void TestLoadPlugin::libraryGivesItsPlugin()
+{
+    QString error = QStringLiteral("as before");
+    NelvoSDK::INelvoSDKPlugin* const loaded = NelvoSDK::LoadPlugin(pluginFolder(), &error);
+    QVERIFY2(loaded, qPrintable(error));
+    QCOMPARE(error, QStringLiteral("as before"));
+    QVERIFY(loaded->GetVersion() == L"1.0.0");
+}
+
+void TestLoadPlugin::secondTimeGivesTheSamePlugin()
+{
+    NelvoSDK::INelvoSDKPlugin* const loaded = NelvoSDK::LoadPlugin(pluginFolder());
+    QVERIFY(loaded);
+    QCOMPARE(NelvoSDK::LoadPlugin(pluginFolder() + QLatin1Char('/')), loaded);
+}
+
+void TestLoadPlugin::missingFolderIsReported()
+{
+    const QTemporaryDir folder;
+    const QString missing = folder.filePath(QStringLiteral("missing"));
+    QString error;
+    QVERIFY(!NelvoSDK::LoadPlugin(missing, &error));
+    QVERIFY2(error.contains(missing), qPrintable(error));
+}
+
+void TestLoadPlugin::brokenLibraryIsReported()
+{
+    const QTemporaryDir folder;
+    QFile file(pluginIn(folder));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("this is no library") > 0);
+    file.close();
+    QString error;
+    QVERIFY(!NelvoSDK::LoadPlugin(folder.path(), &error));
+    QVERIFY2(error.startsWith(QStringLiteral("Cannot load library ")), qPrintable(error));
+}
+
+void TestLoadPlugin::missingExportIsReported()
+{
+    const QTemporaryDir folder;
+    QVERIFY(QFile::copy(QStringLiteral(NELVO_EMPTY_LIBRARY), pluginIn(folder)));
+    QString error;
+    QVERIFY(!NelvoSDK::LoadPlugin(folder.path(), &error));
+    QCOMPARE(error, pluginIn(folder) + QStringLiteral(" does not export GetNelvoSDKPlugin"));
+}
+
+void TestLoadPlugin::reasonIsOptional()
+{
+    const QTemporaryDir folder;
+    QVERIFY(!NelvoSDK::LoadPlugin(folder.path()));
+}
+
+QTEST_GUILESS_MAIN(TestLoadPlugin)
+#include "test_loadplugin.moc"
