@@ -62,14 +62,33 @@ if(NELVO_SANITIZE)
   endif()
 endif()
 
-# nelvo_subsystem(name SOURCES ... LINK ...): one folder of the plug-in, as an object library that the
-# plug-in and the unit tests link. Includes are relative to the repository's root.
+# nelvo_subsystem(name SOURCES ... LINK ...): one folder of the plug-in, as a static library that the plug-in
+# and the unit tests link. It brings along what it needs. Includes are relative to the repository's root.
 function(nelvo_subsystem name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
-  add_library(${name} OBJECT ${ARG_SOURCES})
+  add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${NELVO_ROOT})
   target_compile_definitions(${name} PUBLIC NELVO_PLUGIN_BUILD PRIVATE QT_NO_CAST_FROM_ASCII)
   target_link_libraries(${name} PUBLIC nelvo_options ${ARG_LINK})
+endfunction()
+
+# nelvo_devkit_library(name SOURCES ... PUBLIC ... PRIVATE ...): a static library of the devkit, whose includes
+# are relative to devkit/.
+function(nelvo_devkit_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${NELVO_ROOT}/devkit)
+  target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII)
+  target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE nelvo_options ${ARG_PRIVATE})
+endfunction()
+
+# nelvo_devkit_program(name SOURCES ... LINK ...): a program of the devkit, in bin/.
+function(nelvo_devkit_program name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII)
+  target_link_libraries(${name} PRIVATE nelvo_options NelvoDevkit::CommandLine ${ARG_LINK})
+  nelvo_place(${CMAKE_BINARY_DIR}/bin ${name})
 endfunction()
 
 # nelvo_place(directory target ...): where libraries and programs are built to. A generator of several

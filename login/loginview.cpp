@@ -14,7 +14,7 @@ LoginView::LoginView()
     m_activity = &WindowActivity::of(*this);
 }
 
-void LoginView::Release::operator()(LoginView* view) const
+void LoginView::Deleter::operator()(LoginView* view) const
 {
     if (!view->m_activity->isBusy()) {
         delete view;

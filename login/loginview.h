@@ -17,7 +17,7 @@ public:
     LoginView();
 
     //! Deletes a window that is idle. Hides one that is busy and leaves its deletion to the event loop.
-    struct Release {
+    struct Deleter {
         void operator()(LoginView* view) const;
     };
 
@@ -33,6 +33,6 @@ private:
     bool m_isReleased = false;
 };
 
-using LoginViewPointer = std::unique_ptr<LoginView, LoginView::Release>;
+using LoginViewPointer = std::unique_ptr<LoginView, LoginView::Deleter>;
 
 } // namespace NelvoPlugin

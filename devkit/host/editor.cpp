@@ -23,7 +23,7 @@ QVariantMap editColors()
 } // namespace
 
 Editor::Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log, QWebChannel* channel)
-    : m_plugin(plugin), m_log(log), m_channel(channel), m_webViews(log)
+    : m_plugin(plugin), m_log(log), m_channel(channel), m_webView(log)
 {
     m_plugin.SetHostContext(static_cast<NelvoSDK::IHostContext*>(this));
     m_plugin.Initialize();
@@ -70,7 +70,7 @@ void Editor::publish(QQmlContext* context)
     context->setContextProperty(QStringLiteral("globalEditColor"), editColors());
     context->setContextProperty(QStringLiteral("compCardData"), m_component.get());
     context->setContextProperty(QStringLiteral("componentObject"), m_component.get());
-    context->setContextProperty(QStringLiteral("webViewMgr"), &m_webViews);
+    context->setContextProperty(QStringLiteral("webViewMgr"), &m_webView);
     context->setContextProperty(QStringLiteral("appPath"), QCoreApplication::applicationDirPath());
     m_models->publish(context);
 }

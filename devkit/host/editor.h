@@ -5,7 +5,7 @@
 #include "host/modeldesk.h"
 #include "host/projectdesk.h"
 #include "host/updatedesk.h"
-#include "host/webviews.h"
+#include "host/webview.h"
 
 #include <NelvoSDK/IHostContext.h>
 #include <NelvoSDK/ILoginObserver.h>
@@ -39,7 +39,7 @@ class Editor : public QObject,
     Q_PROPERTY(NelvoDevkit::ModelDesk* models READ models CONSTANT)
     Q_PROPERTY(NelvoDevkit::ComponentCard* component READ component CONSTANT)
     Q_PROPERTY(NelvoDevkit::UpdateDesk* updates READ updates CONSTANT)
-    Q_PROPERTY(NelvoDevkit::WebViews* webViews READ webViews CONSTANT)
+    Q_PROPERTY(NelvoDevkit::WebView* webView READ webView CONSTANT)
     //! Why this client has been forced offline; empty while it has not, or the user knows.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
@@ -60,7 +60,7 @@ public:
     ModelDesk* models() const { return m_models.get(); }
     ComponentCard* component() const { return m_component.get(); }
     UpdateDesk* updates() const { return m_updates.get(); }
-    WebViews* webViews() { return &m_webViews; }
+    WebView* webView() { return &m_webView; }
     QString notice() const { return m_noticeDismissed ? QString() : m_notice; }
 
     //! Puts all that the plug-in's pages use into the context, which is not owned. Before anything is loaded.
@@ -98,7 +98,7 @@ private:
     std::unique_ptr<ModelDesk> m_models;
     std::unique_ptr<ComponentCard> m_component;
     std::unique_ptr<UpdateDesk> m_updates;
-    WebViews m_webViews;
+    WebView m_webView;
     std::optional<NelvoSDK::LoginSession> m_session;
     //! The last sign-in that brought cookies, while they are good.
     std::optional<NelvoSDK::LoginSession> m_cookieSource;

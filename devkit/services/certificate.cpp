@@ -12,7 +12,7 @@ namespace NelvoDevkit {
 namespace {
 
 template <auto release>
-struct Release {
+struct Deleter {
     template <typename T>
     void operator()(T* object) const
     {
@@ -20,10 +20,10 @@ struct Release {
     }
 };
 
-using Key = std::unique_ptr<EVP_PKEY, Release<EVP_PKEY_free>>;
-using X509Certificate = std::unique_ptr<X509, Release<X509_free>>;
-using Extension = std::unique_ptr<X509_EXTENSION, Release<X509_EXTENSION_free>>;
-using Bio = std::unique_ptr<BIO, Release<BIO_free_all>>;
+using Key = std::unique_ptr<EVP_PKEY, Deleter<EVP_PKEY_free>>;
+using X509Certificate = std::unique_ptr<X509, Deleter<X509_free>>;
+using Extension = std::unique_ptr<X509_EXTENSION, Deleter<X509_EXTENSION_free>>;
+using Bio = std::unique_ptr<BIO, Deleter<BIO_free_all>>;
 
 constexpr long daySeconds = 24L * 60 * 60;
 

@@ -130,7 +130,7 @@ void TestHostEditor::pagesFindTheirObjects()
     QVERIFY(QColor(evaluate(QStringLiteral("globalEditColor.eGlobalBackGround"))).isValid());
     QVERIFY(QColor(evaluate(QStringLiteral("globalEditColor.eGlobalBorderColor"))).isValid());
     evaluate(QStringLiteral("webViewMgr.openWeb(appPath + '/device.html', Qt.rect(0, 0, 368, 440))"));
-    QCOMPARE(editor.webViews()->url(),
+    QCOMPARE(editor.webView()->url(),
              QCoreApplication::applicationDirPath() + QStringLiteral("/device.html"));
     evaluate(QStringLiteral("componentObject.clearDeviceData(componentObject.currentComp)"));
     QCOMPARE(devices.boundCount(), 0);

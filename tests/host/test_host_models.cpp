@@ -1,6 +1,6 @@
 #include "host/componentcard.h"
 #include "host/modeldesk.h"
-#include "host/webviews.h"
+#include "host/webview.h"
 
 #include "pluginstandin.h"
 
@@ -17,7 +17,7 @@ using NelvoDevkit::ImportedModels;
 using NelvoDevkit::LogEntry;
 using NelvoDevkit::LogModel;
 using NelvoDevkit::ModelDesk;
-using NelvoDevkit::WebViews;
+using NelvoDevkit::WebView;
 
 //! What the host does with BIM models, and what it tells the plug-in's pages.
 class TestHostModels : public QObject
@@ -376,8 +376,8 @@ void TestHostModels::cardClearsTheDevice()
 
 void TestHostModels::webPageIsRemembered()
 {
-    WebViews views(*m_log);
-    QSignalSpy asked(&views, &WebViews::asked);
+    WebView views(*m_log);
+    QSignalSpy asked(&views, &WebView::asked);
     for (int times = 0; times < 2; ++times) {
         QVERIFY(QMetaObject::invokeMethod(&views, "openWeb", Q_ARG(QString, "/app/page.html"),
                                           Q_ARG(QRectF, QRectF(0, 0, 368, 440))));

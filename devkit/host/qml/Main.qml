@@ -276,7 +276,7 @@ ApplicationWindow {
     }
 
     WebViewPopup {
-        webViews: window.editor.webViews
+        webView: window.editor.webView
     }
 
     footer: Rectangle {

@@ -6,16 +6,16 @@ import "."
 Popup {
     id: popup
 
-    property QtObject webViews
+    property QtObject webView
 
     anchors.centerIn: Overlay.overlay
-    width: webViews.rect.width
-    height: webViews.rect.height
+    width: webView.rect.width
+    height: webView.rect.height
     padding: 1
     modal: true
 
     Connections {
-        target: popup.webViews
+        target: popup.webView
 
         function onAsked() {
             popup.open();
@@ -30,7 +30,7 @@ Popup {
 
     contentItem: Panel {
         title: "网页视图"
-        note: "%1 × %2".arg(popup.webViews.rect.width).arg(popup.webViews.rect.height)
+        note: "%1 × %2".arg(popup.webView.rect.width).arg(popup.webView.rect.height)
         tools: BarButton {
             objectName: "webViewCloseButton"
             compact: true
@@ -51,7 +51,7 @@ Popup {
                 objectName: "webViewUrl"
 
                 width: parent.width
-                text: popup.webViews.url
+                text: popup.webView.url
                 textFormat: Text.PlainText
                 wrapMode: Text.WrapAnywhere
                 horizontalAlignment: Text.AlignHCenter

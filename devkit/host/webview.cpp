@@ -1,8 +1,8 @@
-#include "host/webviews.h"
+#include "host/webview.h"
 
 namespace NelvoDevkit {
 
-void WebViews::openWeb(const QString& url, const QRectF& rect)
+void WebView::openWeb(const QString& url, const QRectF& rect)
 {
     m_log.logCall(
         QStringLiteral("webViewMgr.openWeb: %1, %2 × %3").arg(url).arg(rect.width()).arg(rect.height()));

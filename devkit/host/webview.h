@@ -10,7 +10,7 @@ namespace NelvoDevkit {
 //! \brief Where the editor would show web pages. This host has no browser inside: it shows what it was asked.
 //!
 //! The plug-in's pages know it as `webViewMgr`.
-class WebViews : public QObject
+class WebView : public QObject
 {
     Q_OBJECT
     //! Address and place of the page that was asked for last.
@@ -19,7 +19,7 @@ class WebViews : public QObject
 
 public:
     //! Not owned; lives longer than this object.
-    explicit WebViews(LogModel& log) : m_log(log) {}
+    explicit WebView(LogModel& log) : m_log(log) {}
 
     QString url() const { return m_url; }
     QRectF rect() const { return m_rect; }
