@@ -3,6 +3,7 @@
 #include "services/httpmessage.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -48,5 +49,8 @@ struct Delivery {
     Manner manner = Manner::Whole;
     std::shared_ptr<BodyStream> stream = nullptr; //!< in place of the reply's own body, if there is one
 };
+
+//! Answers a request on the connection's thread; may take its time.
+using RequestHandler = std::function<Delivery(const HttpRequest&)>;
 
 } // namespace NelvoDevkit

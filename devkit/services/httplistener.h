@@ -3,7 +3,6 @@
 #include "services/certificate.h"
 #include "services/delivery.h"
 
-#include <functional>
 #include <memory>
 
 namespace NelvoDevkit {
@@ -15,9 +14,6 @@ namespace NelvoDevkit {
 class HttpListener
 {
 public:
-    //! Answers a request on the connection's thread; may take its time.
-    using Handler = std::function<Delivery(const HttpRequest&)>;
-
     //! With a certificate the port speaks HTTPS, without one HTTP.
     explicit HttpListener(const std::optional<Certificate>& certificate = std::nullopt);
     ~HttpListener();
@@ -26,7 +22,7 @@ public:
     //! Takes the port on 127.0.0.1, 0 for one that the system chooses, but does not listen yet. On
     //! failure returns false and tells why in `error`, which must not be null; so does listen.
     bool bind(quint16 port, QString* error);
-    bool listen(const Handler& handler, QString* error);
+    bool listen(const RequestHandler& handler, QString* error);
     //! The port taken, 0 before bind.
     quint16 port() const;
 
