@@ -67,7 +67,7 @@ public:
     //! Gives the service that many models, and the dialog too.
     void fill(int count)
     {
-        m_services.generateModels(count);
+        m_services.editorData().generateModels(count);
         open();
         require(QTest::qWaitFor([&] { return m_scene.rowCount() == count; }, WaitMilliseconds), "no rows");
         close();

@@ -17,7 +17,7 @@
 
 namespace {
 
-using NelvoDevkit::CannedReply;
+using NelvoDevkit::HttpReply;
 using NelvoPlugin::CProjectInfoMgr;
 
 const auto TreePath = QStringLiteral("/org/tree");
@@ -143,7 +143,7 @@ void measureTree(NelvoDevkit::Services& services, const QString& url)
     QVector<double> own;
     for (const int size : sizes) {
         const QByteArray body = treeBody(size);
-        services.setReply("GET", TreePath, CannedReply{200, "application/json", body, {}});
+        services.setReply("GET", TreePath, HttpReply{200, "application/json", body, {}});
         own.append(treeMilliseconds(url) - transferMilliseconds(url, TreePath));
         if (size == sizes.constLast())
             Bench::printRatio("tree of 100,000 nodes / parse", own.constLast(), parseMilliseconds(body), "ms",
@@ -158,7 +158,7 @@ void measureProjects(NelvoDevkit::Services& services, const QString& url)
     QVector<double> own;
     for (const int size : sizes) {
         const QByteArray body = projectsBody(size);
-        services.setReply("GET", ScenePath, CannedReply{200, "application/json", body, {}});
+        services.setReply("GET", ScenePath, HttpReply{200, "application/json", body, {}});
         own.append(projectsMilliseconds(url) - transferMilliseconds(url, ScenePath));
         if (size == 50000)
             Bench::printRatio("list of 50,000 projects / parse", own.constLast(), parseMilliseconds(body),
@@ -170,7 +170,7 @@ void measureProjects(NelvoDevkit::Services& services, const QString& url)
 void measureTreeMemory(NelvoDevkit::Services& services, const QString& url)
 {
     constexpr int Nodes = 100000;
-    services.setReply("GET", TreePath, CannedReply{200, "application/json", treeBody(Nodes), {}});
+    services.setReply("GET", TreePath, HttpReply{200, "application/json", treeBody(Nodes), {}});
     const double before = Bench::residentBytes();
     CProjectInfoMgr manager;
     NelvoSDK::OrgTreeNode root;
@@ -185,7 +185,7 @@ void measureTicks(NelvoDevkit::Services& services, const QString& url)
     constexpr int Ticks = 2000;
     constexpr int WarmUp = 200;
     constexpr double TicksPerDay = 8640;
-    services.setReply("GET", HeartbeatPath, CannedReply{200, "application/json", R"({"code":0})", {}});
+    services.setReply("GET", HeartbeatPath, HttpReply{200, "application/json", R"({"code":0})", {}});
     CProjectInfoMgr manager;
     manager.ReflushProjOrgInfo(sessionAt(url));
     QTimerEvent event(0);
@@ -208,12 +208,12 @@ int main(int argc, char** argv)
     if (!services.start())
         return 1;
     const QString url = services.editorUrl();
-    services.setReply("GET", TreePath, CannedReply{200, "application/json", "{}", {}});
+    services.setReply("GET", TreePath, HttpReply{200, "application/json", "{}", {}});
     // What a little memory tells comes first, while the process is small.
     measureTicks(services, url);
     measureTreeMemory(services, url);
     measureTree(services, url);
-    services.setReply("GET", TreePath, CannedReply{200, "application/json", "{}", {}});
+    services.setReply("GET", TreePath, HttpReply{200, "application/json", "{}", {}});
     measureProjects(services, url);
     return 0;
 }

@@ -13,7 +13,7 @@
 
 namespace {
 
-using NelvoDevkit::CannedReply;
+using NelvoDevkit::HttpReply;
 
 struct Call {
     const char* method;
@@ -87,7 +87,7 @@ int main(int argc, char** argv)
     const QVector<Call> calls = signInCalls(services.editorUrl());
     for (const Call& call : calls)
         services.setReply(call.method, QLatin1String(call.path),
-                          CannedReply{200, call.contentType, call.reply, {}});
+                          HttpReply{200, call.contentType, call.reply, {}});
 
     const E2e::PluginHost host(services.signInUrl());
     const TestSupport::MessageLog log;

@@ -94,7 +94,7 @@ void measureDownload(const QString& directory)
     if (!services.start())
         qFatal("no services");
     const auto name = QStringLiteral("package.zip");
-    services.addGeneratedPackage(name, Gibibyte);
+    services.packages().addGenerated(name, Gibibyte);
     const QString url = services.packageUrl(name);
     const QString path = directory + QLatin1String("/download");
 

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "services/services.h"
+#include "services/editorrecords.h"
+
+#include <QVector>
 
 class QJsonArray;
 

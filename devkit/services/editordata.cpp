@@ -72,6 +72,8 @@ void EditorData::reset()
 
 void EditorData::generateTree(int nodes)
 {
+    if (nodes <= 0)
+        return;
     const auto tree = std::make_shared<OrgTree>(generatedOrganisation(nodes));
     const std::lock_guard lock(m_mutex);
     for (auto& entry : m_enterprises)
@@ -80,6 +82,8 @@ void EditorData::generateTree(int nodes)
 
 void EditorData::generateProjects(int count)
 {
+    if (count <= 0)
+        return;
     const std::lock_guard lock(m_mutex);
     for (auto& entry : m_enterprises) {
         Holdings& holdings = entry.second;
@@ -98,6 +102,8 @@ void EditorData::generateProjects(int count)
 
 void EditorData::generateModels(int count)
 {
+    if (count <= 0)
+        return;
     const std::lock_guard lock(m_mutex);
     for (auto& entry : m_enterprises)
         entry.second.models = generatedModels(count, entry.second.tree->departments());

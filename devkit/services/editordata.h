@@ -3,7 +3,6 @@
 #include "services/bimmodels.h"
 #include "services/organisation.h"
 #include "services/seed.h"
-#include "services/services.h"
 
 #include <map>
 #include <memory>
@@ -25,15 +24,20 @@ public:
 
     //! Goes back to the seed.
     void reset();
+    //! Replaces the tree of every enterprise by one of that many nodes, up to ten below each, the same one
+    //! every time. Projects and models stay as they are. Zero changes nothing.
     void generateTree(int nodes);
-    //! Spreads the projects over the departments of each enterprise's present tree.
+    //! Replaces the projects of every enterprise by that many, spread over the departments of its tree. Zero
+    //! changes nothing.
     void generateProjects(int count);
-    //! Spreads as many models, and drawings, over those departments too.
+    //! Replaces the models of every enterprise and its drawings by that many of each, spread over the
+    //! departments of its tree. Zero changes nothing.
     void generateModels(int count);
 
     //! Whose data a client of unknown account gets: 1001, or if there is none the lowest id.
     qint64 defaultEnterprise() const;
     QByteArray treeJson(qint64 enterpriseId) const;
+    //! In the order in which the service lists them, as are models; none if there is no such enterprise.
     QVector<SceneProject> projects(qint64 enterpriseId) const;
     //! Takes id, name and department; the department's name comes from the tree.
     Outcome addProject(qint64 enterpriseId, SceneProject project);

@@ -26,8 +26,9 @@ public:
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 
-    //! Refuses all present sessions of the account from now on, with that code.
-    void pushOut(const QString& user, const QByteArray& code);
+    //! From now on refuses all present sessions of the account, with HTTP status 401 and `code` as
+    //! "infoCode". A client that signs in anew gets a new session.
+    void pushOut(const QString& user, const QByteArray& code = "1007");
 
 private:
     struct Session {

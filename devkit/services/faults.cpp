@@ -31,7 +31,7 @@ constexpr std::array namedFaults = {
 
 constexpr char redirectMark[] = "redirected=1";
 
-bool applies(const FaultRule& rule, const LoggedRequest& request)
+bool applies(const FaultRule& rule, const HttpRequest& request)
 {
     if (!rule.path.isEmpty() && rule.path.toUtf8() != request.path())
         return false;
@@ -70,7 +70,7 @@ bool refusesEverything(const FaultRule& rule)
     return rule.fault == Fault::Refuse && rule.path.isEmpty() && rule.method.isEmpty();
 }
 
-QByteArray markedTarget(const LoggedRequest& request)
+QByteArray markedTarget(const HttpRequest& request)
 {
     return request.target + (request.target.contains('?') ? '&' : '?') + redirectMark;
 }
@@ -97,7 +97,7 @@ void FaultBook::clear()
     m_cleared.notify_all();
 }
 
-std::optional<FaultBook::Strike> FaultBook::strike(const LoggedRequest& request)
+std::optional<FaultBook::Strike> FaultBook::strike(const HttpRequest& request)
 {
     const std::lock_guard lock(m_mutex);
     const auto found = std::find_if(m_rules.begin(), m_rules.end(),

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QLocale>
 
+#include <algorithm>
 #include <ostream> // which status.hpp uses and does not include
 
 namespace http = boost::beast::http;
@@ -40,6 +41,19 @@ QByteArray line(const QByteArray& name, const QByteArray& value)
 }
 
 } // namespace
+
+QByteArray HttpRequest::path() const
+{
+    return target.mid(0, target.indexOf('?'));
+}
+
+QByteArray HttpRequest::header(const QByteArray& name) const
+{
+    const auto found = std::find_if(headers.begin(), headers.end(), [&name](const HttpHeader& header) {
+        return header.name.compare(name, Qt::CaseInsensitive) == 0;
+    });
+    return found == headers.end() ? QByteArray() : found->value;
+}
 
 QByteArray cookie(const HttpRequest& request, const QByteArray& name)
 {

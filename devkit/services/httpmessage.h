@@ -1,14 +1,38 @@
 #pragma once
 
-#include <services/services.h>
+#include <QByteArray>
+#include <QVector>
 
 class QJsonDocument;
 class QJsonObject;
 
 namespace NelvoDevkit {
 
-using HttpRequest = LoggedRequest;
-using HttpReply = CannedReply;
+struct HttpHeader {
+    QByteArray name; //!< of a request: in the spelling received
+    QByteArray value;
+};
+
+//! \brief A request as it came in.
+struct HttpRequest {
+    QByteArray method;
+    QByteArray target;           //!< path and query, undecoded
+    QVector<HttpHeader> headers; //!< in the order received
+    QByteArray body;
+
+    //! Path of the target, without query.
+    QByteArray path() const;
+    //! Value of the first header of that name (any case), or a null array.
+    QByteArray header(const QByteArray& name) const;
+};
+
+//! \brief An answer to a request.
+struct HttpReply {
+    int status = 200;
+    QByteArray contentType = "text/plain; charset=utf-8";
+    QByteArray body;
+    QVector<HttpHeader> headers; //!< further headers, such as Set-Cookie
+};
 
 //! Value of the request's cookie of that name, or a null array.
 QByteArray cookie(const HttpRequest& request, const QByteArray& name);

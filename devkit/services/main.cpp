@@ -87,7 +87,7 @@ QByteArray readyText(const Services& services, const QString& certificateFile)
     return QJsonDocument(QJsonObject{{QStringLiteral("signIn"), services.signInUrl()},
                                      {QStringLiteral("editor"), services.editorUrl()},
                                      {QStringLiteral("update"), services.updateUrl()},
-                                     {QStringLiteral("updateToken"), services.updateToken()},
+                                     {QStringLiteral("updateToken"), services.updates().token()},
                                      {QStringLiteral("package"), services.packageUrl()},
                                      {QStringLiteral("control"), services.controlUrl()},
                                      {QStringLiteral("certificate"), certificate}})
@@ -112,8 +112,9 @@ void printAccounts(QTextStream& out, const Seed& seed)
 
 void printReleases(QTextStream& out, const Services& services)
 {
-    out << "\nreleases (product, version, package), for the access token " << services.updateToken() << '\n';
-    const auto releases = services.releases();
+    out << "\nreleases (product, version, package), for the access token " << services.updates().token()
+        << '\n';
+    const auto releases = services.updates().releases();
     for (auto release = releases.begin(); release != releases.end(); ++release)
         out << "  " << release.key() << "  " << release->version << "  " << release->path << '\n';
 }

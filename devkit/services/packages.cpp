@@ -64,6 +64,12 @@ std::unique_ptr<QIODevice> Packages::open(const QString& name) const
     return content ? opened(content) : nullptr;
 }
 
+QByteArray Packages::bytes(const QString& name, qint64 offset, int size) const
+{
+    const std::unique_ptr<QIODevice> package = open(name);
+    return package && package->seek(offset) ? package->read(size) : QByteArray();
+}
+
 std::optional<Packages::Order> Packages::take(const QString& name)
 {
     const std::lock_guard lock(m_mutex);

@@ -45,7 +45,7 @@ HttpReply wholeReply(const PackageDelivery& delivery)
 {
     HttpReply reply{200, packageType, {}, {}};
     if (!delivery.ignoresRange)
-        reply.headers.append(LoggedRequest::Header{"Accept-Ranges", "bytes"});
+        reply.headers.append(HttpHeader{"Accept-Ranges", "bytes"});
     return reply;
 }
 

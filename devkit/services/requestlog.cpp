@@ -1,21 +1,6 @@
 #include "services/requestlog.h"
 
-#include <algorithm>
-
 namespace NelvoDevkit {
-
-QByteArray LoggedRequest::path() const
-{
-    return target.mid(0, target.indexOf('?'));
-}
-
-QByteArray LoggedRequest::header(const QByteArray& name) const
-{
-    const auto found = std::find_if(headers.begin(), headers.end(), [&name](const Header& header) {
-        return header.name.compare(name, Qt::CaseInsensitive) == 0;
-    });
-    return found == headers.end() ? QByteArray() : found->value;
-}
 
 void RequestLog::append(const LoggedRequest& request)
 {

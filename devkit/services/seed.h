@@ -2,7 +2,7 @@
 
 #include "services/bimmodels.h"
 #include "services/organisation.h"
-#include "services/services.h"
+#include "services/release.h"
 
 #include <QMap>
 #include <QString>

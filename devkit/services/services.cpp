@@ -1,22 +1,11 @@
 #include "services/services.h"
 
 #include "package/updatepackage.h"
-#include "services/bimmodels.h"
-#include "services/controlservice.h"
-#include "services/editordata.h"
-#include "services/editorservice.h"
-#include "services/faults.h"
+#include "services/controlpath.h"
 #include "services/httplistener.h"
-#include "services/packages.h"
 #include "services/packageservice.h"
-#include "services/requestlog.h"
-#include "services/seed.h"
-#include "services/signinservice.h"
-#include "services/updateservice.h"
 
 #include <QIODevice>
-#include <QJsonObject>
-#include <QStringList>
 
 #include <algorithm>
 #include <array>
@@ -29,13 +18,9 @@ namespace {
 //! A service behind its port.
 struct Port {
     QByteArray name;
-    std::unique_ptr<HttpListener> listener;
-    std::unique_ptr<Service> service;
-
-    QString url(const QString& scheme) const
-    {
-        return QStringLiteral("%1://127.0.0.1:%2").arg(scheme).arg(listener ? listener->port() : 0);
-    }
+    Service& service;
+    quint16 number; //!< as ordered; 0 lets the system choose
+    HttpListener listener;
 };
 
 HttpReply ofTheOtherKind(HttpReply reply)
@@ -57,125 +42,86 @@ Delivery halved(Delivery delivery)
 class Services::Private
 {
 public:
-    Private(Services& services, const ServicesOptions& options) : options(options), control(services) {}
+    Private(Services& services, const ServicesOptions& options);
 
-    bool makeListeners(QString* error);
-    bool bind(QString* error) const;
+    bool bind(QString* error);
     bool listen(QString* error);
-    void makeServices(const Seed& seed);
-    void makeUpdateServices(const Seed& seed);
-    Release completed(Release release) const;
     Delivery handle(Port& port, const HttpRequest& request);
-    std::optional<FaultBook::Strike> strike(const Port& port, const HttpRequest& request);
+    std::optional<FaultBook::Strike> strike(Port& port, const HttpRequest& request);
     Delivery underFault(Port& port, const HttpRequest& request, const FaultBook::Strike& strike);
     Delivery answer(const Port& port, const HttpRequest& request) const;
-    void refuseEverything() const;
+    void refuseEverything();
 
     QString url(const Port& port) const
     {
-        return port.url(options.https ? QStringLiteral("https") : QStringLiteral("http"));
+        return QStringLiteral("%1://127.0.0.1:%2")
+            .arg(options.https ? QStringLiteral("https") : QStringLiteral("http"))
+            .arg(port.listener.port());
     }
 
     const ServicesOptions options;
+    QString error; //!< why start fails, if that is known beforehand
+    const Seed seed{loadSeed(options.seedFile, &error).value_or(Seed())};
+    const std::optional<Certificate> certificate{options.https ? makeCertificate() : std::nullopt};
+
     RequestLog log;
     FaultBook faults;
     //! Keeps a Refuse that strikes and the removal of all faults from crossing each other.
     std::mutex refusal;
 
     mutable std::mutex repliesMutex;
-    std::map<std::pair<QByteArray, QByteArray>, CannedReply> replies; // by method and path
+    std::map<std::pair<QByteArray, QByteArray>, HttpReply> replies; // by method and path
 
-    ControlService control;
-    QByteArray certificatePem;
-    QStringList users;
-    std::unique_ptr<EditorData> editorData;
+    SignInService signInService{seed};
+    EditorData editorData{seed};
+    EditorService editorService{signInService, editorData};
+    UpdateService updateService{seed};
     Packages packages;
-    EditorService* editorService = nullptr; // owned by its port
-    UpdateService* updateService = nullptr; // likewise
-    Port signIn{"sign-in", nullptr, nullptr};
-    Port editor{"editor", nullptr, nullptr};
-    Port update{"update", nullptr, nullptr};
-    Port package{"package", nullptr, nullptr};
+    PackageService packageService{packages};
+    ControlPath controlPath;
+
+    Port signIn{"sign-in", signInService, options.signInPort, HttpListener(certificate)};
+    Port editor{"editor", editorService, options.editorPort, HttpListener(certificate)};
+    Port update{"update", updateService, options.updatePort, HttpListener(certificate)};
+    Port package{"package", packageService, options.packagePort, HttpListener(certificate)};
     const std::array<Port*, 4> ports{&signIn, &editor, &update, &package};
-    std::unique_ptr<HttpListener> controlListener;
+    HttpListener controlListener;
 };
 
-bool Services::Private::makeListeners(QString* error)
+Services::Private::Private(Services& services, const ServicesOptions& options)
+    : options(options), controlPath(services)
 {
-    std::optional<Certificate> certificate;
-    if (options.https) {
-        certificate = makeCertificate();
-        if (!certificate) {
-            *error = QStringLiteral("can't make a certificate");
-            return false;
-        }
-        certificatePem = certificate->certificatePem;
-    }
-    for (Port* port : ports)
-        port->listener = std::make_unique<HttpListener>(certificate);
-    controlListener = std::make_unique<HttpListener>();
-    return true;
+    for (auto entry = seed.packages.begin(); entry != seed.packages.end(); ++entry)
+        packages.add(entry.key(), entry.value());
+    if (error.isEmpty() && options.https && !certificate)
+        error = QStringLiteral("can't make a certificate");
 }
 
-bool Services::Private::bind(QString* error) const
+//! Takes the ports and tells the services the addresses that they hand out.
+bool Services::Private::bind(QString* error)
 {
-    return signIn.listener->bind(options.signInPort, error) &&
-           editor.listener->bind(options.editorPort, error) &&
-           update.listener->bind(options.updatePort, error) &&
-           package.listener->bind(options.packagePort, error) &&
-           controlListener->bind(options.controlPort, error);
+    const auto binds = [error](Port* port) { return port->listener.bind(port->number, error); };
+    if (!std::all_of(ports.begin(), ports.end(), binds) || !controlListener.bind(options.controlPort, error))
+        return false;
+    signInService.setAddresses(url(signIn), url(editor));
+    updateService.setPackageUrl(url(package));
+    return true;
 }
 
 bool Services::Private::listen(QString* error)
 {
     const auto listens = [this, error](Port* port) {
-        return port->listener->listen(
+        return port->listener.listen(
             [this, port](const HttpRequest& request) { return handle(*port, request); }, error);
     };
     return std::all_of(ports.begin(), ports.end(), listens) &&
-           controlListener->listen(
-               [this](const HttpRequest& request) { return Delivery{control.answer(request)}; }, error);
-}
-
-void Services::Private::makeServices(const Seed& seed)
-{
-    users.clear();
-    for (const Account& account : seed.accounts)
-        users.append(account.user);
-    auto signInService = std::make_unique<SignInService>(seed, url(signIn), url(editor));
-    auto data = std::make_unique<EditorData>(seed);
-    auto service = std::make_unique<EditorService>(*signInService, *data);
-    editorService = service.get();
-    editor.service = std::move(service);
-    editorData = std::move(data);
-    signIn.service = std::move(signInService);
-    makeUpdateServices(seed);
-}
-
-void Services::Private::makeUpdateServices(const Seed& seed)
-{
-    for (auto entry = seed.packages.begin(); entry != seed.packages.end(); ++entry)
-        packages.add(entry.key(), entry.value());
-    package.service = std::make_unique<PackageService>(packages);
-    QMap<QString, Release> releases = seed.releases;
-    for (Release& release : releases)
-        release = completed(release);
-    auto service = std::make_unique<UpdateService>(seed.updateToken, releases);
-    updateService = service.get();
-    update.service = std::move(service);
-}
-
-Release Services::Private::completed(Release release) const
-{
-    if (release.path.startsWith(QLatin1Char('/')))
-        release.path.prepend(url(package));
-    return release;
+           controlListener.listen(
+               [this](const HttpRequest& request) { return Delivery{controlPath.answer(request)}; }, error);
 }
 
 Delivery Services::Private::handle(Port& port, const HttpRequest& request)
 {
-    HttpRequest logged = request;
-    logged.service = port.name;
+    const LoggedRequest logged{request, port.name};
     log.append(logged);
     const std::optional<FaultBook::Strike> fault = strike(port, request);
     Delivery delivery = fault ? underFault(port, request, *fault) : answer(port, request);
@@ -184,12 +130,12 @@ Delivery Services::Private::handle(Port& port, const HttpRequest& request)
     return delivery;
 }
 
-std::optional<FaultBook::Strike> Services::Private::strike(const Port& port, const HttpRequest& request)
+std::optional<FaultBook::Strike> Services::Private::strike(Port& port, const HttpRequest& request)
 {
     const std::lock_guard lock(refusal);
     std::optional<FaultBook::Strike> strike = faults.strike(request);
     if (strike && strike->rule.fault == Fault::Refuse)
-        port.listener->refuse();
+        port.listener.refuse();
     return strike;
 }
 
@@ -218,7 +164,7 @@ Delivery Services::Private::underFault(Port& port, const HttpRequest& request,
     case Fault::EndlessRedirect:
         return {redirectReply(request.target)};
     case Fault::LoseSession:
-        port.service->forgetSession(request);
+        port.service.forgetSession(request);
         return answer(port, request);
     }
     return {};
@@ -232,13 +178,13 @@ Delivery Services::Private::answer(const Port& port, const HttpRequest& request)
         if (canned != replies.end())
             return {canned->second};
     }
-    return port.service->answer(request);
+    return port.service.answer(request);
 }
 
-void Services::Private::refuseEverything() const
+void Services::Private::refuseEverything()
 {
-    for (const Port* port : ports)
-        port->listener->refuse();
+    for (Port* port : ports)
+        port->listener.refuse();
 }
 
 Services::Services(const ServicesOptions& options) : d(std::make_unique<Private>(*this, options)) {}
@@ -250,14 +196,8 @@ Services::~Services()
 
 bool Services::start(QString* error)
 {
-    QString reason;
-    const std::optional<Seed> seed = loadSeed(d->options.seedFile, &reason);
-    bool ok = seed && d->makeListeners(&reason) && d->bind(&reason);
-    if (ok) {
-        d->makeServices(*seed);
-        ok = d->listen(&reason);
-    }
-    if (!ok) {
+    QString reason = d->error;
+    if (!reason.isEmpty() || !d->bind(&reason) || !d->listen(&reason)) {
         stop();
         if (error != nullptr)
             *error = reason;
@@ -273,15 +213,13 @@ bool Services::start(QString* error)
 //! connections are cut before the waiting requests wake up, so that no answer of theirs goes out.
 void Services::stop()
 {
-    if (!d->signIn.listener)
-        return;
-    d->controlListener->close();
-    d->controlListener->join();
-    for (const Port* port : d->ports)
-        port->listener->close();
+    d->controlListener.close();
+    d->controlListener.join();
+    for (Port* port : d->ports)
+        port->listener.close();
     d->faults.clear();
-    for (const Port* port : d->ports)
-        port->listener->join();
+    for (Port* port : d->ports)
+        port->listener.join();
 }
 
 QString Services::signInUrl() const
@@ -306,19 +244,54 @@ QString Services::packageUrl() const
 
 QString Services::controlUrl() const
 {
-    return QStringLiteral("http://127.0.0.1:%1").arg(d->controlListener ? d->controlListener->port() : 0);
+    return QStringLiteral("http://127.0.0.1:%1").arg(d->controlListener.port());
 }
 
 QByteArray Services::certificatePem() const
 {
-    return d->certificatePem;
+    return d->certificate ? d->certificate->certificatePem : QByteArray();
+}
+
+SignInService& Services::signIn() const
+{
+    return d->signInService;
+}
+
+EditorService& Services::editor() const
+{
+    return d->editorService;
+}
+
+EditorData& Services::editorData() const
+{
+    return d->editorData;
+}
+
+UpdateService& Services::updates() const
+{
+    return d->updateService;
+}
+
+Packages& Services::packages() const
+{
+    return d->packages;
+}
+
+RequestLog& Services::log() const
+{
+    return d->log;
+}
+
+const FaultBook& Services::faults() const
+{
+    return d->faults;
 }
 
 void Services::addFault(const FaultRule& rule)
 {
     const std::lock_guard lock(d->refusal);
     d->faults.add(rule);
-    if (refusesEverything(rule) && d->signIn.listener)
+    if (refusesEverything(rule))
         d->refuseEverything();
 }
 
@@ -326,18 +299,11 @@ void Services::clearFaults()
 {
     const std::lock_guard lock(d->refusal);
     d->faults.clear();
-    if (d->signIn.listener) {
-        for (const Port* port : d->ports)
-            port->listener->resume();
-    }
+    for (Port* port : d->ports)
+        port->listener.resume();
 }
 
-QVector<FaultRule> Services::faults() const
-{
-    return d->faults.rules();
-}
-
-void Services::setReply(const QByteArray& method, const QString& path, const CannedReply& reply)
+void Services::setReply(const QByteArray& method, const QString& path, const HttpReply& reply)
 {
     const std::lock_guard lock(d->repliesMutex);
     d->replies[{method, path.toUtf8()}] = reply;
@@ -349,125 +315,16 @@ void Services::clearReplies()
     d->replies.clear();
 }
 
-QVector<LoggedRequest> Services::requests() const
-{
-    return d->log.requests();
-}
-
-QVector<Exchange> Services::exchanges() const
-{
-    return d->log.exchanges();
-}
-
-void Services::clearRequests()
-{
-    d->log.clear();
-}
-
 void Services::forgetSessions()
 {
-    for (const Port* port : d->ports) {
-        if (port->service)
-            port->service->forgetSessions();
-    }
-}
-
-QStringList Services::users() const
-{
-    return d->users;
-}
-
-void Services::pushOut(const QString& user, const QByteArray& code)
-{
-    if (d->editorService != nullptr)
-        d->editorService->pushOut(user, code);
-}
-
-QVector<SceneProject> Services::sceneProjects(qint64 enterpriseId) const
-{
-    return d->editorData ? d->editorData->projects(enterpriseId) : QVector<SceneProject>();
-}
-
-EquipmentBindings Services::equipmentBindings(const QString& sceneProjId) const
-{
-    return d->editorData ? d->editorData->bindings(sceneProjId) : EquipmentBindings();
-}
-
-QVector<BimModel> Services::bimModels(qint64 enterpriseId) const
-{
-    return d->editorData ? d->editorData->models(enterpriseId).models : QVector<BimModel>();
-}
-
-QVector<BimModel> Services::bimDrawings(qint64 enterpriseId) const
-{
-    return d->editorData ? d->editorData->models(enterpriseId).drawings : QVector<BimModel>();
-}
-
-QJsonObject Services::state() const
-{
-    return d->editorData ? d->editorData->state() : QJsonObject();
-}
-
-void Services::generateTree(int nodes)
-{
-    if (d->editorData && nodes > 0)
-        d->editorData->generateTree(nodes);
-}
-
-void Services::generateProjects(int count)
-{
-    if (d->editorData && count > 0)
-        d->editorData->generateProjects(count);
-}
-
-void Services::generateModels(int count)
-{
-    if (d->editorData && count > 0)
-        d->editorData->generateModels(count);
+    for (Port* port : d->ports)
+        port->service.forgetSessions();
 }
 
 void Services::resetState()
 {
-    if (d->editorData)
-        d->editorData->reset();
-    if (d->updateService != nullptr)
-        d->updateService->reset();
-}
-
-QString Services::updateToken() const
-{
-    return d->updateService != nullptr ? d->updateService->token() : QString();
-}
-
-void Services::setRelease(const QString& productId, const Release& release)
-{
-    if (d->updateService != nullptr)
-        d->updateService->setRelease(productId, d->completed(release));
-}
-
-QMap<QString, Release> Services::releases() const
-{
-    return d->updateService != nullptr ? d->updateService->releases() : QMap<QString, Release>();
-}
-
-void Services::addPackage(const QString& name, const QByteArray& content)
-{
-    d->packages.add(name, content);
-}
-
-void Services::addPackageFile(const QString& name, const QString& fileName)
-{
-    d->packages.addFile(name, fileName);
-}
-
-void Services::addGeneratedPackage(const QString& name, qint64 size)
-{
-    d->packages.addGenerated(name, size);
-}
-
-QStringList Services::packages() const
-{
-    return d->packages.names();
+    d->editorData.reset();
+    d->updateService.reset();
 }
 
 QString Services::packageUrl(const QString& name) const
@@ -480,17 +337,6 @@ Release Services::packageRelease(const QString& name, const QString& version, co
     const std::unique_ptr<QIODevice> package = d->packages.open(name);
     return {version, remarks, package ? md5Of(*package) : QString(), package ? package->size() : 0,
             packageUrl(name)};
-}
-
-QByteArray Services::packageBytes(const QString& name, qint64 offset, int size) const
-{
-    const std::unique_ptr<QIODevice> package = d->packages.open(name);
-    return package && package->seek(offset) ? package->read(size) : QByteArray();
-}
-
-void Services::setPackageDelivery(const QString& name, const PackageDelivery& delivery)
-{
-    d->packages.setDelivery(name, delivery);
 }
 
 } // namespace NelvoDevkit

@@ -68,9 +68,14 @@ bool belongsTo(const Account& account, const QString& enterpriseId)
 
 } // namespace
 
-SignInService::SignInService(const Seed& seed, const QString& ownUrl, const QString& editorUrl)
-    : m_seed(seed), m_ownUrl(ownUrl), m_editorUrl(editorUrl)
-{}
+SignInService::SignInService(const Seed& seed) : m_seed(seed) {}
+
+void SignInService::setAddresses(const QString& ownUrl, const QString& editorUrl)
+{
+    const std::lock_guard lock(m_mutex);
+    m_ownUrl = ownUrl;
+    m_editorUrl = editorUrl;
+}
 
 Delivery SignInService::answer(const HttpRequest& request)
 {
@@ -101,6 +106,14 @@ void SignInService::forgetSessions()
     const std::lock_guard lock(m_mutex);
     m_sessions.clear();
     m_loginTickets.clear();
+}
+
+QStringList SignInService::users() const
+{
+    QStringList users;
+    for (const Account& account : m_seed.accounts)
+        users.append(account.user);
+    return users;
 }
 
 std::optional<SignedInClient> SignInService::signedInClient(const HttpRequest& request) const

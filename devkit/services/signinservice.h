@@ -27,13 +27,18 @@ struct SignedInClient {
 class SignInService final : public Service
 {
 public:
-    //! The addresses are base addresses without a trailing slash.
-    SignInService(const Seed& seed, const QString& ownUrl, const QString& editorUrl);
+    explicit SignInService(const Seed& seed);
+
+    //! The base addresses, without a trailing slash, of this service and of the editor service. They must be
+    //! set before the first request.
+    void setAddresses(const QString& ownUrl, const QString& editorUrl);
 
     Delivery answer(const HttpRequest& request) override;
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 
+    //! Names of the accounts.
+    QStringList users() const;
     //! The client that sent the request, to this or to another service, if it is signed in.
     std::optional<SignedInClient> signedInClient(const HttpRequest& request) const;
 
@@ -65,8 +70,8 @@ private:
     const Account* authenticate(const QUrlQuery& fields) const;
 
     const Seed m_seed;
-    const QString m_ownUrl;
-    const QString m_editorUrl;
+    QString m_ownUrl;
+    QString m_editorUrl;
 
     mutable std::mutex m_mutex;
     std::map<QByteArray, Session> m_sessions;

@@ -2,6 +2,7 @@
 
 #include "services/controlparameters.h"
 #include "services/service.h"
+#include "services/services.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -100,7 +101,7 @@ HttpReply UpdateControl::answer(const HttpRequest& request)
 HttpReply UpdateControl::listReleases(const HttpRequest& /*request*/)
 {
     QJsonObject list;
-    const QMap<QString, Release> releases = m_services.releases();
+    const QMap<QString, Release> releases = m_services.updates().releases();
     for (auto release = releases.begin(); release != releases.end(); ++release)
         list.insert(release.key(), toJson(*release));
     return indentedReply(QJsonDocument(list));
@@ -130,7 +131,7 @@ HttpReply UpdateControl::setRelease(const HttpRequest& request)
         release.path = parameters.value(path, release.path);
         if (parameters.contains(size))
             release.size = readBytes(parameters, size);
-        m_services.setRelease(product, release);
+        m_services.updates().setRelease(product, release);
     };
     return whenParametersAreRight(set, "release set\n");
 }
@@ -138,7 +139,7 @@ HttpReply UpdateControl::setRelease(const HttpRequest& request)
 HttpReply UpdateControl::listPackages(const HttpRequest& /*request*/)
 {
     QJsonObject list;
-    const QStringList names = m_services.packages();
+    const QStringList names = m_services.packages().names();
     for (const QString& name : names)
         list.insert(name, m_services.packageUrl(name));
     return indentedReply(QJsonDocument(list));
@@ -155,13 +156,13 @@ HttpReply UpdateControl::addPackage(const HttpRequest& request)
         if (parameters.contains(file) == parameters.contains(size))
             throw ParameterError{QStringLiteral("there must be either \"file\" or \"size\"")};
         if (parameters.contains(size)) {
-            m_services.addGeneratedPackage(package, readBytes(parameters, size));
+            m_services.packages().addGenerated(package, readBytes(parameters, size));
             return;
         }
         const QString fileName = parameters.value(file);
         if (!QFileInfo(fileName).isReadable() || !QFileInfo(fileName).isFile())
             throw ParameterError{QStringLiteral("can't read a file \"%1\"").arg(fileName)};
-        m_services.addPackageFile(package, QFileInfo(fileName).absoluteFilePath());
+        m_services.packages().addFile(package, QFileInfo(fileName).absoluteFilePath());
     };
     return whenParametersAreRight(add, "package added\n");
 }
@@ -174,14 +175,14 @@ HttpReply UpdateControl::setDelivery(const HttpRequest& request)
                       QStringLiteral("paceBytes"), QStringLiteral("paceMilliseconds"),
                       QStringLiteral("ignoresRange"), QStringLiteral("announced"), QStringLiteral("once")});
         const QString package = knownPackage(parameters.value(packageKey()));
-        m_services.setPackageDelivery(package, readDelivery(parameters));
+        m_services.packages().setDelivery(package, readDelivery(parameters));
     };
     return whenParametersAreRight(set, "delivery set\n");
 }
 
 QString UpdateControl::knownPackage(const QString& name) const
 {
-    const QStringList names = m_services.packages();
+    const QStringList names = m_services.packages().names();
     if (!names.contains(name)) {
         throw ParameterError{QStringLiteral("\"%1\" is no package; parameter \"package\" is one of %2")
                                  .arg(name, listed(names))};

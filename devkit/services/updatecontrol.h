@@ -4,6 +4,8 @@
 
 namespace NelvoDevkit {
 
+class Services;
+
 //! \brief The part of the control path that is about releases and packages.
 class UpdateControl
 {

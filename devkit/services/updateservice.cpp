@@ -32,9 +32,15 @@ QString parameter(const HttpRequest& request, const QString& name)
 
 } // namespace
 
-UpdateService::UpdateService(const QString& token, const QMap<QString, Release>& releases)
-    : m_token(token), m_seed(releases), m_releases(releases)
+UpdateService::UpdateService(const Seed& seed)
+    : m_token(seed.updateToken), m_seed(seed.releases), m_releases(seed.releases)
 {}
+
+void UpdateService::setPackageUrl(const QString& url)
+{
+    const std::lock_guard lock(m_mutex);
+    m_packageUrl = url;
+}
 
 Delivery UpdateService::answer(const HttpRequest& request)
 {
@@ -57,7 +63,12 @@ void UpdateService::setRelease(const QString& productId, const Release& release)
 QMap<QString, Release> UpdateService::releases() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_releases;
+    QMap<QString, Release> releases = m_releases;
+    for (Release& release : releases) {
+        if (release.path.startsWith(QLatin1Char('/')))
+            release.path.prepend(m_packageUrl);
+    }
+    return releases;
 }
 
 void UpdateService::reset()

@@ -18,7 +18,7 @@ public:
     {
         clearFaults();
         clearReplies();
-        clearRequests();
+        log().clear();
         setList(BimPath, R"({"nelvo3dId":"b1","ppName":"bim"})");
         setList(DwgPath, R"({"nelvo3dId":"d1","dwgName":"dwg"})");
         QCoreApplication::instance()->setProperty("sdkAddr", editorUrl());
@@ -39,7 +39,7 @@ public:
     QByteArrayList targets() const
     {
         QByteArrayList lines;
-        const QVector<NelvoDevkit::LoggedRequest> received = requests();
+        const QVector<NelvoDevkit::LoggedRequest> received = log().requests();
         for (const NelvoDevkit::LoggedRequest& request : received)
             lines.append(request.method + ' ' + request.target);
         return lines;

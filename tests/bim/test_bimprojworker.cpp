@@ -105,7 +105,7 @@ void TestBimProjWorker::bimListToTheByte()
     worker.getBimProjList();
 
     QCOMPARE(m_services.targets(), QByteArrayList{"GET /bim/relation/"});
-    const LoggedRequest request = m_services.requests().first();
+    const LoggedRequest request = m_services.log().requests().first();
     QVERIFY(request.body.isEmpty());
     QVERIFY(request.header("Content-Type").isNull());
     QCOMPARE(request.header("Accept"), QByteArray("*/*"));

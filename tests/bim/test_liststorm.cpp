@@ -60,8 +60,8 @@ void TestListStorm::fetchesBesideCalls()
 {
     QFETCH(bool, replacesTheJar);
     m_services.reset();
-    const QVector<NelvoDevkit::LoggedRequest::Header> twoCookies{{"Set-Cookie", "first=1; path=/"},
-                                                                 {"Set-Cookie", "second=2; path=/"}};
+    const QVector<NelvoDevkit::HttpHeader> twoCookies{{"Set-Cookie", "first=1; path=/"},
+                                                      {"Set-Cookie", "second=2; path=/"}};
     for (const QString& path : {BimPath, HeartbeatPath, QStringLiteral("/org/tree")})
         m_services.setReply("GET", path, {200, "application/json", "{}", twoCookies});
     sharedCookieJar()->setAllCookies({});

@@ -281,7 +281,7 @@ void TestPdsMgr::newManagerHoldsNothing()
     manager.SetPlugin(&plugin);
     QCOMPARE(manager.GetPlugin(), &plugin);
     manager.ReservedHook();
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestPdsMgr::mapOfNamesIsAMetaType()
@@ -554,7 +554,7 @@ void TestPdsMgr::conversionPassesItsArguments()
     pds.manager.convertSimplyMode(QStringLiteral("guid"), true);
     pds.manager.convertSimplyMode(QStringLiteral("guid"), false);
     QCOMPARE(pds.calls(), (QStringList{QStringLiteral("convert guid 1"), QStringLiteral("convert guid 0")}));
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestPdsMgr::nobodyNeedsToListen()

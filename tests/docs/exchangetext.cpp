@@ -15,14 +15,14 @@
 
 namespace Docs {
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Exchange;
+using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::Services;
 
 namespace {
 
-using Header = LoggedRequest::Header;
+using Header = NelvoDevkit::HttpHeader;
 
 //! The request line says where it goes, and the other headers are the same in every request but those of the
 //! self-update.
@@ -82,7 +82,7 @@ QString pageExcerpt(const QString& page)
     return lines.join(QLatin1Char('\n'));
 }
 
-QString answerBody(const CannedReply& reply)
+QString answerBody(const HttpReply& reply)
 {
     if (reply.contentType.startsWith("application/json")) {
         const QJsonDocument document = QJsonDocument::fromJson(reply.body);
@@ -101,7 +101,7 @@ QString requestText(const LoggedRequest& request, const QVector<Header>& headers
              QString::fromUtf8(request.target), text(headers), bodyText(QString::fromUtf8(request.body)));
 }
 
-QString answerText(const CannedReply& reply)
+QString answerText(const HttpReply& reply)
 {
     return QStringLiteral("HTTP/1.1 %1\n%2Content-Type: %3\n%4")
         .arg(QString::number(reply.status), text(reply.headers), QString::fromUtf8(reply.contentType),

@@ -143,7 +143,7 @@ void TestServicesReference::initTestCase()
     updateItself();
     take(Update);
     const NelvoSDK::LoginSession session = host.signIn(m_services->signInUrl(), User);
-    const QVector<Exchange> exchanges = m_services->exchanges();
+    const QVector<Exchange> exchanges = m_services->log().exchanges();
     QVERIFY(!exchanges.isEmpty());
     m_names.append(QStringLiteral("every-request"));
     m_texts.insert(m_names.last(), Docs::requestText(exchanges.first(), *m_services));
@@ -153,7 +153,7 @@ void TestServicesReference::initTestCase()
     take(Projects);
     readModels();
     take(Models);
-    m_services->pushOut(User);
+    m_services->editor().pushOut(User);
     beat();
     take(PushOut);
     quit();
@@ -170,7 +170,7 @@ void TestServicesReference::updateItself()
 {
     QSignalSpy answered(E2e::updater(), SIGNAL(needUpdate(bool)));
     QSignalSpy downloaded(E2e::updater(), SIGNAL(downloadFinished(QString)));
-    E2e::checkVersion(m_services->updateUrl(), m_services->updateToken(), QStringLiteral("nelvo-editor"));
+    E2e::checkVersion(m_services->updateUrl(), m_services->updates().token(), QStringLiteral("nelvo-editor"));
     QCOMPARE(answered.value(0).value(0).toBool(), true);
     E2e::callUpdater("download");
     QTRY_COMPARE_WITH_TIMEOUT(downloaded.size(), 1, WaitMilliseconds);
@@ -223,8 +223,8 @@ void TestServicesReference::quit()
 //! then sends a redirected one twice, and the watch has a will of its own.
 void TestServicesReference::take(const QVector<Example>& examples)
 {
-    const QVector<Exchange> exchanges = m_services->exchanges();
-    m_services->clearRequests();
+    const QVector<Exchange> exchanges = m_services->log().exchanges();
+    m_services->log().clear();
     for (const Example& example : examples) {
         const auto said = std::find_if(exchanges.begin(), exchanges.end(),
                                        [&example](const Exchange& it) { return isOf(it, example); });

@@ -174,7 +174,7 @@ void TestSnippets::sessionReachesTheHost()
     QVERIFY(signIn());
     const auto listed = Snippets::listProjects(projects());
     QVERIFY(listed);
-    QCOMPARE(int(listed->size()), m_services->sceneProjects(Enterprise).size());
+    QCOMPARE(int(listed->size()), m_services->editorData().projects(Enterprise).size());
     QCOMPARE(qApp->property("sdkAddr").toString(), m_services->editorUrl());
     QCOMPARE(qApp->property("epId").toString(), QString::number(Enterprise));
     QVERIFY(!qApp->property("iotToken").toString().isEmpty());
@@ -200,10 +200,10 @@ void TestSnippets::cookieWithAnExpiryDateIsNotSent()
                          {200, "application/json", "{}", {{"Set-Cookie", dated}, {"Set-Cookie", plain}}});
     m_host->start();
     QVERIFY(signIn());
-    m_services->clearRequests();
+    m_services->log().clear();
     Snippets::listProjects(projects()); // refused or not
-    QVERIFY(!m_services->requests().isEmpty());
-    const QByteArray sent = m_services->requests().constFirst().header("Cookie");
+    QVERIFY(!m_services->log().requests().isEmpty());
+    const QByteArray sent = m_services->log().requests().constFirst().header("Cookie");
     QVERIFY2(sent.contains("plain=1") && !sent.contains("dated"), sent.constData());
 }
 
@@ -226,7 +226,7 @@ void TestSnippets::bindingsReachTheService()
     QVERIFY(signIn());
     const auto project = QStringLiteral("scene 1/一");
     Snippets::uploadDevices(projects(), project, {{"g1", "SN1"}, {"g2", "SN2"}});
-    QCOMPARE(m_services->equipmentBindings(project).elements, 2);
+    QCOMPARE(m_services->editorData().bindings(project).elements, 2);
 }
 
 void TestSnippets::dialogHandsAModelOver()
@@ -250,7 +250,7 @@ void TestSnippets::dialogHandsAModelOver()
     QTRY_VERIFY_WITH_TIMEOUT(button(), WaitMilliseconds);
     UserInput::click(button());
     QTRY_COMPARE(imports.size(), 1);
-    const NelvoDevkit::BimModel first = m_services->bimModels(Enterprise).constFirst();
+    const NelvoDevkit::BimModel first = m_services->editorData().models(Enterprise).models.constFirst();
     QCOMPARE(imports.constFirst(), (QVariantList{first.guid, first.name}));
     UserInput::click(button());
     QTRY_COMPARE(UserInput::findItem(&window, QStringLiteral("errorText"))->property("text").toString(),
@@ -266,7 +266,7 @@ void TestSnippets::pushOutIsToldOnce()
     m_host->start();
     QVERIFY(signIn());
     QSignalSpy pushedOut(&*m_host, &Snippets::Host::pushedOut);
-    m_services->pushOut(User);
+    m_services->editor().pushOut(User);
     beat();
     beat();
     bool isDone = false;
@@ -277,7 +277,7 @@ void TestSnippets::pushOutIsToldOnce()
     m_host->signInAgain();
     QVERIFY(signIn());
     QVERIFY(Snippets::listProjects(projects()));
-    m_services->pushOut(User);
+    m_services->editor().pushOut(User);
     beat();
     QTRY_COMPARE(pushedOut.size(), 2);
 }
@@ -304,7 +304,7 @@ void TestSnippets::updateIsOfferedAndDownloaded()
 
     update.check(m_services->updateUrl(), QStringLiteral("wrong"), QStringLiteral("nelvo-editor"));
     QCOMPARE(offered.size(), 0);
-    update.check(m_services->updateUrl(), m_services->updateToken(), QStringLiteral("nelvo-editor"));
+    update.check(m_services->updateUrl(), m_services->updates().token(), QStringLiteral("nelvo-editor"));
     QCOMPARE(offered.value(0).value(0).toString(), QStringLiteral("1.0.1"));
     QCOMPARE(told.size(), 1);
     update.download();
@@ -333,7 +333,7 @@ void TestSnippets::updatePageShowsAfterTheSignIn()
     QCOMPARE(E2e::shownPage(), QStringLiteral("validComp"));
     QVERIFY(!E2e::loginWindow()->isVisible());
 
-    update.check(m_services->updateUrl(), m_services->updateToken(), QStringLiteral("nelvo-editor"));
+    update.check(m_services->updateUrl(), m_services->updates().token(), QStringLiteral("nelvo-editor"));
     QCOMPARE(E2e::shownPage(), QStringLiteral("updateComp"));
     QVERIFY(!E2e::loginWindow()->isVisible());
     E2e::loginWindow()->show();

@@ -146,8 +146,8 @@ void TestE2eBim::initTestCase()
 {
     NelvoDevkit::Services services;
     QVERIFY(services.start());
-    m_models = services.bimModels(Enterprise);
-    m_drawings = services.bimDrawings(Enterprise);
+    m_models = services.editorData().models(Enterprise).models;
+    m_drawings = services.editorData().models(Enterprise).drawings;
     QVERIFY(m_models.size() > 10 && m_drawings.size() > 2);
 }
 
@@ -220,7 +220,7 @@ void TestE2eBim::open(void (NelvoSDK::IPdsMgr::*opening)(), int rows)
 QStringList TestE2eBim::targets() const
 {
     QStringList found;
-    const QVector<NelvoDevkit::LoggedRequest> requests = m_services->requests();
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services->log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests) {
         if (request.target.startsWith("/bim/"))
             found.append(QString::fromLatin1(request.target));
@@ -411,7 +411,7 @@ void TestE2eBim::closedDialogLeavesTheScene()
 
 void TestE2eBim::requestsToTheByte()
 {
-    m_services->clearRequests();
+    m_services->log().clear();
     openBim();
     openDwg();
     // The session's cookies and none of the sign-in service's.
@@ -476,7 +476,7 @@ void TestE2eBim::lostSessionGivesAnEmptyList()
 {
     QFETCH(bool, isPushedOut);
     if (isPushedOut)
-        m_services->pushOut(User);
+        m_services->editor().pushOut(User);
     else
         m_services->forgetSessions();
     m_log->clear();
@@ -492,7 +492,7 @@ void TestE2eBim::stalledListAndQuickSwitch()
     m_scene->clickPart(QStringLiteral("closeButton"));
     QTRY_VERIFY(!m_scene->isDialogShown());
     m_observer.calls.clear();
-    m_services->clearRequests();
+    m_services->log().clear();
     m_services->addFault({Fault::Stall, BimPath, "GET", 0, false});
     manager()->OpenBimDialog();
     QTRY_COMPARE(targets(), QStringList{BimPath});
@@ -534,7 +534,7 @@ void TestE2eBim::namesAnswerAfterwards()
 void TestE2eBim::shutdownWaitsForAStalledFetch()
 {
     m_services->addFault({Fault::Stall, BimPath, "GET", 0, false});
-    m_services->clearRequests();
+    m_services->log().clear();
     manager()->OpenBimDialog();
     QTRY_COMPARE(targets(), QStringList{BimPath});
     m_observer.calls.clear();

@@ -150,7 +150,7 @@ void TestE2eCommandLine::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.clearRequests();
+    m_services.log().clear();
     m_services.forgetSessions();
     const QString unique = QUuid::createUuid().toString(QUuid::WithoutBraces);
     m_eventName = QStringLiteral("event-") + unique;
@@ -212,7 +212,7 @@ QJsonObject TestE2eCommandLine::hostReport() const
 QByteArrayList TestE2eCommandLine::targets() const
 {
     QByteArrayList lines;
-    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.requests();
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests) {
         if (request.path() != "/login/success")
             lines.append(request.method + ' ' + request.target);
@@ -270,7 +270,7 @@ void TestE2eCommandLine::upperCaseSchemeIsNone()
                        QStringLiteral("1003")));
     QVERIFY(m_caller->wait(Patience));
     QCOMPARE(hostReport()["failures"].toInt(), 1);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestE2eCommandLine::namesMayHoldAnyCharacters()
@@ -299,7 +299,7 @@ void TestE2eCommandLine::clearPasswordIsRefused()
     startHost(argument(QStringLiteral("lina"), passwordOf(QStringLiteral("lina")), m_services.signInUrl(),
                        QStringLiteral("1003")));
     QVERIFY(m_caller->wait(Patience));
-    QVERIFY(m_services.requests().at(1).body.endsWith("&password=lina2024"));
+    QVERIFY(m_services.log().requests().at(1).body.endsWith("&password=lina2024"));
     QCOMPARE(hostReport()["failures"].toInt(), 1);
 }
 
@@ -366,7 +366,7 @@ void TestE2eCommandLine::argumentOfAnotherFormEndsTheHost()
     QCOMPARE(m_host->exitCode(), 0);
     QVERIFY(!m_caller->wait(Now));
     QCOMPARE(hostReport()["failures"].toInt(), 1);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestE2eCommandLine::callerWaitsForAServiceThatStalls()

@@ -109,7 +109,7 @@ void TestE2eFaults::expectSession(const QString& editor, const std::function<boo
 
 bool TestE2eFaults::asked(const QString& path) const
 {
-    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.requests();
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.log().requests();
     return std::any_of(requests.begin(), requests.end(), [&path](const NelvoDevkit::LoggedRequest& request) {
         return request.path() == path.toLatin1();
     });
@@ -207,7 +207,7 @@ void TestE2eFaults::everyCallInEveryWay()
     if (fault == Fault::Reset && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
 
-    m_services.clearRequests();
+    m_services.log().clear();
     m_services.forgetSessions();
     m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
@@ -270,7 +270,7 @@ void TestE2eFaults::stalledCallGoesOnWhenReleased()
 {
     QFETCH(QByteArray, method);
     QFETCH(QString, path);
-    m_services.clearRequests();
+    m_services.log().clear();
     m_services.forgetSessions();
     m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
@@ -297,7 +297,7 @@ void TestE2eFaults::stalledCallGoesOnWhenReleased()
 //! The application quits while the form's first page never comes: the wait ends, and so does the program.
 void TestE2eFaults::quitWhileTheFormWaits()
 {
-    m_services.clearRequests();
+    m_services.log().clear();
     m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
     m_services.addFault({Fault::Stall, QStringLiteral("/login"), {}, 0, false});

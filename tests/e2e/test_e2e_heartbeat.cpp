@@ -47,18 +47,18 @@ void TestE2eHeartbeat::pushOutArrivesByItself()
     NelvoSDK::OrgTreeNode root;
     QVERIFY(projects->GetOrgTree(root));
     QVERIFY(!root.children.empty());
-    services.clearRequests();
+    services.log().clear();
 
     // The cookies that the sign-in captured identify the client.
-    QTRY_VERIFY_WITH_TIMEOUT(!services.requests().isEmpty(), Patience);
-    QCOMPARE(services.requests().constFirst().target, QByteArray("/org/heartbeat"));
+    QTRY_VERIFY_WITH_TIMEOUT(!services.log().requests().isEmpty(), Patience);
+    QCOMPARE(services.log().requests().constFirst().target, QByteArray("/org/heartbeat"));
     const QString cookies = QString::fromStdWString(session.cookies);
-    const QByteArray sent = services.requests().constFirst().header("Cookie");
+    const QByteArray sent = services.log().requests().constFirst().header("Cookie");
     QVERIFY(sent.startsWith("EDITORSESSION="));
     QVERIFY(cookies.startsWith(QString::fromLatin1(sent.left(sent.indexOf(';')))));
     QVERIFY(observer.first.isEmpty());
 
-    services.pushOut(QStringLiteral("zhangwei"));
+    services.editor().pushOut(QStringLiteral("zhangwei"));
     QTRY_VERIFY_WITH_TIMEOUT(!observer.first.isEmpty(), Patience);
     QCOMPARE(observer.first.constFirst(), QStringLiteral("您的帐号在另一地点登录，您被迫下线"));
     E2e::plugin()->GetMessageMgr()->Detach(&observer);

@@ -46,7 +46,7 @@ void TestE2eHttps::unknownCertificateIsRefused()
                     m_services->signInUrl());
     QTRY_VERIFY(E2e::shownError(host.window()).startsWith(QStringLiteral("SSL handshake failed")));
     QCOMPARE(host.observer.failures, 1);
-    QVERIFY(m_services->requests().isEmpty());
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestE2eHttps::certificateThatTheHostTrustsPasses()

@@ -68,7 +68,7 @@ std::list<NelvoSDK::ProjectNode> TestE2eProjects::list() const
 
 QString TestE2eProjects::nameOnService(const QString& id) const
 {
-    const QVector<NelvoDevkit::SceneProject> kept = m_services->sceneProjects(Enterprise);
+    const QVector<NelvoDevkit::SceneProject> kept = m_services->editorData().projects(Enterprise);
     const auto found =
         std::find_if(kept.begin(), kept.end(),
                      [&id](const NelvoDevkit::SceneProject& project) { return project.id == id; });
@@ -80,7 +80,7 @@ void TestE2eProjects::treeAndListArrive()
     NelvoSDK::OrgTreeNode root;
     QVERIFY(projects()->GetOrgTree(root));
     QVERIFY(!root.name.empty() && !root.children.empty());
-    QCOMPARE(int(list().size()), m_services->sceneProjects(Enterprise).size());
+    QCOMPARE(int(list().size()), m_services->editorData().projects(Enterprise).size());
     QCOMPARE(QString::fromStdWString(list().front().name), QStringLiteral("滨江文化中心"));
     QVERIFY(list().front().x == L"121.474");
     QCOMPARE(QCoreApplication::instance()->property("epId").toString(), QString::number(Enterprise));
@@ -119,7 +119,7 @@ void TestE2eProjects::bindingsAreReplaced()
     const auto scene = QStringLiteral("scene-1001-01");
     projects()->OnUploadSdkProperty(scene, {{"g1", "SN1"}, {"g2", "SN2"}});
     projects()->OnUploadSdkProperty(scene, {{"g1", "SN1"}, {"g2", "SN2"}, {"g3", "SN3"}});
-    const NelvoDevkit::EquipmentBindings bindings = m_services->equipmentBindings(scene);
+    const NelvoDevkit::EquipmentBindings bindings = m_services->editorData().bindings(scene);
     QCOMPARE(bindings.deletes, 2);
     QCOMPARE(bindings.batches, 2);
     QCOMPARE(bindings.elements, 3);
@@ -144,7 +144,7 @@ void TestE2eProjects::pushedOutClientIsTold()
     };
     tick();
     QVERIFY(observer.heard.isEmpty());
-    m_services->pushOut(User, "1002");
+    m_services->editor().pushOut(User, "1002");
     tick();
     QCOMPARE(observer.heard, QStringList{QStringLiteral("您的帐号在另一地点登录，您被迫下线")});
     E2e::plugin()->GetMessageMgr()->Detach(&observer);

@@ -57,7 +57,7 @@ void work(NelvoSDK::IProjectInfoMgr& projects, const NelvoSDK::LoginSession& ses
 QByteArray scenes(const NelvoDevkit::Services& services)
 {
     QStringList names;
-    const QVector<NelvoDevkit::SceneProject> kept = services.sceneProjects(1001);
+    const QVector<NelvoDevkit::SceneProject> kept = services.editorData().projects(1001);
     for (const NelvoDevkit::SceneProject& project : kept)
         names.append(project.id + QLatin1Char('=') + project.name);
     return names.join(QLatin1Char('\n')).toUtf8();
@@ -74,7 +74,7 @@ void TestE2eProjectsWire::projectsToTheByte()
     const TestSupport::MessageLog log;
     const NelvoSDK::LoginSession session = host.signIn(services.signInUrl(), QStringLiteral("zhangwei"));
     const int signInEntries = log.entries().size();
-    services.clearRequests();
+    services.log().clear();
     work(*E2e::plugin()->GetProjectInfoMgr(), session);
 
     // The session's cookies and none of the sign-in service's.
@@ -117,7 +117,7 @@ void TestE2eProjectsWire::projectsToTheByte()
                                           "scene-1001-02=高铁新城综合枢纽（一期）\n"
                                           "scene-1001-03=科技馆 “星空” 展厅\n"
                                           "新-1=桥 \"一\" \\ \U0001F3D7"));
-    const NelvoDevkit::EquipmentBindings bindings = services.equipmentBindings(Scene);
+    const NelvoDevkit::EquipmentBindings bindings = services.editorData().bindings(Scene);
     QCOMPARE(bindings.deletes, 1);
     QCOMPARE(bindings.batches, 1);
     QCOMPARE(bindings.elements, 2);

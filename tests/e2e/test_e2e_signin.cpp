@@ -67,7 +67,7 @@ void TestE2eSignIn::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.clearRequests();
+    m_services.log().clear();
     m_services.forgetSessions();
     m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
     start();
@@ -92,7 +92,7 @@ void TestE2eSignIn::signIn(const QString& user)
 int TestE2eSignIn::count(const QByteArray& method, const QByteArray& path) const
 {
     int found = 0;
-    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.requests();
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests)
         found += (request.method == method && request.path() == path) ? 1 : 0;
     return found;
@@ -215,7 +215,7 @@ void TestE2eSignIn::addressWithoutSchemeSendsNothing()
     E2e::submitForm(host().window(), QStringLiteral("lina"), QStringLiteral("x"),
                     QStringLiteral("127.0.0.1"));
     QTRY_COMPARE(E2e::shownError(host().window()), QStringLiteral("Editor 地址错误！"));
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
     QCOMPARE(host().observer.failures, 0);
 }
 

@@ -22,9 +22,9 @@
 #include <memory>
 #include <optional>
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Fault;
 using NelvoDevkit::FaultRule;
+using NelvoDevkit::HttpReply;
 using NelvoDevkit::PackageDelivery;
 using NelvoDevkit::Release;
 using TestSupport::ApplicationFile;
@@ -186,7 +186,7 @@ private Q_SLOTS:
 
 private:
     Release release() const;
-    void check() const { E2e::checkVersion(m_services.updateUrl(), m_services.updateToken(), Product); }
+    void check() const { E2e::checkVersion(m_services.updateUrl(), m_services.updates().token(), Product); }
     //! Accepts what the check offers, as far as the page goes.
     void acceptRelease() const;
     void click(const QString& name) const { UserInput::click(E2e::pagePart(name)); }
@@ -206,17 +206,17 @@ void TestE2eUpdate::initTestCase()
 {
     QString error;
     QVERIFY2(m_services.start(&error), qPrintable(error));
-    m_services.addGeneratedPackage(PackageName, PackageSize);
-    m_package = m_services.packageBytes(PackageName, 0, PackageSize);
+    m_services.packages().addGenerated(PackageName, PackageSize);
+    m_package = m_services.packages().bytes(PackageName, 0, PackageSize);
 }
 
 void TestE2eUpdate::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.addPackage(PackageName, m_package);
-    m_services.setPackageDelivery(PackageName, {});
-    m_services.setRelease(Product, release());
+    m_services.packages().add(PackageName, m_package);
+    m_services.packages().setDelivery(PackageName, {});
+    m_services.updates().setRelease(Product, release());
     m_state = std::make_unique<ApplicationFile>(QStringLiteral("NelvoUpdateState.dat"));
     QDir(appPath(QStringLiteral("NelvoUpdate"))).removeRecursively();
     QDir(appPath(QStringLiteral("NelvoUnCompress"))).removeRecursively();
@@ -226,7 +226,7 @@ void TestE2eUpdate::init()
     QVERIFY(UserInput::activate(m_host->window()));
     QCOMPARE(E2e::loginWindow(), m_host->window());
     QVERIFY(E2e::updater());
-    m_services.clearRequests();
+    m_services.log().clear();
     m_log = std::make_unique<MessageLog>();
 }
 
@@ -344,7 +344,7 @@ void TestE2eUpdate::withoutANewReleaseTheSignInGoesOn()
     QFETCH(const FaultRule, fault);
     if (fault.fault == Fault::Reset && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
-    m_services.setReply("POST", CheckPath, CannedReply{200, "application/json", reply, {}});
+    m_services.setReply("POST", CheckPath, HttpReply{200, "application/json", reply, {}});
     m_services.addFault(fault);
     const QSignalSpy told(E2e::updater(), SIGNAL(needUpdate(bool)));
     check();
@@ -384,11 +384,11 @@ void TestE2eUpdate::pagesFollowTheDownload()
 {
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     acceptRelease();
     QCOMPARE(E2e::pageText("title"), QStringLiteral("正在下载"));
     QCOMPARE(E2e::pageText("progressText"), QString());
-    m_services.clearRequests();
+    m_services.log().clear();
     QVERIFY(E2e::callUpdater("download"));
     QCOMPARE(E2e::pageText("progressText"), QStringLiteral("0/0.29 MB"));
     QCOMPARE(E2e::pagePart("progress")->property("value").toDouble(), 1.0);
@@ -400,9 +400,9 @@ void TestE2eUpdate::pagesFollowTheDownload()
                                      "}\n");
 
     stalled.endAfter = PackageSize / 2;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     QTRY_COMPARE_WITH_TIMEOUT(E2e::receivedBy(m_services).size(), 1, Patience);
-    m_services.setPackageDelivery(PackageName, {});
+    m_services.packages().setDelivery(PackageName, {});
     QTRY_COMPARE_WITH_TIMEOUT(E2e::pageText("title"), QStringLiteral("下载完成"), Patience);
     QCOMPARE(E2e::pageText("progressText"), progressed("0.29", "0.29"));
     QCOMPARE(E2e::pagePart("progress")->property("value").toDouble(), 1.0);
@@ -421,7 +421,7 @@ void TestE2eUpdate::pagesCallsFail()
 {
     check();
     QTRY_COMPARE(E2e::shownPage(), QStringLiteral("updateComp"));
-    m_services.clearRequests();
+    m_services.log().clear();
     m_log->clear();
     click(QStringLiteral("upgradeButton"));
     QTRY_COMPARE(E2e::shownPage(), QStringLiteral("downloadComp"));
@@ -449,7 +449,7 @@ void TestE2eUpdate::slowDownloadShowsItsProgress()
     PackageDelivery paced;
     paced.paceBytes = 2000;
     paced.paceMilliseconds = 20;
-    m_services.setPackageDelivery(PackageName, paced);
+    m_services.packages().setDelivery(PackageName, paced);
     acceptRelease();
     const QSignalSpy progress(E2e::updater(), SIGNAL(downloadProgress(QString, qint64, qint64)));
     E2e::callUpdater("download");
@@ -470,7 +470,7 @@ void TestE2eUpdate::installButtonWaitsForTheDownload()
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
     stalled.endAfter = 100000;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     acceptRelease();
     E2e::callUpdater("download");
     QTRY_COMPARE_WITH_TIMEOUT(packageOnDisk().size(), 100000, Patience);
@@ -479,7 +479,7 @@ void TestE2eUpdate::installButtonWaitsForTheDownload()
     click(QStringLiteral("installButton"));
     QCOMPARE(E2e::shownPage(), QStringLiteral("downloadComp"));
 
-    m_services.setPackageDelivery(PackageName, {});
+    m_services.packages().setDelivery(PackageName, {});
     QTRY_VERIFY_WITH_TIMEOUT(installable(), Patience);
     click(QStringLiteral("installButton"));
     QTRY_COMPARE(E2e::shownPage(), QStringLiteral("coverComp"));
@@ -490,7 +490,7 @@ void TestE2eUpdate::downloadGoesOnWhereItStopped()
     writeState(1, md5Of(m_package).toUpper());
     writePackage(m_package.left(123456));
     acceptRelease();
-    m_services.clearRequests();
+    m_services.log().clear();
     E2e::callUpdater("download");
     QTRY_VERIFY_WITH_TIMEOUT(installable(), Patience);
     QCOMPARE(E2e::receivedBy(m_services), QByteArrayList{transferFrom(123456)});
@@ -503,7 +503,7 @@ void TestE2eUpdate::secondDownloadIsToldToThePage()
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
     stalled.endAfter = 1000;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     acceptRelease();
     E2e::callUpdater("download");
     QTRY_COMPARE_WITH_TIMEOUT(packageOnDisk().size(), 1000, Patience);
@@ -512,7 +512,7 @@ void TestE2eUpdate::secondDownloadIsToldToThePage()
     const QString refusal = "download already exist: " + packagePath();
     QCOMPARE(lines(*m_log), QStringList{"info updater " + refusal});
     QCOMPARE(E2e::pageText("log"), refusal + "<br/>");
-    m_services.setPackageDelivery(PackageName, {});
+    m_services.packages().setDelivery(PackageName, {});
     QTRY_VERIFY_WITH_TIMEOUT(installable(), Patience);
     QCOMPARE(packageOnDisk(), m_package);
 }
@@ -522,13 +522,13 @@ void TestE2eUpdate::completePackageNeedsNoTransfer()
     writeState(2, md5Of(m_package));
     writePackage(m_package);
     acceptRelease();
-    m_services.clearRequests();
+    m_services.log().clear();
     E2e::callUpdater("download");
     QVERIFY(installable());
     QCOMPARE(E2e::pageText("title"), QStringLiteral("下载完成"));
     QCOMPARE(E2e::pageText("progressText"), QString());
     QCOMPARE(lines(*m_log), Passed + QStringList{"debug onDownloadFinished " + packagePath()});
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestE2eUpdate::serversOfAllKinds_data()
@@ -607,8 +607,8 @@ void TestE2eUpdate::serversOfAllKinds()
     if (!server.md5.isNull())
         told.md5 = server.md5;
     told.size = server.size;
-    m_services.setRelease(Product, told);
-    m_services.setPackageDelivery(PackageName, server.delivery);
+    m_services.updates().setRelease(Product, told);
+    m_services.packages().setDelivery(PackageName, server.delivery);
     if (server.partial) {
         writeState(1, told.md5);
         writePackage(m_package.left(*server.partial));
@@ -653,7 +653,7 @@ void TestE2eUpdate::cutBodyIsNeverInstalled()
     PackageDelivery delivery;
     delivery.end = PackageDelivery::End::Cut;
     delivery.endAfter = sent;
-    m_services.setPackageDelivery(PackageName, delivery);
+    m_services.packages().setDelivery(PackageName, delivery);
     acceptRelease();
     E2e::callUpdater("download");
     const QStringList start{"debug onDownloadStarted " + packagePath()};

@@ -43,7 +43,7 @@ void TestE2eUpdateTimeout::checkGivesUpAfterThirtySeconds()
     const TestSupport::MessageLog log;
     QElapsedTimer timer;
     timer.start();
-    E2e::checkVersion(services.updateUrl(), services.updateToken(), QStringLiteral("nelvo-editor"));
+    E2e::checkVersion(services.updateUrl(), services.updates().token(), QStringLiteral("nelvo-editor"));
     QVERIFY2(timer.elapsed() >= 30000, qPrintable(QString::number(timer.elapsed())));
     QVERIFY2(timer.elapsed() < 60000, qPrintable(QString::number(timer.elapsed())));
     QVERIFY(!typist.isActive());

@@ -14,7 +14,7 @@ namespace {
 QByteArray transcript(const NelvoDevkit::LoggedRequest& request, const NelvoDevkit::Services& services)
 {
     QByteArray text = request.method + ' ' + request.target + '\n';
-    for (const NelvoDevkit::LoggedRequest::Header& header : request.headers)
+    for (const NelvoDevkit::HttpHeader& header : request.headers)
         text += header.name + ": " + header.value + '\n';
     text += '\n' + request.body;
     text.replace(QUrl(services.signInUrl()).authority().toLatin1(), "SIGN-IN");
@@ -35,7 +35,7 @@ QByteArray transcript(const NelvoDevkit::LoggedRequest& request, const NelvoDevk
 QByteArrayList receivedBy(const NelvoDevkit::Services& services)
 {
     QByteArrayList texts;
-    const QVector<NelvoDevkit::LoggedRequest> requests = services.requests();
+    const QVector<NelvoDevkit::LoggedRequest> requests = services.log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests)
         texts.append(transcript(request, services));
     return texts;

@@ -104,7 +104,7 @@ void TestHostUpdatePages::nothingNewerBringsTheFormBack()
 
 void TestHostUpdatePages::skippedReleaseBringsTheFormBack()
 {
-    checkWith(m_services.updateToken());
+    checkWith(m_services.updates().token());
     QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("skipButton")), patience);
     QCOMPARE(m_editor->updates()->state(), UpdateDesk::State::Offered);
     QMetaObject::invokeMethod(find(QStringLiteral("skipButton")), "clicked");
@@ -116,7 +116,7 @@ void TestHostUpdatePages::skippedReleaseBringsTheFormBack()
 
 void TestHostUpdatePages::updaterOfThePluginIsKnown()
 {
-    checkWith(m_services.updateToken());
+    checkWith(m_services.updates().token());
     QTRY_COMPARE_WITH_TIMEOUT(m_editor->updates()->state(), UpdateDesk::State::Offered, patience);
     QCOMPARE(m_editor->updates()->version(), QStringLiteral("1.0.1"));
     QVERIFY(m_editor->updates()->changeLog().contains(QStringLiteral("<br/>")));

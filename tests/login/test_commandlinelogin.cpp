@@ -16,7 +16,7 @@
 #include <QTimer>
 #include <QtTest>
 
-using NelvoDevkit::CannedReply;
+using NelvoDevkit::HttpReply;
 using NelvoPlugin::CLoginActor;
 using TestSupport::ApplicationFile;
 using TestSupport::MessageLog;
@@ -103,7 +103,7 @@ void TestCommandLineLogin::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.clearRequests();
+    m_services.log().clear();
     m_services.forgetSessions();
     sharedCookieJar()->setAllCookies({});
     m_actor.reset();
@@ -150,7 +150,7 @@ void TestCommandLineLogin::sendsTheSevenRequests()
     signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("1001"));
     QByteArrayList lines;
     QByteArray binding;
-    for (const NelvoDevkit::LoggedRequest& request : m_services.requests()) {
+    for (const NelvoDevkit::LoggedRequest& request : m_services.log().requests()) {
         if (request.path() != "/login/success")
             lines.append(request.method + ' ' + request.target);
         if (request.path() == "/rs/casLogin/casLogin")
@@ -169,12 +169,12 @@ void TestCommandLineLogin::sendsThePasswordAsItIs()
     MessageLog log;
     failToSignIn(QStringLiteral("zhangwei"), QStringLiteral("123456"), m_services.signInUrl(),
                  QStringLiteral("1001"));
-    QVERIFY(m_services.requests().at(1).body.endsWith("&username=zhangwei&password=123456"));
+    QVERIFY(m_services.log().requests().at(1).body.endsWith("&username=zhangwei&password=123456"));
     QCOMPARE(m_observer->calls.constFirst(), QStringLiteral("failed"));
 
-    m_services.clearRequests();
+    m_services.log().clear();
     signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("1001"));
-    QVERIFY(m_services.requests().at(1).body.endsWith("&password=e10adc3949ba59abbe56e057f20f883e"));
+    QVERIFY(m_services.log().requests().at(1).body.endsWith("&password=e10adc3949ba59abbe56e057f20f883e"));
     QCOMPARE(m_observer->calls.constLast(), QStringLiteral("succeeded"));
 }
 
@@ -222,7 +222,7 @@ void TestCommandLineLogin::idsAreComparedAsNumbers()
     QFETCH(QByteArray, element);
     QFETCH(QString, epId);
     QFETCH(bool, matches);
-    m_services.setReply("GET", ListPath, CannedReply{200, "application/json", '[' + element + ']', {}});
+    m_services.setReply("GET", ListPath, HttpReply{200, "application/json", '[' + element + ']', {}});
     signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), epId);
     QCOMPARE(name(), matches ? QStringLiteral("x") : QString());
     QCOMPARE(QString::fromStdWString(session().extra.at(L"epId")), epId);
@@ -231,12 +231,12 @@ void TestCommandLineLogin::idsAreComparedAsNumbers()
 void TestCommandLineLogin::firstEnterpriseOfTheIdCounts()
 {
     m_services.setReply("GET", ListPath,
-                        CannedReply{200,
-                                    "application/json",
-                                    R"([{"enterpriseId": 4, "enterpriseName": "four"},
+                        HttpReply{200,
+                                  "application/json",
+                                  R"([{"enterpriseId": 4, "enterpriseName": "four"},
                                         {"enterpriseId": 5, "enterpriseName": "first"},
                                         {"enterpriseId": 5, "enterpriseName": "second"}])",
-                                    {}});
+                                  {}});
     signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("5"));
     QCOMPARE(name(), QStringLiteral("first"));
 }

@@ -19,10 +19,10 @@
 #include <QTimer>
 #include <QtTest>
 
-Q_DECLARE_METATYPE(NelvoDevkit::CannedReply)
+Q_DECLARE_METATYPE(NelvoDevkit::HttpReply)
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Fault;
+using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using NelvoPlugin::CLoginActor;
 using TestSupport::ApplicationFile;
@@ -69,7 +69,7 @@ const auto HeartbeatPath = QStringLiteral("/org/heartbeat");
 const auto HeartbeatFailed = QStringLiteral("CLoginActor::onLogin getprojList /org/heartbeat falied!");
 const auto NoEditor = QStringLiteral("获取代理地址失败, 请检查服务器部署");
 
-CannedReply json(const QByteArray& body)
+HttpReply json(const QByteArray& body)
 {
     return {200, "application/json", body, {}};
 }
@@ -174,7 +174,7 @@ void TestLoginActor::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.clearRequests();
+    m_services.log().clear();
     m_services.forgetSessions();
     sharedCookieJar()->setAllCookies({});
     qApp->setProperty("iotUrl", QVariant());
@@ -189,7 +189,7 @@ QString TestLoginActor::login(SignIn& signIn, const QString& user)
 QByteArrayList TestLoginActor::targets() const
 {
     QByteArrayList lines;
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     for (const LoggedRequest& request : requests)
         lines.append(request.method + ' ' + request.target);
     return lines;
@@ -245,7 +245,7 @@ void TestLoginActor::getTokenGivesEmptyText()
     const QSignalSpy changed(&signIn.actor, &CLoginActor::appListChanged);
     QCOMPARE(signIn.actor.getToken(QStringLiteral("app"), QStringLiteral("secret")), QString());
     QCOMPARE(changed.count(), 0);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestLoginActor::loginReadsTheCompanyList()
@@ -269,7 +269,7 @@ void TestLoginActor::loginSendsThreeFormRequests()
 {
     SignIn signIn;
     login(signIn);
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     QCOMPARE(requests.constFirst().method + requests.constFirst().target, QByteArray("GET/login"));
     QCOMPARE(requests.at(1).method + requests.at(1).target, QByteArray("POST/login"));
     QCOMPARE(requests.constLast().target, ListPath.toLatin1());
@@ -287,9 +287,9 @@ void TestLoginActor::loginWithMd5SendsItUnchanged()
 {
     SignIn signIn;
     signIn.actor.login(QStringLiteral("lina"), QStringLiteral("clear text"), m_url, {}, true);
-    QVERIFY(m_services.requests().at(1).body.endsWith("&password=clear text"));
+    QVERIFY(m_services.log().requests().at(1).body.endsWith("&password=clear text"));
 
-    m_services.clearRequests();
+    m_services.log().clear();
     const QByteArray digest =
         QCryptographicHash::hash(passwordOf(QStringLiteral("lina")).toUtf8(), QCryptographicHash::Md5)
             .toHex();
@@ -299,16 +299,16 @@ void TestLoginActor::loginWithMd5SendsItUnchanged()
 
 void TestLoginActor::loginIgnoresThePdsAddress()
 {
-    const CannedReply page{200, "text/html", "<html><body id=\"cas\"/></html>", {}};
+    const HttpReply page{200, "text/html", "<html><body id=\"cas\"/></html>", {}};
     m_services.setReply("GET", QStringLiteral("/login"), page);
     m_services.setReply("POST", QStringLiteral("/login"), page);
     m_services.setReply("GET", ListPath, json("[]"));
     const auto sent = [this](const QString& pdsUrl) {
-        m_services.clearRequests();
+        m_services.log().clear();
         SignIn signIn;
         signIn.actor.login(QStringLiteral("lina"), QStringLiteral("x"), m_url, pdsUrl);
         QByteArrayList lines = targets();
-        lines.append(m_services.requests().at(1).body);
+        lines.append(m_services.log().requests().at(1).body);
         return lines;
     };
     QCOMPARE(sent(QStringLiteral("http://pds")), sent({}));
@@ -327,7 +327,7 @@ void TestLoginActor::rejectedPasswordShowsAtTheCompanyList()
 
 void TestLoginActor::rejectionByStatusShowsItsError()
 {
-    m_services.setReply("GET", ListPath, CannedReply{403, "text/plain", {}, {}});
+    m_services.setReply("GET", ListPath, HttpReply{403, "text/plain", {}, {}});
     SignIn signIn;
     QCOMPARE(signIn.actor.login(QStringLiteral("lina"), QStringLiteral("wrong"), m_url, {}),
              QStringLiteral("Error transferring %1%2 - server replied: Forbidden").arg(m_url, ListPath));
@@ -351,7 +351,7 @@ void TestLoginActor::loginFailures_data()
 {
     QTest::addColumn<QByteArray>("method");
     QTest::addColumn<QString>("path");
-    QTest::addColumn<CannedReply>("reply");
+    QTest::addColumn<HttpReply>("reply");
     QTest::addColumn<QString>("message");
     QTest::addColumn<bool>("warned");
 
@@ -359,25 +359,25 @@ void TestLoginActor::loginFailures_data()
         return QStringLiteral("Error transferring %1%2 - server replied: Service Unavailable")
             .arg(m_url, path);
     };
-    const CannedReply unavailable{503, "text/plain", {}, {}};
+    const HttpReply unavailable{503, "text/plain", {}, {}};
     const auto loginPath = QStringLiteral("/login");
     QTest::newRow("form page fails") << QByteArray("GET") << loginPath << unavailable << replied(loginPath)
                                      << false;
     QTest::newRow("form page unreadable")
-        << QByteArray("GET") << loginPath << CannedReply{200, "text/html", "<html>", {}}
+        << QByteArray("GET") << loginPath << HttpReply{200, "text/html", "<html>", {}}
         << QStringLiteral("parseLoginArgs failed") << true;
-    QTest::newRow("form page empty") << QByteArray("GET") << loginPath << CannedReply{}
+    QTest::newRow("form page empty") << QByteArray("GET") << loginPath << HttpReply{}
                                      << QStringLiteral("parseLoginArgs failed") << true;
     QTest::newRow("post fails") << QByteArray("POST") << loginPath << unavailable << replied(loginPath)
                                 << false;
     QTest::newRow("result unreadable")
-        << QByteArray("POST") << loginPath << CannedReply{200, "text/html", "<br>", {}}
+        << QByteArray("POST") << loginPath << HttpReply{200, "text/html", "<br>", {}}
         << QStringLiteral("parsePostResult failed") << true;
     QTest::newRow("list fails") << QByteArray("GET") << ListPath << unavailable << replied(ListPath) << false;
     QTest::newRow("list is no JSON") << QByteArray("GET") << ListPath
-                                     << CannedReply{200, "text/html", "<html/>", {}}
+                                     << HttpReply{200, "text/html", "<html/>", {}}
                                      << QStringLiteral("read compList failed") << true;
-    QTest::newRow("list empty") << QByteArray("GET") << ListPath << CannedReply{}
+    QTest::newRow("list empty") << QByteArray("GET") << ListPath << HttpReply{}
                                 << QStringLiteral("read compList failed") << true;
 }
 
@@ -385,7 +385,7 @@ void TestLoginActor::loginFailures()
 {
     QFETCH(QByteArray, method);
     QFETCH(QString, path);
-    QFETCH(CannedReply, reply);
+    QFETCH(HttpReply, reply);
     QFETCH(QString, message);
     QFETCH(bool, warned);
     m_services.setReply(method, path, reply);
@@ -425,7 +425,7 @@ void TestLoginActor::failedLoginLeavesTheEarlierList()
     SignIn signIn;
     login(signIn);
     const QJsonArray earlier = signIn.actor.appList();
-    m_services.setReply("GET", ListPath, CannedReply{});
+    m_services.setReply("GET", ListPath, HttpReply{});
     QVERIFY(!login(signIn).isEmpty());
     QCOMPARE(signIn.actor.appList(), earlier);
     QVERIFY(!sharedCookieJar()->allCookies().isEmpty());
@@ -434,15 +434,15 @@ void TestLoginActor::failedLoginLeavesTheEarlierList()
 void TestLoginActor::pageWithoutTicketStillLeadsToThePost()
 {
     m_services.setReply("GET", QStringLiteral("/login"),
-                        CannedReply{200, "text/html", "<html><body id=\"cas\"/></html>", {}});
+                        HttpReply{200, "text/html", "<html><body id=\"cas\"/></html>", {}});
     SignIn signIn;
     login(signIn);
-    QVERIFY(m_services.requests().at(1).body.startsWith("%5FeventId=&execution=&lt=&productId=86&"));
+    QVERIFY(m_services.log().requests().at(1).body.startsWith("%5FeventId=&execution=&lt=&productId=86&"));
 }
 
 void TestLoginActor::pagesPostResultIsNotLookedAt()
 {
-    m_services.setReply("POST", QStringLiteral("/login"), CannedReply{200, "text/html", "<any/>", {}});
+    m_services.setReply("POST", QStringLiteral("/login"), HttpReply{200, "text/html", "<any/>", {}});
     m_services.setReply("GET", ListPath, json("[]"));
     SignIn signIn;
     QCOMPARE(login(signIn), QString());
@@ -450,14 +450,14 @@ void TestLoginActor::pagesPostResultIsNotLookedAt()
 
 void TestLoginActor::addressIsKeptOnlyOnceTheFormPassed()
 {
-    m_services.setReply("POST", QStringLiteral("/login"), CannedReply{200, "text/html", "<br>", {}});
+    m_services.setReply("POST", QStringLiteral("/login"), HttpReply{200, "text/html", "<br>", {}});
     SignIn signIn;
     login(signIn);
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QVERIFY(!targets().contains("GET " + ServersPath.toLatin1()));
 
     m_services.clearReplies();
-    m_services.setReply("GET", ListPath, CannedReply{});
+    m_services.setReply("GET", ListPath, HttpReply{});
     QCOMPARE(login(signIn), QStringLiteral("read compList failed"));
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QVERIFY(targets().contains("GET " + ServersPath.toLatin1()));
@@ -528,16 +528,16 @@ void TestLoginActor::onLoginSendsFourRequests()
 {
     SignIn signIn;
     login(signIn);
-    m_services.clearRequests();
+    m_services.log().clear();
     signIn.actor.onLogin(m_url, QStringLiteral("12"), QStringLiteral("企业"));
     QCOMPARE(targets(), (QByteArrayList{"POST " + BindPath.toLatin1(), "GET " + ServersPath.toLatin1(),
                                         "GET " + TokenPath.toLatin1(), "GET " + HeartbeatPath.toLatin1()}));
-    const LoggedRequest binding = m_services.requests().constFirst();
+    const LoggedRequest binding = m_services.log().requests().constFirst();
     QCOMPARE(binding.body, QByteArray("{\n    \"epid\": \"12\",\n    \"version\": \"1.0.0\"\n}\n"));
     QCOMPARE(binding.header("Content-Type"), QByteArray("application/json"));
-    QCOMPARE(m_services.requests().constLast().service, QByteArray("editor"));
+    QCOMPARE(m_services.log().requests().constLast().service, QByteArray("editor"));
     for (int index = 1; index < 4; ++index)
-        QVERIFY(m_services.requests().at(index).header("Content-Type").isNull());
+        QVERIFY(m_services.log().requests().at(index).header("Content-Type").isNull());
 }
 
 void TestLoginActor::onLoginLogsTheRequestAfterEachCall()
@@ -546,7 +546,7 @@ void TestLoginActor::onLoginLogsTheRequestAfterEachCall()
     login(signIn);
     const QStringList once{QStringLiteral("{"), QStringLiteral("    \"epid\": \"12\","),
                            QStringLiteral("    \"version\": \"1.0.0\""), QStringLiteral("}"), QString()};
-    m_services.setReply("GET", TokenPath, CannedReply{200, "text/plain", "t", {}});
+    m_services.setReply("GET", TokenPath, HttpReply{200, "text/plain", "t", {}});
     MessageLog log;
     signIn.actor.onLogin(m_url, QStringLiteral("12"), QStringLiteral("x"));
     QCOMPARE(log.warnings(), once + once + once);
@@ -645,7 +645,7 @@ void TestLoginActor::withoutSuffixBothAddressesAreEqual()
 void TestLoginActor::onLoginFailures_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::addColumn<CannedReply>("reply");
+    QTest::addColumn<HttpReply>("reply");
     QTest::addColumn<QString>("warning");
     QTest::addColumn<QString>("debug"); // empty: the session is filled all the same
 
@@ -653,8 +653,8 @@ void TestLoginActor::onLoginFailures_data()
         return QStringLiteral("Error transferring %1%2 - server replied: Service Unavailable")
             .arg(base, path);
     };
-    const CannedReply unavailable{503, "text/plain", {}, {}};
-    const CannedReply noJson{200, "text/html", "<html/>", {}};
+    const HttpReply unavailable{503, "text/plain", {}, {}};
+    const HttpReply noJson{200, "text/html", "<html/>", {}};
     const auto parse = QStringLiteral("parse json failed: illegal value");
     QTest::newRow("binding fails") << BindPath << unavailable << replied(m_url, BindPath) << QString();
     QTest::newRow("addresses fail") << ServersPath << unavailable << replied(m_url, ServersPath) << NoEditor;
@@ -672,7 +672,7 @@ void TestLoginActor::onLoginFailures_data()
 void TestLoginActor::onLoginFailures()
 {
     QFETCH(QString, path);
-    QFETCH(CannedReply, reply);
+    QFETCH(HttpReply, reply);
     QFETCH(QString, warning);
     QFETCH(QString, debug);
     SignIn signIn;
@@ -704,10 +704,10 @@ void TestLoginActor::onLoginFailures()
 void TestLoginActor::failedOnLoginKeepsTheEarlierSession_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::addColumn<CannedReply>("reply");
-    const CannedReply unavailable{503, "text/plain", {}, {}};
+    QTest::addColumn<HttpReply>("reply");
+    const HttpReply unavailable{503, "text/plain", {}, {}};
     QTest::newRow("addresses fail") << ServersPath << unavailable;
-    QTest::newRow("addresses are no JSON") << ServersPath << CannedReply{200, "text/html", "<html/>", {}};
+    QTest::newRow("addresses are no JSON") << ServersPath << HttpReply{200, "text/html", "<html/>", {}};
     QTest::newRow("no editor service") << ServersPath << json("[]");
     QTest::newRow("heartbeat fails") << HeartbeatPath << unavailable;
 }
@@ -715,7 +715,7 @@ void TestLoginActor::failedOnLoginKeepsTheEarlierSession_data()
 void TestLoginActor::failedOnLoginKeepsTheEarlierSession()
 {
     QFETCH(QString, path);
-    QFETCH(CannedReply, reply);
+    QFETCH(HttpReply, reply);
     SignIn signIn;
     login(signIn);
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("first"));
@@ -743,9 +743,9 @@ void TestLoginActor::repeatedSignInYieldsEmptyCookies()
 void TestLoginActor::changedCookieCountsAsNew()
 {
     const auto heartbeat = [this](const QByteArray& cookies) {
-        CannedReply reply = json("{}");
+        HttpReply reply = json("{}");
         for (const QByteArray& cookie : cookies.split('|'))
-            reply.headers.append(LoggedRequest::Header{"Set-Cookie", cookie});
+            reply.headers.append(NelvoDevkit::HttpHeader{"Set-Cookie", cookie});
         m_services.setReply("GET", HeartbeatPath, reply);
     };
     SignIn signIn;
@@ -761,9 +761,9 @@ void TestLoginActor::changedCookieCountsAsNew()
 
 void TestLoginActor::cookieTextHoldsAttributesAndCommas()
 {
-    CannedReply reply = json("{}");
-    reply.headers.append(
-        LoggedRequest::Header{"Set-Cookie", "s=1; Path=/; HttpOnly; Expires=Wed, 09 Jun 2100 10:18:14 GMT"});
+    HttpReply reply = json("{}");
+    reply.headers.append(NelvoDevkit::HttpHeader{
+        "Set-Cookie", "s=1; Path=/; HttpOnly; Expires=Wed, 09 Jun 2100 10:18:14 GMT"});
     m_services.setReply("GET", HeartbeatPath, reply);
     SignIn signIn;
     login(signIn);
@@ -791,7 +791,7 @@ void TestLoginActor::sessionObjectHasItsSevenTexts()
     SignIn signIn;
     login(signIn);
     QVERIFY(sessionObject(signIn.actor).isEmpty());
-    m_services.setReply("GET", TokenPath, CannedReply{200, "text/plain", {}, {}});
+    m_services.setReply("GET", TokenPath, HttpReply{200, "text/plain", {}, {}});
     const QJsonObject expected{{"serverAddr", m_services.editorUrl()},
                                {"sdkAddr", m_services.editorUrl()},
                                {"epId", ""},
@@ -869,7 +869,7 @@ void TestLoginActor::showLoginDuringACallWaitsForItsEnd()
     private:
         SignIn& m_signIn;
     };
-    m_services.setReply("GET", ListPath, CannedReply{});
+    m_services.setReply("GET", ListPath, HttpReply{});
     SignIn signIn;
     Impatient observer(signIn);
     signIn.actor.Attach(&observer);
@@ -908,11 +908,11 @@ void TestLoginActor::logoutGoesOutAtQuit()
 {
     SignIn signIn;
     login(signIn);
-    m_services.clearRequests();
+    m_services.log().clear();
     QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     QCoreApplication::exec();
     QCOMPARE(targets(), QByteArrayList{"GET /rs/casLogin/logout"});
-    QVERIFY(m_services.requests().constFirst().header("Cookie").contains("CASTGC="));
+    QVERIFY(m_services.log().requests().constFirst().header("Cookie").contains("CASTGC="));
 }
 
 void TestLoginActor::logoutWithoutSignInIsLogged()
@@ -921,7 +921,7 @@ void TestLoginActor::logoutWithoutSignInIsLogged()
     MessageLog log;
     QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     QCoreApplication::exec();
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("Protocol \"\" is unknown")});
 }
 

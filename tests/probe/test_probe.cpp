@@ -108,7 +108,7 @@ void TestProbe::init()
 {
     m_services->clearFaults();
     m_services->clearReplies();
-    m_services->clearRequests();
+    m_services->log().clear();
     m_services->forgetSessions();
     m_services->resetState();
     m_folder = std::make_unique<QTemporaryDir>();
@@ -136,7 +136,7 @@ int TestProbe::probe(const QStringList& further, const QString& user)
 QStringList TestProbe::updateOptions() const
 {
     return {"--update-url", m_services->updateUrl(), "--product",
-            "nelvo-editor", "--update-token",        m_services->updateToken()};
+            "nelvo-editor", "--update-token",        m_services->updates().token()};
 }
 
 void TestProbe::expect(const QString& key, const QString& words) const
@@ -215,11 +215,11 @@ void TestProbe::tableIsForPeople()
 
 void TestProbe::serverIsLeftAsItWas()
 {
-    const QJsonObject before = m_services->state();
+    const QJsonObject before = m_services->editorData().state();
     QVERIFY(!before.isEmpty());
     QCOMPARE(probe(updateOptions()), int(ProbeRun::Well));
-    QCOMPARE(m_services->state(), before);
-    const QVector<NelvoDevkit::LoggedRequest> requests = m_services->requests();
+    QCOMPARE(m_services->editorData().state(), before);
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services->log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests)
         QVERIFY2(isHarmless(request), (request.method + ' ' + request.target).constData());
     // It signs out again, by the plug-in.
@@ -363,7 +363,7 @@ void TestProbe::whatIsWrongIsTold()
     QFETCH(QStringList, further);
     QFETCH(QString, user);
     change(*m_services);
-    const QVector<NelvoDevkit::FaultRule> faults = m_services->faults();
+    const QVector<NelvoDevkit::FaultRule> faults = m_services->faults().rules();
     if (!faults.isEmpty() && faults.first().fault == Fault::Reset && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
     QCOMPARE(probe(further, user), int(ProbeRun::Wrong));
@@ -430,7 +430,7 @@ void TestProbe::missingPlugin()
 {
     QCOMPARE(probe({"--plugin", m_folder->path()}), int(ProbeRun::Wrong));
     expect(QStringLiteral("plug-in"), QStringLiteral("the library could not be loaded"));
-    QVERIFY(m_services->requests().isEmpty());
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestProbe::passwordComesByThreeWays_data()
@@ -474,7 +474,7 @@ void TestProbe::noSecretIsTold_data()
             QCryptographicHash::hash(passwordOf(User).toUtf8(), QCryptographicHash::Md5).toHex());
         const QJsonObject body{{"code", 401},
                                {"data", QJsonObject()},
-                               {"message", passwordOf(User) + ' ' + md5 + ' ' + services.updateToken()}};
+                               {"message", passwordOf(User) + ' ' + md5 + ' ' + services.updates().token()}};
         services.setReply("POST", QStringLiteral("/v1.0/service/sys/productVersion/findLatest"),
                           {200, "application/json", QJsonDocument(body).toJson(), {}});
     }) << int(ProbeRun::Wrong);
@@ -494,10 +494,11 @@ void TestProbe::noSecretIsTold()
     QVERIFY2(report.contains(QStringLiteral("\nLog of the plug-in:\n")), qPrintable(report));
 
     QStringList secrets{
-        QString::fromLatin1(User), passwordOf(User), m_services->updateToken(), QString::fromLatin1(IotToken),
+        QString::fromLatin1(User), passwordOf(User), m_services->updates().token(),
+        QString::fromLatin1(IotToken),
         QString::fromLatin1(
             QCryptographicHash::hash(passwordOf(User).toUtf8(), QCryptographicHash::Md5).toHex())};
-    const QVector<NelvoDevkit::LoggedRequest> requests = m_services->requests();
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services->log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests) {
         const QStringList cookies =
             QString::fromLatin1(request.header("Cookie")).split(QStringLiteral("; "), Qt::SkipEmptyParts);
@@ -537,7 +538,7 @@ void TestProbe::wrongUsage()
     QCOMPARE(probe(further), int(ProbeRun::WrongUsage));
     QVERIFY2(m_run.error.contains(error), m_run.error.constData());
     QVERIFY(m_run.output.isEmpty());
-    QVERIFY(m_services->requests().isEmpty());
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestProbe::help()

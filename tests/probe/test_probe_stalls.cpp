@@ -74,7 +74,7 @@ void TestProbeStalls::stalledServerEndsWithTheTimeout()
     const ProbeRun run =
         ProbeRun::withJson(m_services.signInUrl(), QStringLiteral("lina"),
                            {"--update-url", m_services.updateUrl(), "--product", "nelvo-editor",
-                            "--update-token", m_services.updateToken(), "--timeout", Seconds});
+                            "--update-token", m_services.updates().token(), "--timeout", Seconds});
     QCOMPARE(run.status, int(ProbeRun::Wrong));
     QCOMPARE(run.verdict(step), QStringLiteral("wrong"));
     QVERIFY2(run.words(step).startsWith("no answer when the " + Seconds + " s of this walk were over"),

@@ -21,8 +21,8 @@
 
 #include <stdexcept>
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Fault;
+using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using NelvoPlugin::CProjectInfoMgr;
 using NelvoSDK::LoginSession;
@@ -45,7 +45,7 @@ const auto TreeFailed = QStringLiteral("CProjectInfoMgr::ReflushProjOrgInfo /org
 const auto ProjectsFailed =
     QStringLiteral("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
 
-CannedReply json(const QByteArray& body, int status = 200)
+HttpReply json(const QByteArray& body, int status = 200)
 {
     return {status, "application/json", body, {}};
 }
@@ -274,7 +274,7 @@ void TestProjectInfoMgr::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.clearRequests();
+    m_services.log().clear();
     sharedCookieJar()->setAllCookies({});
     for (const char* property : {"sdkAddr", "iotToken", "epId"})
         qApp->setProperty(property, QVariant());
@@ -300,7 +300,7 @@ LoginSession TestProjectInfoMgr::session() const
 void TestProjectInfoMgr::refresh(Project& project)
 {
     project.manager.ReflushProjOrgInfo(session());
-    m_services.clearRequests();
+    m_services.log().clear();
 }
 
 //! A session, and these projects in the snapshot of the service.
@@ -310,7 +310,7 @@ void TestProjectInfoMgr::knowsOnServer(Project& project, const QByteArray& eleme
     refresh(project);
     std::list<ProjectNode> ignored;
     QVERIFY(project.manager.GetServerProjectTree(ignored));
-    m_services.clearRequests();
+    m_services.log().clear();
 }
 
 void TestProjectInfoMgr::failEvery(const QByteArray& method, const QString& path, Fault fault, int status)
@@ -333,7 +333,7 @@ void TestProjectInfoMgr::faultRows()
 QByteArrayList TestProjectInfoMgr::targets() const
 {
     QByteArrayList lines;
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     for (const LoggedRequest& request : requests)
         lines.append(request.method + ' ' + request.target);
     return lines;
@@ -359,7 +359,7 @@ void TestProjectInfoMgr::newManagerHoldsNothing()
     ProjectRef project = projectRef(L"kept");
     manager.GetProjectInfo(L"any", project);
     QVERIFY(project.id == L"kept");
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestProjectInfoMgr::pluginIsKept()
@@ -381,7 +381,7 @@ void TestProjectInfoMgr::emptyOperationsDoNothing()
     ProjectRef found;
     project.manager.GetProjectInfo(L"a", found);
     QVERIFY(found.id == L"a");
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestProjectInfoMgr::firstAnnouncementStands()
@@ -411,7 +411,7 @@ void TestProjectInfoMgr::emptyIdIsNotAnnounced()
     refresh(project);
     project.manager.AddLocalProject(projectRef(L""));
     project.manager.OnUploadProject(projectNode(L"", L"x"), nullptr, true);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestProjectInfoMgr::removedProjectIsUnknown()
@@ -588,7 +588,8 @@ void TestProjectInfoMgr::refreshReplacesTheJarBeforeItAsks()
     Project project;
     project.manager.ReflushProjOrgInfo(made);
     QCOMPARE(targets(), QByteArrayList{"GET /org/tree"});
-    QCOMPARE(m_services.requests().constFirst().header("Cookie"), QByteArray("EDITORSESSION=1; route=2"));
+    QCOMPARE(m_services.log().requests().constFirst().header("Cookie"),
+             QByteArray("EDITORSESSION=1; route=2"));
     QCOMPARE(sharedCookieJar()->allCookies().size(), 2);
 }
 
@@ -827,7 +828,7 @@ void TestProjectInfoMgr::projectRequestToTheByte()
     std::list<ProjectNode> projects;
     project.manager.GetServerProjectTree(projects);
     QCOMPARE(targets(), QByteArrayList{"GET /scene/project"});
-    const LoggedRequest request = m_services.requests().constFirst();
+    const LoggedRequest request = m_services.log().requests().constFirst();
     QVERIFY(request.body.isEmpty());
     QVERIFY(request.header("Content-Type").isNull());
 }
@@ -912,9 +913,9 @@ void TestProjectInfoMgr::emptyDataEmptiesTheSnapshot()
     QVERIFY(project.manager.GetServerProjectTree(projects));
     QCOMPARE(projects.size(), std::size_t(1));
     QVERIFY(log.entries().isEmpty());
-    m_services.clearRequests();
+    m_services.log().clear();
     project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestProjectInfoMgr::failedListKeepsTheSnapshot_data()
@@ -939,7 +940,7 @@ void TestProjectInfoMgr::failedListKeepsTheSnapshot()
     QCOMPARE(log.warnings().size(), 1);
     QCOMPARE(log.debugs(), QStringList{ProjectsFailed});
     m_services.clearFaults();
-    m_services.clearRequests();
+    m_services.log().clear();
     project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
     QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
 }
@@ -984,7 +985,7 @@ void TestProjectInfoMgr::uploadThatIsNotWantedSendsNothing()
     refresh(project);
     project.manager.AddLocalProject(projectRef(L"a"));
     project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, false);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
     ProjectRef found;
     project.manager.GetProjectInfo(L"a", found);
     QVERIFY(found.id == L"a");
@@ -1000,7 +1001,7 @@ void TestProjectInfoMgr::addToTheByte()
     node.code = L"never sent";
     project.manager.OnUploadProject(node, this, true);
     QCOMPARE(targets(), QByteArrayList{"POST /scene/project"});
-    const LoggedRequest request = m_services.requests().constFirst();
+    const LoggedRequest request = m_services.log().requests().constFirst();
     QCOMPARE(request.header("Content-Type"), QByteArray("application/json"));
     QCOMPARE(
         request.body,
@@ -1032,9 +1033,9 @@ void TestProjectInfoMgr::addWithoutDepartmentThrowsAndIsErased()
     } catch (const std::out_of_range& error) {
         QCOMPARE(error.what(), "invalid map<K, T> key");
     }
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
     project.manager.OnUploadProject(homeless, nullptr, true);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestProjectInfoMgr::failedAddIsNotBroughtBack_data()
@@ -1058,9 +1059,9 @@ void TestProjectInfoMgr::failedAddIsNotBroughtBack()
     QCOMPARE(log.debugs(), QStringList{QStringLiteral(
                                "CProjectInfoMgr::OnUploadProject add project /scene/project falid")});
     m_services.clearFaults();
-    m_services.clearRequests();
+    m_services.log().clear();
     project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
     project.manager.AddLocalProject(projectRef(L"a"));
     project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
     QCOMPARE(targets(), QByteArrayList{"POST /scene/project"});
@@ -1072,7 +1073,7 @@ void TestProjectInfoMgr::renameToTheByte()
     knowsOnServer(project, R"({"id":"a","name":"old"})");
     project.manager.OnUploadProject(projectNode(L"a", L"new", false), nullptr, true);
     QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
-    const LoggedRequest request = m_services.requests().constFirst();
+    const LoggedRequest request = m_services.log().requests().constFirst();
     QCOMPARE(request.header("Content-Type"), QByteArray("application/json"));
     QCOMPARE(request.body, QByteArray("{\n    \"id\": \"a\",\n    \"name\": \"new\"\n}\n"));
 }
@@ -1082,7 +1083,7 @@ void TestProjectInfoMgr::sameNameSendsNothing()
     Project project;
     knowsOnServer(project, R"({"id":"a","name":"same"})");
     project.manager.OnUploadProject(projectNode(L"a", L"same"), nullptr, true);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestProjectInfoMgr::caseCountsAsAChange()
@@ -1109,7 +1110,7 @@ void TestProjectInfoMgr::emptyIdMatchesTheServicesOnly()
     project.manager.AddLocalProject(projectRef(L"", L"new"));
     project.manager.OnUploadProject(projectNode(L"", L"new"), nullptr, true);
     QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
-    QCOMPARE(m_services.requests().constFirst().body,
+    QCOMPARE(m_services.log().requests().constFirst().body,
              QByteArray("{\n    \"id\": \"\",\n    \"name\": \"new\"\n}\n"));
 }
 
@@ -1152,7 +1153,7 @@ void TestProjectInfoMgr::renameIsSentAgainUntilTheListIsRead()
     QCOMPARE(targets(), (QByteArrayList{"PUT /scene/project", "PUT /scene/project"}));
     knowsOnServer(project, R"({"id":"a","name":"new"})");
     project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestProjectInfoMgr::failedRenameIsLogged_data()
@@ -1184,7 +1185,7 @@ void TestProjectInfoMgr::unknownProjectSendsNothing()
     Project project;
     refresh(project);
     project.manager.OnUploadProject(projectNode(L"never listed", L"n"), nullptr, true);
-    QVERIFY(m_services.requests().isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
 }
 
 void TestProjectInfoMgr::announcedProjectIsAddedEvenIfKnown()
@@ -1206,7 +1207,7 @@ void TestProjectInfoMgr::handlerDuringTheAddSeesNeither()
     ProjectRef found;
     QTimer handler;
     connect(&handler, &QTimer::timeout, this, [&] {
-        if (m_services.requests().isEmpty())
+        if (m_services.log().requests().isEmpty())
             return;
         handler.stop();
         project.manager.GetProjectInfo(L"a", found);
@@ -1224,7 +1225,7 @@ void TestProjectInfoMgr::bindingsToTheByte()
     refresh(project);
     project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {{"g3", "SN3"}, {"g1", "SN1"}, {"g2", ""}});
     QCOMPARE(targets(), (QByteArrayList{"POST " + DeletePath.toLatin1(), "POST " + BatchPath.toLatin1()}));
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     QCOMPARE(requests.at(0).body, QByteArray());
     QCOMPARE(requests.at(0).header("Content-Type"), QByteArray("application/json"));
     QCOMPARE(requests.at(1).body, QByteArray("[\n    {\n    },\n    {\n    },\n    {\n    }\n]\n"));
@@ -1236,8 +1237,8 @@ void TestProjectInfoMgr::noBindingsSendAnEmptyArray()
     Project project;
     refresh(project);
     project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {});
-    QCOMPARE(m_services.requests().size(), 2);
-    QCOMPARE(m_services.requests().at(1).body, QByteArray("[\n]\n"));
+    QCOMPARE(m_services.log().requests().size(), 2);
+    QCOMPARE(m_services.log().requests().at(1).body, QByteArray("[\n]\n"));
 }
 
 void TestProjectInfoMgr::emptySceneProjectGoesOutAsItIs()
@@ -1324,7 +1325,7 @@ void TestProjectInfoMgr::tickAsksTheHeartbeat()
     MessageLog log;
     project.tick();
     QCOMPARE(targets(), QByteArrayList{"GET /org/heartbeat"});
-    QVERIFY(m_services.requests().constFirst().header("Content-Type").isNull());
+    QVERIFY(m_services.log().requests().constFirst().header("Content-Type").isNull());
     QVERIFY(log.entries().isEmpty());
     QVERIFY(project.messages.first.isEmpty());
     QCOMPARE(sharedNetworkManager()->findChildren<QNetworkReply*>().size(), replies + 1);
@@ -1493,7 +1494,7 @@ void TestProjectInfoMgr::tickGoesOnWhenAStalledReplyArrives()
     bool toldBefore = true;
     QTimer release;
     connect(&release, &QTimer::timeout, this, [&] {
-        if (m_services.requests().isEmpty())
+        if (m_services.log().requests().isEmpty())
             return;
         release.stop();
         toldBefore = !project.messages.first.isEmpty();
@@ -1544,7 +1545,7 @@ void TestProjectInfoMgr::tickInsideATick()
     int toldByTheInner = -1;
     QTimer inner;
     connect(&inner, &QTimer::timeout, this, [&] {
-        if (m_services.requests().isEmpty())
+        if (m_services.log().requests().isEmpty())
             return;
         inner.stop();
         project.tick();
@@ -1582,7 +1583,7 @@ void TestProjectInfoMgr::noTimerDuringTheFirstRefresh()
     int during = -1;
     QTimer release;
     connect(&release, &QTimer::timeout, this, [&] {
-        if (m_services.requests().isEmpty())
+        if (m_services.log().requests().isEmpty())
             return;
         release.stop();
         during = timersOf(project.manager).size();

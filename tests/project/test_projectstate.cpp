@@ -307,7 +307,7 @@ void TestProjectState::prepare(CProjectInfoMgr& manager)
     QCOMPARE(m_local.size(), 2);
     QVERIFY(m_units.size() > 3);
     QCOMPARE(onService().constLast(), QStringLiteral("devices=2"));
-    m_services.clearRequests();
+    m_services.log().clear();
 }
 
 void TestProjectState::make(Call call, CProjectInfoMgr& manager) const
@@ -346,10 +346,10 @@ void TestProjectState::make(Call call, CProjectInfoMgr& manager) const
 QStringList TestProjectState::onService() const
 {
     QStringList lines;
-    const QVector<NelvoDevkit::SceneProject> projects = m_services.sceneProjects(1001);
+    const QVector<NelvoDevkit::SceneProject> projects = m_services.editorData().projects(1001);
     for (const NelvoDevkit::SceneProject& project : projects)
         lines.append(project.id + QLatin1Char('=') + project.name);
-    lines.append(QStringLiteral("devices=%1").arg(m_services.equipmentBindings(Scene).elements));
+    lines.append(QStringLiteral("devices=%1").arg(m_services.editorData().bindings(Scene).elements));
     return lines;
 }
 
@@ -574,7 +574,7 @@ void TestProjectState::tickInsideEveryCall()
     m_services.setReply("GET", HeartbeatPath, {401, "application/json", R"({"infoCode":"1002"})", {}});
     m_services.addFault({Fault::Stall, facts.path, facts.method, 0, false});
     const auto isAsked = [this, &facts] {
-        const QVector<NelvoDevkit::LoggedRequest> requests = m_services.requests();
+        const QVector<NelvoDevkit::LoggedRequest> requests = m_services.log().requests();
         return std::any_of(requests.begin(), requests.end(), [&facts](const auto& request) {
             return request.method == facts.method && request.path() == facts.path.toLatin1();
         });

@@ -424,7 +424,8 @@ void TestServices::heartbeat_setsCookiesOnce()
     client.get(heartbeat());
     QCOMPARE(client.cookie(heartbeat(), "EDITORSESSION"), session);
     QCOMPARE(client.cookie(heartbeat(), "route"), route);
-    QCOMPARE(m_services->requests().last().header("cookie"), "EDITORSESSION=" + session + "; route=" + route);
+    QCOMPARE(m_services->log().requests().last().header("cookie"),
+             "EDITORSESSION=" + session + "; route=" + route);
 }
 
 void TestServices::heartbeat_setsCookiesAgainOnceForgotten()
@@ -445,8 +446,8 @@ void TestServices::log_keepsHeadersAsReceived()
         "X-Empty:\r\ncontent-LENGTH: 7\r\n\r\n\x01 %\xc3\xa4\r\n");
     QVERIFY(raw.readAnswer().startsWith("HTTP/1.1 200 OK\r\n"));
 
-    QCOMPARE(m_services->requests().size(), 1);
-    const LoggedRequest logged = m_services->requests().first();
+    QCOMPARE(m_services->log().requests().size(), 1);
+    const LoggedRequest logged = m_services->log().requests().first();
     QCOMPARE(logged.service, QByteArray("sign-in"));
     QCOMPARE(logged.method, QByteArray("POST"));
     QCOMPARE(logged.target, QByteArray("/login?a=%20b&c"));
@@ -466,13 +467,13 @@ void TestServices::log_keepsTheOrderOfBothServices()
     client.get(login());
     client.get(heartbeat() + "?n=2");
     QByteArrayList seen;
-    const auto requests = m_services->requests();
+    const auto requests = m_services->log().requests();
     for (const LoggedRequest& request : requests)
         seen.append(request.service + ' ' + request.target);
     QCOMPARE(seen, (QByteArrayList{"editor /org/heartbeat", "sign-in /login", "editor /org/heartbeat?n=2"}));
 
-    m_services->clearRequests();
-    QVERIFY(m_services->requests().isEmpty());
+    m_services->log().clear();
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestServices::log_readsAChunkedBody()
@@ -481,7 +482,7 @@ void TestServices::log_readsAChunkedBody()
     raw.send(
         "PUT /x HTTP/1.1\r\nHost: h\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n");
     QVERIFY(raw.readAnswer().startsWith("HTTP/1.1 404"));
-    QCOMPARE(m_services->requests().first().body, QByteArray("abcde"));
+    QCOMPARE(m_services->log().requests().first().body, QByteArray("abcde"));
 }
 
 void TestServices::loggedRequest_findsHeadersInAnyCase()
@@ -555,7 +556,7 @@ void TestServices::connection_refusesWhatIsNotHttp()
     RawConnection raw(m_services->signInUrl());
     raw.send("how are you?\r\n\r\n");
     QVERIFY(raw.readToEnd().startsWith("HTTP/1.1 400 Bad Request\r\n"));
-    QVERIFY(m_services->requests().isEmpty());
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestServices::seed_isChecked_data()

@@ -143,7 +143,7 @@ void TestServicesBim::session_isNeeded()
 
     enter(client);
     QCOMPARE(client.get(editor(path)).status, 200);
-    m_services->pushOut("lina", "1002");
+    m_services->editor().pushOut("lina", "1002");
     const Answer pushedOut = client.get(editor(path));
     QCOMPARE(pushedOut.status, 401);
     QCOMPARE(object(pushedOut)["infoCode"].toString(), QString("1002"));
@@ -183,7 +183,7 @@ void TestServicesBim::models_areListed()
                                {"projectSize", 1536000}};
     QCOMPARE(list(answer).first().toObject(), expected);
 
-    const QVector<BimModel> kept = m_services->bimModels(1001);
+    const QVector<BimModel> kept = m_services->editorData().models(1001).models;
     QCOMPARE(kept.size(), list(answer).size());
     QCOMPARE(kept.first().guid, expected["nelvo3dId"].toString());
     QCOMPARE(kept.first().name, expected["ppName"].toString());
@@ -216,8 +216,8 @@ void TestServicesBim::drawings_areListed()
                                {"projType", 1},
                                {"projectSize", 409600}};
     QCOMPARE(rows.first().toObject(), expected);
-    QCOMPARE(m_services->bimDrawings(1001).size(), rows.size());
-    QCOMPARE(m_services->bimDrawings(1001).first().name, expected["dwgName"].toString());
+    QCOMPARE(m_services->editorData().models(1001).drawings.size(), rows.size());
+    QCOMPARE(m_services->editorData().models(1001).drawings.first().name, expected["dwgName"].toString());
 }
 
 void TestServicesBim::lists_areTheEnterprisesOwn()
@@ -239,8 +239,8 @@ void TestServicesBim::lists_mayBeEmpty()
     enter(client, 1009);
     QCOMPARE(client.get(editor(models)).body, QByteArray(R"({"code":0,"data":[]})"));
     QCOMPARE(client.get(editor(drawings)).body, QByteArray(R"({"code":0,"data":[]})"));
-    QVERIFY(m_services->bimModels(7).isEmpty());
-    QVERIFY(m_services->bimDrawings(7).isEmpty());
+    QVERIFY(m_services->editorData().models(7).models.isEmpty());
+    QVERIFY(m_services->editorData().models(7).drawings.isEmpty());
 }
 
 void TestServicesBim::lists_fitTheTree_data()
@@ -278,7 +278,7 @@ void TestServicesBim::database_knowsSomeOfTheModels()
 {
     QMap<QString, QString> names;
     for (const qint64 enterprise : {1001, 1002, 1003}) {
-        const QVector<BimModel> seeded = m_services->bimModels(enterprise);
+        const QVector<BimModel> seeded = m_services->editorData().models(enterprise).models;
         for (const BimModel& model : seeded)
             names.insert(model.guid, model.name);
     }
@@ -294,8 +294,8 @@ void TestServicesBim::models_areGenerated()
 {
     Client client;
     enter(client);
-    m_services->generateModels(2500);
-    m_services->generateModels(0);
+    m_services->editorData().generateModels(2500);
+    m_services->editorData().generateModels(0);
     const QSet<QString> known = units(client.get(editor("/org/tree")));
     QSet<QString> guids;
     for (const char* path : {models, drawings}) {
@@ -308,16 +308,16 @@ void TestServicesBim::models_areGenerated()
         }
     }
     QCOMPARE(guids.size(), 5000);
-    QCOMPARE(m_services->bimModels(1009).size(), 2500);
-    QCOMPARE(m_services->bimDrawings(1009).last().deptId, QString("1009-2"));
+    QCOMPARE(m_services->editorData().models(1009).models.size(), 2500);
+    QCOMPARE(m_services->editorData().models(1009).drawings.last().deptId, QString("1009-2"));
 }
 
 void TestServicesBim::models_areSpreadOverAGeneratedTree()
 {
     Client client;
     enter(client);
-    m_services->generateTree(111);
-    m_services->generateModels(250);
+    m_services->editorData().generateTree(111);
+    m_services->editorData().generateModels(250);
     QSet<QString> departments;
     for (const QVariant& department : column(list(client.get(editor(models))), "deptId"))
         departments.insert(department.toString());
@@ -331,10 +331,10 @@ void TestServicesBim::models_areReset()
     enter(client);
     const QByteArray seededModels = client.get(editor(models)).body;
     const QByteArray seededDrawings = client.get(editor(drawings)).body;
-    m_services->generateModels(5);
+    m_services->editorData().generateModels(5);
     QVERIFY(client.get(editor(models)).body != seededModels);
     m_services->forgetSessions();
-    QCOMPARE(m_services->bimModels(1001).size(), 5);
+    QCOMPARE(m_services->editorData().models(1001).models.size(), 5);
     m_services->resetState();
     QCOMPARE(client.get(editor("/org/heartbeat")).status, 200);
     QCOMPARE(client.get(editor(models)).body, seededModels);
@@ -348,17 +348,17 @@ void TestServicesBim::models_areGeneratedByControl()
     QCOMPARE(client.post(control("/generate?models=7&tree=12"), {}).status, 200);
     QCOMPARE(list(client.get(editor(models))).size(), 7);
     QCOMPARE(list(client.get(editor(drawings))).size(), 7);
-    QVERIFY(m_services->bimModels(1001).first().deptId.startsWith("unit-"));
-    QCOMPARE(m_services->sceneProjects(1001).size(), 3);
+    QVERIFY(m_services->editorData().models(1001).models.first().deptId.startsWith("unit-"));
+    QCOMPARE(m_services->editorData().projects(1001).size(), 3);
 
     QCOMPARE(client.post(control("/generate?models=0"), {}).status, 200);
     const Answer refused = client.post(control("/generate?models=1000001&tree=5"), {});
     QCOMPARE(refused.status, 400);
     QVERIFY2(refused.body.contains("\"models\" must be a number from 0 to 1000000"),
              refused.body.constData());
-    QCOMPARE(m_services->bimModels(1001).size(), 7);
+    QCOMPARE(m_services->editorData().models(1001).models.size(), 7);
     QCOMPARE(client.send("DELETE", control("/state")).status, 200);
-    QCOMPARE(m_services->bimModels(1001).size(), 13);
+    QCOMPARE(m_services->editorData().models(1001).models.size(), 13);
 }
 
 namespace {
@@ -444,13 +444,13 @@ void TestServicesBim::seed_mayHaveNoModels()
 {
     const SeedFile seed(R"("projects": [])");
     m_services = std::make_unique<Services>(seed.options());
-    QVERIFY(m_services->bimModels(1).isEmpty());
-    m_services->generateModels(3); // nothing to do before the start
+    QVERIFY(m_services->editorData().models(1).models.isEmpty());
+    m_services->editorData().generateModels(2);
     QString error;
     QVERIFY2(m_services->start(&error), qPrintable(error));
-    QVERIFY(m_services->bimModels(1).isEmpty());
-    m_services->generateModels(3);
-    QCOMPARE(m_services->bimDrawings(1).size(), 3);
+    QCOMPARE(m_services->editorData().models(1).models.size(), 2);
+    m_services->editorData().generateModels(3);
+    QCOMPARE(m_services->editorData().models(1).drawings.size(), 3);
 }
 
 QTEST_GUILESS_MAIN(TestServicesBim)

@@ -114,8 +114,8 @@ void TestServicesControl::fault_isAdded()
     QFETCH(const QString, name);
     const Answer answer = m_client->post(control("/faults?fault=" + name), {});
     QCOMPARE(answer.status, 200);
-    QCOMPARE(m_services->faults().size(), 1);
-    const FaultRule rule = m_services->faults().first();
+    QCOMPARE(m_services->faults().rules().size(), 1);
+    const FaultRule rule = m_services->faults().rules().first();
     QTEST(rule.fault, "fault");
     QVERIFY(rule.path.isEmpty());
     QVERIFY(rule.method.isEmpty());
@@ -125,7 +125,7 @@ void TestServicesControl::fault_isAdded()
 void TestServicesControl::fault_takesAllParameters()
 {
     m_client->post(control("/faults?fault=status&path=%2Flogin&method=get&value=503&once=1"), {});
-    const FaultRule rule = m_services->faults().value(0);
+    const FaultRule rule = m_services->faults().rules().value(0);
     QCOMPARE(rule.path, QString("/login"));
     QCOMPARE(rule.method, QByteArray("GET"));
     QCOMPARE(rule.value, 503);
@@ -163,7 +163,7 @@ void TestServicesControl::fault_isRefused()
     const Answer answer = m_client->post(control("/faults" + parameters), {});
     QCOMPARE(answer.status, 400);
     QVERIFY2(answer.body.contains(complaint), answer.body.constData());
-    QVERIFY(m_services->faults().isEmpty());
+    QVERIFY(m_services->faults().rules().isEmpty());
 }
 
 void TestServicesControl::faults_areListedAndRemoved()
@@ -178,7 +178,7 @@ void TestServicesControl::faults_areListedAndRemoved()
     QCOMPARE(m_client->get(heartbeat()).error, QNetworkReply::ConnectionRefusedError);
 
     QCOMPARE(m_client->send("DELETE", control("/faults")).status, 200);
-    QVERIFY(m_services->faults().isEmpty());
+    QVERIFY(m_services->faults().rules().isEmpty());
     QCOMPARE(m_client->get(heartbeat()).status, 200);
 }
 
@@ -187,7 +187,7 @@ void TestServicesControl::faults_neverStrikeTheControlPath()
     m_services->addFault({Fault::Status, {}, {}, 503, false});
     m_services->addFault({Fault::Refuse, {}, {}, 0, false});
     QCOMPARE(m_client->get(control("/")).status, 200);
-    QVERIFY(m_services->requests().isEmpty());
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestServicesControl::sessions_areForgotten_data()

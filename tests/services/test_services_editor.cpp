@@ -189,7 +189,7 @@ void TestServicesEditor::session_isNeeded()
 
     enterAsLina(client);
     QVERIFY(client.send(method, editor(path), {}, json).status != 401);
-    m_services->pushOut("lina", "1002");
+    m_services->editor().pushOut("lina", "1002");
     const Answer pushedOut = client.send(method, editor(path), {}, json);
     QCOMPARE(pushedOut.status, 401);
     QCOMPARE(infoCode(pushedOut), QString("1002"));
@@ -232,9 +232,9 @@ void TestServicesEditor::session_isReboundWithoutNewCookies()
     enter(client, "müller", "Größe-9é", "1002");
     QCOMPARE(object(client.get(editor("/org/tree")))["data"].toObject()["value"].toString(), QString("1002"));
     QCOMPARE(session(client), first);
-    m_services->pushOut("陈晓明");
+    m_services->editor().pushOut("陈晓明");
     QCOMPARE(heartbeat(client).status, 200);
-    m_services->pushOut("müller");
+    m_services->editor().pushOut("müller");
     QCOMPARE(heartbeat(client).status, 401);
 }
 
@@ -283,11 +283,11 @@ void TestServicesEditor::pushOut_tellsTheCode()
 {
     Client client;
     enterAsLina(client);
-    m_services->pushOut("zhangwei");
+    m_services->editor().pushOut("zhangwei");
     QCOMPARE(heartbeat(client).status, 200);
-    m_services->pushOut("lina");
+    m_services->editor().pushOut("lina");
     QCOMPARE(infoCode(heartbeat(client)), QString("1007"));
-    m_services->pushOut("lina", "1002");
+    m_services->editor().pushOut("lina", "1002");
     const Answer answer = heartbeat(client);
     QCOMPARE(answer.status, 401);
     QCOMPARE(infoCode(answer), QString("1002"));
@@ -298,7 +298,7 @@ void TestServicesEditor::pushOut_endsWithANewSignIn()
     Client client;
     enterAsLina(client);
     const QByteArray first = session(client);
-    m_services->pushOut("lina");
+    m_services->editor().pushOut("lina");
     enterAsLina(client);
     QVERIFY(session(client) != first);
     QCOMPARE(client.get(editor("/org/tree")).status, 200);
@@ -308,7 +308,7 @@ void TestServicesEditor::pushOut_isForgotten()
 {
     Client client;
     enterAsLina(client);
-    m_services->pushOut("lina");
+    m_services->editor().pushOut("lina");
     m_services->forgetSessions();
     QCOMPARE(heartbeat(client).status, 200);
 }
@@ -389,7 +389,7 @@ void TestServicesEditor::tree_isGenerated()
     Client client;
     heartbeat(client);
     const QByteArray seeded = client.get(editor("/org/tree")).body;
-    m_services->generateTree(nodes);
+    m_services->editorData().generateTree(nodes);
     const Answer tree = client.get(editor("/org/tree"));
     const TreeFacts facts = factsOf(tree);
     QCOMPARE(facts.nodes, nodes);
@@ -398,11 +398,11 @@ void TestServicesEditor::tree_isGenerated()
     QCOMPARE(facts.widest, nodes == 1 ? 0 : 10);
     QVERIFY(facts.parentsFit);
 
-    m_services->generateTree(0);
+    m_services->editorData().generateTree(0);
     QCOMPARE(client.get(editor("/org/tree")).body, tree.body);
     m_services->resetState();
     QCOMPARE(client.get(editor("/org/tree")).body, seeded);
-    m_services->generateTree(nodes);
+    m_services->editorData().generateTree(nodes);
     QCOMPARE(client.get(editor("/org/tree")).body, tree.body);
 }
 
@@ -438,12 +438,12 @@ void TestServicesEditor::project_isAdded()
     QCOMPARE(added["name"].toString(), QString("新项目"));
     QCOMPARE(added["deptName"].toString(), QString("结构设计所"));
 
-    const QVector<SceneProject> kept = m_services->sceneProjects(1001);
+    const QVector<SceneProject> kept = m_services->editorData().projects(1001);
     QCOMPARE(kept.size(), 4);
     QCOMPARE(kept.last().id, QString("p-1"));
     QCOMPARE(kept.last().deptId, QString("1001-12"));
-    QCOMPARE(m_services->sceneProjects(1003).size(), 1);
-    QVERIFY(m_services->sceneProjects(7).isEmpty());
+    QCOMPARE(m_services->editorData().projects(1003).size(), 1);
+    QVERIFY(m_services->editorData().projects(7).isEmpty());
 }
 
 void TestServicesEditor::project_isAddedOnce()
@@ -452,13 +452,13 @@ void TestServicesEditor::project_isAddedOnce()
     enterAsLina(client);
     client.post(editor("/scene/project"), newProject("p-1"), json);
     QCOMPARE(client.post(editor("/scene/project"), newProject("p-1", "1001-30"), json).status, 409);
-    QCOMPARE(m_services->sceneProjects(1001).size(), 4);
-    QCOMPARE(m_services->sceneProjects(1001).last().deptId, QString("1001-12"));
+    QCOMPARE(m_services->editorData().projects(1001).size(), 4);
+    QCOMPARE(m_services->editorData().projects(1001).last().deptId, QString("1001-12"));
 
     // Each enterprise has ids of its own.
     enter(client, "lina", "lina2024", "1003");
     QCOMPARE(client.post(editor("/scene/project"), newProject("p-1", "nowhere"), json).status, 200);
-    QCOMPARE(m_services->sceneProjects(1003).last().deptName, QString());
+    QCOMPARE(m_services->editorData().projects(1003).last().deptName, QString());
 }
 
 void TestServicesEditor::project_isRenamed()
@@ -467,8 +467,8 @@ void TestServicesEditor::project_isRenamed()
     enterAsLina(client);
     const QByteArray order = body({{"id", "scene-1001-02"}, {"name", "改名"}});
     QCOMPARE(client.send("PUT", editor("/scene/project"), order, json).status, 200);
-    QCOMPARE(m_services->sceneProjects(1001).at(1).name, QString("改名"));
-    QCOMPARE(m_services->sceneProjects(1001).at(1).deptName, QString("数字孪生部"));
+    QCOMPARE(m_services->editorData().projects(1001).at(1).name, QString("改名"));
+    QCOMPARE(m_services->editorData().projects(1001).at(1).deptName, QString("数字孪生部"));
     const QByteArray foreign = body({{"id", "scene-1003-01"}, {"name", "改名"}});
     QCOMPARE(client.send("PUT", editor("/scene/project"), foreign, json).status, 404);
 }
@@ -509,13 +509,13 @@ void TestServicesEditor::projects_outliveSessionsUntilReset()
     client.post(editor("/scene/project"), newProject("p-1"), json);
     client.post(editor("/equipment/bind/deleteAll/p-1"), {}, json);
     m_services->forgetSessions();
-    QCOMPARE(m_services->sceneProjects(1001).size(), 4);
-    QCOMPARE(m_services->equipmentBindings("p-1").deletes, 1);
+    QCOMPARE(m_services->editorData().projects(1001).size(), 4);
+    QCOMPARE(m_services->editorData().bindings("p-1").deletes, 1);
 
     heartbeat(client);
     m_services->resetState();
-    QCOMPARE(m_services->sceneProjects(1001).size(), 3);
-    QCOMPARE(m_services->equipmentBindings("p-1").deletes, 0);
+    QCOMPARE(m_services->editorData().projects(1001).size(), 3);
+    QCOMPARE(m_services->editorData().bindings("p-1").deletes, 0);
     QCOMPARE(client.get(editor("/scene/project")).status, 200);
 }
 
@@ -523,8 +523,8 @@ void TestServicesEditor::projects_areGenerated()
 {
     Client client;
     enterAsLina(client);
-    m_services->generateProjects(2500);
-    m_services->generateProjects(0);
+    m_services->editorData().generateProjects(2500);
+    m_services->editorData().generateProjects(0);
     const QJsonArray projects = list(client.get(editor("/scene/project")));
     QCOMPARE(projects.size(), 2500);
     QSet<QString> ids;
@@ -533,8 +533,8 @@ void TestServicesEditor::projects_areGenerated()
         QVERIFY(!project.toObject()["deptName"].toString().isEmpty());
     }
     QCOMPARE(ids.size(), 2500);
-    QCOMPARE(m_services->sceneProjects(1009).size(), 2500);
-    QCOMPARE(m_services->sceneProjects(1009).first().deptId, QString("1009-1"));
+    QCOMPARE(m_services->editorData().projects(1009).size(), 2500);
+    QCOMPARE(m_services->editorData().projects(1009).first().deptId, QString("1009-1"));
 }
 
 void TestServicesEditor::bindings_areCounted()
@@ -547,17 +547,17 @@ void TestServicesEditor::bindings_areCounted()
     QCOMPARE(client.post(add, "[{}, {}, {}]", json).status, 200);
     QCOMPARE(client.post(add, "[]", json).status, 200);
     QCOMPARE(client.post(add, "[{}]", json).status, 200);
-    NelvoDevkit::EquipmentBindings bindings = m_services->equipmentBindings("scene-1001-01");
+    NelvoDevkit::EquipmentBindings bindings = m_services->editorData().bindings("scene-1001-01");
     QCOMPARE(bindings.deletes, 1);
     QCOMPARE(bindings.batches, 3);
     QCOMPARE(bindings.elements, 4);
 
     client.post(remove, {}, json);
-    bindings = m_services->equipmentBindings("scene-1001-01");
+    bindings = m_services->editorData().bindings("scene-1001-01");
     QCOMPARE(bindings.deletes, 2);
     QCOMPARE(bindings.batches, 3);
     QCOMPARE(bindings.elements, 0);
-    QCOMPARE(m_services->equipmentBindings("scene-1001-02").deletes, 0);
+    QCOMPARE(m_services->editorData().bindings("scene-1001-02").deletes, 0);
 }
 
 void TestServicesEditor::bindings_takeAnyProjectId_data()
@@ -575,7 +575,7 @@ void TestServicesEditor::bindings_takeAnyProjectId()
     Client client;
     enterAsLina(client);
     QCOMPARE(client.post(editor("/equipment/bind/batchAdd/" + id), "[{}]", json).status, 200);
-    QCOMPARE(m_services->equipmentBindings(id).elements, 1);
+    QCOMPARE(m_services->editorData().bindings(id).elements, 1);
 }
 
 void TestServicesEditor::bindings_areRefused()
@@ -587,8 +587,8 @@ void TestServicesEditor::bindings_areRefused()
     QCOMPARE(client.post(editor("/equipment/bind/batchAdd/p"), {}, json).status, 400);
     QCOMPARE(client.get(editor("/equipment/bind/batchAdd/p")).status, 405);
     QCOMPARE(client.post(editor("/equipment/bind/other/p"), {}, json).status, 404);
-    QCOMPARE(m_services->equipmentBindings("p").deletes, 0);
-    QCOMPARE(m_services->equipmentBindings("p").batches, 0);
+    QCOMPARE(m_services->editorData().bindings("p").deletes, 0);
+    QCOMPARE(m_services->editorData().bindings("p").batches, 0);
 }
 
 void TestServicesEditor::control_showsAndResetsTheState()
@@ -604,7 +604,7 @@ void TestServicesEditor::control_showsAndResetsTheState()
     QCOMPARE(state["bindings"].toObject(), bindings);
 
     QCOMPARE(client.send("DELETE", control("/state")).status, 200);
-    QCOMPARE(m_services->sceneProjects(1001).size(), 3);
+    QCOMPARE(m_services->editorData().projects(1001).size(), 3);
     QVERIFY(object(client.get(control("/state")))["bindings"].toObject().isEmpty());
 }
 
@@ -614,12 +614,12 @@ void TestServicesEditor::control_generates()
     enterAsLina(client);
     QCOMPARE(client.post(control("/generate?tree=111&projects=5"), {}).status, 200);
     QCOMPARE(factsOf(client.get(editor("/org/tree"))).nodes, 111);
-    QCOMPARE(m_services->sceneProjects(1001).size(), 5);
-    QCOMPARE(m_services->sceneProjects(1001).first().deptId, QString("unit-11"));
+    QCOMPARE(m_services->editorData().projects(1001).size(), 5);
+    QCOMPARE(m_services->editorData().projects(1001).first().deptId, QString("unit-11"));
     QCOMPARE(client.post(control("/generate?projects=7"), {}).status, 200);
     QCOMPARE(client.post(control("/generate?tree=0"), {}).status, 200);
     QCOMPARE(factsOf(client.get(editor("/org/tree"))).nodes, 111);
-    QCOMPARE(m_services->sceneProjects(1001).size(), 7);
+    QCOMPARE(m_services->editorData().projects(1001).size(), 7);
 }
 
 void TestServicesEditor::control_refusesToGenerate_data()
@@ -716,7 +716,7 @@ void TestServicesEditor::seed_withoutEnterprises()
     file.close();
 
     m_services = std::make_unique<Services>(options);
-    QVERIFY(m_services->sceneProjects(1001).isEmpty());
+    QVERIFY(m_services->editorData().projects(1001).isEmpty());
     QVERIFY(m_services->start());
     Client client;
     heartbeat(client);

@@ -94,7 +94,8 @@ private:
     //! Waits until that many requests were read.
     bool waitForRequests(int count) const
     {
-        return QTest::qWaitFor([this, count] { return m_services->requests().size() >= count; }, patience);
+        return QTest::qWaitFor([this, count] { return m_services->log().requests().size() >= count; },
+                               patience);
     }
 
     std::unique_ptr<Services> m_services;
@@ -136,7 +137,7 @@ void TestServicesFaults::rule_thatStrikesOnce()
     Client client;
     QCOMPARE(client.get(login()).status, 200);
     QCOMPARE(client.get(heartbeat()).status, 503);
-    QVERIFY(m_services->faults().isEmpty());
+    QVERIFY(m_services->faults().rules().isEmpty());
     QCOMPARE(client.get(heartbeat()).status, 200);
 }
 
@@ -158,7 +159,7 @@ void TestServicesFaults::rules_areListed()
 {
     m_services->addFault(rule(Fault::Delay, "/a", 10));
     m_services->addFault({Fault::Reset, "/b", "PUT", 0, true});
-    const QVector<FaultRule> rules = m_services->faults();
+    const QVector<FaultRule> rules = m_services->faults().rules();
     QCOMPARE(rules.size(), 2);
     QCOMPARE(rules[0].fault, Fault::Delay);
     QCOMPARE(rules[0].value, 10);
@@ -175,7 +176,7 @@ void TestServicesFaults::refuse_strikesAtOnceWithoutAPath()
     QVERIFY(isRefused(login()));
     QVERIFY(isRefused(heartbeat()));
     QCOMPARE(client.get(login()).error, QNetworkReply::ConnectionRefusedError);
-    QCOMPARE(m_services->requests().size(), 1);
+    QCOMPARE(m_services->log().requests().size(), 1);
 
     m_services->clearFaults();
     QCOMPARE(client.get(login()).status, 200);
@@ -233,7 +234,7 @@ void TestServicesFaults::reset_resetsTheConnection()
 {
     m_services->addFault(rule(Fault::Reset, "/org/heartbeat", 0, true));
     QCOMPARE(endOfConnection(m_services->editorUrl()), make_error_code(boost::asio::error::connection_reset));
-    QCOMPARE(m_services->requests().size(), 1);
+    QCOMPARE(m_services->log().requests().size(), 1);
     QCOMPARE(Client().get(heartbeat()).status, 200);
 }
 
@@ -364,15 +365,15 @@ void TestServicesFaults::redirect_keepsTheQuery()
     m_services->addFault(rule(Fault::Redirect));
     const Answer answer = Client().get(heartbeat() + "?a=1&b=%20");
     QCOMPARE(answer.body, heartbeatBody);
-    QVERIFY(m_services->requests().last().target.startsWith("/org/heartbeat?a=1&b=%20&"));
+    QVERIFY(m_services->log().requests().last().target.startsWith("/org/heartbeat?a=1&b=%20&"));
 }
 
 void TestServicesFaults::endlessRedirect_doesNotEnd()
 {
     m_services->addFault(rule(Fault::EndlessRedirect));
     QCOMPARE(Client().get(heartbeat() + "?x").error, QNetworkReply::TooManyRedirectsError);
-    QVERIFY(m_services->requests().size() > 10);
-    QCOMPARE(m_services->requests().last().target, QByteArray("/org/heartbeat?x"));
+    QVERIFY(m_services->log().requests().size() > 10);
+    QCOMPARE(m_services->log().requests().last().target, QByteArray("/org/heartbeat?x"));
 }
 
 void TestServicesFaults::loseSession_signsTheClientOut()
@@ -438,7 +439,7 @@ void TestServicesFaults::faults_areSafeFromSeveralThreads()
         m_services->addFault(rule(Fault::Stall));
         m_services->addFault(rule(Fault::Refuse));
         m_services->clearFaults();
-        m_services->clearRequests();
+        m_services->log().clear();
     }
     QCOMPARE(Client().get(heartbeat()).body, heartbeatBody);
     QCOMPARE(Client().get(login()).status, 200);

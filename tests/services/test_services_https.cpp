@@ -96,7 +96,7 @@ void TestServicesHttps::client_thatDoesNotTrustIt()
     Client client;
     client.setSslConfiguration(trusting(other.certificatePem()));
     QCOMPARE(client.get(m_services->signInUrl() + "/login").error, QNetworkReply::SslHandshakeFailedError);
-    QVERIFY(m_services->requests().isEmpty());
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestServicesHttps::client_thatSpeaksHttp()
@@ -105,7 +105,7 @@ void TestServicesHttps::client_thatSpeaksHttp()
     raw.send("GET /login HTTP/1.1\r\nHost: h\r\n\r\n");
     raw.readToEnd();
     QVERIFY(!raw.isConnected());
-    QVERIFY(m_services->requests().isEmpty());
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestServicesHttps::faults_strike()
@@ -118,9 +118,9 @@ void TestServicesHttps::faults_strike()
     m_services->clearFaults();
 
     m_services->addFault({Fault::Stall, {}, {}, 0, false});
-    m_services->clearRequests();
+    m_services->log().clear();
     QNetworkReply* reply = client.start("GET", heartbeat);
-    QTRY_COMPARE_WITH_TIMEOUT(m_services->requests().size(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_services->log().requests().size(), 1, patience);
     m_services->clearFaults();
     QCOMPARE(Client::finish(reply).status, 200);
 }

@@ -208,7 +208,7 @@ void TestServicesPackages::init()
     m_folder = std::make_unique<QTemporaryDir>();
     m_services = std::make_unique<Services>();
     QVERIFY(m_services->start());
-    m_services->addPackage("p.zip", m_content);
+    m_services->packages().add("p.zip", m_content);
 }
 
 void TestServicesPackages::cleanup()
@@ -225,7 +225,7 @@ void TestServicesPackages::package_fromMemory()
     QVERIFY(answer.has("Content-Type: application/octet-stream"));
     QVERIFY(answer.has("Accept-Ranges: bytes"));
     QCOMPARE(answer.body, m_content);
-    QCOMPARE(m_services->packageBytes("p.zip", 999998, 10), m_content.right(2));
+    QCOMPARE(m_services->packages().bytes("p.zip", 999998, 10), m_content.right(2));
 }
 
 void TestServicesPackages::package_fromAFile()
@@ -234,7 +234,7 @@ void TestServicesPackages::package_fromAFile()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(m_content);
     file.close();
-    m_services->addPackageFile("f.zip", file.fileName());
+    m_services->packages().addFile("f.zip", file.fileName());
     QCOMPARE(Client().get(m_services->packageUrl("f.zip")).body, m_content);
     QCOMPARE(m_services->packageRelease("f.zip", {}, {}).md5, QString(md5(m_content)));
 }
@@ -242,7 +242,7 @@ void TestServicesPackages::package_fromAFile()
 void TestServicesPackages::package_fromAFileIsReadAnew()
 {
     QFile file(m_folder->filePath("f"));
-    m_services->addPackageFile("f.zip", file.fileName());
+    m_services->packages().addFile("f.zip", file.fileName());
     for (const QByteArray& content : {QByteArray("first"), QByteArray("the second")}) {
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(content);
@@ -253,14 +253,14 @@ void TestServicesPackages::package_fromAFileIsReadAnew()
 
 void TestServicesPackages::package_fromAFileThatIsMissing()
 {
-    m_services->addPackageFile("f.zip", m_folder->filePath("missing"));
+    m_services->packages().addFile("f.zip", m_folder->filePath("missing"));
     QCOMPARE(Client().get(m_services->packageUrl("f.zip")).status, 404);
-    QCOMPARE(m_services->packageBytes("f.zip", 0, 1), QByteArray());
+    QCOMPARE(m_services->packages().bytes("f.zip", 0, 1), QByteArray());
 }
 
 void TestServicesPackages::package_isReplaced()
 {
-    m_services->addPackage("p.zip", "other");
+    m_services->packages().add("p.zip", "other");
     QCOMPARE(Client().get(url()).body, QByteArray("other"));
 }
 
@@ -274,7 +274,7 @@ void TestServicesPackages::package_hasAnyName_data()
 void TestServicesPackages::package_hasAnyName()
 {
     QFETCH(const QString, name);
-    m_services->addPackage(name, "content");
+    m_services->packages().add(name, "content");
     QCOMPARE(Client().get(m_services->packageUrl(name)).body, QByteArray("content"));
 }
 
@@ -308,7 +308,7 @@ void TestServicesPackages::package_overHttps()
     options.https = true;
     Services services(options);
     QVERIFY(services.start());
-    services.addPackage("p.zip", m_content);
+    services.packages().add("p.zip", m_content);
     QSslConfiguration trusting = QSslConfiguration::defaultConfiguration();
     trusting.setCaCertificates(QSslCertificate::fromData(services.certificatePem()));
     Client client;
@@ -320,14 +320,14 @@ void TestServicesPackages::package_overHttps()
 
 void TestServicesPackages::packages_areListed()
 {
-    m_services->addGeneratedPackage("a.zip", 1);
-    QCOMPARE(m_services->packages(), (QStringList{"NelvoEditor-1.0.1.zip", "a.zip", "p.zip"}));
+    m_services->packages().addGenerated("a.zip", 1);
+    QCOMPARE(m_services->packages().names(), (QStringList{"NelvoEditor-1.0.1.zip", "a.zip", "p.zip"}));
 }
 
 void TestServicesPackages::request_isLogged()
 {
     wire("Range: bytes=999999-\r\n");
-    const QVector<LoggedRequest> requests = m_services->requests();
+    const QVector<LoggedRequest> requests = m_services->log().requests();
     QCOMPARE(requests.size(), 1);
     QCOMPARE(requests[0].service, QByteArray("package"));
     QCOMPARE(requests[0].target, QByteArray("/packages/p.zip"));
@@ -336,24 +336,24 @@ void TestServicesPackages::request_isLogged()
 
 void TestServicesPackages::generated_isTheSameEveryTime()
 {
-    m_services->addGeneratedPackage("g.zip", 200000);
+    m_services->packages().addGenerated("g.zip", 200000);
     Services other;
-    other.addGeneratedPackage("another.zip", 300000);
-    const QByteArray bytes = m_services->packageBytes("g.zip", 0, 300000);
+    other.packages().addGenerated("another.zip", 300000);
+    const QByteArray bytes = m_services->packages().bytes("g.zip", 0, 300000);
     QCOMPARE(bytes.size(), 200000);
-    QCOMPARE(other.packageBytes("another.zip", 0, 200000), bytes);
+    QCOMPARE(other.packages().bytes("another.zip", 0, 200000), bytes);
     for (const int offset : {3, 65530, 65536, 65537, 131075})
-        QCOMPARE(other.packageBytes("another.zip", offset, 20), bytes.mid(offset, 20));
+        QCOMPARE(other.packages().bytes("another.zip", offset, 20), bytes.mid(offset, 20));
     QCOMPARE(m_services->packageRelease("g.zip", {}, {}).md5, QString(md5(bytes)));
 }
 
 void TestServicesPackages::generated_hasNoTwoBlocksAlike()
 {
     constexpr int blocks = 1000;
-    m_services->addGeneratedPackage("g.zip", blocks * qint64{blockSize});
+    m_services->packages().addGenerated("g.zip", blocks * qint64{blockSize});
     QSet<QByteArray> seen;
     for (int i = 0; i < blocks; ++i)
-        seen.insert(md5(m_services->packageBytes("g.zip", i * qint64{blockSize}, blockSize)));
+        seen.insert(md5(m_services->packages().bytes("g.zip", i * qint64{blockSize}, blockSize)));
     QCOMPARE(seen.size(), blocks);
 }
 
@@ -361,18 +361,18 @@ void TestServicesPackages::generated_isOfAnySize()
 {
     // No memory and no disk would hold it.
     constexpr qint64 size = qint64{1} << 60;
-    m_services->addGeneratedPackage("p.zip", size);
+    m_services->packages().addGenerated("p.zip", size);
     const WireAnswer answer(wire("Range: bytes=" + QByteArray::number(size - 100) + "-\r\n"));
     QVERIFY(answer.head.startsWith("HTTP/1.1 206 "));
     QVERIFY(answer.has("Content-Range: bytes 1152921504606846876-1152921504606846975/1152921504606846976"));
-    QCOMPARE(answer.body, m_services->packageBytes("p.zip", size - 100, 1000));
+    QCOMPARE(answer.body, m_services->packages().bytes("p.zip", size - 100, 1000));
     QCOMPARE(answer.body.size(), 100);
 }
 
 void TestServicesPackages::generated_isSentWhole()
 {
     constexpr int size = 10 * 1024 * 1024 + 17;
-    m_services->addGeneratedPackage("p.zip", size);
+    m_services->packages().addGenerated("p.zip", size);
     const QByteArray body = Client().get(url()).body;
     QCOMPARE(body.size(), size);
     QCOMPARE(QString(md5(body)), m_services->packageRelease("p.zip", {}, {}).md5);
@@ -430,7 +430,7 @@ void TestServicesPackages::range_ofAnotherKindIsIgnored()
 
 void TestServicesPackages::range_isIgnoredOnDemand()
 {
-    m_services->setPackageDelivery("p.zip", ignoringRange());
+    m_services->packages().setDelivery("p.zip", ignoringRange());
     for (const char* start : {"300001", "1000000"}) {
         const WireAnswer answer(wire("Range: bytes=" + QByteArray(start) + "-\r\n"));
         QVERIFY(answer.head.startsWith("HTTP/1.1 200 OK\r\n"));
@@ -441,7 +441,7 @@ void TestServicesPackages::range_isIgnoredOnDemand()
 
 void TestServicesPackages::range_ofAnEmptyPackage()
 {
-    m_services->addPackage("p.zip", QByteArray());
+    m_services->packages().add("p.zip", QByteArray());
     const WireAnswer whole(wire());
     QVERIFY(whole.head.startsWith("HTTP/1.1 200 OK\r\n"));
     QVERIFY(whole.has("Content-Length: 0"));
@@ -459,7 +459,7 @@ void TestServicesPackages::connection_isKeptAfterAPackage()
 
 void TestServicesPackages::cut_sendsTheFirstBytes()
 {
-    m_services->setPackageDelivery("p.zip", ending(End::Cut, 700001));
+    m_services->packages().setDelivery("p.zip", ending(End::Cut, 700001));
     const WireAnswer answer(wire());
     QVERIFY(answer.head.startsWith("HTTP/1.1 200 OK\r\n"));
     QVERIFY(answer.has("Content-Length: 1000000"));
@@ -471,7 +471,7 @@ void TestServicesPackages::cut_sendsTheFirstBytes()
 
 void TestServicesPackages::cut_countsTheAnswersBytes()
 {
-    m_services->setPackageDelivery("p.zip", ending(End::Cut, 10));
+    m_services->packages().setDelivery("p.zip", ending(End::Cut, 10));
     const WireAnswer answer(wire("Range: bytes=500000-\r\n"));
     QVERIFY(answer.has("Content-Length: 500000"));
     QCOMPARE(answer.body, m_content.mid(500000, 10));
@@ -479,7 +479,7 @@ void TestServicesPackages::cut_countsTheAnswersBytes()
 
 void TestServicesPackages::cut_atOnce()
 {
-    m_services->setPackageDelivery("p.zip", ending(End::Cut, 0));
+    m_services->packages().setDelivery("p.zip", ending(End::Cut, 0));
     const WireAnswer answer(wire());
     QVERIFY(answer.has("Content-Length: 1000000"));
     QCOMPARE(answer.body, QByteArray());
@@ -487,13 +487,13 @@ void TestServicesPackages::cut_atOnce()
 
 void TestServicesPackages::cut_behindTheEnd()
 {
-    m_services->setPackageDelivery("p.zip", ending(End::Cut, 2000000));
+    m_services->packages().setDelivery("p.zip", ending(End::Cut, 2000000));
     QCOMPARE(Client().get(url()).body, m_content);
 }
 
 void TestServicesPackages::reset_comesAfterTheFirstBytes()
 {
-    m_services->setPackageDelivery("p.zip", ending(End::Reset, 1000));
+    m_services->packages().setDelivery("p.zip", ending(End::Reset, 1000));
     std::size_t size = 0;
     QCOMPARE(endOf(url(), &size), make_error_code(boost::asio::error::connection_reset));
     QVERIFY(size <= 1000);
@@ -501,7 +501,7 @@ void TestServicesPackages::reset_comesAfterTheFirstBytes()
 
 void TestServicesPackages::stall_goesOnWhenReleased()
 {
-    m_services->setPackageDelivery("p.zip", once(ending(End::Stall, 1000)));
+    m_services->packages().setDelivery("p.zip", once(ending(End::Stall, 1000)));
     Client client;
     QNetworkReply* reply = start(client);
     QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
@@ -509,18 +509,18 @@ void TestServicesPackages::stall_goesOnWhenReleased()
     QCOMPARE(Client().get(url()).body, m_content);
     QCOMPARE(reply->bytesAvailable(), 1000);
     QVERIFY(!reply->isFinished());
-    m_services->setPackageDelivery("p.zip", {});
+    m_services->packages().setDelivery("p.zip", {});
     QCOMPARE(Client::finish(reply).body, m_content);
 }
 
 void TestServicesPackages::stall_keepsOtherPackagesGoing()
 {
-    m_services->setPackageDelivery("p.zip", ending(End::Stall, 1000));
+    m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
     QNetworkReply* reply = start(client);
     QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
-    m_services->addPackage("q.zip", "content");
-    m_services->setPackageDelivery("q.zip", {});
+    m_services->packages().add("q.zip", "content");
+    m_services->packages().setDelivery("q.zip", {});
     QCOMPARE(Client().get(m_services->packageUrl("q.zip")).body, QByteArray("content"));
     m_services->clearFaults();
     QCOMPARE(Client().get(m_services->packageUrl("q.zip")).body, QByteArray("content"));
@@ -530,7 +530,7 @@ void TestServicesPackages::stall_keepsOtherPackagesGoing()
 
 void TestServicesPackages::stall_endsWithStop()
 {
-    m_services->setPackageDelivery("p.zip", ending(End::Stall, 1000));
+    m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
     QNetworkReply* reply = start(client);
     QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
@@ -540,7 +540,7 @@ void TestServicesPackages::stall_endsWithStop()
 
 void TestServicesPackages::stall_endsWithRefuse()
 {
-    m_services->setPackageDelivery("p.zip", ending(End::Stall, 1000));
+    m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
     QNetworkReply* reply = start(client);
     QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
@@ -550,8 +550,8 @@ void TestServicesPackages::stall_endsWithRefuse()
 
 void TestServicesPackages::pace_spreadsThePackage()
 {
-    m_services->addPackage("p.zip", m_content.left(1000));
-    m_services->setPackageDelivery("p.zip", paced(100, 30));
+    m_services->packages().add("p.zip", m_content.left(1000));
+    m_services->packages().setDelivery("p.zip", paced(100, 30));
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(Client().get(url()).body, m_content.left(1000));
@@ -560,7 +560,7 @@ void TestServicesPackages::pace_spreadsThePackage()
 
 void TestServicesPackages::pace_endsWithStop()
 {
-    m_services->setPackageDelivery("p.zip", paced(1000, 60 * 60 * 1000));
+    m_services->packages().setDelivery("p.zip", paced(1000, 60 * 60 * 1000));
     Client client;
     QNetworkReply* reply = start(client);
     QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
@@ -570,7 +570,7 @@ void TestServicesPackages::pace_endsWithStop()
 
 void TestServicesPackages::length_thatIsTooLarge()
 {
-    m_services->setPackageDelivery("p.zip", announcing(1000001));
+    m_services->packages().setDelivery("p.zip", announcing(1000001));
     RawConnection raw(url());
     raw.send(requestFor(url()));
     const WireAnswer answer(raw.readToEnd());
@@ -580,7 +580,7 @@ void TestServicesPackages::length_thatIsTooLarge()
 
 void TestServicesPackages::length_thatIsTooSmall()
 {
-    m_services->setPackageDelivery("p.zip", announcing(999999));
+    m_services->packages().setDelivery("p.zip", announcing(999999));
     RawConnection raw(url());
     raw.send(requestFor(url()));
     const WireAnswer answer(raw.readToEnd());
@@ -591,15 +591,15 @@ void TestServicesPackages::length_thatIsTooSmall()
 
 void TestServicesPackages::delivery_once()
 {
-    m_services->setPackageDelivery("p.zip", once(ending(End::Cut, 10)));
+    m_services->packages().setDelivery("p.zip", once(ending(End::Cut, 10)));
     QCOMPARE(WireAnswer(wire()).body, m_content.left(10));
     QCOMPARE(WireAnswer(wire()).body, m_content);
 }
 
 void TestServicesPackages::delivery_ofOnePackage()
 {
-    m_services->addPackage("q.zip", "content");
-    m_services->setPackageDelivery("p.zip", ending(End::Cut, 0));
+    m_services->packages().add("q.zip", "content");
+    m_services->packages().setDelivery("p.zip", ending(End::Cut, 0));
     QCOMPARE(Client().get(m_services->packageUrl("q.zip")).body, QByteArray("content"));
 }
 
@@ -616,7 +616,7 @@ void TestServicesPackages::faults_strike()
     m_services->addFault({Fault::Stall, "/packages/p.zip", {}, 0, false});
     Client client;
     QNetworkReply* stalled = start(client);
-    QVERIFY(QTest::qWaitFor([this] { return m_services->requests().size() == 4; }, patience));
+    QVERIFY(QTest::qWaitFor([this] { return m_services->log().requests().size() == 4; }, patience));
     m_services->clearFaults();
     QCOMPARE(Client::finish(stalled).body, m_content);
 }
@@ -662,7 +662,7 @@ void TestServicesPackages::control_addsAFile()
 void TestServicesPackages::control_addsAGeneratedPackage()
 {
     QCOMPARE(control("/packages?name=g.zip&size=5000000000").status, 200);
-    QCOMPARE(m_services->packageBytes("g.zip", 4999999990, 100).size(), 10);
+    QCOMPARE(m_services->packages().bytes("g.zip", 4999999990, 100).size(), 10);
 }
 
 void TestServicesPackages::control_refusesAPackage_data()
@@ -686,7 +686,7 @@ void TestServicesPackages::control_refusesAPackage()
     const Answer answer = control("/packages" + parameters);
     QCOMPARE(answer.status, 400);
     QVERIFY2(answer.body.contains(complaint), answer.body.constData());
-    QCOMPARE(m_services->packages().size(), 2);
+    QCOMPARE(m_services->packages().names().size(), 2);
 }
 
 void TestServicesPackages::control_setsTheDelivery()

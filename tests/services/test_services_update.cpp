@@ -93,7 +93,7 @@ private:
     }
     QJsonObject latestData(const QString& productId) const
     {
-        return object(findLatest(productId, m_services->updateToken())).value("data").toObject();
+        return object(findLatest(productId, m_services->updates().token())).value("data").toObject();
     }
     Answer control(const QString& path) const { return Client().post(m_services->controlUrl() + path, {}); }
     void startWith(const QByteArray& seed);
@@ -130,7 +130,7 @@ void TestServicesUpdate::startWith(const QByteArray& seed)
 
 void TestServicesUpdate::findLatest_tellsTheSeedsRelease()
 {
-    QCOMPARE(m_services->updateToken(), QString("nelvo-update-token"));
+    QCOMPARE(m_services->updates().token(), QString("nelvo-update-token"));
     const Answer answer = findLatest("nelvo-editor", "nelvo-update-token");
     QCOMPARE(answer.status, 200);
     QCOMPARE(answer.contentType, QByteArray("application/json;charset=UTF-8"));
@@ -208,7 +208,7 @@ void TestServicesUpdate::findLatest_isAPost()
 void TestServicesUpdate::request_isLoggedAsReceived()
 {
     findLatest("nelvo-editor", "a%20b");
-    const QVector<LoggedRequest> requests = m_services->requests();
+    const QVector<LoggedRequest> requests = m_services->log().requests();
     QCOMPARE(requests.size(), 1);
     QCOMPARE(requests[0].service, QByteArray("update"));
     QCOMPARE(requests[0].method, QByteArray("POST"));
@@ -219,7 +219,8 @@ void TestServicesUpdate::request_isLoggedAsReceived()
 
 void TestServicesUpdate::release_isReplaced()
 {
-    m_services->setRelease("nelvo-editor", {"2.3.4", "新", "ABC", qint64{1} << 40, "http://h/p.zip?x=1"});
+    m_services->updates().setRelease("nelvo-editor",
+                                     {"2.3.4", "新", "ABC", qint64{1} << 40, "http://h/p.zip?x=1"});
     const QJsonObject expected = {{"pVersion", "2.3.4"},
                                   {"remarks", "新"},
                                   {"fullMd5", "ABC"},
@@ -230,21 +231,22 @@ void TestServicesUpdate::release_isReplaced()
 
 void TestServicesUpdate::release_ofAnotherProductIsAdded()
 {
-    m_services->setRelease("a b", {"9", {}, {}, 0, {}});
+    m_services->updates().setRelease("a b", {"9", {}, {}, 0, {}});
     QCOMPARE(latestData("a%20b").value("pVersion").toString(), QString("9"));
     QCOMPARE(latestData("nelvo-editor").value("pVersion").toString(), QString("1.0.1"));
-    QCOMPARE(m_services->releases().keys(), (QStringList{"a b", "nelvo-editor"}));
+    QCOMPARE(m_services->updates().releases().keys(), (QStringList{"a b", "nelvo-editor"}));
 }
 
 void TestServicesUpdate::release_liesOnThePackageServer()
 {
-    m_services->setRelease("nelvo-editor", {"2", {}, {}, 0, "/packages/p.zip"});
-    QCOMPARE(m_services->releases().value("nelvo-editor").path, m_services->packageUrl() + "/packages/p.zip");
+    m_services->updates().setRelease("nelvo-editor", {"2", {}, {}, 0, "/packages/p.zip"});
+    QCOMPARE(m_services->updates().releases().value("nelvo-editor").path,
+             m_services->packageUrl() + "/packages/p.zip");
 }
 
 void TestServicesUpdate::release_ofAPackage()
 {
-    m_services->addPackage("p.zip", "content");
+    m_services->packages().add("p.zip", "content");
     const Release release = m_services->packageRelease("p.zip", "1.5", "notes");
     QCOMPARE(release.version, QString("1.5"));
     QCOMPARE(release.remarks, QString("notes"));
@@ -263,10 +265,10 @@ void TestServicesUpdate::release_ofAnUnknownPackage()
 
 void TestServicesUpdate::release_comesBackWithTheSeed()
 {
-    m_services->setRelease("nelvo-editor", {"2", {}, {}, 0, {}});
-    m_services->setRelease("other", {"2", {}, {}, 0, {}});
+    m_services->updates().setRelease("nelvo-editor", {"2", {}, {}, 0, {}});
+    m_services->updates().setRelease("other", {"2", {}, {}, 0, {}});
     m_services->resetState();
-    QCOMPARE(m_services->releases().keys(), QStringList("nelvo-editor"));
+    QCOMPARE(m_services->updates().releases().keys(), QStringList("nelvo-editor"));
     QCOMPARE(latestData("nelvo-editor").value("pVersion").toString(), QString("1.0.1"));
 }
 
@@ -281,7 +283,7 @@ void TestServicesUpdate::faults_strike()
     m_services->addFault({Fault::Stall, findLatestPath, {}, 0, false});
     Client client;
     QNetworkReply* stalled = client.start("POST", latest("nelvo-editor", "nelvo-update-token"), "{}");
-    QVERIFY(QTest::qWaitFor([this] { return m_services->requests().size() == 4; }, patience));
+    QVERIFY(QTest::qWaitFor([this] { return m_services->log().requests().size() == 4; }, patience));
     QVERIFY(!stalled->isFinished());
     m_services->clearFaults();
     QCOMPARE(object(Client::finish(stalled)).value("code"), QJsonValue(200));
@@ -316,7 +318,7 @@ void TestServicesUpdate::seed_ofOnesOwn()
     startWith(seedWithRelease(
         R"({"productId": "a", "version": "1", "remarks": "r", "path": "/x.zip", "md5": "m", "size": 5000000000},
            {"productId": "b", "version": "2", "remarks": "r", "package": "p.zip", "files": {"目录/文": "t"}})"));
-    QCOMPARE(m_services->updateToken(), QString("t"));
+    QCOMPARE(m_services->updates().token(), QString("t"));
     const QJsonObject expected = {{"pVersion", "1"},
                                   {"remarks", "r"},
                                   {"fullMd5", "m"},
@@ -330,11 +332,11 @@ void TestServicesUpdate::seed_ofOnesOwn()
 void TestServicesUpdate::seed_withoutUpdates()
 {
     startWith(R"({"accounts": [], "enterprises": []})");
-    QCOMPARE(m_services->updateToken(), QString());
-    QVERIFY(m_services->releases().isEmpty());
-    QVERIFY(m_services->packages().isEmpty());
+    QCOMPARE(m_services->updates().token(), QString());
+    QVERIFY(m_services->updates().releases().isEmpty());
+    QVERIFY(m_services->packages().names().isEmpty());
     // A product that is released all the same can't be asked for.
-    m_services->setRelease("a", {"1", {}, {}, 0, {}});
+    m_services->updates().setRelease("a", {"1", {}, {}, 0, {}});
     QCOMPARE(object(findLatest("a", "")).value("code"), QJsonValue(401));
 }
 
@@ -385,12 +387,12 @@ void TestServicesUpdate::seed_isChecked()
 
 void TestServicesUpdate::control_listsTheReleases()
 {
-    m_services->setRelease("nelvo-editor", {"2", "r", "m", 3, "http://h/p"});
+    m_services->updates().setRelease("nelvo-editor", {"2", "r", "m", 3, "http://h/p"});
     const QJsonObject expected = {
         {"nelvo-editor",
          QJsonObject{{"version", "2"}, {"remarks", "r"}, {"md5", "m"}, {"size", 3}, {"path", "http://h/p"}}}};
     QCOMPARE(object(Client().get(m_services->controlUrl() + "/releases")), expected);
-    QVERIFY(m_services->requests().isEmpty());
+    QVERIFY(m_services->log().requests().isEmpty());
 }
 
 void TestServicesUpdate::control_setsARelease()
@@ -398,7 +400,7 @@ void TestServicesUpdate::control_setsARelease()
     const Answer answer = control("/releases?productId=p&version=3.1&remarks=a%0Ab&md5=m&size=5000000000"
                                   "&path=http%3A%2F%2Fh%2Fx%3Fy%3D1");
     QCOMPARE(answer.status, 200);
-    const Release release = m_services->releases().value("p");
+    const Release release = m_services->updates().releases().value("p");
     QCOMPARE(release.version, QString("3.1"));
     QCOMPARE(release.remarks, QString("a\nb"));
     QCOMPARE(release.md5, QString("m"));
@@ -408,9 +410,9 @@ void TestServicesUpdate::control_setsARelease()
 
 void TestServicesUpdate::control_setsTheReleaseOfAPackage()
 {
-    m_services->addPackage("包.zip", "content");
+    m_services->packages().add("包.zip", "content");
     QCOMPARE(control("/releases?productId=p&version=2&package=%E5%8C%85.zip").status, 200);
-    const Release release = m_services->releases().value("p");
+    const Release release = m_services->updates().releases().value("p");
     QCOMPARE(release.md5, QString("9a0364b9e99bb480dd25e1f0284c8555"));
     QCOMPARE(release.size, 7);
     QCOMPARE(Client().get(release.path).body, QByteArray("content"));
@@ -418,9 +420,9 @@ void TestServicesUpdate::control_setsTheReleaseOfAPackage()
 
 void TestServicesUpdate::control_setsAReleaseThatLies()
 {
-    m_services->addPackage("p.zip", "content");
+    m_services->packages().add("p.zip", "content");
     QCOMPARE(control("/releases?productId=p&version=2&package=p.zip&md5=wrong&size=1").status, 200);
-    const Release release = m_services->releases().value("p");
+    const Release release = m_services->updates().releases().value("p");
     QCOMPARE(release.md5, QString("wrong"));
     QCOMPARE(release.size, 1);
     QCOMPARE(release.path, m_services->packageUrl("p.zip"));
@@ -448,7 +450,7 @@ void TestServicesUpdate::control_refusesARelease()
     const Answer answer = control("/releases" + parameters);
     QCOMPARE(answer.status, 400);
     QVERIFY2(answer.body.contains(complaint), answer.body.constData());
-    QCOMPARE(m_services->releases().keys(), QStringList("nelvo-editor"));
+    QCOMPARE(m_services->updates().releases().keys(), QStringList("nelvo-editor"));
 }
 
 QTEST_GUILESS_MAIN(TestServicesUpdate)

@@ -21,16 +21,16 @@ void ReleaseServer::reset()
     archive.add("updateConfig.json", R"({"version": "9.9"})");
     archive.add("qml/Main.qml", "Item {}");
     offer(archive.bytes());
-    m_services.clearRequests();
+    m_services.log().clear();
 }
 
 void ReleaseServer::offer(const QByteArray& package, const QString& version)
 {
     m_package = package;
-    m_services.addPackage(PackageName, package);
+    m_services.packages().add(PackageName, package);
     deliver();
-    m_services.setRelease(Product,
-                          m_services.packageRelease(PackageName, version, QStringLiteral("first\nsecond")));
+    m_services.updates().setRelease(
+        Product, m_services.packageRelease(PackageName, version, QStringLiteral("first\nsecond")));
 }
 
 QString ReleaseServer::md5() const
@@ -43,23 +43,23 @@ void ReleaseServer::stallAfter(qint64 bytes)
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
     stalled.endAfter = bytes;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
 }
 
 void ReleaseServer::deliver()
 {
-    m_services.setPackageDelivery(PackageName, {});
+    m_services.packages().setDelivery(PackageName, {});
 }
 
 QStringList ReleaseServer::arguments(const QString& step) const
 {
-    return {step, m_services.updateUrl(), m_services.updateToken(), Product};
+    return {step, m_services.updateUrl(), m_services.updates().token(), Product};
 }
 
 QByteArrayList ReleaseServer::ranges() const
 {
     QByteArrayList found;
-    const QVector<LoggedRequest> all = m_services.requests();
+    const QVector<LoggedRequest> all = m_services.log().requests();
     for (const LoggedRequest& request : all) {
         if (request.method == "GET")
             found.append(request.header("Range"));

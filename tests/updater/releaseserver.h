@@ -29,7 +29,7 @@ public:
     QStringList arguments(const QString& step) const;
     //! The ranges of the package that were asked for.
     QByteArrayList ranges() const;
-    void clearRequests() { m_services.clearRequests(); }
+    void clearRequests() { m_services.log().clear(); }
 
 private:
     NelvoDevkit::Services m_services;

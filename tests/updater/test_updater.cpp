@@ -23,8 +23,8 @@
 
 #include <memory>
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Fault;
+using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::PackageDelivery;
 using NelvoDevkit::Release;
@@ -78,7 +78,7 @@ QString md5Of(const QByteArray& bytes)
     return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex());
 }
 
-CannedReply json(const QByteArray& body)
+HttpReply json(const QByteArray& body)
 {
     return {200, "application/json", body, {}};
 }
@@ -207,10 +207,10 @@ void TestUpdater::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.clearRequests();
-    m_services.addPackage(PackageName, m_package);
-    m_services.setPackageDelivery(PackageName, {});
-    m_services.setRelease(Product, release());
+    m_services.log().clear();
+    m_services.packages().add(PackageName, m_package);
+    m_services.packages().setDelivery(PackageName, {});
+    m_services.updates().setRelease(Product, release());
     m_config = std::make_unique<ApplicationFile>(QStringLiteral("updateConfig.json"));
     m_config->write(R"({"version": "1.0.0", "other": true})");
     m_state = std::make_unique<ApplicationFile>(QStringLiteral("NelvoUpdateState.dat"));
@@ -238,7 +238,7 @@ Release TestUpdater::release(const QString& version) const
 
 void TestUpdater::check(CUpdater& updater) const
 {
-    updater.checkVersion(m_services.updateUrl(), m_services.updateToken(), Product);
+    updater.checkVersion(m_services.updateUrl(), m_services.updates().token(), Product);
 }
 
 //! Makes the service answer with `data`.
@@ -279,7 +279,7 @@ void TestUpdater::writePackage(const QByteArray& content, const QString& name) c
 QVector<LoggedRequest> TestUpdater::transfers() const
 {
     QVector<LoggedRequest> found;
-    const QVector<LoggedRequest> all = m_services.requests();
+    const QVector<LoggedRequest> all = m_services.log().requests();
     std::copy_if(all.begin(), all.end(), std::back_inserter(found),
                  [](const LoggedRequest& request) { return request.method == "GET"; });
     return found;
@@ -387,7 +387,7 @@ void TestUpdater::withoutAnySourceTheVersionIsEmpty()
     CUpdater updater;
     QCOMPARE(updater.localVersion(), QString());
     Events events(updater);
-    m_services.setRelease(Product, release(QStringLiteral("0")));
+    m_services.updates().setRelease(Product, release(QStringLiteral("0")));
     check(updater);
     QCOMPARE(events.take().constLast(), QStringLiteral("needUpdate true"));
 }
@@ -445,7 +445,7 @@ void TestUpdater::checkPostsAnEmptyObject()
 {
     CUpdater updater;
     updater.checkVersion(m_services.updateUrl(), QStringLiteral("token-1"), QStringLiteral("product-1"));
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     QCOMPARE(requests.size(), 1);
     QCOMPARE(requests[0].method, QByteArray("POST"));
     QCOMPARE(requests[0].target,
@@ -486,7 +486,7 @@ void TestUpdater::whatCountsAsNewer()
     QFETCH(const QString, offered);
     QFETCH(const bool, newer);
     m_config->write(QJsonDocument(QJsonObject{{"version", local}}).toJson());
-    m_services.setRelease(Product, release(offered));
+    m_services.updates().setRelease(Product, release(offered));
     CUpdater updater;
     Events events(updater);
     check(updater);
@@ -499,7 +499,7 @@ void TestUpdater::whatCountsAsNewer()
 
 void TestUpdater::olderReleaseFillsTheFieldsInSilence()
 {
-    m_services.setRelease(Product, release(QStringLiteral("0.9")));
+    m_services.updates().setRelease(Product, release(QStringLiteral("0.9")));
     CUpdater updater;
     Events events(updater);
     check(updater);
@@ -555,7 +555,7 @@ void TestUpdater::failedCheckLeavesTheFields()
     Events events(updater);
     updater.checkVersion(m_services.updateUrl(), QStringLiteral("wrong token"), Product);
     QCOMPARE(events.take(), QStringList{"needUpdate false"});
-    updater.checkVersion(m_services.updateUrl(), m_services.updateToken(), QStringLiteral("unknown"));
+    updater.checkVersion(m_services.updateUrl(), m_services.updates().token(), QStringLiteral("unknown"));
     QCOMPARE(events.take(), QStringList{"needUpdate false"});
     QCOMPARE(updater.latestVersion(), QStringLiteral("1.0.1"));
     QCOMPARE(updater.changeLog(), QStringLiteral("first<br/>second"));
@@ -606,7 +606,7 @@ void TestUpdater::checkLeavesTheStateFile()
 void TestUpdater::checkRunsAgainAfterAFailure()
 {
     CUpdater updater;
-    updater.checkVersion(QStringLiteral("http://127.0.0.1:1"), m_services.updateToken(), Product);
+    updater.checkVersion(QStringLiteral("http://127.0.0.1:1"), m_services.updates().token(), Product);
     Events events(updater);
     check(updater);
     QCOMPARE(events.take().constLast(), QStringLiteral("needUpdate true"));
@@ -714,7 +714,7 @@ void TestUpdater::letterCaseOfTheChecksumDoesNotMatter()
 {
     Release upper = release();
     upper.md5 = upper.md5.toUpper();
-    m_services.setRelease(Product, upper);
+    m_services.updates().setRelease(Product, upper);
     writeState(1, md5Of(m_package));
     writePackage(m_package.left(100000));
     CUpdater updater;
@@ -725,7 +725,7 @@ void TestUpdater::letterCaseOfTheChecksumDoesNotMatter()
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=100000-"));
     QCOMPARE(state().value("fullMd5").toString(), upper.md5);
     // The other way round, and with the package complete.
-    m_services.setRelease(Product, release());
+    m_services.updates().setRelease(Product, release());
     check(updater);
     writeState(2, md5Of(m_package).toUpper());
     updater.download();
@@ -745,7 +745,7 @@ void TestUpdater::emptyPackageFileIsContinued()
     QFETCH(const qint64, size);
     Release offered = release();
     offered.size = size;
-    m_services.setRelease(Product, offered);
+    m_services.updates().setRelease(Product, offered);
     writeState(1, md5Of(m_package));
     writePackage({});
     CUpdater updater;
@@ -776,7 +776,7 @@ void TestUpdater::sizeBeyond32BitsReadsAsZeroAndNeverContinues()
 {
     Release large = release();
     large.size = Q_INT64_C(1) << 31;
-    m_services.setRelease(Product, large);
+    m_services.updates().setRelease(Product, large);
     writeState(1, md5Of(m_package));
     writePackage(m_package.left(100000));
     CUpdater updater;
@@ -934,7 +934,7 @@ void TestUpdater::secondDownloadIsRefused()
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
     stalled.endAfter = 1000;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     CUpdater updater;
     check(updater);
     Events events(updater);
@@ -948,7 +948,7 @@ void TestUpdater::secondDownloadIsRefused()
     QCOMPARE(updateTrace(*m_log), QStringList{"> " + refusal});
     QCOMPARE(state().value("updateState").toInt(), 1);
     // The first one isn't disturbed.
-    m_services.setPackageDelivery(PackageName, {});
+    m_services.packages().setDelivery(PackageName, {});
     QTRY_COMPARE(events.all(), QStringList{"finished NelvoEditor.zip"});
     QCOMPARE(packageOnDisk(), m_package);
 }
@@ -958,11 +958,11 @@ void TestUpdater::secondDownloadWithoutASizeSpoilsTheFirst()
 {
     Release sizeless = release();
     sizeless.size = 0;
-    m_services.setRelease(Product, sizeless);
+    m_services.updates().setRelease(Product, sizeless);
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
     stalled.endAfter = 1000;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     CUpdater updater;
     check(updater);
     m_log->clear();
@@ -970,7 +970,7 @@ void TestUpdater::secondDownloadWithoutASizeSpoilsTheFirst()
     QTRY_COMPARE(packageOnDisk().size(), 1000);
     updater.download();
     QVERIFY(!QFile::exists(updatePath()));
-    m_services.setPackageDelivery(PackageName, {});
+    m_services.packages().setDelivery(PackageName, {});
     QTRY_COMPARE(updateTrace(*m_log), (QStringList{"> download already exist: " + updatePath(),
                                                    "> 下载完成，校验MD5", "> 校验失败", "> 重试"}));
     QVERIFY(!QFile::exists(updatePath()));
@@ -980,7 +980,7 @@ void TestUpdater::wrongChecksumIsNotToldAndNotRetried()
 {
     Release wrong = release();
     wrong.md5 = md5Of("something else");
-    m_services.setRelease(Product, wrong);
+    m_services.updates().setRelease(Product, wrong);
     CUpdater updater;
     check(updater);
     m_log->clear();
@@ -991,7 +991,7 @@ void TestUpdater::wrongChecksumIsNotToldAndNotRetried()
     QVERIFY(!QFile::exists(updatePath()));
     QCOMPARE(events.take(), QStringList{"started NelvoEditor.zip 300000"});
     QCOMPARE(state().value("updateState").toInt(), 1);
-    m_services.setRelease(Product, release());
+    m_services.updates().setRelease(Product, release());
     check(updater);
     const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
     updater.download();
@@ -1003,7 +1003,7 @@ void TestUpdater::failedTransferIsToldTwiceAndNotRetried()
 {
     Release missing = release();
     missing.path = m_services.packageUrl() + QStringLiteral("/missing.zip");
-    m_services.setRelease(Product, missing);
+    m_services.updates().setRelease(Product, missing);
     CUpdater updater;
     check(updater);
     m_log->clear();
@@ -1016,7 +1016,7 @@ void TestUpdater::failedTransferIsToldTwiceAndNotRetried()
     const QString told = "info " + failed.mid(2);
     QCOMPARE(events.take(), (QStringList{"started missing.zip 300000", told, told}));
     QCOMPARE(state().value("updateState").toInt(), 1);
-    m_services.setRelease(Product, release());
+    m_services.updates().setRelease(Product, release());
     check(updater);
     const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
     updater.download();
@@ -1028,7 +1028,7 @@ void TestUpdater::serverThatIgnoresTheRangeIsCaughtByTheChecksum()
 {
     PackageDelivery whole;
     whole.ignoresRange = true;
-    m_services.setPackageDelivery(PackageName, whole);
+    m_services.packages().setDelivery(PackageName, whole);
     writeState(1, md5Of(m_package));
     writePackage(m_package.left(100000));
     CUpdater updater;
@@ -1047,7 +1047,7 @@ void TestUpdater::retriesOfTheCheckEnd()
 {
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     CUpdater updater;
     check(updater);
     updater.download();
@@ -1073,7 +1073,7 @@ void TestUpdater::retriesOfTheTransferEnd()
 {
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     CUpdater updater;
     check(updater);
     updater.download();
@@ -1105,7 +1105,7 @@ void TestUpdater::bothKindsOfRetryShareTheLimit()
 {
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     CUpdater updater;
     check(updater);
     updater.download();
@@ -1127,7 +1127,7 @@ void TestUpdater::downloadStartsTheRetriesAnew()
 {
     PackageDelivery stalled;
     stalled.end = PackageDelivery::End::Stall;
-    m_services.setPackageDelivery(PackageName, stalled);
+    m_services.packages().setDelivery(PackageName, stalled);
     CUpdater updater;
     check(updater);
     updater.download();

@@ -22,8 +22,8 @@
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Fault;
+using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using TestSupport::MessageLog;
 
@@ -106,23 +106,23 @@ void TestWebClient::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.clearRequests();
+    m_services.log().clear();
     sharedCookieJar()->setAllCookies({});
     for (const char* method : {"GET", "POST", "PUT"})
-        m_services.setReply(method, Path, CannedReply{200, "text/plain", "body", {}});
+        m_services.setReply(method, Path, HttpReply{200, "text/plain", "body", {}});
 }
 
 QByteArrayList TestWebClient::headerLines(const LoggedRequest& request) const
 {
     QByteArrayList lines;
-    for (const LoggedRequest::Header& header : request.headers)
+    for (const NelvoDevkit::HttpHeader& header : request.headers)
         lines.append(header.name + ": " + header.value);
     return lines;
 }
 
 LoggedRequest TestWebClient::onlyRequest() const
 {
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     return requests.size() == 1 ? requests.first() : LoggedRequest{};
 }
 
@@ -187,7 +187,7 @@ void TestWebClient::urlIsPlainConcatenation()
     QVERIFY(httpGet(sharedNetworkManager(), m_url + QLatin1Char('/'), Path, look, accept));
     QCOMPARE(url.toString(), m_url + QStringLiteral("//some/resource"));
 
-    m_services.clearRequests();
+    m_services.log().clear();
     QVERIFY(get(Path + QStringLiteral("?name=a b"), accept));
     QCOMPARE(onlyRequest().target, QByteArray("/some/resource?name=a%20b"));
 }
@@ -203,10 +203,10 @@ void TestWebClient::prepareTouchesTheRequestLast()
     QVERIFY(httpPut(sharedNetworkManager(), m_url, Path, "x", prepare, accept));
     QVERIFY(httpGet(sharedNetworkManager(), m_url, Path, prepare, accept));
     QJsonObject ignored;
-    m_services.setReply("GET", Path, CannedReply{200, "application/json", "{}", {}});
+    m_services.setReply("GET", Path, HttpReply{200, "application/json", "{}", {}});
     QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, prepare, ignored));
     QCOMPARE(calls, 4);
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     QCOMPARE(requests.size(), 4);
     for (const LoggedRequest& request : requests)
         QCOMPARE(request.header("content-type"), QByteArray("text/prepared"));
@@ -249,7 +249,7 @@ void TestWebClient::getWithEmptyHandlerSendsAndGivesFalse()
 {
     MessageLog log;
     QVERIFY(!get(Path, {}));
-    QCOMPARE(m_services.requests().size(), 1);
+    QCOMPARE(m_services.log().requests().size(), 1);
     QVERIFY(log.entries().isEmpty());
 }
 
@@ -368,7 +368,7 @@ void TestWebClient::localAddressGivesFalse()
 
 void TestWebClient::jsonObject()
 {
-    m_services.setReply("GET", Path, CannedReply{200, "application/json", R"({"code":7})", {}});
+    m_services.setReply("GET", Path, HttpReply{200, "application/json", R"({"code":7})", {}});
     QJsonObject result{{QStringLiteral("old"), 1}};
     QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, result));
     QCOMPARE(result, (QJsonObject{{QStringLiteral("code"), 7}}));
@@ -376,7 +376,7 @@ void TestWebClient::jsonObject()
 
 void TestWebClient::jsonArray()
 {
-    m_services.setReply("GET", Path, CannedReply{200, "application/json", "[1,2]", {}});
+    m_services.setReply("GET", Path, HttpReply{200, "application/json", "[1,2]", {}});
     QJsonArray result{0};
     QVERIFY(httpGetJsonArray(sharedNetworkManager(), m_url, Path, result));
     QCOMPARE(result, (QJsonArray{1, 2}));
@@ -385,12 +385,12 @@ void TestWebClient::jsonArray()
 void TestWebClient::jsonOfTheOtherKindIsEmpty()
 {
     MessageLog log;
-    m_services.setReply("GET", Path, CannedReply{200, "application/json", "[1]", {}});
+    m_services.setReply("GET", Path, HttpReply{200, "application/json", "[1]", {}});
     QJsonObject object{{QStringLiteral("old"), 1}};
     QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, object));
     QVERIFY(object.isEmpty());
 
-    m_services.setReply("GET", Path, CannedReply{200, "application/json", R"({"a":1})", {}});
+    m_services.setReply("GET", Path, HttpReply{200, "application/json", R"({"a":1})", {}});
     QJsonArray array{0};
     QVERIFY(httpGetJsonArray(sharedNetworkManager(), m_url, Path, array));
     QVERIFY(array.isEmpty());
@@ -415,7 +415,7 @@ void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched()
     QFETCH(QByteArray, body);
     QFETCH(QString, reason);
     m_services.setReply("GET", Path,
-                        CannedReply{200, "application/json", body, {{"Content-Encoding", "deflate"}}});
+                        HttpReply{200, "application/json", body, {{"Content-Encoding", "deflate"}}});
 
     MessageLog log;
     QJsonObject object{{QStringLiteral("old"), 1}};
@@ -432,7 +432,7 @@ void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched()
 
 void TestWebClient::failedJsonCallLeavesTheOutputUntouched()
 {
-    m_services.setReply("GET", Path, CannedReply{503, "application/json", "[{}]", {}});
+    m_services.setReply("GET", Path, HttpReply{503, "application/json", "[{}]", {}});
     MessageLog log;
     QJsonObject object{{QStringLiteral("old"), 1}};
     const QJsonObject oldObject = object;
@@ -449,10 +449,10 @@ void TestWebClient::redirectIsFollowedAndItsCookiesAreKept()
     const auto first = QStringLiteral("/first");
     m_services.setReply(
         "GET", first,
-        CannedReply{302, "text/plain", {}, {{"Location", Path.toLatin1()}, {"Set-Cookie", "along=way"}}});
+        HttpReply{302, "text/plain", {}, {{"Location", Path.toLatin1()}, {"Set-Cookie", "along=way"}}});
     QVERIFY(get(first, [](const QByteArray& body) { return body == "body"; }));
-    QCOMPARE(m_services.requests().size(), 2);
-    QCOMPARE(m_services.requests().at(1).header("Cookie"), QByteArray("along=way"));
+    QCOMPARE(m_services.log().requests().size(), 2);
+    QCOMPARE(m_services.log().requests().at(1).header("Cookie"), QByteArray("along=way"));
     QCOMPARE(sharedCookieJar()->allCookies().size(), 1);
     QCOMPARE(sharedCookieJar()->allCookies().constFirst().name(), QByteArray("along"));
 }
@@ -562,7 +562,7 @@ void TestWebClient::ownerMayGoDuringACall()
     QVERIFY(log.entries().isEmpty());
     // What comes later finds nobody, and does no harm.
     m_services.clearFaults();
-    QTRY_COMPARE(m_services.requests().size(), 1);
+    QTRY_COMPARE(m_services.log().requests().size(), 1);
     QVERIFY(get(Path, accept));
     QVERIFY(log.entries().isEmpty());
 }
@@ -585,7 +585,7 @@ void TestWebClient::ownerThatStaysChangesNothing()
 {
     QObject owner;
     QVERIFY(httpGet(sharedNetworkManager(), m_url, Path, {}, accept, &owner));
-    m_services.setReply("GET", Path, CannedReply{200, "application/json", "{}", {}});
+    m_services.setReply("GET", Path, HttpReply{200, "application/json", "{}", {}});
     QJsonObject object;
     QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, object, &owner));
     QNetworkRequest request = buildRequest();
@@ -600,8 +600,7 @@ void TestWebClient::ownerThatStaysChangesNothing()
 void TestWebClient::anotherThreadHasAManagerOfItsOwn()
 {
     QNetworkAccessManager* const own = sharedNetworkManager();
-    m_services.setReply("GET", Path,
-                        CannedReply{200, "text/plain", "body", {{"Set-Cookie", "fromthread=1"}}});
+    m_services.setReply("GET", Path, HttpReply{200, "text/plain", "body", {{"Set-Cookie", "fromthread=1"}}});
     QVector<QThread*> finishedOn;
     const auto watch = connect(
         own, &QNetworkAccessManager::finished, own,
@@ -627,7 +626,7 @@ void TestWebClient::anotherThreadHasAManagerOfItsOwn()
     QVERIFY(log.entries().isEmpty());
     disconnect(watch);
     QVERIFY(get(Path, accept));
-    QVERIFY(m_services.requests().constLast().header("Cookie").contains("fromthread=1"));
+    QVERIFY(m_services.log().requests().constLast().header("Cookie").contains("fromthread=1"));
 }
 
 void TestWebClient::managerOfAThreadEndsWithIt()

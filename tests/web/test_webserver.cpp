@@ -18,8 +18,8 @@
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 
-using NelvoDevkit::CannedReply;
 using NelvoDevkit::Fault;
+using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using TestSupport::MessageLog;
 
@@ -78,7 +78,7 @@ private Q_SLOTS:
 private:
     bool findLatest(QJsonObject& reply, int timeoutMs = ample);
     LoggedRequest onlyRequest() const;
-    void answerWith(const CannedReply& reply) { m_services.setReply("POST", path, reply); }
+    void answerWith(const HttpReply& reply) { m_services.setReply("POST", path, reply); }
     int repliesAlive() const { return m_server->manager->findChildren<QNetworkReply*>().size(); }
 
     NelvoDevkit::Services m_services;
@@ -97,7 +97,7 @@ void TestWebServer::init()
 {
     m_services.clearFaults();
     m_services.clearReplies();
-    m_services.clearRequests();
+    m_services.log().clear();
     answerWith({200, "application/json", release, {}});
     m_server = std::make_unique<CWebServer>();
     m_server->setServerAddress(m_url);
@@ -111,7 +111,7 @@ bool TestWebServer::findLatest(QJsonObject& reply, int timeoutMs)
 
 LoggedRequest TestWebServer::onlyRequest() const
 {
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     return requests.size() == 1 ? requests.first() : LoggedRequest{};
 }
 
@@ -148,7 +148,7 @@ void TestWebServer::sendsItsOneHeaderAndTheNetworksOwn()
     QJsonObject reply;
     QVERIFY(findLatest(reply));
     QByteArrayList lines;
-    for (const LoggedRequest::Header& header : onlyRequest().headers)
+    for (const NelvoDevkit::HttpHeader& header : onlyRequest().headers)
         lines.append(header.name + ": " + header.value);
     QCOMPARE(lines, (QByteArrayList{
                         "Host: " + QUrl(m_url).authority().toLatin1(), "Content-type: application/json",
@@ -321,7 +321,7 @@ void TestWebServer::redirectIsNotFollowed()
     QJsonObject reply;
     QVERIFY(!findLatest(reply));
     QCOMPARE(reply, message(QStringLiteral("unknown fatal")));
-    const QVector<LoggedRequest> requests = m_services.requests();
+    const QVector<LoggedRequest> requests = m_services.log().requests();
     for (const LoggedRequest& request : requests)
         QCOMPARE(request.path(), path.toLatin1());
 }

@@ -126,7 +126,7 @@ int inPushOut(Arguments arguments, const Reaction& reaction)
         reaction();
     });
     E2e::plugin()->GetMessageMgr()->Attach(&observer);
-    services.pushOut(User);
+    services.editor().pushOut(User);
     QTimerEvent tick(0);
     QCoreApplication::sendEvent(dynamic_cast<QObject*>(projects), &tick);
     require(hasReacted, "the observer is called");

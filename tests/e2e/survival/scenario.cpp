@@ -52,7 +52,7 @@ WhenRequested::WhenRequested(const NelvoDevkit::Services& services, const QByteA
                              const QString& path, const Reaction& reaction)
 {
     const auto look = [this, &services, method, path, reaction] {
-        const QVector<NelvoDevkit::LoggedRequest> requests = services.requests();
+        const QVector<NelvoDevkit::LoggedRequest> requests = services.log().requests();
         for (const NelvoDevkit::LoggedRequest& request : requests) {
             if (request.method == method && request.path() == path.toUtf8()) {
                 m_timer.stop();

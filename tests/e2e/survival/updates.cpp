@@ -31,9 +31,10 @@ public:
         m_services.start();
         ZipArchive archive;
         archive.add("page.txt", QByteArray(100000, 'x'));
-        m_services.addPackage(PackageName, archive.bytes());
-        m_services.setRelease(Product, m_services.packageRelease(PackageName, QStringLiteral("1.0.1"),
-                                                                 QStringLiteral("notes")));
+        m_services.packages().add(PackageName, archive.bytes());
+        m_services.updates().setRelease(
+            Product,
+            m_services.packageRelease(PackageName, QStringLiteral("1.0.1"), QStringLiteral("notes")));
         m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
     }
 
@@ -44,7 +45,7 @@ public:
     bool hasReacted() const { return m_trigger && m_trigger->hasReacted(); }
     bool hasBatchFile() const { return m_batchFile.exists(); }
 
-    void check() { E2e::checkVersion(m_services.updateUrl(), m_services.updateToken(), Product); }
+    void check() { E2e::checkVersion(m_services.updateUrl(), m_services.updates().token(), Product); }
     //! Returns when the package is complete, or when the host has reacted.
     void download() const
     {

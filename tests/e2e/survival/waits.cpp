@@ -48,7 +48,7 @@ int reactDuring(Arguments arguments, const Wait& wait, const Reaction& reaction)
     install(services, host);
     host.observer.sessions.clear();
 
-    services.clearRequests();
+    services.log().clear();
     NelvoDevkit::FaultRule stall;
     stall.fault = Fault::Stall;
     stall.path = wait.path;
@@ -133,7 +133,7 @@ void bind(const Services& /*services*/, const E2e::PluginHost& /*host*/)
 
 void check(const Services& services, const E2e::PluginHost& /*host*/)
 {
-    E2e::checkVersion(services.updateUrl(), services.updateToken(), QStringLiteral("86"));
+    E2e::checkVersion(services.updateUrl(), services.updates().token(), QStringLiteral("86"));
 }
 
 void nested(const Services& services, const E2e::PluginHost& host)

@@ -5,10 +5,10 @@
 namespace NelvoDevkit {
 
 //! \brief The control path: what a person or a script asks of the simulator over HTTP while it runs.
-class ControlService
+class ControlPath
 {
 public:
-    explicit ControlService(Services& services);
+    explicit ControlPath(Services& services);
 
     HttpReply answer(const HttpRequest& request);
 

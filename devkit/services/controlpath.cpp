@@ -1,8 +1,9 @@
-#include "services/controlservice.h"
+#include "services/controlpath.h"
 
 #include "services/controlparameters.h"
 #include "services/faults.h"
 #include "services/service.h"
+#include "services/services.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -179,30 +180,30 @@ POST /packages/delivery  changes how a package is answered; without further para
 
 } // namespace
 
-ControlService::ControlService(Services& services) : m_services(services), m_updates(services) {}
+ControlPath::ControlPath(Services& services) : m_services(services), m_updates(services) {}
 
-HttpReply ControlService::answer(const HttpRequest& request)
+HttpReply ControlPath::answer(const HttpRequest& request)
 {
-    static const std::vector<Route<ControlService>> routes = {
-        {"GET", "/", &ControlService::help},
-        {"GET", "/requests", &ControlService::listRequests},
-        {"DELETE", "/requests", &ControlService::clearRequests},
-        {"GET", "/faults", &ControlService::listFaults},
-        {"POST", "/faults", &ControlService::addFault},
-        {"DELETE", "/faults", &ControlService::clearFaults},
-        {"DELETE", "/sessions", &ControlService::forgetSessions},
-        {"POST", "/sessions/forget", &ControlService::forgetSessions},
-        {"POST", "/push-out", &ControlService::pushOut},
-        {"GET", "/state", &ControlService::showState},
-        {"DELETE", "/state", &ControlService::resetState},
-        {"POST", "/generate", &ControlService::generate},
+    static const std::vector<Route<ControlPath>> routes = {
+        {"GET", "/", &ControlPath::help},
+        {"GET", "/requests", &ControlPath::listRequests},
+        {"DELETE", "/requests", &ControlPath::clearRequests},
+        {"GET", "/faults", &ControlPath::listFaults},
+        {"POST", "/faults", &ControlPath::addFault},
+        {"DELETE", "/faults", &ControlPath::clearFaults},
+        {"DELETE", "/sessions", &ControlPath::forgetSessions},
+        {"POST", "/sessions/forget", &ControlPath::forgetSessions},
+        {"POST", "/push-out", &ControlPath::pushOut},
+        {"GET", "/state", &ControlPath::showState},
+        {"DELETE", "/state", &ControlPath::resetState},
+        {"POST", "/generate", &ControlPath::generate},
     };
     const bool isAboutUpdates =
         request.path().startsWith("/releases") || request.path().startsWith("/packages");
     return isAboutUpdates ? m_updates.answer(request) : dispatch(*this, routes, request);
 }
 
-HttpReply ControlService::help(const HttpRequest& /*request*/)
+HttpReply ControlPath::help(const HttpRequest& /*request*/)
 {
     return textReply(200, QByteArray(helpText)
                               .replace("{{signIn}}", m_services.signInUrl().toLatin1())
@@ -213,66 +214,66 @@ HttpReply ControlService::help(const HttpRequest& /*request*/)
                               .replace("{{faults}}", faultNames().join(QLatin1Char(' ')).toLatin1()));
 }
 
-HttpReply ControlService::listRequests(const HttpRequest& /*request*/)
+HttpReply ControlPath::listRequests(const HttpRequest& /*request*/)
 {
-    return listReply(m_services.requests());
+    return listReply(m_services.log().requests());
 }
 
-HttpReply ControlService::clearRequests(const HttpRequest& /*request*/)
+HttpReply ControlPath::clearRequests(const HttpRequest& /*request*/)
 {
-    m_services.clearRequests();
+    m_services.log().clear();
     return textReply(200, "requests forgotten\n");
 }
 
-HttpReply ControlService::listFaults(const HttpRequest& /*request*/)
+HttpReply ControlPath::listFaults(const HttpRequest& /*request*/)
 {
-    return listReply(m_services.faults());
+    return listReply(m_services.faults().rules());
 }
 
-HttpReply ControlService::addFault(const HttpRequest& request)
+HttpReply ControlPath::addFault(const HttpRequest& request)
 {
     return whenParametersAreRight([&] { m_services.addFault(readRule(request)); }, "fault added\n");
 }
 
-HttpReply ControlService::clearFaults(const HttpRequest& /*request*/)
+HttpReply ControlPath::clearFaults(const HttpRequest& /*request*/)
 {
     m_services.clearFaults();
     return textReply(200, "faults removed\n");
 }
 
-HttpReply ControlService::forgetSessions(const HttpRequest& /*request*/)
+HttpReply ControlPath::forgetSessions(const HttpRequest& /*request*/)
 {
     m_services.forgetSessions();
     return textReply(200, "sessions forgotten\n");
 }
 
-HttpReply ControlService::pushOut(const HttpRequest& request)
+HttpReply ControlPath::pushOut(const HttpRequest& request)
 {
     const auto pushOut = [&] {
         const QString user = QStringLiteral("user");
         const QString code = QStringLiteral("code");
         const Parameters parameters = readParameters(request, {user, code});
-        m_services.pushOut(readUser(parameters.value(user), m_services.users()),
-                           readInfoCode(parameters.value(code, QStringLiteral("1007"))));
+        m_services.editor().pushOut(readUser(parameters.value(user), m_services.signIn().users()),
+                                    readInfoCode(parameters.value(code, QStringLiteral("1007"))));
     };
     return whenParametersAreRight(pushOut, "pushed out\n");
 }
 
-HttpReply ControlService::showState(const HttpRequest& /*request*/)
+HttpReply ControlPath::showState(const HttpRequest& /*request*/)
 {
     HttpReply reply = jsonReply(QJsonObject());
-    reply.body = QJsonDocument(m_services.state()).toJson(QJsonDocument::Indented);
+    reply.body = QJsonDocument(m_services.editorData().state()).toJson(QJsonDocument::Indented);
     return reply;
 }
 
-HttpReply ControlService::resetState(const HttpRequest& /*request*/)
+HttpReply ControlPath::resetState(const HttpRequest& /*request*/)
 {
     m_services.resetState();
     return textReply(200, "state is as in the seed\n");
 }
 
 //! The tree comes first, since projects and models are spread over its departments.
-HttpReply ControlService::generate(const HttpRequest& request)
+HttpReply ControlPath::generate(const HttpRequest& request)
 {
     const auto generate = [&] {
         const QString tree = QStringLiteral("tree");
@@ -282,9 +283,9 @@ HttpReply ControlService::generate(const HttpRequest& request)
         const int treeNodes = readCount(parameters, tree);
         const int projectCount = readCount(parameters, projects);
         const int modelCount = readCount(parameters, models);
-        m_services.generateTree(treeNodes);
-        m_services.generateProjects(projectCount);
-        m_services.generateModels(modelCount);
+        m_services.editorData().generateTree(treeNodes);
+        m_services.editorData().generateProjects(projectCount);
+        m_services.editorData().generateModels(modelCount);
     };
     return whenParametersAreRight(generate, "generated\n");
 }
