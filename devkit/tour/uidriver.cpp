@@ -190,6 +190,7 @@ void UiDriver::takePicture(QQuickWindow* window) const
 void UiDriver::pictureMiss() const
 {
     int number = 0;
+    m_pictures.mkpath(QStringLiteral("."));
     for (QWindow* window : QGuiApplication::topLevelWindows()) {
         auto* const quickWindow = qobject_cast<QQuickWindow*>(window);
         if (quickWindow && quickWindow->isExposed())

@@ -57,6 +57,8 @@ void UpdateTour::interrupted()
 
 void UpdateTour::resumed()
 {
+    // The host that the batch file starts inherits the environment.
+    qputenv(StationsVariable, RestartedUpdate.toUtf8());
     m_ui.arriveAt(QStringLiteral("update-4-offered-again"));
     const QQuickWindow* const window = m_ui.awaitItem(QStringLiteral("contentLoader"))->window();
     m_ui.awaitItem(QStringLiteral("updateComp"));
@@ -76,8 +78,6 @@ void UpdateTour::resumed()
     m_ui.awaitText(QStringLiteral("progress"), "value", QStringLiteral("1"));
     m_ui.takePicture(m_ui.awaitItem(QStringLiteral("coverComp"))->window());
     m_ui.require(window->isVisible(), QStringLiteral("the window to the end"));
-    // The host that the batch file starts inherits the environment.
-    qputenv(StationsVariable, RestartedUpdate.toUtf8());
 }
 
 void UpdateTour::finished()

@@ -73,7 +73,8 @@ bool activate(QQuickWindow* window)
 
 void click(const QQuickItem* item)
 {
-    const QPoint place = item->mapToScene(item->boundingRect().center()).toPoint();
+    // The bounding rectangle of a text field is that of its text.
+    const QPoint place = item->mapToScene({item->width() / 2, item->height() / 2}).toPoint();
     QQuickWindow* const window = item->window();
     QTest::mouseMove(window, place);
     QTest::mouseClick(window, Qt::LeftButton, {}, place);
