@@ -17,7 +17,7 @@ std::unique_ptr<QIODevice> opened(const Packages::Content& content)
 
 void Packages::add(const QString& name, const QByteArray& content)
 {
-    add(name, [content] {
+    put(name, [content] {
         auto buffer = std::make_unique<QBuffer>();
         buffer->setData(content);
         return buffer;
@@ -26,15 +26,15 @@ void Packages::add(const QString& name, const QByteArray& content)
 
 void Packages::addFile(const QString& name, const QString& fileName)
 {
-    add(name, [fileName] { return std::make_unique<QFile>(fileName); });
+    put(name, [fileName] { return std::make_unique<QFile>(fileName); });
 }
 
 void Packages::addGenerated(const QString& name, qint64 size)
 {
-    add(name, [size] { return std::make_unique<GeneratedFile>(size); });
+    put(name, [size] { return std::make_unique<GeneratedFile>(size); });
 }
 
-void Packages::add(const QString& name, const Content& content)
+void Packages::put(const QString& name, const Content& content)
 {
     const std::lock_guard lock(m_mutex);
     m_contents.insert(name, content);
@@ -70,23 +70,23 @@ QByteArray Packages::bytes(const QString& name, qint64 offset, int size) const
     return package && package->seek(offset) ? package->read(size) : QByteArray();
 }
 
-std::optional<Packages::Order> Packages::take(const QString& name)
+std::optional<Packages::Shipment> Packages::take(const QString& name)
 {
     const std::lock_guard lock(m_mutex);
     const auto content = m_contents.find(name);
     if (content == m_contents.end())
         return std::nullopt;
     Answers& answers = m_answers[name];
-    Order order{*content, answers.delivery, answers.era};
+    Shipment shipment{*content, answers.delivery, answers.era};
     if (answers.delivery.once)
         answers.delivery = {};
-    return order;
+    return shipment;
 }
 
-bool Packages::isOutdated(const QString& name, const Order& order) const
+bool Packages::isOutdated(const QString& name, const Shipment& shipment) const
 {
     const std::lock_guard lock(m_mutex);
-    return m_answers.value(name).era != order.era;
+    return m_answers.value(name).era != shipment.era;
 }
 
 } // namespace NelvoDevkit

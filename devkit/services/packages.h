@@ -38,7 +38,7 @@ public:
     using Content = std::function<std::unique_ptr<QIODevice>()>;
 
     //! \brief How one request is answered.
-    struct Order {
+    struct Shipment {
         Content content;
         PackageDelivery delivery;
         quint64 era = 0; //!< how often a delivery had been set for the package before
@@ -60,9 +60,9 @@ public:
 
     //! How the next request for the package is answered; nothing if there is no such package. A delivery
     //! that counts once is used up.
-    std::optional<Order> take(const QString& name);
-    //! Whether a delivery was set for the package since the order was taken.
-    bool isOutdated(const QString& name, const Order& order) const;
+    std::optional<Shipment> take(const QString& name);
+    //! Whether a delivery was set for the package since the shipment was taken.
+    bool isOutdated(const QString& name, const Shipment& shipment) const;
 
 private:
     struct Answers {
@@ -70,7 +70,7 @@ private:
         quint64 era = 0;
     };
 
-    void add(const QString& name, const Content& content);
+    void put(const QString& name, const Content& content);
 
     mutable std::mutex m_mutex;
     QMap<QString, Content> m_contents;

@@ -86,20 +86,20 @@ void PackageService::forgetSessions() {}
 Delivery PackageService::send(const HttpRequest& request)
 {
     const QString name = nameIn(request.path());
-    const std::optional<Packages::Order> order = m_packages.take(name);
-    if (!order)
+    const std::optional<Packages::Shipment> shipment = m_packages.take(name);
+    if (!shipment)
         return {textReply(404, "There is no package " + name.toUtf8() + '\n')};
-    std::unique_ptr<QIODevice> device = opened(order->content);
+    std::unique_ptr<QIODevice> device = opened(shipment->content);
     if (!device)
         return {textReply(404, "The package " + name.toUtf8() + " can't be read\n")};
-    const PackageDelivery& delivery = order->delivery;
+    const PackageDelivery& delivery = shipment->delivery;
     const qint64 start = delivery.ignoresRange ? noRange : rangeStart(request);
     const qint64 size = device->size();
     if (start >= size)
         return {notSatisfiable(size)};
     device->seek(std::max(start, qint64{0}));
     return {start == noRange ? wholeReply(delivery) : partialReply(start, size), Delivery::Manner::Whole,
-            std::make_shared<PackageStream>(m_packages, name, *order, std::move(device))};
+            std::make_shared<PackageStream>(m_packages, name, *shipment, std::move(device))};
 }
 
 } // namespace NelvoDevkit

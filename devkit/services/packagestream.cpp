@@ -16,11 +16,11 @@ constexpr std::chrono::milliseconds stallStep{10};
 
 } // namespace
 
-PackageStream::PackageStream(const Packages& packages, const QString& name, const Packages::Order& order,
-                             std::unique_ptr<QIODevice> device)
+PackageStream::PackageStream(const Packages& packages, const QString& name,
+                             const Packages::Shipment& shipment, std::unique_ptr<QIODevice> device)
     : m_packages(packages)
     , m_name(name)
-    , m_order(order)
+    , m_shipment(shipment)
     , m_device(std::move(device))
     , m_size(m_device->size() - m_device->pos())
     , m_due(Clock::now())
@@ -30,12 +30,12 @@ PackageStream::~PackageStream() = default;
 
 qint64 PackageStream::announcedSize() const
 {
-    return m_order.delivery.announcedSize.value_or(m_size);
+    return m_shipment.delivery.announcedSize.value_or(m_size);
 }
 
 BodyStep PackageStream::next()
 {
-    const PackageDelivery& delivery = m_order.delivery;
+    const PackageDelivery& delivery = m_shipment.delivery;
     const qint64 allowed = std::min(allowance(), m_size) - m_written;
     if (allowed <= 0)
         return end();
@@ -50,14 +50,15 @@ BodyStep PackageStream::next()
 
 qint64 PackageStream::allowance() const
 {
-    const bool isReleased = m_order.delivery.end == End::Stall && m_packages.isOutdated(m_name, m_order);
-    return m_order.delivery.end == End::Whole || isReleased ? m_size : m_order.delivery.endAfter;
+    const bool isReleased =
+        m_shipment.delivery.end == End::Stall && m_packages.isOutdated(m_name, m_shipment);
+    return m_shipment.delivery.end == End::Whole || isReleased ? m_size : m_shipment.delivery.endAfter;
 }
 
 BodyStep PackageStream::end() const
 {
     const bool isAtTheEnd = m_written >= m_size;
-    switch (m_order.delivery.end) {
+    switch (m_shipment.delivery.end) {
     case End::Stall:
         if (!isAtTheEnd)
             return {Kind::Wait, {}, stallStep};

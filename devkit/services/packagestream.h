@@ -13,7 +13,7 @@ namespace NelvoDevkit {
 class PackageStream final : public BodyStream
 {
 public:
-    PackageStream(const Packages& packages, const QString& name, const Packages::Order& order,
+    PackageStream(const Packages& packages, const QString& name, const Packages::Shipment& shipment,
                   std::unique_ptr<QIODevice> device);
     ~PackageStream() override;
 
@@ -30,7 +30,7 @@ private:
 
     const Packages& m_packages;
     const QString m_name;
-    const Packages::Order m_order;
+    const Packages::Shipment m_shipment;
     const std::unique_ptr<QIODevice> m_device;
     const qint64 m_size;
     QByteArray m_piece;

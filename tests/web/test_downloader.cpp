@@ -483,7 +483,7 @@ void TestDownloader::completeFileResumedIsAnError()
 
 void TestDownloader::emptyBodyMakesNoFile()
 {
-    m_services.packages().add(package, QByteArray());
+    m_services.packages().add(package, {});
     QVERIFY(download(false, 0));
     QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), 1, ample);
     QVERIFY(m_report->error.isEmpty());
@@ -492,7 +492,7 @@ void TestDownloader::emptyBodyMakesNoFile()
 
 void TestDownloader::emptyBodyLeavesAFileAlone()
 {
-    m_services.packages().add(package, QByteArray());
+    m_services.packages().add(package, {});
     QVERIFY(writeFile(target(), "old"));
     QVERIFY(download(false, 0));
     QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), 1, ample);
