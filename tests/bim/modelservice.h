@@ -1,6 +1,6 @@
 #pragma once
 
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <QByteArrayList>
 #include <QCoreApplication>
@@ -10,15 +10,13 @@ inline const QString BimPath = QStringLiteral("/bim/relation/");
 inline const QString DwgPath = QStringLiteral("/bim/relation/dwg");
 
 //! \brief The simulated service with one BIM model and one drawing, at the application's address.
-class ModelService : public NelvoDevkit::Services
+class ModelService : public TestSupport::StartedServices
 {
 public:
     //! As it is at the beginning of each test.
     void reset()
     {
-        clearFaults();
-        clearReplies();
-        log().clear();
+        StartedServices::reset();
         setList(BimPath, R"({"nelvo3dId":"b1","ppName":"bim"})");
         setList(DwgPath, R"({"nelvo3dId":"d1","dwgName":"dwg"})");
         QCoreApplication::instance()->setProperty("sdkAddr", editorUrl());
@@ -32,7 +30,7 @@ public:
 
     void setAnswer(const QString& path, const QByteArray& body)
     {
-        setReply("GET", path, {200, "application/json", body, {}});
+        setReply("GET", path, TestSupport::json(body));
     }
 
     //! Method and target of each request so far.

@@ -49,7 +49,6 @@ class TestBimProjWorker : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
 
     void metaObject();
@@ -71,12 +70,6 @@ private Q_SLOTS:
 private:
     ModelService m_services;
 };
-
-void TestBimProjWorker::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
-}
 
 void TestBimProjWorker::init()
 {

@@ -35,19 +35,12 @@ class TestListStorm : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void fetchesBesideCalls_data();
     void fetchesBesideCalls();
 
 private:
     ModelService m_services;
 };
-
-void TestListStorm::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
-}
 
 void TestListStorm::fetchesBesideCalls_data()
 {

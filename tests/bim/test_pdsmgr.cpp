@@ -88,7 +88,6 @@ class TestPdsMgr : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -153,12 +152,6 @@ private:
 
     ModelService m_services;
 };
-
-void TestPdsMgr::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
-}
 
 void TestPdsMgr::init()
 {

@@ -1,4 +1,5 @@
 #include "tests/docs/page.h"
+#include "tests/support/files.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,8 +16,7 @@ QString pathOf(const QString& name)
 
 QString readText(const QString& path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(TestSupport::contentOf(path));
 }
 
 //! Captures the name and what stands in the block.

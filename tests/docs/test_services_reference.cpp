@@ -3,8 +3,7 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
 #include "tests/support/messagelog.h"
-
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <NelvoSDK/IPdsMgr.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
@@ -126,16 +125,14 @@ private:
     QStringList m_names;
     QSet<QString> m_fields;
     Docs::Page m_page{QStringLiteral("services.md")};
-    std::unique_ptr<NelvoDevkit::Services> m_services;
+    std::unique_ptr<TestSupport::StartedServices> m_services;
 };
 
 void TestServicesReference::initTestCase()
 {
     NelvoDevkit::ServicesOptions options;
     options.keepsReplies = true;
-    m_services = std::make_unique<NelvoDevkit::Services>(options);
-    QString error;
-    QVERIFY2(m_services->start(&error), qPrintable(error));
+    m_services = std::make_unique<TestSupport::StartedServices>(options);
     const TestSupport::MessageLog log; // keeps the terminal clean
     clearUpdateFiles();
     const E2e::PluginHost host(m_services->signInUrl());

@@ -3,10 +3,9 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/wire.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
 #include "userinput/userinput.h"
-
-#include <services/services.h>
 
 #include <NelvoSDK/IPdsMgr.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
@@ -24,6 +23,7 @@
 
 using NelvoDevkit::BimModel;
 using NelvoDevkit::Fault;
+using TestSupport::json;
 using TestSupport::MessageLog;
 
 namespace {
@@ -133,7 +133,7 @@ private:
     void leaveHost();
 
     std::unique_ptr<MessageLog> m_log;
-    std::unique_ptr<NelvoDevkit::Services> m_services;
+    std::unique_ptr<TestSupport::StartedServices> m_services;
     std::unique_ptr<E2e::PluginHost> m_host;
     E2e::ImportControl m_control;
     std::unique_ptr<E2e::BimScene> m_scene;
@@ -144,8 +144,7 @@ private:
 
 void TestE2eBim::initTestCase()
 {
-    NelvoDevkit::Services services;
-    QVERIFY(services.start());
+    TestSupport::StartedServices services;
     m_models = services.editorData().models(Enterprise).models;
     m_drawings = services.editorData().models(Enterprise).drawings;
     QVERIFY(m_models.size() > 10 && m_drawings.size() > 2);
@@ -154,8 +153,7 @@ void TestE2eBim::initTestCase()
 void TestE2eBim::init()
 {
     m_log = std::make_unique<MessageLog>();
-    m_services = std::make_unique<NelvoDevkit::Services>();
-    QVERIFY(m_services->start());
+    m_services = std::make_unique<TestSupport::StartedServices>();
     m_host = std::make_unique<E2e::PluginHost>(m_services->signInUrl());
     enter();
 }
@@ -614,13 +612,11 @@ namespace {
 //! application goes.
 int exitWithoutShutdown(const QString& state)
 {
-    static NelvoDevkit::Services services;
+    static TestSupport::StartedServices services;
     static PdsObserver observer;
     static E2e::ImportControl control;
-    if (!services.start())
-        return 1;
     QCoreApplication::instance()->setProperty("sdkAddr", services.editorUrl());
-    services.setReply("GET", BimPath, {200, "application/json", R"({"data":[{"ppName":"a"}]})", {}});
+    services.setReply("GET", BimPath, json(R"({"data":[{"ppName":"a"}]})"));
     E2e::plugin()->Initialize();
     manager()->Attach(&observer);
     E2e::BimScene scene(control);

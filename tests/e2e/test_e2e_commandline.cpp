@@ -1,11 +1,11 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/accounts.h"
+#include "tests/support/files.h"
+#include "tests/support/startedservices.h"
 
 #include <launch/callerhandshake.h>
 #include <launch/launcher.h>
-#include <services/services.h>
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -20,6 +20,7 @@
 using NelvoDevkit::CallerHandshake;
 using NelvoDevkit::Fault;
 using NelvoDevkit::LaunchStatus;
+using TestSupport::md5;
 using TestSupport::passwordOf;
 
 namespace {
@@ -86,11 +87,6 @@ int runHost(int argc, char** argv)
     return QGuiApplication::exec();
 }
 
-QString md5(const QString& password)
-{
-    return QString::fromLatin1(QCryptographicHash::hash(password.toUtf8(), QCryptographicHash::Md5).toHex());
-}
-
 } // namespace
 
 //! Another program starts a host that is to sign in, and waits for its word.
@@ -99,7 +95,6 @@ class TestE2eCommandLine : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -131,7 +126,7 @@ private:
     QJsonObject hostReport() const;
     QByteArrayList targets() const;
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     QString m_eventName;
     QString m_mappingName;
     std::unique_ptr<CallerHandshake> m_caller;
@@ -140,17 +135,9 @@ private:
     QProcessEnvironment m_environment;
 };
 
-void TestE2eCommandLine::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
-}
-
 void TestE2eCommandLine::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.log().clear();
+    m_services.reset();
     m_services.forgetSessions();
     const QString unique = QUuid::createUuid().toString(QUuid::WithoutBraces);
     m_eventName = QStringLiteral("event-") + unique;
@@ -183,7 +170,7 @@ QString TestE2eCommandLine::argument(const QString& user, const QString& pwd, co
 
 QString TestE2eCommandLine::argument(const QString& user) const
 {
-    return argument(user, md5(passwordOf(user)), m_services.signInUrl(), QStringLiteral("1003"));
+    return argument(user, md5(passwordOf(user).toUtf8()), m_services.signInUrl(), QStringLiteral("1003"));
 }
 
 void TestE2eCommandLine::start(const QString& program, const QStringList& arguments)
@@ -205,8 +192,7 @@ bool TestE2eCommandLine::hostEnds()
 
 QJsonObject TestE2eCommandLine::hostReport() const
 {
-    QFile file(m_folder->filePath(QStringLiteral("report")));
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    return TestSupport::jsonOf(m_folder->filePath(QStringLiteral("report")));
 }
 
 QByteArrayList TestE2eCommandLine::targets() const
@@ -256,7 +242,7 @@ void TestE2eCommandLine::sessionIsThereWhenTheCallerHearsOfIt()
 void TestE2eCommandLine::bareHostAndPortGetAScheme()
 {
     const QString bare = m_services.signInUrl().remove(QStringLiteral("http://"));
-    startHost(argument(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina"))), bare,
+    startHost(argument(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina")).toUtf8()), bare,
                        QStringLiteral("1003")));
     QVERIFY(m_caller->wait(Patience));
     QCOMPARE(hostReport()["sdkAddr"].toString(), m_services.editorUrl());
@@ -266,7 +252,7 @@ void TestE2eCommandLine::upperCaseSchemeIsNone()
 {
     const QString upper =
         m_services.signInUrl().replace(QStringLiteral("http://"), QStringLiteral("HTTP://"));
-    startHost(argument(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina"))), upper,
+    startHost(argument(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina")).toUtf8()), upper,
                        QStringLiteral("1003")));
     QVERIFY(m_caller->wait(Patience));
     QCOMPARE(hostReport()["failures"].toInt(), 1);
@@ -286,7 +272,7 @@ void TestE2eCommandLine::namesMayHoldAnyCharacters()
 
 void TestE2eCommandLine::unknownEnterpriseIsEnteredWithoutAName()
 {
-    startHost(argument(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina"))),
+    startHost(argument(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina")).toUtf8()),
                        m_services.signInUrl(), QStringLiteral("77")));
     QVERIFY(m_caller->wait(Patience));
     QCOMPARE(hostReport()["epName"].toString(), QString());
@@ -331,9 +317,9 @@ void TestE2eCommandLine::failedSignInEndsTheHost()
 void TestE2eCommandLine::withoutNamesNothingIsTold()
 {
     const QString user = QStringLiteral("lina");
-    startHost(
-        QStringList{user, md5(passwordOf(user)), m_services.signInUrl(), {}, {}, QStringLiteral("1003")}.join(
-            QStringLiteral("$$")));
+    startHost(QStringList{
+        user, md5(passwordOf(user).toUtf8()), m_services.signInUrl(), {}, {}, QStringLiteral("1003")}
+                  .join(QStringLiteral("$$")));
     QVERIFY(hostEnds());
     QCOMPARE(hostReport()["epId"].toString(), QStringLiteral("1003"));
     QVERIFY(!m_caller->wait(Now));

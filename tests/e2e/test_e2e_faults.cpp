@@ -1,9 +1,8 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
-
-#include <services/services.h>
 
 #include <QGuiApplication>
 #include <QtTest>
@@ -58,7 +57,6 @@ class TestE2eFaults : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void cleanup();
 
     void everyCallInEveryWay_data();
@@ -72,16 +70,10 @@ private:
     void expectSession(const QString& editor, const std::function<bool(const QString&)>& tokenFits);
     bool asked(const QString& path) const;
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     std::unique_ptr<E2e::PluginHost> m_host;
     QString m_message;
 };
-
-void TestE2eFaults::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
-}
 
 void TestE2eFaults::cleanup()
 {

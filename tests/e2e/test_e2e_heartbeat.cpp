@@ -1,7 +1,6 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/messagelog.h"
-
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <NelvoSDK/IProjectInfoMgr.h>
 
@@ -34,8 +33,7 @@ public:
 void TestE2eHeartbeat::pushOutArrivesByItself()
 {
     constexpr int Patience = 60000;
-    NelvoDevkit::Services services;
-    QVERIFY(services.start());
+    TestSupport::StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     MessageObserver observer;
     E2e::plugin()->GetMessageMgr()->Attach(&observer);

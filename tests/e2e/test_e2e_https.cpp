@@ -2,9 +2,8 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "userinput/userinput.h"
-
-#include <services/services.h>
 
 #include <QGuiApplication>
 #include <QSslCertificate>
@@ -22,7 +21,7 @@ private Q_SLOTS:
     void certificateThatTheHostTrustsPasses();
 
 private:
-    std::unique_ptr<NelvoDevkit::Services> m_services;
+    std::unique_ptr<TestSupport::StartedServices> m_services;
 };
 
 //! Services of its own for each test: Qt keeps the certificates it trusts with the connections it has.
@@ -30,9 +29,7 @@ void TestE2eHttps::init()
 {
     NelvoDevkit::ServicesOptions options;
     options.https = true;
-    m_services = std::make_unique<NelvoDevkit::Services>(options);
-    QString error;
-    QVERIFY2(m_services->start(&error), qPrintable(error));
+    m_services = std::make_unique<TestSupport::StartedServices>(options);
     QVERIFY(m_services->signInUrl().startsWith(QStringLiteral("https://")));
 }
 

@@ -1,7 +1,6 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/messagelog.h"
-
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <NelvoSDK/IProjectInfoMgr.h>
 
@@ -31,7 +30,7 @@ private:
     QString nameOnService(const QString& id) const;
 
     std::unique_ptr<TestSupport::MessageLog> m_log;
-    std::unique_ptr<NelvoDevkit::Services> m_services;
+    std::unique_ptr<TestSupport::StartedServices> m_services;
     std::unique_ptr<E2e::PluginHost> m_host;
 };
 
@@ -45,8 +44,7 @@ const auto User = QStringLiteral("zhangwei");
 void TestE2eProjects::init()
 {
     m_log = std::make_unique<TestSupport::MessageLog>();
-    m_services = std::make_unique<NelvoDevkit::Services>();
-    QVERIFY(m_services->start());
+    m_services = std::make_unique<TestSupport::StartedServices>();
     m_host = std::make_unique<E2e::PluginHost>(m_services->signInUrl());
     projects()->SetPlugin(E2e::plugin());
     projects()->ReflushProjOrgInfo(m_host->signIn(m_services->signInUrl(), User));

@@ -1,8 +1,7 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/wire.h"
 #include "tests/support/messagelog.h"
-
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <NelvoSDK/IProjectInfoMgr.h>
 
@@ -67,9 +66,7 @@ QByteArray scenes(const NelvoDevkit::Services& services)
 
 void TestE2eProjectsWire::projectsToTheByte()
 {
-    NelvoDevkit::Services services;
-    QString error;
-    QVERIFY2(services.start(&error), qPrintable(error));
+    TestSupport::StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     const TestSupport::MessageLog log;
     const NelvoSDK::LoginSession session = host.signIn(services.signInUrl(), QStringLiteral("zhangwei"));

@@ -2,9 +2,8 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "userinput/userinput.h"
-
-#include <services/services.h>
 
 #include <QGuiApplication>
 #include <QJsonArray>
@@ -21,7 +20,6 @@ class TestE2eSignIn : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -53,21 +51,13 @@ private:
     void signIn(const QString& user);
     int count(const QByteArray& method, const QByteArray& path) const;
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     std::unique_ptr<E2e::PluginHost> m_host;
 };
 
-void TestE2eSignIn::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
-}
-
 void TestE2eSignIn::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.log().clear();
+    m_services.reset();
     m_services.forgetSessions();
     m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
     start();

@@ -3,14 +3,13 @@
 #include "tests/e2e/updatepages.h"
 #include "tests/e2e/wire.h"
 #include "tests/support/accounts.h"
+#include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/systemtexts.h"
 #include "tests/support/wine.h"
 #include "userinput/userinput.h"
 
-#include <services/services.h>
-
-#include <QCryptographicHash>
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -28,6 +27,8 @@ using NelvoDevkit::HttpReply;
 using NelvoDevkit::PackageDelivery;
 using NelvoDevkit::Release;
 using TestSupport::ApplicationFile;
+using TestSupport::json;
+using TestSupport::md5;
 using TestSupport::MessageLog;
 
 namespace {
@@ -50,13 +51,7 @@ QString packagePath()
 
 QByteArray packageOnDisk()
 {
-    QFile file(packagePath());
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-QString md5Of(const QByteArray& bytes)
-{
-    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex());
+    return TestSupport::contentOf(packagePath());
 }
 
 //! The log with its levels; lines of code, addresses and ports left out.
@@ -195,7 +190,7 @@ private:
     void writePackage(const QByteArray& content) const;
     bool installable() const { return E2e::pagePart(QStringLiteral("installButton"))->isEnabled(); }
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     QByteArray m_package;
     std::unique_ptr<ApplicationFile> m_state;
     std::unique_ptr<E2e::PluginHost> m_host;
@@ -204,8 +199,6 @@ private:
 
 void TestE2eUpdate::initTestCase()
 {
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
     m_services.packages().addGenerated(PackageName, PackageSize);
     m_package = m_services.packages().bytes(PackageName, 0, PackageSize);
 }
@@ -344,7 +337,7 @@ void TestE2eUpdate::withoutANewReleaseTheSignInGoesOn()
     QFETCH(const FaultRule, fault);
     if (fault.fault == Fault::Reset && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
-    m_services.setReply("POST", CheckPath, HttpReply{200, "application/json", reply, {}});
+    m_services.setReply("POST", CheckPath, json(reply));
     m_services.addFault(fault);
     const QSignalSpy told(E2e::updater(), SIGNAL(needUpdate(bool)));
     check();
@@ -392,7 +385,7 @@ void TestE2eUpdate::pagesFollowTheDownload()
     QVERIFY(E2e::callUpdater("download"));
     QCOMPARE(E2e::pageText("progressText"), QStringLiteral("0/0.29 MB"));
     QCOMPARE(E2e::pagePart("progress")->property("value").toDouble(), 1.0);
-    QCOMPARE(m_state->content(), "{\n    \"fullMd5\": \"" + md5Of(m_package).toLatin1() +
+    QCOMPARE(m_state->content(), "{\n    \"fullMd5\": \"" + md5(m_package).toLatin1() +
                                      "\",\n"
                                      "    \"pVersion\": \"1.0.1\",\n"
                                      "    \"remarks\": \"first<br/>second\",\n"
@@ -487,7 +480,7 @@ void TestE2eUpdate::installButtonWaitsForTheDownload()
 
 void TestE2eUpdate::downloadGoesOnWhereItStopped()
 {
-    writeState(1, md5Of(m_package).toUpper());
+    writeState(1, md5(m_package).toUpper());
     writePackage(m_package.left(123456));
     acceptRelease();
     m_services.log().clear();
@@ -519,7 +512,7 @@ void TestE2eUpdate::secondDownloadIsToldToThePage()
 
 void TestE2eUpdate::completePackageNeedsNoTransfer()
 {
-    writeState(2, md5Of(m_package));
+    writeState(2, md5(m_package));
     writePackage(m_package);
     acceptRelease();
     m_services.log().clear();
@@ -572,7 +565,7 @@ void TestE2eUpdate::serversOfAllKinds_data()
         << Server{{}, {}, 100000, {}, Q_INT64_C(1) << 32}
         << Outcome{finishedWith(206, Passed), {}, true, progressed("0.29", "0.00")};
 
-    QTest::newRow("wrong checksum") << Server{{}, {}, {}, md5Of("another package")}
+    QTest::newRow("wrong checksum") << Server{{}, {}, {}, md5("another package")}
                                     << Outcome{finishedWith(206, Wrong), {}, false, wholeText};
     QTest::newRow("no checksum") << Server{{}, {}, {}, QStringLiteral("")}
                                  << Outcome{finishedWith(206, Wrong), {}, false, wholeText};
@@ -671,7 +664,7 @@ void TestE2eUpdate::diskWithoutRoomIsCaughtByTheChecksum()
     const QString full = QStringLiteral("/dev/full");
     if (!QFileInfo::exists(full))
         QSKIP("there is no device here that is always full");
-    writeState(1, md5Of(m_package));
+    writeState(1, md5(m_package));
     QDir().mkpath(appPath(QStringLiteral("NelvoUpdate")));
     QVERIFY(QFile::link(full, packagePath()));
     acceptRelease();

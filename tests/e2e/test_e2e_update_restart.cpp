@@ -52,7 +52,6 @@ class TestE2eUpdateRestart : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
 
     void wholeUpdate();
@@ -67,12 +66,6 @@ private:
 
     ReleaseServer m_server;
 };
-
-void TestE2eUpdateRestart::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_server.start(&error), qPrintable(error));
-}
 
 void TestE2eUpdateRestart::init()
 {

@@ -1,9 +1,8 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "userinput/userinput.h"
-
-#include <services/services.h>
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -22,9 +21,7 @@ private Q_SLOTS:
 
 void TestE2eUpdateTimeout::checkGivesUpAfterThirtySeconds()
 {
-    NelvoDevkit::Services services;
-    QString error;
-    QVERIFY2(services.start(&error), qPrintable(error));
+    TestSupport::StartedServices services;
     services.addFault(
         {Fault::Stall, QStringLiteral("/v1.0/service/sys/productVersion/findLatest"), "POST", 0, false});
     const E2e::PluginHost host(services.signInUrl());

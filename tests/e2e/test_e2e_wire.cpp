@@ -2,10 +2,10 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/wire.h"
 #include "tests/support/accounts.h"
+#include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "userinput/userinput.h"
-
-#include <services/services.h>
 
 #include <QGuiApplication>
 #include <QtTest>
@@ -21,9 +21,7 @@ private Q_SLOTS:
 
 void TestE2eWire::signInToTheByte()
 {
-    NelvoDevkit::Services services;
-    QString error;
-    QVERIFY2(services.start(&error), qPrintable(error));
+    TestSupport::StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
     QVERIFY(UserInput::activate(host.window()));
@@ -36,10 +34,9 @@ void TestE2eWire::signInToTheByte()
 
     const QByteArray form = "Content-Type: application/x-www-form-urlencoded\n";
     const QByteArray cookies = "Cookie: JSESSIONID=*; CASTGC=*; LOCALE=zh_CN\n";
-    const QByteArray digest = QCryptographicHash::hash("Gr\xC3\xB6\xC3\x9F"
-                                                       "e-9\xC3\xA9",
-                                                       QCryptographicHash::Md5)
-                                  .toHex();
+    const QByteArray digest = TestSupport::md5("Gr\xC3\xB6\xC3\x9F"
+                                               "e-9\xC3\xA9")
+                                  .toLatin1();
     const QByteArrayList wire{
         E2e::request("GET /login", "SIGN-IN", form),
         E2e::request("POST /login", "SIGN-IN", form + "Cookie: JSESSIONID=*\nContent-Length: 213\n",

@@ -1,6 +1,6 @@
 #include "host/hostsettings.h"
 
-#include "services/services.h"
+#include "tests/support/startedservices.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
@@ -122,12 +122,11 @@ void TestHostSettings::certificateIsTrustedAfterApply()
     const Folder folder;
     NelvoDevkit::ServicesOptions options;
     options.https = true;
-    NelvoDevkit::Services services(options);
-    QString error;
-    QVERIFY2(services.start(&error), qPrintable(error));
+    const TestSupport::StartedServices services(options);
     const QUrl url(services.signInUrl() + QStringLiteral("/login"));
 
     folder.write(QStringLiteral("ca.pem"), services.certificatePem());
+    QString error;
     const auto settings =
         HostSettings::load(folder.write(QStringLiteral("s.json"), R"({"caCertificate": "ca.pem"})"), &error);
     QVERIFY2(settings, qPrintable(error));

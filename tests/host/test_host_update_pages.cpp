@@ -1,6 +1,6 @@
 #include "host/editor.h"
 
-#include "services/services.h"
+#include "tests/support/startedservices.h"
 
 #include <NelvoSDK/LoadPlugin.h>
 
@@ -33,7 +33,7 @@ private Q_SLOTS:
 private:
     void checkWith(const QString& token) const;
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     NelvoSDK::INelvoSDKPlugin* m_plugin = nullptr;
     std::unique_ptr<LogModel> m_log;
     std::unique_ptr<Editor> m_editor;
@@ -66,7 +66,6 @@ bool isShown(const QString& name)
 void TestHostUpdatePages::initTestCase()
 {
     QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
     m_plugin = NelvoSDK::LoadPlugin(QStringLiteral(NELVO_APP_DIR), &error);
     QVERIFY2(m_plugin, qPrintable(error));
 }

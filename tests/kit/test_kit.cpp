@@ -1,4 +1,5 @@
-#include <QCryptographicHash>
+#include "tests/support/files.h"
+
 #include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
@@ -9,6 +10,8 @@
 #include <QtTest>
 
 #include <memory>
+
+using TestSupport::contentOf;
 
 namespace {
 
@@ -45,12 +48,6 @@ Outcome run(const QString& program, const QStringList& arguments,
 Outcome cmake(const QStringList& arguments)
 {
     return run(QStringLiteral(NELVO_CMAKE), arguments);
-}
-
-QByteArray contentOf(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QStringList filesIn(const QString& directory)
@@ -254,10 +251,11 @@ void TestKit::minimal_listsTheProjects()
 {
     const QStringList projects = names("projects", "name");
     QVERIFY(!projects.isEmpty());
-    const QByteArray md5 = QCryptographicHash::hash(Password.toUtf8(), QCryptographicHash::Md5).toHex();
     const Outcome outcome =
         run(built("examples/minimal/minimal"),
-            {QStringList{User, md5, m_signInUrl, {}, {}, QString::number(Enterprise)}.join("$$")});
+            {QStringList{
+                User, TestSupport::md5(Password.toUtf8()), m_signInUrl, {}, {}, QString::number(Enterprise)}
+                 .join("$$")});
     QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
     QStringList lines = outcome.out.split('\n', Qt::SkipEmptyParts);
     QCOMPARE(lines.takeFirst(), QStringLiteral("plug-in 1.0.0"));

@@ -1,5 +1,6 @@
 #include "platform/handshake.h"
 
+#include "tests/support/files.h"
 #include "tests/support/systemtexts.h"
 
 #include <launch/callerhandshake.h>
@@ -176,10 +177,8 @@ int TestLaunch::status()
     if (!m_program->waitForFinished(PatienceMs) || m_program->exitStatus() != QProcess::NormalExit)
         qFatal("nelvo-launch: %s", qPrintable(m_program->errorString()));
     const auto content = [this](const char* name) {
-        QFile file(m_folder->path() + QLatin1String(name));
-        return file.open(QIODevice::ReadOnly)
-                   ? QString::fromUtf8(TestSupport::withPlainLineEnds(file.readAll()))
-                   : QString();
+        return QString::fromUtf8(
+            TestSupport::withPlainLineEnds(TestSupport::contentOf(m_folder->path() + QLatin1String(name))));
     };
     m_output = content("/out");
     m_error = content("/error");
@@ -352,10 +351,7 @@ void TestLaunch::interruptionEndsTheAwaitedHost()
     if (!NELVO_HAS_SIGNALS)
         QSKIP("here Ctrl+C would reach the host as well");
     start(QStringLiteral("tell and stay"), {"--await-end"});
-    const auto output = [this] {
-        QFile file(m_folder->path() + QStringLiteral("/out"));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    };
+    const auto output = [this] { return TestSupport::contentOf(m_folder->path() + QStringLiteral("/out")); };
     QTRY_VERIFY_WITH_TIMEOUT(output().contains("the host says \"1\""), PatienceMs);
     m_program->terminate();
     QCOMPARE(status(), int(LaunchStatus::Interrupted));

@@ -2,13 +2,12 @@
 
 #include "tests/support/accounts.h"
 #include "tests/support/applicationfile.h"
+#include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
 
-#include <services/services.h>
-
-#include <QCryptographicHash>
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QQmlContext>
@@ -19,6 +18,8 @@
 using NelvoDevkit::HttpReply;
 using NelvoPlugin::CLoginActor;
 using TestSupport::ApplicationFile;
+using TestSupport::json;
+using TestSupport::md5;
 using TestSupport::MessageLog;
 using TestSupport::passwordOf;
 
@@ -43,11 +44,6 @@ public:
     QVector<NelvoSDK::LoginSession> sessions;
     QStringList calls;
 };
-
-QString md5(const QString& password)
-{
-    return QString::fromLatin1(QCryptographicHash::hash(password.toUtf8(), QCryptographicHash::Md5).toHex());
-}
 
 } // namespace
 
@@ -82,7 +78,7 @@ private:
     NelvoSDK::LoginSession session() const;
     QString name() const { return QString::fromStdWString(session().epName); }
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     std::unique_ptr<QQuickView> m_view;
     std::unique_ptr<CLoginActor> m_actor;
     std::unique_ptr<Observer> m_observer;
@@ -92,8 +88,6 @@ private:
 
 void TestCommandLineLogin::initTestCase()
 {
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
     m_defaultServer = std::make_unique<ApplicationFile>(QStringLiteral("defaultServerAddress.json"));
     m_defaultServer->write(R"({"defaultServer": "http://default"})");
     m_cache = std::make_unique<ApplicationFile>(QStringLiteral("loginchache.json"));
@@ -101,9 +95,7 @@ void TestCommandLineLogin::initTestCase()
 
 void TestCommandLineLogin::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.log().clear();
+    m_services.reset();
     m_services.forgetSessions();
     sharedCookieJar()->setAllCookies({});
     m_actor.reset();
@@ -135,7 +127,7 @@ NelvoSDK::LoginSession TestCommandLineLogin::session() const
 void TestCommandLineLogin::entersTheEnterprise()
 {
     const QString user = QStringLiteral("lina");
-    signIn(user, md5(passwordOf(user)), QStringLiteral("1003"));
+    signIn(user, md5(passwordOf(user).toUtf8()), QStringLiteral("1003"));
     QCOMPARE(m_observer->calls, QStringList{QStringLiteral("succeeded")});
     QCOMPARE(name(), QStringLiteral("江南水利工程局"));
     QVERIFY(session().extra.at(L"epId") == L"1003");
@@ -147,7 +139,7 @@ void TestCommandLineLogin::entersTheEnterprise()
 
 void TestCommandLineLogin::sendsTheSevenRequests()
 {
-    signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("1001"));
+    signIn(QStringLiteral("zhangwei"), md5("123456"), QStringLiteral("1001"));
     QByteArrayList lines;
     QByteArray binding;
     for (const NelvoDevkit::LoggedRequest& request : m_services.log().requests()) {
@@ -173,14 +165,14 @@ void TestCommandLineLogin::sendsThePasswordAsItIs()
     QCOMPARE(m_observer->calls.constFirst(), QStringLiteral("failed"));
 
     m_services.log().clear();
-    signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("1001"));
+    signIn(QStringLiteral("zhangwei"), md5("123456"), QStringLiteral("1001"));
     QVERIFY(m_services.log().requests().at(1).body.endsWith("&password=e10adc3949ba59abbe56e057f20f883e"));
     QCOMPARE(m_observer->calls.constLast(), QStringLiteral("succeeded"));
 }
 
 void TestCommandLineLogin::showsNoWindowAndWritesNoCache()
 {
-    signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("1001"));
+    signIn(QStringLiteral("zhangwei"), md5("123456"), QStringLiteral("1001"));
     QCOMPARE(m_observer->sessions.size(), 1);
     QVERIFY(!m_view->isVisible());
     QVERIFY(m_view->source().isEmpty());
@@ -189,7 +181,7 @@ void TestCommandLineLogin::showsNoWindowAndWritesNoCache()
 
 void TestCommandLineLogin::unknownEnterpriseGoesAheadWithoutAName()
 {
-    signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("77"));
+    signIn(QStringLiteral("zhangwei"), md5("123456"), QStringLiteral("77"));
     QCOMPARE(m_observer->calls, QStringList{QStringLiteral("succeeded")});
     QCOMPARE(name(), QString());
     QVERIFY(session().extra.at(L"epId") == L"77");
@@ -222,22 +214,18 @@ void TestCommandLineLogin::idsAreComparedAsNumbers()
     QFETCH(QByteArray, element);
     QFETCH(QString, epId);
     QFETCH(bool, matches);
-    m_services.setReply("GET", ListPath, HttpReply{200, "application/json", '[' + element + ']', {}});
-    signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), epId);
+    m_services.setReply("GET", ListPath, json('[' + element + ']'));
+    signIn(QStringLiteral("zhangwei"), md5("123456"), epId);
     QCOMPARE(name(), matches ? QStringLiteral("x") : QString());
     QCOMPARE(QString::fromStdWString(session().extra.at(L"epId")), epId);
 }
 
 void TestCommandLineLogin::firstEnterpriseOfTheIdCounts()
 {
-    m_services.setReply("GET", ListPath,
-                        HttpReply{200,
-                                  "application/json",
-                                  R"([{"enterpriseId": 4, "enterpriseName": "four"},
+    m_services.setReply("GET", ListPath, json(R"([{"enterpriseId": 4, "enterpriseName": "four"},
                                         {"enterpriseId": 5, "enterpriseName": "first"},
-                                        {"enterpriseId": 5, "enterpriseName": "second"}])",
-                                  {}});
-    signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("5"));
+                                        {"enterpriseId": 5, "enterpriseName": "second"}])"));
+    signIn(QStringLiteral("zhangwei"), md5("123456"), QStringLiteral("5"));
     QCOMPARE(name(), QStringLiteral("first"));
 }
 
@@ -290,7 +278,7 @@ void TestCommandLineLogin::failureAsksTheApplicationToQuit()
 void TestCommandLineLogin::successDoesNotAskTheApplicationToQuit()
 {
     QTimer::singleShot(0, m_actor.get(), [this] {
-        signIn(QStringLiteral("zhangwei"), md5(QStringLiteral("123456")), QStringLiteral("1001"));
+        signIn(QStringLiteral("zhangwei"), md5("123456"), QStringLiteral("1001"));
         QTimer::singleShot(0, m_actor.get(), [] { QCoreApplication::exit(StillRunning); });
     });
     QCOMPARE(QCoreApplication::exec(), StillRunning);
@@ -300,11 +288,11 @@ void TestCommandLineLogin::successDoesNotAskTheApplicationToQuit()
 //! A failed sign-in leaves the list of the one before, and the enterprise is looked up there.
 void TestCommandLineLogin::failureEntersFromTheEarlierList()
 {
-    signIn(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina"))), QStringLiteral("1003"));
+    signIn(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina")).toUtf8()), QStringLiteral("1003"));
     m_services.addFault({NelvoDevkit::Fault::Status, QStringLiteral("/login"), "GET", 503, true});
     MessageLog log;
-    failToSignIn(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina"))), m_services.signInUrl(),
-                 QStringLiteral("1002"));
+    failToSignIn(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina")).toUtf8()),
+                 m_services.signInUrl(), QStringLiteral("1002"));
     QVERIFY(log.warnings().constFirst().startsWith(LoginFailedPrefix));
     // The service's session is the earlier one, so the enterprise is entered.
     QCOMPARE(name(), QStringLiteral("东方轨道交通有限公司"));

@@ -3,11 +3,11 @@
 #include "login/tools.h"
 #include "tests/support/accounts.h"
 #include "tests/support/applicationfile.h"
+#include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
-
-#include <services/services.h>
 
 #include <QGuiApplication>
 #include <QJsonDocument>
@@ -26,6 +26,7 @@ using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using NelvoPlugin::CLoginActor;
 using TestSupport::ApplicationFile;
+using TestSupport::json;
 using TestSupport::MessageLog;
 using TestSupport::passwordOf;
 
@@ -68,11 +69,6 @@ const auto TokenPath = QStringLiteral("/rs/cim/nelvo/client_token");
 const auto HeartbeatPath = QStringLiteral("/org/heartbeat");
 const auto HeartbeatFailed = QStringLiteral("CLoginActor::onLogin getprojList /org/heartbeat falied!");
 const auto NoEditor = QStringLiteral("获取代理地址失败, 请检查服务器部署");
-
-HttpReply json(const QByteArray& body)
-{
-    return {200, "application/json", body, {}};
-}
 
 QString text(const std::wstring& wide)
 {
@@ -154,7 +150,7 @@ private:
     QString login(SignIn& signIn, const QString& user = QStringLiteral("lina"));
     QByteArrayList targets() const;
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     QString m_url;
     std::unique_ptr<ApplicationFile> m_defaultServer;
     std::unique_ptr<ApplicationFile> m_installedVersion;
@@ -162,8 +158,6 @@ private:
 
 void TestLoginActor::initTestCase()
 {
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
     m_url = m_services.signInUrl();
     m_defaultServer = std::make_unique<ApplicationFile>(QStringLiteral("defaultServerAddress.json"));
     m_installedVersion = std::make_unique<ApplicationFile>(QStringLiteral("updateConfig.json"));
@@ -172,9 +166,7 @@ void TestLoginActor::initTestCase()
 
 void TestLoginActor::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.log().clear();
+    m_services.reset();
     m_services.forgetSessions();
     sharedCookieJar()->setAllCookies({});
     qApp->setProperty("iotUrl", QVariant());
@@ -278,8 +270,7 @@ void TestLoginActor::loginSendsThreeFormRequests()
     QVERIFY(requests.at(1).body.startsWith("%5FeventId=submit&execution=e"));
     QVERIFY(requests.at(1).body.endsWith(
         "&username=lina&password=" +
-        QCryptographicHash::hash(passwordOf(QStringLiteral("lina")).toUtf8(), QCryptographicHash::Md5)
-            .toHex()));
+        TestSupport::md5(passwordOf(QStringLiteral("lina")).toUtf8()).toLatin1()));
     QVERIFY(!requests.at(1).body.endsWith('\n'));
 }
 
@@ -290,11 +281,8 @@ void TestLoginActor::loginWithMd5SendsItUnchanged()
     QVERIFY(m_services.log().requests().at(1).body.endsWith("&password=clear text"));
 
     m_services.log().clear();
-    const QByteArray digest =
-        QCryptographicHash::hash(passwordOf(QStringLiteral("lina")).toUtf8(), QCryptographicHash::Md5)
-            .toHex();
-    QCOMPARE(signIn.actor.login(QStringLiteral("lina"), QString::fromLatin1(digest), m_url, {}, true),
-             QString());
+    const QString digest = TestSupport::md5(passwordOf(QStringLiteral("lina")).toUtf8());
+    QCOMPARE(signIn.actor.login(QStringLiteral("lina"), digest, m_url, {}, true), QString());
 }
 
 void TestLoginActor::loginIgnoresThePdsAddress()

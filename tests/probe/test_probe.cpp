@@ -1,10 +1,9 @@
 #include "tests/probe/proberun.h"
 #include "tests/support/accounts.h"
+#include "tests/support/files.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
 
-#include <services/services.h>
-
-#include <QCryptographicHash>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -19,7 +18,9 @@
 
 using NelvoDevkit::Fault;
 using NelvoDevkit::Services;
+using TestSupport::json;
 using TestSupport::passwordOf;
+using TestSupport::StartedServices;
 
 namespace {
 
@@ -92,23 +93,19 @@ private:
     void expect(const QString& key, const QString& words) const;
     QString reportText() const;
 
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
     std::unique_ptr<QTemporaryDir> m_folder;
     ProbeRun m_run;
 };
 
 void TestProbe::initTestCase()
 {
-    m_services = std::make_unique<Services>();
-    QString error;
-    QVERIFY2(m_services->start(&error), qPrintable(error));
+    m_services = std::make_unique<StartedServices>();
 }
 
 void TestProbe::init()
 {
-    m_services->clearFaults();
-    m_services->clearReplies();
-    m_services->log().clear();
+    m_services->reset();
     m_services->forgetSessions();
     m_services->resetState();
     m_folder = std::make_unique<QTemporaryDir>();
@@ -148,8 +145,7 @@ void TestProbe::expect(const QString& key, const QString& words) const
 
 QString TestProbe::reportText() const
 {
-    QFile file(m_folder->filePath(QStringLiteral("report")));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(TestSupport::contentOf(m_folder->filePath(QStringLiteral("report"))));
 }
 
 void TestProbe::allIsWell()
@@ -374,9 +370,7 @@ void TestProbe::whatIsWrongIsTold()
 //! The ticket of another server's form is worth nothing, so the password seems to be rejected.
 void TestProbe::redirectedFormIsTold()
 {
-    Services other;
-    QString error;
-    QVERIFY2(other.start(&error), qPrintable(error));
+    const StartedServices other;
     m_services->setReply("GET", QStringLiteral("/login"),
                          {302, "text/plain", {}, {{"Location", other.signInUrl().toLatin1() + "/login"}}});
     QCOMPARE(probe(), int(ProbeRun::Wrong));
@@ -409,9 +403,7 @@ void TestProbe::httpsNeedsATrustedCertificate()
 {
     NelvoDevkit::ServicesOptions options;
     options.https = true;
-    Services services(options);
-    QString error;
-    QVERIFY2(services.start(&error), qPrintable(error));
+    StartedServices services(options);
     const QString file = m_folder->filePath(QStringLiteral("certificate.pem"));
     QFile certificate(file);
     QVERIFY(certificate.open(QIODevice::WriteOnly));
@@ -470,13 +462,12 @@ void TestProbe::noSecretIsTold_data()
     }) << int(ProbeRun::Wrong);
     // A server that repeats what it was given.
     QTest::newRow("parrot") << Change([](Services& services) {
-        const QString md5 = QString::fromLatin1(
-            QCryptographicHash::hash(passwordOf(User).toUtf8(), QCryptographicHash::Md5).toHex());
+        const QString md5 = TestSupport::md5(passwordOf(User).toUtf8());
         const QJsonObject body{{"code", 401},
                                {"data", QJsonObject()},
                                {"message", passwordOf(User) + ' ' + md5 + ' ' + services.updates().token()}};
         services.setReply("POST", QStringLiteral("/v1.0/service/sys/productVersion/findLatest"),
-                          {200, "application/json", QJsonDocument(body).toJson(), {}});
+                          json(QJsonDocument(body).toJson()));
     }) << int(ProbeRun::Wrong);
 }
 
@@ -493,11 +484,8 @@ void TestProbe::noSecretIsTold()
     QVERIFY2(report.contains(QStringLiteral(" as l***\n")), qPrintable(report));
     QVERIFY2(report.contains(QStringLiteral("\nLog of the plug-in:\n")), qPrintable(report));
 
-    QStringList secrets{
-        QString::fromLatin1(User), passwordOf(User), m_services->updates().token(),
-        QString::fromLatin1(IotToken),
-        QString::fromLatin1(
-            QCryptographicHash::hash(passwordOf(User).toUtf8(), QCryptographicHash::Md5).toHex())};
+    QStringList secrets{QString::fromLatin1(User), passwordOf(User), m_services->updates().token(),
+                        QString::fromLatin1(IotToken), TestSupport::md5(passwordOf(User).toUtf8())};
     const QVector<NelvoDevkit::LoggedRequest> requests = m_services->log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests) {
         const QStringList cookies =

@@ -1,6 +1,5 @@
 #include "tests/probe/proberun.h"
-
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <QJsonArray>
 #include <QtTest>
@@ -20,7 +19,6 @@ class TestProbeStalls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void cleanup();
 
     void stalledServerEndsWithTheTimeout_data();
@@ -28,14 +26,8 @@ private Q_SLOTS:
     void stalledQuestionOfItsOwnEndsToo();
 
 private:
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
 };
-
-void TestProbeStalls::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
-}
 
 void TestProbeStalls::cleanup()
 {

@@ -2,11 +2,10 @@
 
 #include "tests/support/messagelog.h"
 #include "tests/support/pluginstandin.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
-
-#include <services/services.h>
 
 #include <NelvoSDK/IMessageMgr.h>
 
@@ -29,6 +28,7 @@ using NelvoSDK::LoginSession;
 using NelvoSDK::OrgTreeNode;
 using NelvoSDK::ProjectNode;
 using NelvoSDK::ProjectRef;
+using TestSupport::json;
 using TestSupport::MessageLog;
 using TestSupport::PluginStandIn;
 
@@ -44,11 +44,6 @@ const auto TooDeep = QStringLiteral("parse json failed: too deeply nested docume
 const auto TreeFailed = QStringLiteral("CProjectInfoMgr::ReflushProjOrgInfo /org/tree error!");
 const auto ProjectsFailed =
     QStringLiteral("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
-
-HttpReply json(const QByteArray& body, int status = 200)
-{
-    return {status, "application/json", body, {}};
-}
 
 QString text(const std::wstring& wide)
 {
@@ -146,7 +141,6 @@ class TestProjectInfoMgr : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
 
     void metaObject();
@@ -259,22 +253,14 @@ private:
     static void faultRows();
     QByteArrayList targets() const;
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
 };
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 
-void TestProjectInfoMgr::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
-}
-
 void TestProjectInfoMgr::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.log().clear();
+    m_services.reset();
     sharedCookieJar()->setAllCookies({});
     for (const char* property : {"sdkAddr", "iotToken", "epId"})
         qApp->setProperty(property, QVariant());

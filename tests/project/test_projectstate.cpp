@@ -2,11 +2,10 @@
 
 #include "tests/support/messagelog.h"
 #include "tests/support/pluginstandin.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
-
-#include <services/services.h>
 
 #include <NelvoSDK/IMessageMgr.h>
 
@@ -24,6 +23,7 @@ using NelvoPlugin::CProjectInfoMgr;
 using NelvoSDK::LoginSession;
 using NelvoSDK::ProjectNode;
 using NelvoSDK::ProjectRef;
+using TestSupport::json;
 using TestSupport::MessageLog;
 using TestSupport::PluginStandIn;
 
@@ -247,7 +247,7 @@ private:
     QStringList expectedOnService(Call call, Verdict verdict, bool isServed) const;
     void compareManager(const CProjectInfoMgr& manager, Call call, Verdict verdict) const;
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     LoginSession m_session;
     Messages m_messages;
     PluginStandIn m_plugin;
@@ -260,8 +260,6 @@ private:
 void TestProjectState::initTestCase()
 {
     m_plugin.messageMgr = &m_messages;
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
 }
 
 //! A session of the service, as a sign-in hands it over.
@@ -426,13 +424,9 @@ void TestProjectState::sessionIsKeptWhole()
 
 void TestProjectState::everyFieldOfAProjectIsKept()
 {
-    m_services.setReply("GET", ListPath,
-                        {200,
-                         "application/json",
-                         R"({"data":[{"id":"i","name":"n","deptId":"d",
+    m_services.setReply("GET", ListPath, json(R"({"data":[{"id":"i","name":"n","deptId":"d",
         "deptName":"D","code":"c","basemap":"b","proj4":"p","x":1.5,"y":2.25,"serverFlag":true},
-        {"id":7,"name":[],"deptId":{},"deptName":true,"code":1,"basemap":2,"proj4":null,"x":"3","y":null}]})",
-                         {}});
+        {"id":7,"name":[],"deptId":{},"deptName":true,"code":1,"basemap":2,"proj4":null,"x":"3","y":null}]})"));
     CProjectInfoMgr manager;
     manager.ReflushProjOrgInfo(m_session);
     std::list<ProjectNode> listed;
@@ -442,13 +436,9 @@ void TestProjectState::everyFieldOfAProjectIsKept()
 
 void TestProjectState::everyFieldOfAUnitIsKept()
 {
-    m_services.setReply("GET", TreePath,
-                        {200,
-                         "application/json",
-                         R"({"data":{"value":"v","name":"n","type":2,
+    m_services.setReply("GET", TreePath, json(R"({"data":{"value":"v","name":"n","type":2,
         "parId":"p","children":[{"value":1,"name":null,"type":2147483647,"parId":[]},{"type":2147483648},
-        {"type":-1},{"type":2.5},{"type":"2"},"no object"]}})",
-                         {}});
+        {"type":-1},{"type":2.5},{"type":"2"},"no object"]}})"));
     CProjectInfoMgr manager;
     manager.ReflushProjOrgInfo(m_session);
     QCOMPARE(units(manager),
@@ -571,7 +561,7 @@ void TestProjectState::tickInsideEveryCall()
     const CallFacts& facts = factsOf(call);
     CProjectInfoMgr manager;
     prepare(manager);
-    m_services.setReply("GET", HeartbeatPath, {401, "application/json", R"({"infoCode":"1002"})", {}});
+    m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1002"})", 401));
     m_services.addFault({Fault::Stall, facts.path, facts.method, 0, false});
     const auto isAsked = [this, &facts] {
         const QVector<NelvoDevkit::LoggedRequest> requests = m_services.log().requests();

@@ -1,6 +1,7 @@
 #include "clients.h"
 
-#include <QCryptographicHash>
+#include "tests/support/files.h"
+
 #include <QEventLoop>
 #include <QJsonDocument>
 #include <QNetworkCookieJar>
@@ -88,10 +89,9 @@ QString inputValue(const QByteArray& page, const QString& name)
 
 QByteArray formBody(const QString& ticket, const QString& user, const QString& password)
 {
-    const QByteArray hash = QCryptographicHash::hash(password.toUtf8(), QCryptographicHash::Md5).toHex();
     return "%5FeventId=submit&execution=e1s1&lt=" + QUrl::toPercentEncoding(ticket, {}, "-.") +
            "&productId=86&submit=%25E7%2599%25BB%25E5%25BD%2595&username=" + QUrl::toPercentEncoding(user) +
-           "&password=" + hash;
+           "&password=" + TestSupport::md5(password.toUtf8()).toLatin1();
 }
 
 RawConnection::RawConnection(const QString& url)

@@ -1,6 +1,6 @@
 #include "clients.h"
 
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -12,6 +12,8 @@
 using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
+using TestSupport::json;
+using TestSupport::StartedServices;
 
 namespace {
 
@@ -104,14 +106,12 @@ private:
     QString signIn(const QString& path) const { return m_services->signInUrl() + path; }
     QString heartbeat() const { return m_services->editorUrl() + "/org/heartbeat"; }
 
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
 };
 
 void TestServices::init()
 {
-    m_services = std::make_unique<Services>();
-    QString error;
-    QVERIFY2(m_services->start(&error), qPrintable(error));
+    m_services = std::make_unique<StartedServices>();
 }
 
 void TestServices::cleanup()
@@ -506,7 +506,7 @@ void TestServices::cannedReply_replacesTheAnswer()
     QVERIFY(client.cookie(heartbeat(), "EDITORSESSION").isNull());
     QCOMPARE(client.post(heartbeat(), "x").status, 405);
 
-    m_services->setReply("GET", "/rs/casLogin/listCompany", {200, "application/json", "[]", {}});
+    m_services->setReply("GET", "/rs/casLogin/listCompany", json("[]"));
     QCOMPARE(client.get(signIn("/rs/casLogin/listCompany")).body, QByteArray("[]"));
 
     m_services->clearReplies();
@@ -646,9 +646,7 @@ void TestServices::seed_ofOnesOwn()
                    "accounts": [{"user": "a&b <c>", "password": "+ %", "enterprises": [9007199254740991]}]})");
     file.close();
 
-    Services services(options);
-    QString error;
-    QVERIFY2(services.start(&error), qPrintable(error));
+    StartedServices services(options);
     Client client;
     const Answer page = client.signIn(services.signInUrl(), "a&b <c>", "+ %");
     QVERIFY(page.body.contains("a&amp;b &lt;c&gt;"));

@@ -1,6 +1,7 @@
 #include "clients.h"
 
-#include <services/services.h>
+#include "tests/support/files.h"
+#include "tests/support/startedservices.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -14,6 +15,8 @@
 using NelvoDevkit::BimModel;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
+using TestSupport::contentOf;
+using TestSupport::StartedServices;
 
 namespace {
 
@@ -56,12 +59,6 @@ QSet<QString> units(const Answer& tree)
     return ids;
 }
 
-QByteArray contentOf(const QString& name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 class TestServicesBim : public QObject
@@ -101,14 +98,12 @@ private:
     //! Signs in as lina, binds to the enterprise and lets the editor service know.
     void enter(Client& client, int enterpriseId = 1001);
 
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
 };
 
 void TestServicesBim::init()
 {
-    m_services = std::make_unique<Services>();
-    QString error;
-    QVERIFY2(m_services->start(&error), qPrintable(error));
+    m_services = std::make_unique<StartedServices>();
 }
 
 void TestServicesBim::cleanup()
@@ -443,14 +438,13 @@ void TestServicesBim::seed_isChecked()
 void TestServicesBim::seed_mayHaveNoModels()
 {
     const SeedFile seed(R"("projects": [])");
-    m_services = std::make_unique<Services>(seed.options());
-    QVERIFY(m_services->editorData().models(1).models.isEmpty());
-    m_services->editorData().generateModels(2);
-    QString error;
-    QVERIFY2(m_services->start(&error), qPrintable(error));
-    QCOMPARE(m_services->editorData().models(1).models.size(), 2);
-    m_services->editorData().generateModels(3);
-    QCOMPARE(m_services->editorData().models(1).drawings.size(), 3);
+    Services services(seed.options());
+    QVERIFY(services.editorData().models(1).models.isEmpty());
+    services.editorData().generateModels(2);
+    QVERIFY(services.start());
+    QCOMPARE(services.editorData().models(1).models.size(), 2);
+    services.editorData().generateModels(3);
+    QCOMPARE(services.editorData().models(1).drawings.size(), 3);
 }
 
 QTEST_GUILESS_MAIN(TestServicesBim)

@@ -1,6 +1,6 @@
 #include "clients.h"
 
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -9,7 +9,7 @@
 
 using NelvoDevkit::Fault;
 using NelvoDevkit::FaultRule;
-using NelvoDevkit::Services;
+using TestSupport::StartedServices;
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 
@@ -38,14 +38,13 @@ private:
     QString control(const QString& path) const { return m_services->controlUrl() + path; }
     QString heartbeat() const { return m_services->editorUrl() + "/org/heartbeat"; }
 
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
     std::unique_ptr<Client> m_client;
 };
 
 void TestServicesControl::init()
 {
-    m_services = std::make_unique<Services>();
-    QVERIFY(m_services->start());
+    m_services = std::make_unique<StartedServices>();
     m_client = std::make_unique<Client>();
 }
 

@@ -1,6 +1,6 @@
 #include "clients.h"
 
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -14,6 +14,7 @@ using NelvoDevkit::Fault;
 using NelvoDevkit::SceneProject;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
+using TestSupport::StartedServices;
 
 namespace {
 
@@ -140,14 +141,12 @@ private:
     void enter(Client& client, const QString& user, const QString& password, const QString& enterpriseId);
     void enterAsLina(Client& client) { enter(client, "lina", "lina2024", "1001"); }
 
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
 };
 
 void TestServicesEditor::init()
 {
-    m_services = std::make_unique<Services>();
-    QString error;
-    QVERIFY2(m_services->start(&error), qPrintable(error));
+    m_services = std::make_unique<StartedServices>();
 }
 
 void TestServicesEditor::cleanup()
@@ -715,9 +714,8 @@ void TestServicesEditor::seed_withoutEnterprises()
     file.write(R"({"accounts": [], "enterprises": []})");
     file.close();
 
-    m_services = std::make_unique<Services>(options);
+    m_services = std::make_unique<StartedServices>(options);
     QVERIFY(m_services->editorData().projects(1001).isEmpty());
-    QVERIFY(m_services->start());
     Client client;
     heartbeat(client);
     QCOMPARE(factsOf(client.get(editor("/org/tree"))).nodes, 3);

@@ -1,6 +1,6 @@
 #include "clients.h"
 
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/error.hpp>
@@ -18,7 +18,8 @@
 
 using NelvoDevkit::Fault;
 using NelvoDevkit::FaultRule;
-using NelvoDevkit::Services;
+using TestSupport::json;
+using TestSupport::StartedServices;
 
 namespace {
 
@@ -98,13 +99,12 @@ private:
                                patience);
     }
 
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
 };
 
 void TestServicesFaults::init()
 {
-    m_services = std::make_unique<Services>();
-    QVERIFY(m_services->start());
+    m_services = std::make_unique<StartedServices>();
 }
 
 void TestServicesFaults::cleanup()
@@ -210,7 +210,7 @@ void TestServicesFaults::refuse_endsOtherConnections()
 
 void TestServicesFaults::refuse_beforeStart()
 {
-    Services services;
+    NelvoDevkit::Services services;
     services.addFault(rule(Fault::Refuse));
     QVERIFY(services.start());
     QVERIFY(isRefused(services.signInUrl()));
@@ -406,7 +406,7 @@ void TestServicesFaults::loseSession_setsTheEditorsCookiesAgain()
 
 void TestServicesFaults::faults_strikeCannedReplies()
 {
-    m_services->setReply("GET", "/org/heartbeat", {200, "application/json", "[1,2,3,4]", {}});
+    m_services->setReply("GET", "/org/heartbeat", json("[1,2,3,4]"));
     m_services->addFault(rule(Fault::WrongJson, {}, 0, true));
     m_services->addFault(rule(Fault::CutBody, {}, 0, true));
     QCOMPARE(Client().get(heartbeat()).body, QByteArray("{}"));

@@ -1,6 +1,6 @@
 #include "clients.h"
 
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <QSslCertificate>
 #include <QTest>
@@ -8,6 +8,7 @@
 using NelvoDevkit::Fault;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
+using TestSupport::StartedServices;
 
 namespace {
 
@@ -38,7 +39,7 @@ private Q_SLOTS:
     void withoutHttps_thereIsNoCertificate();
 
 private:
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
 };
 
 void TestServicesHttps::initTestCase()
@@ -50,8 +51,7 @@ void TestServicesHttps::init()
 {
     ServicesOptions options;
     options.https = true;
-    m_services = std::make_unique<Services>(options);
-    QVERIFY(m_services->start());
+    m_services = std::make_unique<StartedServices>(options);
 }
 
 void TestServicesHttps::cleanup()
@@ -91,8 +91,7 @@ void TestServicesHttps::client_thatDoesNotTrustIt()
 
     ServicesOptions options;
     options.https = true;
-    Services other(options);
-    QVERIFY(other.start());
+    const StartedServices other(options);
     Client client;
     client.setSslConfiguration(trusting(other.certificatePem()));
     QCOMPARE(client.get(m_services->signInUrl() + "/login").error, QNetworkReply::SslHandshakeFailedError);
@@ -136,9 +135,7 @@ void TestServicesHttps::stop_endsHandshakes()
 
 void TestServicesHttps::withoutHttps_thereIsNoCertificate()
 {
-    Services plain;
-    QVERIFY(plain.start());
-    QVERIFY(plain.certificatePem().isEmpty());
+    QVERIFY(StartedServices().certificatePem().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(TestServicesHttps)

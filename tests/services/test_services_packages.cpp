@@ -1,6 +1,7 @@
 #include "clients.h"
 
-#include <services/services.h>
+#include "tests/support/files.h"
+#include "tests/support/startedservices.h"
 
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/error.hpp>
@@ -9,7 +10,6 @@
 #include <boost/asio/read.hpp>
 #include <boost/asio/write.hpp>
 
-#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
@@ -25,6 +25,8 @@ using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::PackageDelivery;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
+using TestSupport::md5;
+using TestSupport::StartedServices;
 
 using End = PackageDelivery::End;
 
@@ -75,11 +77,6 @@ PackageDelivery announcing(qint64 size)
     PackageDelivery delivery;
     delivery.announcedSize = size;
     return delivery;
-}
-
-QByteArray md5(const QByteArray& bytes)
-{
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
 }
 
 QByteArray requestFor(const QString& url, const QByteArray& headers = {})
@@ -199,15 +196,14 @@ private:
     Answer control(const QString& path) const { return Client().post(m_services->controlUrl() + path, {}); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
     const QByteArray m_content = countedContent(1000000);
 };
 
 void TestServicesPackages::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
-    m_services = std::make_unique<Services>();
-    QVERIFY(m_services->start());
+    m_services = std::make_unique<StartedServices>();
     m_services->packages().add("p.zip", m_content);
 }
 
@@ -236,7 +232,7 @@ void TestServicesPackages::package_fromAFile()
     file.close();
     m_services->packages().addFile("f.zip", file.fileName());
     QCOMPARE(Client().get(m_services->packageUrl("f.zip")).body, m_content);
-    QCOMPARE(m_services->packageRelease("f.zip", {}, {}).md5, QString(md5(m_content)));
+    QCOMPARE(m_services->packageRelease("f.zip", {}, {}).md5, md5(m_content));
 }
 
 void TestServicesPackages::package_fromAFileIsReadAnew()
@@ -306,8 +302,7 @@ void TestServicesPackages::package_overHttps()
 {
     ServicesOptions options;
     options.https = true;
-    Services services(options);
-    QVERIFY(services.start());
+    StartedServices services(options);
     services.packages().add("p.zip", m_content);
     QSslConfiguration trusting = QSslConfiguration::defaultConfiguration();
     trusting.setCaCertificates(QSslCertificate::fromData(services.certificatePem()));
@@ -337,21 +332,21 @@ void TestServicesPackages::request_isLogged()
 void TestServicesPackages::generated_isTheSameEveryTime()
 {
     m_services->packages().addGenerated("g.zip", 200000);
-    Services other;
+    const NelvoDevkit::Services other;
     other.packages().addGenerated("another.zip", 300000);
     const QByteArray bytes = m_services->packages().bytes("g.zip", 0, 300000);
     QCOMPARE(bytes.size(), 200000);
     QCOMPARE(other.packages().bytes("another.zip", 0, 200000), bytes);
     for (const int offset : {3, 65530, 65536, 65537, 131075})
         QCOMPARE(other.packages().bytes("another.zip", offset, 20), bytes.mid(offset, 20));
-    QCOMPARE(m_services->packageRelease("g.zip", {}, {}).md5, QString(md5(bytes)));
+    QCOMPARE(m_services->packageRelease("g.zip", {}, {}).md5, md5(bytes));
 }
 
 void TestServicesPackages::generated_hasNoTwoBlocksAlike()
 {
     constexpr int blocks = 1000;
     m_services->packages().addGenerated("g.zip", blocks * qint64{blockSize});
-    QSet<QByteArray> seen;
+    QSet<QString> seen;
     for (int i = 0; i < blocks; ++i)
         seen.insert(md5(m_services->packages().bytes("g.zip", i * qint64{blockSize}, blockSize)));
     QCOMPARE(seen.size(), blocks);
@@ -375,7 +370,7 @@ void TestServicesPackages::generated_isSentWhole()
     m_services->packages().addGenerated("p.zip", size);
     const QByteArray body = Client().get(url()).body;
     QCOMPARE(body.size(), size);
-    QCOMPARE(QString(md5(body)), m_services->packageRelease("p.zip", {}, {}).md5);
+    QCOMPARE(md5(body), m_services->packageRelease("p.zip", {}, {}).md5);
 }
 
 void TestServicesPackages::range_data()

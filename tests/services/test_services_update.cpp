@@ -1,8 +1,8 @@
 #include "clients.h"
 
-#include <services/services.h>
+#include "tests/support/files.h"
+#include "tests/support/startedservices.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -15,6 +15,8 @@ using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::Release;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
+using TestSupport::json;
+using TestSupport::StartedServices;
 
 namespace {
 
@@ -99,14 +101,13 @@ private:
     void startWith(const QByteArray& seed);
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<Services> m_services;
+    std::unique_ptr<StartedServices> m_services;
 };
 
 void TestServicesUpdate::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
-    m_services = std::make_unique<Services>();
-    QVERIFY(m_services->start());
+    m_services = std::make_unique<StartedServices>();
 }
 
 void TestServicesUpdate::cleanup()
@@ -123,9 +124,7 @@ void TestServicesUpdate::startWith(const QByteArray& seed)
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(seed);
     file.close();
-    m_services = std::make_unique<Services>(options);
-    QString error;
-    QVERIFY2(m_services->start(&error), qPrintable(error));
+    m_services = std::make_unique<StartedServices>(options);
 }
 
 void TestServicesUpdate::findLatest_tellsTheSeedsRelease()
@@ -150,8 +149,7 @@ void TestServicesUpdate::findLatest_tellsAPackageThatIsThere()
     const QByteArray package = Client().get(path).body;
     QVERIFY(package.startsWith("PK"));
     QCOMPARE(package.size(), data.value("fullSize").toInt());
-    QCOMPARE(QString(QCryptographicHash::hash(package, QCryptographicHash::Md5).toHex()),
-             data.value("fullMd5").toString());
+    QCOMPARE(TestSupport::md5(package), data.value("fullMd5").toString());
 }
 
 void TestServicesUpdate::findLatest_needsTheToken_data()
@@ -309,7 +307,7 @@ void TestServicesUpdate::refuse_ofAPathStrikesItsServerOnly()
 
 void TestServicesUpdate::canned_replyGoesFirst()
 {
-    m_services->setReply("POST", findLatestPath, {200, "application/json", R"({"code":"200"})", {}});
+    m_services->setReply("POST", findLatestPath, json(R"({"code":"200"})"));
     QCOMPARE(findLatest("nelvo-editor", "wrong").body, QByteArray(R"({"code":"200"})"));
 }
 

@@ -1,10 +1,11 @@
+#include "tests/support/files.h"
+
 #include <package/updatepackage.h>
 
 #include <quazip/quazip.h>
 #include <quazip/quazipfile.h>
 
 #include <QBuffer>
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -19,6 +20,7 @@
 using NelvoDevkit::PackageEntry;
 using NelvoDevkit::packDirectory;
 using NelvoDevkit::packEntries;
+using TestSupport::contentOf;
 
 namespace {
 
@@ -47,12 +49,6 @@ QStringList namesOf(const QByteArray& package)
     for (const PackageEntry& entry : entriesOf(package))
         names.append(entry.name);
     return names;
-}
-
-QByteArray contentOf(const QString& fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void writeFile(const QString& fileName, const QByteArray& content)
@@ -224,8 +220,7 @@ void TestUpdatePackage::package_isTheSameEveryTime()
     const auto package = packEntries(entries, &error);
     QVERIFY2(package, qPrintable(error));
     // From another run on another day.
-    QCOMPARE(QString(QCryptographicHash::hash(*package, QCryptographicHash::Md5).toHex()),
-             QString("6e5428bad4cd79474f38a26a87256e49"));
+    QCOMPARE(TestSupport::md5(*package), QString("6e5428bad4cd79474f38a26a87256e49"));
 }
 
 void TestUpdatePackage::directory_isPackedWhole()
@@ -262,7 +257,7 @@ void TestUpdatePackage::directory_isSummarised()
     const auto summary = packDirectory(path("tree"), path("p.zip"), &error);
     QVERIFY2(summary, qPrintable(error));
     const QByteArray package = contentOf(path("p.zip"));
-    QCOMPARE(summary->md5, QString(QCryptographicHash::hash(package, QCryptographicHash::Md5).toHex()));
+    QCOMPARE(summary->md5, TestSupport::md5(package));
     QCOMPARE(summary->size, package.size());
     QCOMPARE(summary->entries, 6);
 }
@@ -362,11 +357,10 @@ void TestUpdatePackage::program_packsAndReports()
     QCOMPARE(m_program->readAllStandardError(), QByteArray());
     const QByteArray package = contentOf(path("包.zip"));
     QCOMPARE(namesOf(package).size(), 6);
-    const QJsonObject expected = {
-        {"package", path("包.zip")},
-        {"md5", QString(QCryptographicHash::hash(package, QCryptographicHash::Md5).toHex())},
-        {"size", package.size()},
-        {"entries", 6}};
+    const QJsonObject expected = {{"package", path("包.zip")},
+                                  {"md5", TestSupport::md5(package)},
+                                  {"size", package.size()},
+                                  {"entries", 6}};
     QCOMPARE(QJsonDocument::fromJson(m_program->readAllStandardOutput()).object(), expected);
 }
 

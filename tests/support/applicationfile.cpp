@@ -1,4 +1,5 @@
 #include "tests/support/applicationfile.h"
+#include "tests/support/files.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -23,10 +24,7 @@ bool ApplicationFile::exists() const
 
 QByteArray ApplicationFile::content() const
 {
-    QFile file(m_path);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    return file.readAll();
+    return contentOf(m_path);
 }
 
 void ApplicationFile::write(const QByteArray& content) const

@@ -1,16 +1,13 @@
+#include "tests/support/files.h"
 #include "tests/updater/batchfile.h"
 
 #include <QFile>
 
+using TestSupport::contentOf;
+
 namespace {
 
 const auto Gate = QStringLiteral("second.txt.gate");
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 } // namespace
 

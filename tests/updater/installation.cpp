@@ -1,4 +1,5 @@
 #include "tests/updater/installation.h"
+#include "tests/support/files.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -46,8 +47,7 @@ Installation::~Installation()
 
 QByteArray Installation::content(const QString& name) const
 {
-    QFile file(path(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return TestSupport::contentOf(path(name));
 }
 
 QJsonObject Installation::json(const QString& name) const

@@ -1,8 +1,7 @@
 #include "tests/updater/releaseserver.h"
+#include "tests/support/files.h"
 
 #include "tests/updater/ziparchive.h"
-
-#include <QCryptographicHash>
 
 using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::PackageDelivery;
@@ -35,7 +34,7 @@ void ReleaseServer::offer(const QByteArray& package, const QString& version)
 
 QString ReleaseServer::md5() const
 {
-    return QString::fromLatin1(QCryptographicHash::hash(m_package, QCryptographicHash::Md5).toHex());
+    return TestSupport::md5(m_package);
 }
 
 void ReleaseServer::stallAfter(qint64 bytes)

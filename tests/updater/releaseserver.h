@@ -1,6 +1,6 @@
 #pragma once
 
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
@@ -11,8 +11,6 @@
 class ReleaseServer
 {
 public:
-    bool start(QString* error) { return m_services.start(error); }
-
     //! Offers a package with a new editor, a configuration of its own and a page, whole and at once, and
     //! forgets the requests so far.
     void reset();
@@ -32,6 +30,6 @@ public:
     void clearRequests() { m_services.log().clear(); }
 
 private:
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     QByteArray m_package;
 };

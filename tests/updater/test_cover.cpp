@@ -1,3 +1,4 @@
+#include "tests/support/files.h"
 #include "tests/updater/batchfile.h"
 #include "tests/updater/installation.h"
 #include "tests/updater/releaseserver.h"
@@ -9,17 +10,13 @@
 #include <QRegularExpression>
 #include <QtTest>
 
+using TestSupport::contentOf;
+
 namespace {
 
 constexpr int Patience = Installation::Patience;
 
 const auto Farewell = QStringLiteral("稍后将自动重启,请等待");
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 } // namespace
 
@@ -28,7 +25,6 @@ class TestCover : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
 
     void wholeUpdate();
@@ -63,12 +59,6 @@ private:
 
     ReleaseServer m_server;
 };
-
-void TestCover::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_server.start(&error), qPrintable(error));
-}
 
 void TestCover::init()
 {
@@ -106,9 +96,9 @@ void TestCover::wholeUpdate()
                                                     "\\d\\d-\\d\\d\n\r更新说明:\n\rfirst<br/>second$"));
     const QString written = QString::fromUtf8(host.content("NelvoUpdateLog.txt"));
     QVERIFY2(history.match(written).hasMatch(), qPrintable(written));
-    QFile batch(QStringLiteral(":/NelvoPlugin/Login/cover.bat"));
-    QVERIFY(batch.open(QIODevice::ReadOnly));
-    QCOMPARE(host.content("cover.bat"), batch.readAll());
+    const QByteArray batch = contentOf(QStringLiteral(":/NelvoPlugin/Login/cover.bat"));
+    QVERIFY(!batch.isEmpty());
+    QCOMPARE(host.content("cover.bat"), batch);
     QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_server.package());
     QCOMPARE(host.content("NelvoUnCompress/NelvoEditor.exe"), QByteArray(200000, 'x'));
     QCOMPARE(host.content("NelvoUnCompress/qml/Main.qml"), QByteArray("Item {}"));

@@ -34,7 +34,6 @@ class TestInstallPaths : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void init();
 
     void directory_data();
@@ -52,12 +51,6 @@ private:
 
     ReleaseServer m_server;
 };
-
-void TestInstallPaths::initTestCase()
-{
-    QString error;
-    QVERIFY2(m_server.start(&error), qPrintable(error));
-}
 
 void TestInstallPaths::init()
 {

@@ -1,12 +1,11 @@
 #include "updater/updater.h"
 
 #include "tests/support/applicationfile.h"
+#include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/systemtexts.h"
 
-#include <services/services.h>
-
-#include <QCryptographicHash>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonDocument>
@@ -29,6 +28,8 @@ using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::PackageDelivery;
 using NelvoDevkit::Release;
 using TestSupport::ApplicationFile;
+using TestSupport::json;
+using TestSupport::md5;
 using TestSupport::MessageLog;
 
 namespace {
@@ -72,16 +73,6 @@ public:
 private:
     QStringList m_events;
 };
-
-QString md5Of(const QByteArray& bytes)
-{
-    return QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex());
-}
-
-HttpReply json(const QByteArray& body)
-{
-    return {200, "application/json", body, {}};
-}
 
 //! The updater's own lines of the log, with a mark in place of where they come from.
 QStringList updateTrace(const MessageLog& log)
@@ -182,7 +173,7 @@ private:
     void writePackage(const QByteArray& content, const QString& name = PackageName) const;
     QVector<LoggedRequest> transfers() const;
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     QTemporaryDir m_settingsDir;
     QByteArray m_package;
     std::unique_ptr<ApplicationFile> m_config;
@@ -199,15 +190,11 @@ void TestUpdater::initTestCase()
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settingsDir.path());
     for (int i = 0; i < 300000; ++i)
         m_package.append(static_cast<char>(i * 7 + i / 251));
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
 }
 
 void TestUpdater::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.log().clear();
+    m_services.reset();
     m_services.packages().add(PackageName, m_package);
     m_services.packages().setDelivery(PackageName, {});
     m_services.updates().setRelease(Product, release());
@@ -264,8 +251,7 @@ QString TestUpdater::updatePath(const QString& name) const
 
 QByteArray TestUpdater::packageOnDisk(const QString& name) const
 {
-    QFile file(updatePath(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return TestSupport::contentOf(updatePath(name));
 }
 
 void TestUpdater::writePackage(const QByteArray& content, const QString& name) const
@@ -539,7 +525,7 @@ void TestUpdater::failedCheckIsNoUpdate()
 {
     QFETCH(const int, status);
     QFETCH(const QByteArray, body);
-    m_services.setReply("POST", CheckPath, {status, "application/json", body, {}});
+    m_services.setReply("POST", CheckPath, json(body, status));
     CUpdater updater;
     Events events(updater);
     check(updater);
@@ -628,7 +614,7 @@ void TestUpdater::downloadBringsThePackage()
     QVERIFY(!progress.isEmpty());
     QCOMPARE(progress.last(), (QVariantList{updatePath(), 300000, 300000}));
     QCOMPARE(state(), (QJsonObject{{"updateState", 2},
-                                   {"fullMd5", md5Of(m_package)},
+                                   {"fullMd5", md5(m_package)},
                                    {"remarks", "first<br/>second"},
                                    {"pVersion", "1.0.1"}}));
     QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
@@ -658,7 +644,7 @@ void TestUpdater::downloadRecordsTheAttemptFirst()
     const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
     updater.download();
     const QJsonObject attempt{{"updateState", 1},
-                              {"fullMd5", md5Of(m_package)},
+                              {"fullMd5", md5(m_package)},
                               {"remarks", "first<br/>second"},
                               {"pVersion", "1.0.1"}};
     QCOMPARE(atTheStart, QJsonDocument(attempt).toJson());
@@ -696,7 +682,7 @@ void TestUpdater::stateIsWrittenBehindThePage()
 
 void TestUpdater::partialPackageIsContinued()
 {
-    writeState(1, md5Of(m_package));
+    writeState(1, md5(m_package));
     writePackage(m_package.left(100000));
     CUpdater updater;
     check(updater);
@@ -715,7 +701,7 @@ void TestUpdater::letterCaseOfTheChecksumDoesNotMatter()
     Release upper = release();
     upper.md5 = upper.md5.toUpper();
     m_services.updates().setRelease(Product, upper);
-    writeState(1, md5Of(m_package));
+    writeState(1, md5(m_package));
     writePackage(m_package.left(100000));
     CUpdater updater;
     check(updater);
@@ -727,7 +713,7 @@ void TestUpdater::letterCaseOfTheChecksumDoesNotMatter()
     // The other way round, and with the package complete.
     m_services.updates().setRelease(Product, release());
     check(updater);
-    writeState(2, md5Of(m_package).toUpper());
+    writeState(2, md5(m_package).toUpper());
     updater.download();
     QCOMPARE(finished.count(), 2);
     QCOMPARE(transfers().size(), 1);
@@ -746,7 +732,7 @@ void TestUpdater::emptyPackageFileIsContinued()
     Release offered = release();
     offered.size = size;
     m_services.updates().setRelease(Product, offered);
-    writeState(1, md5Of(m_package));
+    writeState(1, md5(m_package));
     writePackage({});
     CUpdater updater;
     check(updater);
@@ -759,7 +745,7 @@ void TestUpdater::emptyPackageFileIsContinued()
 
 void TestUpdater::fullSizedPackageInStateOneIsFetchedAgain()
 {
-    writeState(1, md5Of(m_package));
+    writeState(1, md5(m_package));
     writePackage(m_package); // even a right one: it isn't looked at
     CUpdater updater;
     check(updater);
@@ -777,7 +763,7 @@ void TestUpdater::sizeBeyond32BitsReadsAsZeroAndNeverContinues()
     Release large = release();
     large.size = Q_INT64_C(1) << 31;
     m_services.updates().setRelease(Product, large);
-    writeState(1, md5Of(m_package));
+    writeState(1, md5(m_package));
     writePackage(m_package.left(100000));
     CUpdater updater;
     check(updater);
@@ -799,7 +785,7 @@ void TestUpdater::packageOfAnotherReleaseIsRemoved_data()
 void TestUpdater::packageOfAnotherReleaseIsRemoved()
 {
     QFETCH(const int, updateState);
-    writeState(updateState, md5Of("an earlier package"));
+    writeState(updateState, md5("an earlier package"));
     writePackage("an earlier package");
     CUpdater updater;
     check(updater);
@@ -824,7 +810,7 @@ void TestUpdater::partialPackageWithoutAStateIsRemoved()
     QTRY_COMPARE(finished.count(), 1);
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
     // The same with the record of this release that an earlier cover left.
-    writeState(0, md5Of(m_package));
+    writeState(0, md5(m_package));
     updater.download();
     QVERIFY(!QFile::exists(updatePath()));
     QTRY_COMPARE(finished.count(), 2);
@@ -832,7 +818,7 @@ void TestUpdater::partialPackageWithoutAStateIsRemoved()
 
 void TestUpdater::completePackageIsVerifiedWithoutATransfer()
 {
-    writeState(2, md5Of(m_package));
+    writeState(2, md5(m_package));
     writePackage(m_package);
     CUpdater updater;
     check(updater);
@@ -841,13 +827,13 @@ void TestUpdater::completePackageIsVerifiedWithoutATransfer()
     updater.download();
     QCOMPARE(events.take(), QStringList{"finished NelvoEditor.zip"});
     QVERIFY(transfers().isEmpty());
-    QCOMPARE(state(), (QJsonObject{{"updateState", 2}, {"fullMd5", md5Of(m_package)}}));
+    QCOMPARE(state(), (QJsonObject{{"updateState", 2}, {"fullMd5", md5(m_package)}}));
     QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
 }
 
 void TestUpdater::damagedCompletePackageIsFetchedAgain()
 {
-    writeState(2, md5Of(m_package));
+    writeState(2, md5(m_package));
     writePackage("damaged" + m_package.mid(7));
     CUpdater updater;
     check(updater);
@@ -855,7 +841,7 @@ void TestUpdater::damagedCompletePackageIsFetchedAgain()
     Events events(updater);
     updater.download();
     // The attempt isn't recorded on this way.
-    QCOMPARE(state(), (QJsonObject{{"updateState", 2}, {"fullMd5", md5Of(m_package)}}));
+    QCOMPARE(state(), (QJsonObject{{"updateState", 2}, {"fullMd5", md5(m_package)}}));
     // Nothing else is under way here, so this retry does start a transfer.
     QTRY_COMPARE(events.all(), (QStringList{"started NelvoEditor.zip 300000", "finished NelvoEditor.zip"}));
     QCOMPARE(transfers().size(), 1);
@@ -866,7 +852,7 @@ void TestUpdater::damagedCompletePackageIsFetchedAgain()
 
 void TestUpdater::missingCompletePackageIsFetchedAgain()
 {
-    writeState(2, md5Of(m_package));
+    writeState(2, md5(m_package));
     CUpdater updater;
     check(updater);
     const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
@@ -979,7 +965,7 @@ void TestUpdater::secondDownloadWithoutASizeSpoilsTheFirst()
 void TestUpdater::wrongChecksumIsNotToldAndNotRetried()
 {
     Release wrong = release();
-    wrong.md5 = md5Of("something else");
+    wrong.md5 = md5("something else");
     m_services.updates().setRelease(Product, wrong);
     CUpdater updater;
     check(updater);
@@ -1029,7 +1015,7 @@ void TestUpdater::serverThatIgnoresTheRangeIsCaughtByTheChecksum()
     PackageDelivery whole;
     whole.ignoresRange = true;
     m_services.packages().setDelivery(PackageName, whole);
-    writeState(1, md5Of(m_package));
+    writeState(1, md5(m_package));
     writePackage(m_package.left(100000));
     CUpdater updater;
     check(updater);
@@ -1092,7 +1078,7 @@ void TestUpdater::retriesOfTheTransferEnd()
     fail();
     QCOMPARE(packageOnDisk(), QByteArray("partial"));
     QCOMPARE(state(), (QJsonObject{{"updateState", 0},
-                                   {"fullMd5", md5Of(m_package)},
+                                   {"fullMd5", md5(m_package)},
                                    {"remarks", "first<br/>second"},
                                    {"pVersion", "1.0.1"}}));
     QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载失败reason", "> 重试", "> 下载失败reason", "> 重试",

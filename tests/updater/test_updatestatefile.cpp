@@ -1,5 +1,6 @@
 #include "updater/updatestatefile.h"
 
+#include "tests/support/files.h"
 #include "tests/support/messagelog.h"
 
 #include <QFile>
@@ -46,8 +47,7 @@ void TestUpdateStateFile::init()
 
 QByteArray TestUpdateStateFile::content() const
 {
-    QFile file(m_path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return TestSupport::contentOf(m_path);
 }
 
 void TestUpdateStateFile::write(const QByteArray& content) const

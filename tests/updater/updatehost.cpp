@@ -9,6 +9,7 @@
 //! With other arguments or none, as the batch file starts it, it leaves NAME.started beside itself, with
 //! their number.
 
+#include "tests/support/files.h"
 #include "updater/updater.h"
 
 #include <QCoreApplication>
@@ -32,8 +33,7 @@ QString inAppDir(const char* name)
 
 QJsonObject jsonOf(const char* name)
 {
-    QFile file(inAppDir(name));
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    return TestSupport::jsonOf(inAppDir(name));
 }
 
 QString records()

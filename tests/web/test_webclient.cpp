@@ -1,11 +1,10 @@
 #include "web/webclient.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/systemtexts.h"
 #include "tests/support/wine.h"
 #include "web/cookiesjar.h"
-
-#include <services/services.h>
 
 #include <QEventLoop>
 #include <QJsonArray>
@@ -25,6 +24,7 @@ Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 using NelvoDevkit::Fault;
 using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
+using TestSupport::json;
 using TestSupport::MessageLog;
 
 class TestWebClient : public QObject
@@ -77,10 +77,9 @@ private Q_SLOTS:
 
 private:
     QByteArrayList headerLines(const LoggedRequest& request) const;
-    LoggedRequest onlyRequest() const;
     bool get(const QString& path, const ReplyHandler& handler);
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     QString m_url;
 };
 
@@ -97,16 +96,12 @@ bool accept(const QByteArray&)
 
 void TestWebClient::initTestCase()
 {
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
     m_url = m_services.editorUrl();
 }
 
 void TestWebClient::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.log().clear();
+    m_services.reset();
     sharedCookieJar()->setAllCookies({});
     for (const char* method : {"GET", "POST", "PUT"})
         m_services.setReply(method, Path, HttpReply{200, "text/plain", "body", {}});
@@ -118,12 +113,6 @@ QByteArrayList TestWebClient::headerLines(const LoggedRequest& request) const
     for (const NelvoDevkit::HttpHeader& header : request.headers)
         lines.append(header.name + ": " + header.value);
     return lines;
-}
-
-LoggedRequest TestWebClient::onlyRequest() const
-{
-    const QVector<LoggedRequest> requests = m_services.log().requests();
-    return requests.size() == 1 ? requests.first() : LoggedRequest{};
 }
 
 bool TestWebClient::get(const QString& path, const ReplyHandler& handler)
@@ -148,7 +137,7 @@ void TestWebClient::standardRequest()
 void TestWebClient::getSendsTheStandardHeadersOnly()
 {
     QVERIFY(get(Path, accept));
-    const LoggedRequest request = onlyRequest();
+    const LoggedRequest request = m_services.onlyRequest();
     QCOMPARE(request.method, QByteArray("GET"));
     QCOMPARE(request.target, QByteArray("/some/resource"));
     QCOMPARE(request.body, QByteArray());
@@ -163,7 +152,7 @@ void TestWebClient::postSendsBodyAndContentType()
 {
     const QByteArray body("{\n    \"name\": \"\xE5\x8C\x97\xE4\xBA\xAC\"\n}\n");
     QVERIFY(httpPost(sharedNetworkManager(), m_url, Path, body, {}, accept));
-    const LoggedRequest request = onlyRequest();
+    const LoggedRequest request = m_services.onlyRequest();
     QCOMPARE(request.method, QByteArray("POST"));
     QCOMPARE(request.body, body);
     QVERIFY(headerLines(request).contains("Content-Type: application/json"));
@@ -173,7 +162,7 @@ void TestWebClient::postSendsBodyAndContentType()
 void TestWebClient::putSendsBodyAndContentType()
 {
     QVERIFY(httpPut(sharedNetworkManager(), m_url, Path, "[]", {}, accept));
-    const LoggedRequest request = onlyRequest();
+    const LoggedRequest request = m_services.onlyRequest();
     QCOMPARE(request.method, QByteArray("PUT"));
     QCOMPARE(request.body, QByteArray("[]"));
     QVERIFY(headerLines(request).contains("Content-Type: application/json"));
@@ -189,7 +178,7 @@ void TestWebClient::urlIsPlainConcatenation()
 
     m_services.log().clear();
     QVERIFY(get(Path + QStringLiteral("?name=a b"), accept));
-    QCOMPARE(onlyRequest().target, QByteArray("/some/resource?name=a%20b"));
+    QCOMPARE(m_services.onlyRequest().target, QByteArray("/some/resource?name=a%20b"));
 }
 
 void TestWebClient::prepareTouchesTheRequestLast()
@@ -203,7 +192,7 @@ void TestWebClient::prepareTouchesTheRequestLast()
     QVERIFY(httpPut(sharedNetworkManager(), m_url, Path, "x", prepare, accept));
     QVERIFY(httpGet(sharedNetworkManager(), m_url, Path, prepare, accept));
     QJsonObject ignored;
-    m_services.setReply("GET", Path, HttpReply{200, "application/json", "{}", {}});
+    m_services.setReply("GET", Path, json("{}"));
     QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, prepare, ignored));
     QCOMPARE(calls, 4);
     const QVector<LoggedRequest> requests = m_services.log().requests();
@@ -368,7 +357,7 @@ void TestWebClient::localAddressGivesFalse()
 
 void TestWebClient::jsonObject()
 {
-    m_services.setReply("GET", Path, HttpReply{200, "application/json", R"({"code":7})", {}});
+    m_services.setReply("GET", Path, json(R"({"code":7})"));
     QJsonObject result{{QStringLiteral("old"), 1}};
     QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, result));
     QCOMPARE(result, (QJsonObject{{QStringLiteral("code"), 7}}));
@@ -376,7 +365,7 @@ void TestWebClient::jsonObject()
 
 void TestWebClient::jsonArray()
 {
-    m_services.setReply("GET", Path, HttpReply{200, "application/json", "[1,2]", {}});
+    m_services.setReply("GET", Path, json("[1,2]"));
     QJsonArray result{0};
     QVERIFY(httpGetJsonArray(sharedNetworkManager(), m_url, Path, result));
     QCOMPARE(result, (QJsonArray{1, 2}));
@@ -385,12 +374,12 @@ void TestWebClient::jsonArray()
 void TestWebClient::jsonOfTheOtherKindIsEmpty()
 {
     MessageLog log;
-    m_services.setReply("GET", Path, HttpReply{200, "application/json", "[1]", {}});
+    m_services.setReply("GET", Path, json("[1]"));
     QJsonObject object{{QStringLiteral("old"), 1}};
     QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, object));
     QVERIFY(object.isEmpty());
 
-    m_services.setReply("GET", Path, HttpReply{200, "application/json", R"({"a":1})", {}});
+    m_services.setReply("GET", Path, json(R"({"a":1})"));
     QJsonArray array{0};
     QVERIFY(httpGetJsonArray(sharedNetworkManager(), m_url, Path, array));
     QVERIFY(array.isEmpty());
@@ -432,7 +421,7 @@ void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched()
 
 void TestWebClient::failedJsonCallLeavesTheOutputUntouched()
 {
-    m_services.setReply("GET", Path, HttpReply{503, "application/json", "[{}]", {}});
+    m_services.setReply("GET", Path, json("[{}]", 503));
     MessageLog log;
     QJsonObject object{{QStringLiteral("old"), 1}};
     const QJsonObject oldObject = object;
@@ -585,7 +574,7 @@ void TestWebClient::ownerThatStaysChangesNothing()
 {
     QObject owner;
     QVERIFY(httpGet(sharedNetworkManager(), m_url, Path, {}, accept, &owner));
-    m_services.setReply("GET", Path, HttpReply{200, "application/json", "{}", {}});
+    m_services.setReply("GET", Path, json("{}"));
     QJsonObject object;
     QVERIFY(httpGetJson(sharedNetworkManager(), m_url, Path, {}, object, &owner));
     QNetworkRequest request = buildRequest();

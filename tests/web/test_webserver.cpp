@@ -1,12 +1,11 @@
 #include "web/webserver.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "tests/support/systemtexts.h"
 #include "tests/support/wine.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
-
-#include <services/services.h>
 
 #include <QElapsedTimer>
 #include <QJsonObject>
@@ -21,6 +20,7 @@ Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 using NelvoDevkit::Fault;
 using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
+using TestSupport::json;
 using TestSupport::MessageLog;
 
 namespace {
@@ -77,28 +77,23 @@ private Q_SLOTS:
 
 private:
     bool findLatest(QJsonObject& reply, int timeoutMs = ample);
-    LoggedRequest onlyRequest() const;
     void answerWith(const HttpReply& reply) { m_services.setReply("POST", path, reply); }
     int repliesAlive() const { return m_server->manager->findChildren<QNetworkReply*>().size(); }
 
-    NelvoDevkit::Services m_services;
+    TestSupport::StartedServices m_services;
     QString m_url;
     std::unique_ptr<CWebServer> m_server;
 };
 
 void TestWebServer::initTestCase()
 {
-    QString error;
-    QVERIFY2(m_services.start(&error), qPrintable(error));
     m_url = m_services.editorUrl();
 }
 
 void TestWebServer::init()
 {
-    m_services.clearFaults();
-    m_services.clearReplies();
-    m_services.log().clear();
-    answerWith({200, "application/json", release, {}});
+    m_services.reset();
+    answerWith(json(release));
     m_server = std::make_unique<CWebServer>();
     m_server->setServerAddress(m_url);
 }
@@ -107,12 +102,6 @@ bool TestWebServer::findLatest(QJsonObject& reply, int timeoutMs)
 {
     return m_server->findLatest(QStringLiteral("token"), QStringLiteral("product"), QStringLiteral("0.0.0"),
                                 {}, reply, timeoutMs);
-}
-
-LoggedRequest TestWebServer::onlyRequest() const
-{
-    const QVector<LoggedRequest> requests = m_services.log().requests();
-    return requests.size() == 1 ? requests.first() : LoggedRequest{};
 }
 
 void TestWebServer::hasNoSignalsSlotsOrProperties()
@@ -136,7 +125,7 @@ void TestWebServer::asksForTheLatestRelease()
 {
     QJsonObject reply;
     QVERIFY(findLatest(reply));
-    const LoggedRequest request = onlyRequest();
+    const LoggedRequest request = m_services.onlyRequest();
     QCOMPARE(request.method, QByteArray("POST"));
     QCOMPARE(request.target, QByteArray("/v1.0/service/sys/productVersion/findLatest"
                                         "?access_token=token&productId=product&productVersion=0.0.0"));
@@ -148,7 +137,7 @@ void TestWebServer::sendsItsOneHeaderAndTheNetworksOwn()
     QJsonObject reply;
     QVERIFY(findLatest(reply));
     QByteArrayList lines;
-    for (const NelvoDevkit::HttpHeader& header : onlyRequest().headers)
+    for (const NelvoDevkit::HttpHeader& header : m_services.onlyRequest().headers)
         lines.append(header.name + ": " + header.value);
     QCOMPARE(lines, (QByteArrayList{
                         "Host: " + QUrl(m_url).authority().toLatin1(), "Content-type: application/json",
@@ -165,7 +154,7 @@ void TestWebServer::sharesNoCookies()
     answerWith({200, "application/json", release, {{"Set-Cookie", "update=1; Path=/"}}});
     QJsonObject reply;
     QVERIFY(findLatest(reply));
-    QVERIFY(onlyRequest().header("Cookie").isNull());
+    QVERIFY(m_services.onlyRequest().header("Cookie").isNull());
     QCOMPARE(sharedCookieJar()->allCookies(), QList<QNetworkCookie>{cookie});
 }
 
@@ -174,8 +163,8 @@ void TestWebServer::bodyIsSentAsJson()
     QJsonObject reply;
     QVERIFY(m_server->postJson({{QStringLiteral("name"), QStringLiteral("\u5317\u4eac")}}, reply,
                                QUrl(m_url + path), ample));
-    QCOMPARE(onlyRequest().body, QByteArray("{\n    \"name\": \"\xE5\x8C\x97\xE4\xBA\xAC\"\n}\n"));
-    QCOMPARE(onlyRequest().target, path.toLatin1());
+    QCOMPARE(m_services.onlyRequest().body, QByteArray("{\n    \"name\": \"\xE5\x8C\x97\xE4\xBA\xAC\"\n}\n"));
+    QCOMPARE(m_services.onlyRequest().target, path.toLatin1());
 }
 
 void TestWebServer::argumentsAreFilledInAsTheyAre_data()
@@ -207,16 +196,16 @@ void TestWebServer::argumentsAreFilledInAsTheyAre()
     QFETCH(QByteArray, query);
     QJsonObject reply;
     QVERIFY(m_server->findLatest(token, productId, version, {}, reply, ample));
-    QCOMPARE(onlyRequest().target, path.toLatin1() + '?' + query);
+    QCOMPARE(m_services.onlyRequest().target, path.toLatin1() + '?' + query);
 }
 
 void TestWebServer::addressIsPlainConcatenation()
 {
-    m_services.setReply("POST", QStringLiteral("/proxy") + path, {200, "application/json", release, {}});
+    m_services.setReply("POST", QStringLiteral("/proxy") + path, json(release));
     m_server->setServerAddress(m_url + QStringLiteral("/proxy"));
     QJsonObject reply;
     QVERIFY(findLatest(reply));
-    QVERIFY(onlyRequest().target.startsWith("/proxy/v1.0/service/"));
+    QVERIFY(m_services.onlyRequest().target.startsWith("/proxy/v1.0/service/"));
 }
 
 void TestWebServer::answerIsHandedOut()
@@ -248,7 +237,7 @@ void TestWebServer::codeAndDataDecide()
 {
     QFETCH(QByteArray, body);
     QFETCH(bool, success);
-    answerWith({200, "application/json", body, {}});
+    answerWith(json(body));
     QJsonObject reply;
     QCOMPARE(findLatest(reply), success);
     QCOMPARE(reply, QJsonDocument::fromJson(body).object()); // without a message of our own
@@ -267,7 +256,7 @@ void TestWebServer::bodyThatIsNoObjectIsAnUnknownFailure_data()
 void TestWebServer::bodyThatIsNoObjectIsAnUnknownFailure()
 {
     QFETCH(QByteArray, body);
-    answerWith({200, "application/json", body, {}});
+    answerWith(json(body));
     QJsonObject reply;
     QVERIFY(!findLatest(reply));
     QCOMPARE(reply, message(QStringLiteral("unknown fatal")));
@@ -305,7 +294,7 @@ void TestWebServer::networkFailureIsTold()
     // The body of a failure is not looked at.
     if (fault == Fault::Status) {
         m_services.clearFaults();
-        answerWith({value, "application/json", release, {}});
+        answerWith(json(release, value));
         QJsonObject other;
         QVERIFY(!findLatest(other));
         QCOMPARE(other, message(text));
@@ -315,8 +304,8 @@ void TestWebServer::networkFailureIsTold()
 void TestWebServer::redirectIsNotFollowed()
 {
     const auto elsewhere = QStringLiteral("/elsewhere");
-    m_services.setReply("POST", elsewhere, {200, "application/json", release, {}});
-    m_services.setReply("GET", elsewhere, {200, "application/json", release, {}});
+    m_services.setReply("POST", elsewhere, json(release));
+    m_services.setReply("GET", elsewhere, json(release));
     answerWith({302, "text/plain", {}, {{"Location", elsewhere.toLatin1()}}});
     QJsonObject reply;
     QVERIFY(!findLatest(reply));
@@ -408,7 +397,7 @@ void TestWebServer::eventsRunDuringACall()
 void TestWebServer::aCallInsideACallEndsFirst()
 {
     const auto inner = QStringLiteral("/inner");
-    m_services.setReply("POST", inner, {200, "application/json", release, {}});
+    m_services.setReply("POST", inner, json(release));
     m_services.addFault({Fault::Stall, path, {}, 0, false});
     QStringList ended;
     QTimer::singleShot(0, this, [&] {

@@ -20,7 +20,7 @@ namespace Survival {
 
 namespace {
 
-using NelvoDevkit::Services;
+using TestSupport::StartedServices;
 
 const auto Nowhere = QStringLiteral("http://127.0.0.1:9");
 
@@ -43,8 +43,7 @@ QString silentServer()
 int returnAfterACall(Arguments arguments)
 {
     const QGuiApplication application(arguments.count, arguments.values);
-    Services services;
-    services.start();
+    StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     require(!host.signIn(services.signInUrl(), QStringLiteral("zhangwei")).sdkAddr.empty(), "signed in");
     return Survived;
@@ -104,8 +103,7 @@ int exitDuringASignIn(Arguments arguments)
 //! The second application is the one whose end has to find the managers.
 int twoApplications(Arguments arguments)
 {
-    Services services;
-    services.start();
+    StartedServices services;
     {
         const QGuiApplication application(arguments.count, arguments.values);
         const E2e::PluginHost host(services.signInUrl());

@@ -20,7 +20,7 @@ namespace Survival {
 
 namespace {
 
-using NelvoDevkit::Services;
+using TestSupport::StartedServices;
 
 const auto User = QStringLiteral("zhangwei"); // of one enterprise, so no choice is needed
 
@@ -30,8 +30,7 @@ int signInByMouse(Arguments arguments, const QString& password,
                   const Reaction& reaction)
 {
     const QGuiApplication application(arguments.count, arguments.values);
-    Services services;
-    services.start();
+    StartedServices services;
     E2e::PluginHost host(services.signInUrl());
     bool hasReacted = false;
     react(host.observer, [&] {
@@ -114,8 +113,7 @@ int inMessage(Arguments arguments, void (NelvoSDK::IMessageMgr::*notify)(const Q
 int inPushOut(Arguments arguments, const Reaction& reaction)
 {
     const QGuiApplication application(arguments.count, arguments.values);
-    Services services;
-    services.start();
+    StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     NelvoSDK::IProjectInfoMgr* const projects = E2e::plugin()->GetProjectInfoMgr();
     projects->SetPlugin(E2e::plugin());
@@ -154,8 +152,7 @@ void useDialog(E2e::BimScene& scene, const bool& hasReacted)
 int inDialog(Arguments arguments, const char* call, const Reaction& reaction)
 {
     const QGuiApplication application(arguments.count, arguments.values);
-    Services services;
-    services.start();
+    StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     E2e::plugin()->GetProjectInfoMgr()->SetPlugin(E2e::plugin());
     E2e::plugin()->GetProjectInfoMgr()->ReflushProjOrgInfo(host.signIn(services.signInUrl(), User));

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "tests/e2e/pluginhost.h"
-
-#include <services/services.h>
+#include "tests/support/startedservices.h"
 
 #include <QObject>
 #include <QTimer>

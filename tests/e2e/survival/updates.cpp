@@ -13,8 +13,6 @@ namespace Survival {
 
 namespace {
 
-using NelvoDevkit::Services;
-
 const auto Product = QStringLiteral("86");
 const auto PackageName = QStringLiteral("package.zip");
 
@@ -28,7 +26,6 @@ public:
         QCoreApplication::setApplicationName(QStringLiteral("survivalhost"));
         for (const auto& directory : {QStringLiteral("/NelvoUpdate"), QStringLiteral("/NelvoUnCompress")})
             QDir(QCoreApplication::applicationDirPath() + directory).removeRecursively();
-        m_services.start();
         ZipArchive archive;
         archive.add("page.txt", QByteArray(100000, 'x'));
         m_services.packages().add(PackageName, archive.bytes());
@@ -60,7 +57,7 @@ private:
     const TestSupport::ApplicationFile m_state{QStringLiteral("NelvoUpdateState.dat")};
     const TestSupport::ApplicationFile m_history{QStringLiteral("NelvoUpdateLog.txt")};
     const TestSupport::ApplicationFile m_batchFile{QStringLiteral("cover.bat")};
-    Services m_services;
+    TestSupport::StartedServices m_services;
     std::unique_ptr<E2e::PluginHost> m_host;
     std::unique_ptr<WhenEmitted> m_trigger;
 };

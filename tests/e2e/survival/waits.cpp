@@ -17,6 +17,7 @@ namespace {
 using NelvoDevkit::Fault;
 using NelvoDevkit::Services;
 using NelvoSDK::IProjectInfoMgr;
+using TestSupport::StartedServices;
 
 const auto User = QStringLiteral("zhangwei");
 
@@ -42,8 +43,7 @@ void install(const Services& services, const E2e::PluginHost& host)
 int reactDuring(Arguments arguments, const Wait& wait, const Reaction& reaction)
 {
     const QGuiApplication application(arguments.count, arguments.values);
-    Services services;
-    services.start();
+    StartedServices services;
     E2e::PluginHost host(services.signInUrl());
     install(services, host);
     host.observer.sessions.clear();
@@ -145,8 +145,7 @@ void nested(const Services& services, const E2e::PluginHost& host)
 //! A sign-in by the command line, which is the application's only argument.
 int duringTheCommandLine(Arguments arguments, const QString& path)
 {
-    Services services;
-    services.start();
+    StartedServices services;
     QByteArray argument = User.toUtf8() + "$$e10adc3949ba59abbe56e057f20f883e$$" +
                           services.signInUrl().toUtf8() + "$$event$$mapping$$1001";
     char* values[] = {arguments.values[0], argument.data(), nullptr};
@@ -167,8 +166,7 @@ int duringTheCommandLine(Arguments arguments, const QString& path)
 int duringTheLogout(Arguments arguments)
 {
     const QGuiApplication application(arguments.count, arguments.values);
-    Services services;
-    services.start();
+    StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     host.signIn(services.signInUrl(), User);
     const auto path = QStringLiteral("/rs/casLogin/logout");
