@@ -1,44 +1,20 @@
 #pragma once
 
 #include "tests/support/applicationfile.h"
+#include "tests/support/recorders.h"
 
 #include <NelvoSDK/ILoginMgr.h>
 #include <NelvoSDK/IMessageMgr.h>
 #include <NelvoSDK/INelvoSDKPlugin.h>
 
 #include <QQuickView>
-#include <QVector>
 
-#include <functional>
 #include <memory>
 
 namespace E2e {
 
 //! The plug-in object of the built library, resolved through its export.
 NelvoSDK::INelvoSDKPlugin* plugin();
-
-//! \brief Hears how sign-ins end.
-class LoginObserver final : public NelvoSDK::ILoginObserver
-{
-public:
-    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override
-    {
-        sessions.append(session);
-        if (whenSucceeded)
-            whenSucceeded();
-    }
-    void OnLoginFailed() override
-    {
-        ++failures;
-        if (whenFailed)
-            whenFailed();
-    }
-
-    QVector<NelvoSDK::LoginSession> sessions;
-    int failures = 0;
-    std::function<void()> whenSucceeded;
-    std::function<void()> whenFailed;
-};
 
 //! \brief A host in small: initialises the plug-in, attaches an observer, and shuts it down at the end.
 //!
@@ -60,7 +36,7 @@ public:
     //! reason in `message` if that is given.
     NelvoSDK::LoginSession signIn(const QString& url, const QString& user, QString* message = nullptr) const;
 
-    LoginObserver observer;
+    TestSupport::LoginRecorder observer;
     TestSupport::ApplicationFile cache{QStringLiteral("loginchache.json")};
     TestSupport::ApplicationFile defaultServerFile{QStringLiteral("defaultServerAddress.json")};
     TestSupport::ApplicationFile suffixFile{QStringLiteral("ProxyUrlSuffix.json")};

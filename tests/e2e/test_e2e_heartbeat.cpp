@@ -1,5 +1,6 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/recorders.h"
 #include "tests/support/startedservices.h"
 
 #include <NelvoSDK/IProjectInfoMgr.h>
@@ -16,26 +17,12 @@ private Q_SLOTS:
     void pushOutArrivesByItself();
 };
 
-namespace {
-
-class MessageObserver final : public NelvoSDK::IMessageObserver
-{
-public:
-    void OnMessageFirst(const QString& text) override { first.append(text); }
-    void OnMessageSecond(const QString&) override {}
-    void OnMessageThird(const QString&) override {}
-
-    QStringList first;
-};
-
-} // namespace
-
 void TestE2eHeartbeat::pushOutArrivesByItself()
 {
     constexpr int Patience = 60000;
     TestSupport::StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
-    MessageObserver observer;
+    TestSupport::MessageRecorder observer;
     E2e::plugin()->GetMessageMgr()->Attach(&observer);
     TestSupport::MessageLog log;
     NelvoSDK::IProjectInfoMgr* projects = E2e::plugin()->GetProjectInfoMgr();
@@ -54,11 +41,11 @@ void TestE2eHeartbeat::pushOutArrivesByItself()
     const QByteArray sent = services.log().requests().constFirst().header("Cookie");
     QVERIFY(sent.startsWith("EDITORSESSION="));
     QVERIFY(cookies.startsWith(QString::fromLatin1(sent.left(sent.indexOf(';')))));
-    QVERIFY(observer.first.isEmpty());
+    QVERIFY(observer.heard.isEmpty());
 
     services.editor().pushOut(QStringLiteral("zhangwei"));
-    QTRY_VERIFY_WITH_TIMEOUT(!observer.first.isEmpty(), Patience);
-    QCOMPARE(observer.first.constFirst(), QStringLiteral("您的帐号在另一地点登录，您被迫下线"));
+    QTRY_VERIFY_WITH_TIMEOUT(!observer.heard.isEmpty(), Patience);
+    QCOMPARE(observer.heard.constFirst(), QStringLiteral("first:您的帐号在另一地点登录，您被迫下线"));
     E2e::plugin()->GetMessageMgr()->Detach(&observer);
 }
 

@@ -1,5 +1,6 @@
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/recorders.h"
 #include "tests/support/startedservices.h"
 
 #include <NelvoSDK/IProjectInfoMgr.h>
@@ -126,15 +127,7 @@ void TestE2eProjects::bindingsAreReplaced()
 //! The first one's ticks are delivered by hand; elsewhere they come by themselves.
 void TestE2eProjects::pushedOutClientIsTold()
 {
-    class Observer final : public NelvoSDK::IMessageObserver
-    {
-    public:
-        void OnMessageFirst(const QString& text) override { heard.append(text); }
-        void OnMessageSecond(const QString&) override {}
-        void OnMessageThird(const QString&) override {}
-        QStringList heard;
-    };
-    Observer observer;
+    TestSupport::MessageRecorder observer;
     E2e::plugin()->GetMessageMgr()->Attach(&observer);
     const auto tick = [this] {
         QTimerEvent event(0);
@@ -144,7 +137,7 @@ void TestE2eProjects::pushedOutClientIsTold()
     QVERIFY(observer.heard.isEmpty());
     m_services->editor().pushOut(User, "1002");
     tick();
-    QCOMPARE(observer.heard, QStringList{QStringLiteral("您的帐号在另一地点登录，您被迫下线")});
+    QCOMPARE(observer.heard, QStringList{QStringLiteral("first:您的帐号在另一地点登录，您被迫下线")});
     E2e::plugin()->GetMessageMgr()->Detach(&observer);
 }
 

@@ -4,6 +4,7 @@
 #include "tests/support/applicationfile.h"
 #include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/recorders.h"
 #include "tests/support/startedservices.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
@@ -30,20 +31,6 @@ constexpr int PatienceMs = 60000;
 //! Status of an event loop that nobody asked to end.
 constexpr int StillRunning = 17;
 const auto LoginFailedPrefix = QStringLiteral("login failed: ");
-
-class Observer final : public NelvoSDK::ILoginObserver
-{
-public:
-    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override
-    {
-        sessions.append(session);
-        calls.append(QStringLiteral("succeeded"));
-    }
-    void OnLoginFailed() override { calls.append(QStringLiteral("failed")); }
-
-    QVector<NelvoSDK::LoginSession> sessions;
-    QStringList calls;
-};
 
 } // namespace
 
@@ -81,7 +68,7 @@ private:
     TestSupport::StartedServices m_services;
     std::unique_ptr<QQuickView> m_view;
     std::unique_ptr<CLoginActor> m_actor;
-    std::unique_ptr<Observer> m_observer;
+    std::unique_ptr<TestSupport::LoginRecorder> m_observer;
     std::unique_ptr<ApplicationFile> m_defaultServer;
     std::unique_ptr<ApplicationFile> m_cache;
 };
@@ -101,7 +88,7 @@ void TestCommandLineLogin::init()
     m_actor.reset();
     m_view = std::make_unique<QQuickView>();
     m_actor = std::make_unique<CLoginActor>(m_view.get());
-    m_observer = std::make_unique<Observer>();
+    m_observer = std::make_unique<TestSupport::LoginRecorder>();
     m_actor->Attach(m_observer.get());
 }
 

@@ -5,6 +5,7 @@
 #include "tests/support/applicationfile.h"
 #include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/recorders.h"
 #include "tests/support/startedservices.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
@@ -32,16 +33,6 @@ using TestSupport::passwordOf;
 
 namespace {
 
-class Observer final : public NelvoSDK::ILoginObserver
-{
-public:
-    void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override { sessions.append(session); }
-    void OnLoginFailed() override { ++failures; }
-
-    QVector<NelvoSDK::LoginSession> sessions;
-    int failures = 0;
-};
-
 //! A window, its actor and an observer, made anew for each test.
 struct SignIn {
     SignIn()
@@ -59,7 +50,7 @@ struct SignIn {
 
     QQuickView view;
     CLoginActor actor{&view};
-    Observer observer;
+    TestSupport::LoginRecorder observer;
 };
 
 const auto ListPath = QStringLiteral("/rs/casLogin/listCompany");
@@ -324,7 +315,7 @@ void TestLoginActor::rejectionByStatusShowsItsError()
 void TestLoginActor::failedLoginTellsEveryObserverOnce()
 {
     SignIn signIn;
-    Observer second;
+    TestSupport::LoginRecorder second;
     signIn.actor.Attach(&second);
     signIn.actor.login(QStringLiteral("lina"), QStringLiteral("wrong"), m_url, {});
     QCOMPARE(signIn.observer.failures, 1);

@@ -3,6 +3,7 @@
 #include "login/loginmgr.h"
 #include "platform/handshake.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/recorders.h"
 
 #include <QGuiApplication>
 #include <QtTest>
@@ -54,16 +55,6 @@ void NelvoPlugin::setEvent(NamedEvent* /*event*/)
 }
 
 namespace {
-
-class Observer final : public NelvoSDK::ILoginObserver
-{
-public:
-    void OnLoginSucceeded(const NelvoSDK::LoginSession& /*session*/) override
-    {
-        calls.append(QStringLiteral("succeeded"));
-    }
-    void OnLoginFailed() override { calls.append(QStringLiteral("failed")); }
-};
 
 //! Nobody listens at that address.
 const char* const Argument = "lina$$x$$127.0.0.1:1$$E$$B$$5";
@@ -138,7 +129,9 @@ void TestLoginCmdLineMgrOrder::callerHearsAfterTheObservers()
 {
     const TestSupport::MessageLog log;
     NelvoPlugin::CLoginMgr manager;
-    Observer observer;
+    TestSupport::LoginRecorder observer;
+    observer.whenSucceeded = [] { calls.append(QStringLiteral("succeeded")); };
+    observer.whenFailed = [] { calls.append(QStringLiteral("failed")); };
     manager.GetLoginActor()->Attach(&observer);
     manager.Start();
     QCOMPARE(calls, (QStringList{"failed", "succeeded", "open block B", "map block", "open event E",

@@ -1,6 +1,7 @@
 #include "plugin/bimplugin.h"
 
 #include "tests/support/applicationfile.h"
+#include "tests/support/recorders.h"
 
 #include <QGuiApplication>
 #include <QtTest>
@@ -108,21 +109,13 @@ void TestBimPlugin::shutdownKeepsTheMessageManager()
 
 void TestBimPlugin::messagesPassAfterShutdown()
 {
-    class Observer final : public NelvoSDK::IMessageObserver
-    {
-    public:
-        void OnMessageFirst(const QString& text) override { heard = text; }
-        void OnMessageSecond(const QString&) override {}
-        void OnMessageThird(const QString&) override {}
-        QString heard;
-    };
     CBimPlugin plugin;
     plugin.Initialize();
-    Observer observer;
+    TestSupport::MessageRecorder observer;
     plugin.GetMessageMgr()->Attach(&observer);
     plugin.Shutdown();
     plugin.GetMessageMgr()->NotifyFirst(QStringLiteral("still here"));
-    QCOMPARE(observer.heard, QStringLiteral("still here"));
+    QCOMPARE(observer.heard, QStringList{QStringLiteral("first:still here")});
 }
 
 void TestBimPlugin::hostContextSurvives()

@@ -1,25 +1,14 @@
 #include "plugin/messagemgr.h"
 
 #include "tests/support/crashdialog.h"
+#include "tests/support/recorders.h"
 
 #include <QProcess>
 #include <QtTest>
 
 #include <cstdio>
 
-namespace {
-
-class Observer final : public NelvoSDK::IMessageObserver
-{
-public:
-    void OnMessageFirst(const QString& text) override { heard.append(QStringLiteral("first:") + text); }
-    void OnMessageSecond(const QString& text) override { heard.append(QStringLiteral("second:") + text); }
-    void OnMessageThird(const QString& text) override { heard.append(QStringLiteral("third:") + text); }
-
-    QStringList heard;
-};
-
-} // namespace
+using TestSupport::MessageRecorder;
 
 class TestMessageMgr : public QObject
 {
@@ -49,7 +38,7 @@ void TestMessageMgr::contextIsKeptForTheHost()
 void TestMessageMgr::eachKindReachesItsOperation()
 {
     NelvoPlugin::CMessageMgr manager;
-    Observer observer;
+    MessageRecorder observer;
     manager.Attach(&observer);
     manager.NotifyFirst(QStringLiteral("a"));
     manager.NotifySecond(QStringLiteral("b"));
@@ -61,8 +50,8 @@ void TestMessageMgr::eachKindReachesItsOperation()
 void TestMessageMgr::everyObserverIsReachedOnce()
 {
     NelvoPlugin::CMessageMgr manager;
-    Observer first;
-    Observer second;
+    MessageRecorder first;
+    MessageRecorder second;
     manager.Attach(&first);
     manager.Attach(&second);
     manager.Attach(&first);
@@ -74,7 +63,7 @@ void TestMessageMgr::everyObserverIsReachedOnce()
 void TestMessageMgr::detachedObserverHearsNothing()
 {
     NelvoPlugin::CMessageMgr manager;
-    Observer observer;
+    MessageRecorder observer;
     manager.Attach(&observer);
     manager.Detach(&observer);
     manager.NotifyFirst(QStringLiteral("x"));
@@ -84,8 +73,8 @@ void TestMessageMgr::detachedObserverHearsNothing()
 void TestMessageMgr::detachingAStrayChangesNothing()
 {
     NelvoPlugin::CMessageMgr manager;
-    Observer attached;
-    Observer stray;
+    MessageRecorder attached;
+    MessageRecorder stray;
     manager.Attach(&attached);
     manager.Detach(&stray);
     manager.NotifySecond(QStringLiteral("x"));
@@ -101,13 +90,13 @@ void TestMessageMgr::notifyingNobodyReturns()
         manager.NotifyThird(QStringLiteral("unheard"));
     };
     notifyEachKind();
-    Observer gone;
+    MessageRecorder gone;
     manager.Attach(&gone);
     manager.Detach(&gone);
     notifyEachKind();
     QVERIFY(gone.heard.isEmpty());
     // Nothing was kept for those who come later, and the manager still works.
-    Observer late;
+    MessageRecorder late;
     manager.Attach(&late);
     manager.NotifySecond(QStringLiteral("heard"));
     QCOMPARE(late.heard, QStringList{QStringLiteral("second:heard")});
@@ -146,7 +135,7 @@ void TestMessageMgr::textOutlivesTheSenders()
 void TestMessageMgr::strangeTextsPassUnchanged()
 {
     NelvoPlugin::CMessageMgr manager;
-    Observer observer;
+    MessageRecorder observer;
     manager.Attach(&observer);
     const QString text = QStringLiteral("您的帐号\n%1 \U0001F3D7");
     manager.NotifyThird(text);

@@ -1,6 +1,7 @@
 #include "project/projectinfomgr.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/messagemgrstandin.h"
 #include "tests/support/pluginstandin.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
@@ -50,22 +51,6 @@ QString text(const std::wstring& wide)
     return QString::fromStdWString(wide);
 }
 
-//! The neighbour that a project manager uses, and what it says there.
-class Messages final : public NelvoSDK::IMessageMgr
-{
-public:
-    void* GetContext() override { return nullptr; }
-    void SetContext(void*) override {}
-    void NotifyFirst(const QString& message) override { first.append(message); }
-    void NotifySecond(const QString&) override { ++others; }
-    void NotifyThird(const QString&) override { ++others; }
-    void Attach(NelvoSDK::IMessageObserver*) override {}
-    void Detach(NelvoSDK::IMessageObserver*) override {}
-
-    QStringList first;
-    int others = 0;
-};
-
 //! A manager, the plug-in behind it, and its ticks without the ten seconds between them.
 struct Project {
     Project()
@@ -79,7 +64,7 @@ struct Project {
         QCoreApplication::sendEvent(&manager, &event);
     }
 
-    Messages messages;
+    TestSupport::MessageMgrStandIn messages;
     PluginStandIn plugin;
     CProjectInfoMgr manager;
 };

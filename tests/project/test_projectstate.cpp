@@ -1,6 +1,7 @@
 #include "project/projectinfomgr.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/messagemgrstandin.h"
 #include "tests/support/pluginstandin.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
@@ -96,20 +97,6 @@ QStringList units(const CProjectInfoMgr& manager)
     appendUnits(manager.*memberOf(OrgRoot{}), {}, lines);
     return lines;
 }
-
-class Messages final : public NelvoSDK::IMessageMgr
-{
-public:
-    void* GetContext() override { return nullptr; }
-    void SetContext(void*) override {}
-    void NotifyFirst(const QString& message) override { first.append(message); }
-    void NotifySecond(const QString&) override {}
-    void NotifyThird(const QString&) override {}
-    void Attach(NelvoSDK::IMessageObserver*) override {}
-    void Detach(NelvoSDK::IMessageObserver*) override {}
-
-    QStringList first;
-};
 
 void tick(CProjectInfoMgr& manager)
 {
@@ -249,7 +236,7 @@ private:
 
     TestSupport::StartedServices m_services;
     LoginSession m_session;
-    Messages m_messages;
+    TestSupport::MessageMgrStandIn m_messages;
     PluginStandIn m_plugin;
     // As prepare() leaves it.
     QStringList m_server;

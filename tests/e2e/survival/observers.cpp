@@ -20,14 +20,15 @@ namespace Survival {
 
 namespace {
 
+using TestSupport::LoginRecorder;
+using TestSupport::MessageRecorder;
 using TestSupport::StartedServices;
 
 const auto User = QStringLiteral("zhangwei"); // of one enterprise, so no choice is needed
 
 //! Signs in through the window, as a person does.
 int signInByMouse(Arguments arguments, const QString& password,
-                  const std::function<void(E2e::LoginObserver&, const Reaction&)>& react,
-                  const Reaction& reaction)
+                  const std::function<void(LoginRecorder&, const Reaction&)>& react, const Reaction& reaction)
 {
     const QGuiApplication application(arguments.count, arguments.values);
     StartedServices services;
@@ -52,15 +53,14 @@ int inSucceeded(Arguments arguments, const Reaction& reaction)
 {
     return signInByMouse(
         arguments, TestSupport::passwordOf(User),
-        [](E2e::LoginObserver& observer, const Reaction& react) { observer.whenSucceeded = react; },
-        reaction);
+        [](LoginRecorder& observer, const Reaction& react) { observer.whenSucceeded = react; }, reaction);
 }
 
 int inFailed(Arguments arguments, const Reaction& reaction)
 {
     return signInByMouse(
         arguments, QStringLiteral("wrong"),
-        [](E2e::LoginObserver& observer, const Reaction& react) { observer.whenFailed = react; }, reaction);
+        [](LoginRecorder& observer, const Reaction& react) { observer.whenFailed = react; }, reaction);
 }
 
 //! A host that shows a dialog of its own, during which a new release is found.
@@ -78,29 +78,17 @@ void loadWhileAnUpdateArrives()
     });
 }
 
-class Messages final : public NelvoSDK::IMessageObserver
-{
-public:
-    explicit Messages(const Reaction& reaction) : m_reaction(reaction) {}
-
-    void OnMessageFirst(const QString& /*text*/) override { m_reaction(); }
-    void OnMessageSecond(const QString& /*text*/) override { m_reaction(); }
-    void OnMessageThird(const QString& /*text*/) override { m_reaction(); }
-
-private:
-    Reaction m_reaction;
-};
-
 int inMessage(Arguments arguments, void (NelvoSDK::IMessageMgr::*notify)(const QString&),
               const Reaction& reaction)
 {
     const QGuiApplication application(arguments.count, arguments.values);
     initialize();
     bool hasReacted = false;
-    Messages first([&] {
+    MessageRecorder first;
+    first.whenHeard = [&] {
         hasReacted = true;
         reaction();
-    });
+    };
     E2e::plugin()->GetMessageMgr()->Attach(&first);
     (E2e::plugin()->GetMessageMgr()->*notify)(QStringLiteral("text"));
     require(hasReacted, "the observer is called");
@@ -119,10 +107,11 @@ int inPushOut(Arguments arguments, const Reaction& reaction)
     projects->SetPlugin(E2e::plugin());
     projects->ReflushProjOrgInfo(host.signIn(services.signInUrl(), User));
     bool hasReacted = false;
-    Messages observer([&] {
+    MessageRecorder observer;
+    observer.whenHeard = [&] {
         hasReacted = true;
         reaction();
-    });
+    };
     E2e::plugin()->GetMessageMgr()->Attach(&observer);
     services.editor().pushOut(User);
     QTimerEvent tick(0);

@@ -132,16 +132,3 @@ void HostContext::clearDeviceData(const QVariant& comp)
 {
     m_log.record(QStringLiteral("clearDeviceData"), {comp});
 }
-
-void WarningLog::start()
-{
-    m_log.reset();
-    m_log = std::make_unique<TestSupport::MessageLog>();
-}
-
-QStringList WarningLog::finish()
-{
-    QStringList warnings = m_log->warnings();
-    m_log.reset();
-    return warnings;
-}

@@ -1,14 +1,10 @@
 #pragma once
 
-#include "tests/support/messagelog.h"
-
 #include <BVUtility/CTreeModel.h>
 
 #include <QJsonArray>
 #include <QObject>
 #include <QVariantList>
-
-#include <memory>
 
 //! \brief Records what the pages call, on whatever object, in order.
 class CallLog : public QObject
@@ -125,20 +121,4 @@ private:
     QString m_currentComp;
     QString m_backGround = QStringLiteral("#2d2f41");
     QString m_borderColor = QStringLiteral("#3d4054");
-};
-
-//! \brief Lets a test see the warnings of the pages.
-class WarningLog : public QObject
-{
-    Q_OBJECT
-
-public:
-    //! Begins afresh. To be called in each test, since the test library puts its own message handler in
-    //! place.
-    Q_INVOKABLE void start();
-    //! The warnings since the start; from here on messages go where they went before.
-    Q_INVOKABLE QStringList finish();
-
-private:
-    std::unique_ptr<TestSupport::MessageLog> m_log;
 };

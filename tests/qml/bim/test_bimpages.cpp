@@ -1,4 +1,5 @@
 #include "tests/qml/bim/standins.h"
+#include "tests/support/warninglog.h"
 
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -35,7 +36,7 @@ public Q_SLOTS:
 private:
     QQmlContext* m_context = nullptr;
     CallLog m_log;
-    WarningLog m_warnings;
+    TestSupport::WarningLog m_warnings;
     PdsManager m_pdsMgr{m_log};
     OrgModel m_orgModel{m_log};
     HostContext m_host{m_log};
