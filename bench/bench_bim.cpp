@@ -1,7 +1,7 @@
 #include "bench/measure.h"
 #include "bim/pdsmgr.h"
 #include "tests/bim/pdsstandins.h"
-#include "tests/support/pluginstandin.h"
+#include "tests/support/pluginshell.h"
 #include "web/webclient.h"
 
 #include <services/services.h>
@@ -81,7 +81,7 @@ struct Manager {
     }
 
     ProjectInfo projects;
-    TestSupport::PluginStandIn plugin;
+    TestSupport::PluginShell plugin;
     CPdsMgr manager;
 };
 

@@ -2,7 +2,7 @@
 
 #include "tests/bim/pdsstandins.h"
 #include "tests/support/messagelog.h"
-#include "tests/support/pluginstandin.h"
+#include "tests/support/pluginshell.h"
 
 #include <BVUtility/CTreeModel.h>
 
@@ -14,7 +14,7 @@
 
 using NelvoPlugin::CPdsMgr;
 using TestSupport::MessageLog;
-using TestSupport::PluginStandIn;
+using TestSupport::PluginShell;
 
 namespace {
 
@@ -115,7 +115,7 @@ void TestBimDialogBridge::contextShowsManagerAndModel()
 
     ProjectInfo projects;
     projects.tree.name = L"root";
-    PluginStandIn plugin;
+    PluginShell plugin;
     plugin.projectInfoMgr = &projects;
     manager.SetPlugin(&plugin);
     manager.InitBimData();
@@ -126,7 +126,7 @@ void TestBimDialogBridge::treeThatIsNotKnownIsAnEmptyUnit()
 {
     Scene scene;
     ProjectInfo projects;
-    PluginStandIn plugin;
+    PluginShell plugin;
     plugin.projectInfoMgr = &projects;
     CPdsMgr manager;
     manager.SetQmlContext(scene.engine.rootContext());

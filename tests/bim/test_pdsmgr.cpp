@@ -4,7 +4,7 @@
 #include "tests/bim/orgnode.h"
 #include "tests/bim/pdsstandins.h"
 #include "tests/support/messagelog.h"
-#include "tests/support/pluginstandin.h"
+#include "tests/support/pluginshell.h"
 #include "tests/support/wine.h"
 
 #include <QJsonObject>
@@ -23,7 +23,7 @@ using NelvoDevkit::Fault;
 using NelvoPlugin::CBimProjWorker;
 using NelvoPlugin::CPdsMgr;
 using TestSupport::MessageLog;
-using TestSupport::PluginStandIn;
+using TestSupport::PluginShell;
 
 namespace {
 
@@ -65,7 +65,7 @@ struct Pds {
     QStringList shown(const char* key = "name") const { return column(manager.getBimProjList(), key); }
 
     ProjectInfo projects;
-    PluginStandIn plugin;
+    PluginShell plugin;
     PdsObserver observer;
     CPdsMgr manager;
 };
@@ -270,7 +270,7 @@ void TestPdsMgr::newManagerHoldsNothing()
     QVERIFY(manager.getCheckList().isEmpty());
     QVERIFY(!manager.isPdsChecked());
     QVERIFY(!manager.isDWGBimListViewed());
-    PluginStandIn plugin;
+    PluginShell plugin;
     manager.SetPlugin(&plugin);
     QCOMPARE(manager.GetPlugin(), &plugin);
     manager.ReservedHook();

@@ -2,7 +2,7 @@
 
 #include "tests/support/messagelog.h"
 #include "tests/support/messagemgrstandin.h"
-#include "tests/support/pluginstandin.h"
+#include "tests/support/pluginshell.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
 #include "web/cookiesjar.h"
@@ -31,7 +31,7 @@ using NelvoSDK::ProjectNode;
 using NelvoSDK::ProjectRef;
 using TestSupport::json;
 using TestSupport::MessageLog;
-using TestSupport::PluginStandIn;
+using TestSupport::PluginShell;
 
 namespace {
 
@@ -65,7 +65,7 @@ struct Project {
     }
 
     TestSupport::MessageMgrStandIn messages;
-    PluginStandIn plugin;
+    PluginShell plugin;
     CProjectInfoMgr manager;
 };
 

@@ -2,7 +2,7 @@
 
 #include "tests/support/messagelog.h"
 #include "tests/support/messagemgrstandin.h"
-#include "tests/support/pluginstandin.h"
+#include "tests/support/pluginshell.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
 #include "web/cookiesjar.h"
@@ -26,7 +26,7 @@ using NelvoSDK::ProjectNode;
 using NelvoSDK::ProjectRef;
 using TestSupport::json;
 using TestSupport::MessageLog;
-using TestSupport::PluginStandIn;
+using TestSupport::PluginShell;
 
 namespace {
 
@@ -237,7 +237,7 @@ private:
     TestSupport::StartedServices m_services;
     LoginSession m_session;
     TestSupport::MessageMgrStandIn m_messages;
-    PluginStandIn m_plugin;
+    PluginShell m_plugin;
     // As prepare() leaves it.
     QStringList m_server;
     QStringList m_local;

@@ -4,8 +4,8 @@
 
 namespace TestSupport {
 
-//! \brief A plug-in object that has the managers that it is given, none of them owned, and does nothing.
-class PluginStandIn final : public NelvoSDK::INelvoSDKPlugin
+//! \brief An empty plug-in around the managers that it is given, none of them owned.
+class PluginShell final : public NelvoSDK::INelvoSDKPlugin
 {
 public:
     bool Initialize() override { return true; }

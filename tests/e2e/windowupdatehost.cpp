@@ -1,8 +1,8 @@
 //! \file
 //! \brief A host in small that updates itself through the built library, at its login window.
 //!
-//! e2e_updatehost STEP URL TOKEN PRODUCT: the step is "check", "download", "commitment" or "update" and is
-//! the last one that it takes. It clicks the pages' buttons as a person does and makes the calls that are
+//! e2e_windowupdatehost STEP URL TOKEN PRODUCT: the step is "check", "download", "commitment" or "update" and
+//! is the last one that it takes. It clicks the pages' buttons as a person does and makes the calls that are
 //! left to a host. Every signal and every log line goes to the standard output as it comes, with the page
 //! that shows then. After a check it ends, after a download it waits for its end, and after the commitment to
 //! the new version it ends without a word, as a crash does. Without arguments, as the batch file starts it,
@@ -152,4 +152,4 @@ int main(int argc, char** argv)
     return code;
 }
 
-#include "updatehost.moc"
+#include "windowupdatehost.moc"
