@@ -102,13 +102,18 @@ endfunction()
 # What `make tsan` builds: the tests labelled "threads".
 add_custom_target(nelvo_thread_tests)
 
+# The drive of Wine that has the files of this system; nothing where the programs run on the system itself.
+if(WIN32 AND CMAKE_CROSSCOMPILING)
+  set(NELVO_DRIVE "Z:")
+endif()
+
 # nelvo_find_libraries(test): lets the programs of a test find Qt and the libraries of the build. On Windows
 # libraries are found beside the program and on the path only. Wine adds WINEPATH to that: paths of Windows with
 # semicolons between them, which are escaped here.
 function(nelvo_find_libraries name)
   if(WIN32 AND NELVO_TEST_LAUNCHER MATCHES "wine")
     set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
-      "WINEPATH=string_prepend:Z:$<TARGET_FILE_DIR:Qt5::Core>\\;;WINEPATH=string_prepend:Z:${NELVO_APP_DIR}\\;")
+      "WINEPATH=string_prepend:${NELVO_DRIVE}$<TARGET_FILE_DIR:Qt5::Core>\\;;WINEPATH=string_prepend:${NELVO_DRIVE}${NELVO_APP_DIR}\\;")
   elseif(WIN32 AND NOT CMAKE_CROSSCOMPILING)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
       "PATH=path_list_prepend:$<TARGET_FILE_DIR:Qt5::Core>;PATH=path_list_prepend:${NELVO_APP_DIR}")

@@ -84,7 +84,7 @@ void TestE2eUpdateRestart::offerTexts()
 void TestE2eUpdateRestart::wholeUpdate()
 {
     Installation host(QStringLiteral(UPDATEHOST));
-    QVERIFY(host.run(m_server.arguments("update")));
+    QVERIFY2(host.run(m_server.arguments("update")), host.output().constData());
     const QStringList events = withoutPlaces(host.orderedEvents());
     const QString package = host.path("NelvoUpdate/NelvoEditor.zip");
     const QString found = events.filter(QRegularExpression("^info ")).value(0).mid(5);
@@ -203,7 +203,7 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
     QVERIFY(!host.exists("cover.bat"));
 
     // Committed: the old files are taken for the new release.
-    QVERIFY(host.run(m_server.arguments("check")));
+    QVERIFY2(host.run(m_server.arguments("check")), host.output().constData());
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
     QCOMPARE(m_server.ranges().size(), 2);
@@ -222,7 +222,7 @@ void TestE2eUpdateRestart::killedInTheCoverTheVersionStands()
     QCOMPARE(host.state(), 2);
     QVERIFY(!host.exists("cover.bat"));
 
-    QVERIFY(host.run(m_server.arguments("check")));
+    QVERIFY2(host.run(m_server.arguments("check")), host.output().constData());
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.state(), 2);
 }
@@ -233,13 +233,13 @@ void TestE2eUpdateRestart::batchFileStartsOnceTheHostIsDone()
     Installation host(QStringLiteral(UPDATEHOST), QStringLiteral(COVER_HOME));
     const BatchFile batch(host, installCover(host));
     host.write("first.txt", "old");
-    QVERIFY(host.run(m_server.arguments("update")));
+    QVERIFY2(host.run(m_server.arguments("update")), host.output().constData());
     QTRY_COMPARE_WITH_TIMEOUT(batch.trace(), QByteArray(COVER_TRACE "\n"), Patience);
     QTRY_VERIFY_WITH_TIMEOUT(!host.exists("NelvoUnCompress"), Patience);
     QCOMPARE(host.content("first.txt"), QByteArray("new"));
     QCOMPARE(host.content("qml/Main.qml"), QByteArray("Item {}"));
 
-    QVERIFY(host.run(m_server.arguments("check")));
+    QVERIFY2(host.run(m_server.arguments("check")), host.output().constData());
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.configVersion(), QStringLiteral("1.0.1"));
 }
@@ -252,13 +252,13 @@ void TestE2eUpdateRestart::killedBatchFileIsNotContinued()
     host.write("second.txt", "old");
     if (!batch.hold())
         QSKIP("nothing can hold the batch file here");
-    QVERIFY(host.run(m_server.arguments("update")));
+    QVERIFY2(host.run(m_server.arguments("update")), host.output().constData());
     QTRY_VERIFY_WITH_TIMEOUT(batch.isHeld(), Patience);
     QVERIFY(batch.kill());
     QCOMPARE(host.content("first.txt"), QByteArray("new"));
     QVERIFY(host.content("second.txt") != "new");
 
-    QVERIFY(host.run(m_server.arguments("check")));
+    QVERIFY2(host.run(m_server.arguments("check")), host.output().constData());
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.state(), 0);
     QVERIFY(host.content("second.txt") != "new");

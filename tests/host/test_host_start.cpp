@@ -83,7 +83,8 @@ void TestHostStart::libraryMissing()
     QCOMPARE(host.status, 1);
     QVERIFY2(host.error.contains(QStringLiteral("NelvoEditor: Cannot load library ")),
              qPrintable(host.error));
-    QVERIFY2(host.error.contains(folder.path(QStringLiteral("NelvoPlugin"))), qPrintable(host.error));
+    QVERIFY2(QDir::fromNativeSeparators(host.error).contains(folder.path(QStringLiteral("NelvoPlugin"))),
+             qPrintable(host.error));
 }
 
 void TestHostStart::libraryBroken()
