@@ -58,35 +58,35 @@ class TestDatabase : public QObject
 private Q_SLOTS:
     void cleanup() { clearDatabase(); }
 
-    void director_isTheOnlyOne();
-    void object_isThereOnceLoaded();
-    void object_isFoundByTheWholeId_data();
-    void object_isFoundByTheWholeId();
-    void object_tellsItsData();
-    void object_hasNoChildren();
-    void children_comeWithTheirParent();
-    void child_isLoadedAlone();
-    void load_ofWhatIsNotThere();
-    void scope_isTheWholeDatabaseOnly();
-    void clear_leavesNothing();
+    void directorIsTheOnlyOne();
+    void objectIsThereOnceLoaded();
+    void objectIsFoundByTheWholeId_data();
+    void objectIsFoundByTheWholeId();
+    void objectTellsItsData();
+    void objectHasNoChildren();
+    void childrenComeWithTheirParent();
+    void childIsLoadedAlone();
+    void loadOfWhatIsNotThere();
+    void scopeIsTheWholeDatabaseOnly();
+    void clearLeavesNothing();
 
-    void add_isRefused_data();
-    void add_isRefused();
-    void file_replacesWhatThereWas();
-    void file_isChecked_data();
-    void file_isChecked();
-    void file_missing();
-    void models_areAsTheDevkitNeedsThem();
+    void addIsRefused_data();
+    void addIsRefused();
+    void fileReplacesWhatThereWas();
+    void fileIsChecked_data();
+    void fileIsChecked();
+    void fileMissing();
+    void modelsAreAsTheDevkitNeedsThem();
 };
 
-void TestDatabase::director_isTheOnlyOne()
+void TestDatabase::directorIsTheOnlyOne()
 {
     QVERIFY(GetIDBDirector() != nullptr);
     QCOMPARE(GetIDBDirector(), GetIDBDirector());
     QVERIFY(GetIDBDirector()->GetDB() != nullptr);
 }
 
-void TestDatabase::object_isThereOnceLoaded()
+void TestDatabase::objectIsThereOnceLoaded()
 {
     QVERIFY(addObject(bridgeRecord()));
     QVERIFY(object(bridgeId()) == nullptr);
@@ -95,7 +95,7 @@ void TestDatabase::object_isThereOnceLoaded()
     QVERIFY(database().LoadObject(bridgeId()));
 }
 
-void TestDatabase::object_isFoundByTheWholeId_data()
+void TestDatabase::objectIsFoundByTheWholeId_data()
 {
     QTest::addColumn<int>("field");
     QTest::newRow("first group") << 0;
@@ -106,7 +106,7 @@ void TestDatabase::object_isFoundByTheWholeId_data()
     QTest::newRow("text") << 5;
 }
 
-void TestDatabase::object_isFoundByTheWholeId()
+void TestDatabase::objectIsFoundByTheWholeId()
 {
     QFETCH(const int, field);
     QVERIFY(addObject(bridgeRecord()));
@@ -135,7 +135,7 @@ void TestDatabase::object_isFoundByTheWholeId()
     QVERIFY(object(bridgeId()) != nullptr);
 }
 
-void TestDatabase::object_tellsItsData()
+void TestDatabase::objectTellsItsData()
 {
     QVERIFY(addObject(bridgeRecord()));
     database().LoadObject(bridgeId());
@@ -150,7 +150,7 @@ void TestDatabase::object_tellsItsData()
     QVERIFY(found->GetProperty(L"editor_import_source_type").empty());
 }
 
-void TestDatabase::object_hasNoChildren()
+void TestDatabase::objectHasNoChildren()
 {
     QVERIFY(addObject({"alone", "独立", "BIM", {}, {}}));
     database().LoadObject(textId(L"alone"));
@@ -158,7 +158,7 @@ void TestDatabase::object_hasNoChildren()
     QVERIFY(childIds(object(textId(L"alone"))).empty());
 }
 
-void TestDatabase::children_comeWithTheirParent()
+void TestDatabase::childrenComeWithTheirParent()
 {
     QVERIFY(addObject(bridgeRecord()));
     QVERIFY(object(textId(L"pier-1")) == nullptr);
@@ -173,7 +173,7 @@ void TestDatabase::children_comeWithTheirParent()
     QVERIFY(object(textId(L"drawing")) != nullptr);
 }
 
-void TestDatabase::child_isLoadedAlone()
+void TestDatabase::childIsLoadedAlone()
 {
     QVERIFY(addObject(bridgeRecord()));
     QVERIFY(database().LoadObject(textId(L"pier-1")));
@@ -181,21 +181,21 @@ void TestDatabase::child_isLoadedAlone()
     QVERIFY(object(bridgeId()) == nullptr);
 }
 
-void TestDatabase::load_ofWhatIsNotThere()
+void TestDatabase::loadOfWhatIsNotThere()
 {
     QVERIFY(!database().LoadObject(bridgeId()));
     QVERIFY(!database().LoadObject(textId(L"none")));
     QVERIFY(!database().LoadObject(VLDBId()));
 }
 
-void TestDatabase::scope_isTheWholeDatabaseOnly()
+void TestDatabase::scopeIsTheWholeDatabaseOnly()
 {
     QVERIFY(addObject(bridgeRecord()));
     database().LoadObject(bridgeId());
     QVERIFY(database().GetObject(bridgeId(), L"elsewhere") == nullptr);
 }
 
-void TestDatabase::clear_leavesNothing()
+void TestDatabase::clearLeavesNothing()
 {
     QVERIFY(addObject(bridgeRecord()));
     database().LoadObject(bridgeId());
@@ -206,7 +206,7 @@ void TestDatabase::clear_leavesNothing()
     QVERIFY(object(bridgeId()) == nullptr);
 }
 
-void TestDatabase::add_isRefused_data()
+void TestDatabase::addIsRefused_data()
 {
     QTest::addColumn<QString>("id");
     QTest::addColumn<QString>("childId");
@@ -231,7 +231,7 @@ void TestDatabase::add_isRefused_data()
                                       << "\"\" names no object";
 }
 
-void TestDatabase::add_isRefused()
+void TestDatabase::addIsRefused()
 {
     QFETCH(const QString, id);
     QFETCH(const QString, childId);
@@ -267,7 +267,7 @@ private:
 
 } // namespace
 
-void TestDatabase::file_replacesWhatThereWas()
+void TestDatabase::fileReplacesWhatThereWas()
 {
     QVERIFY(addObject(bridgeRecord()));
     const ModelFile file(R"({"objects": [{"id": "a", "name": "甲", "type": "BIM", "properties": {"p": "值"},
@@ -285,7 +285,7 @@ void TestDatabase::file_replacesWhatThereWas()
     QVERIFY(object(textId(L"a")) == nullptr);
 }
 
-void TestDatabase::file_isChecked_data()
+void TestDatabase::fileIsChecked_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("complaint");
@@ -317,7 +317,7 @@ void TestDatabase::file_isChecked_data()
                               << "there is an object \"a\" already";
 }
 
-void TestDatabase::file_isChecked()
+void TestDatabase::fileIsChecked()
 {
     QFETCH(const QByteArray, content);
     QFETCH(const QString, complaint);
@@ -331,7 +331,7 @@ void TestDatabase::file_isChecked()
     QVERIFY(!database().LoadObject(textId(L"a")));
 }
 
-void TestDatabase::file_missing()
+void TestDatabase::fileMissing()
 {
     const QTemporaryDir folder;
     QString error;
@@ -340,7 +340,7 @@ void TestDatabase::file_missing()
 }
 
 //! One model for each case that a reader of the database meets.
-void TestDatabase::models_areAsTheDevkitNeedsThem()
+void TestDatabase::modelsAreAsTheDevkitNeedsThem()
 {
     QString error;
     QVERIFY2(loadDatabase(NELVO_MODELS_FILE, &error), qPrintable(error));

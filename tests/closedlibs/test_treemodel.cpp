@@ -29,11 +29,11 @@ class TestTreeModel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void roleNames_keepTheUsualOnes();
-    void expandAll_tellsParentsFirst();
-    void collapseAll_tellsParentsLast();
-    void emptyModel_tellsNothing();
-    void operations_areReachableByName();
+    void roleNamesKeepTheUsualOnes();
+    void expandAllTellsParentsFirst();
+    void collapseAllTellsParentsLast();
+    void emptyModelTellsNothing();
+    void operationsAreReachableByName();
 
 private:
     //! a (a1 (a11), a2), b, c (c1)
@@ -50,7 +50,7 @@ void TestTreeModel::fill(const CTreeModel& model)
     appendTo(appendTo(root, "c"), "c1");
 }
 
-void TestTreeModel::roleNames_keepTheUsualOnes()
+void TestTreeModel::roleNamesKeepTheUsualOnes()
 {
     const CTreeModel model;
     QHash<int, QByteArray> names = QStandardItemModel().roleNames();
@@ -59,7 +59,7 @@ void TestTreeModel::roleNames_keepTheUsualOnes()
     QCOMPARE(model.roleNames(), names);
 }
 
-void TestTreeModel::expandAll_tellsParentsFirst()
+void TestTreeModel::expandAllTellsParentsFirst()
 {
     CTreeModel model;
     fill(model);
@@ -70,7 +70,7 @@ void TestTreeModel::expandAll_tellsParentsFirst()
     QVERIFY(collapsed.isEmpty());
 }
 
-void TestTreeModel::collapseAll_tellsParentsLast()
+void TestTreeModel::collapseAllTellsParentsLast()
 {
     CTreeModel model;
     fill(model);
@@ -81,7 +81,7 @@ void TestTreeModel::collapseAll_tellsParentsLast()
     QVERIFY(expanded.isEmpty());
 }
 
-void TestTreeModel::emptyModel_tellsNothing()
+void TestTreeModel::emptyModelTellsNothing()
 {
     CTreeModel model;
     const QSignalSpy expanded(&model, &CTreeModel::expand);
@@ -92,7 +92,7 @@ void TestTreeModel::emptyModel_tellsNothing()
     QVERIFY(collapsed.isEmpty());
 }
 
-void TestTreeModel::operations_areReachableByName()
+void TestTreeModel::operationsAreReachableByName()
 {
     CTreeModel model;
     fill(model);

@@ -58,9 +58,9 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void delegate_getsTheNodeData();
-    void expandAll_opensTheWholeTree();
-    void collapseAll_closesTheWholeTree();
+    void delegateGetsTheNodeData();
+    void expandAllOpensTheWholeTree();
+    void collapseAllClosesTheWholeTree();
 
 private:
     //! What the delegates saw of each node: id, canSelect, depth.
@@ -111,13 +111,13 @@ bool TestTreeView::isExpanded(const QModelIndex& index) const
     return isCalled && answer.toBool();
 }
 
-void TestTreeView::delegate_getsTheNodeData()
+void TestTreeView::delegateGetsTheNodeData()
 {
     QTRY_COMPARE(shown().value("远景建筑设计研究院").toList(), (QVariantList{"1001", false, 0}));
     QCOMPARE(shown().size(), 1);
 }
 
-void TestTreeView::expandAll_opensTheWholeTree()
+void TestTreeView::expandAllOpensTheWholeTree()
 {
     m_model->expandAll();
     QVERIFY(isExpanded(enterprise()));
@@ -126,7 +126,7 @@ void TestTreeView::expandAll_opensTheWholeTree()
     QCOMPARE(shown().value("设计总院").toList(), (QVariantList{"1001-10", false, 1}));
 }
 
-void TestTreeView::collapseAll_closesTheWholeTree()
+void TestTreeView::collapseAllClosesTheWholeTree()
 {
     m_model->expandAll();
     m_model->collapseAll();

@@ -73,14 +73,14 @@ class TestHostWebChannel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void addresses_areEmptyBeforeTheStart();
-    void handshake_tellsTheObjects();
-    void handshake_ofSeveralClients();
-    void message_reachesItsObject();
-    void nonsense_isIgnored();
-    void client_comesAndGoes();
-    void destruction_endsTheConnections();
-    void page_isServed();
+    void addressesAreEmptyBeforeTheStart();
+    void handshakeTellsTheObjects();
+    void handshakeOfSeveralClients();
+    void messageReachesItsObject();
+    void nonsenseIsIgnored();
+    void clientComesAndGoes();
+    void destructionEndsTheConnections();
+    void pageIsServed();
 
 private:
     static std::unique_ptr<WebChannelServer> started();
@@ -95,7 +95,7 @@ std::unique_ptr<WebChannelServer> TestHostWebChannel::started()
     return server;
 }
 
-void TestHostWebChannel::addresses_areEmptyBeforeTheStart()
+void TestHostWebChannel::addressesAreEmptyBeforeTheStart()
 {
     WebChannelServer server;
     QVERIFY(server.channel() != nullptr);
@@ -108,7 +108,7 @@ void TestHostWebChannel::addresses_areEmptyBeforeTheStart()
     QVERIFY(server.pageUrl().port() != server.socketUrl().port());
 }
 
-void TestHostWebChannel::handshake_tellsTheObjects()
+void TestHostWebChannel::handshakeTellsTheObjects()
 {
     const auto server = started();
     QObject early;
@@ -128,7 +128,7 @@ void TestHostWebChannel::handshake_tellsTheObjects()
     QCOMPARE(client.objects(), (QStringList{"another", "bimObject"}));
 }
 
-void TestHostWebChannel::handshake_ofSeveralClients()
+void TestHostWebChannel::handshakeOfSeveralClients()
 {
     const auto server = started();
     QObject object;
@@ -144,7 +144,7 @@ void TestHostWebChannel::handshake_ofSeveralClients()
     QCOMPARE(second.messageCount(), 1);
 }
 
-void TestHostWebChannel::message_reachesItsObject()
+void TestHostWebChannel::messageReachesItsObject()
 {
     const auto server = started();
     Counter counter;
@@ -155,7 +155,7 @@ void TestHostWebChannel::message_reachesItsObject()
     QTRY_COMPARE_WITH_TIMEOUT(counter.calls, 1, patience);
 }
 
-void TestHostWebChannel::nonsense_isIgnored()
+void TestHostWebChannel::nonsenseIsIgnored()
 {
     const auto server = started();
     ChannelClient client(server->socketUrl());
@@ -168,7 +168,7 @@ void TestHostWebChannel::nonsense_isIgnored()
     QVERIFY(client.isConnected());
 }
 
-void TestHostWebChannel::client_comesAndGoes()
+void TestHostWebChannel::clientComesAndGoes()
 {
     const auto server = started();
     QObject object;
@@ -189,7 +189,7 @@ void TestHostWebChannel::client_comesAndGoes()
     QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
 }
 
-void TestHostWebChannel::destruction_endsTheConnections()
+void TestHostWebChannel::destructionEndsTheConnections()
 {
     auto server = started();
     const QUrl page = server->pageUrl();
@@ -202,7 +202,7 @@ void TestHostWebChannel::destruction_endsTheConnections()
     QCOMPARE(get(page).first, 0);
 }
 
-void TestHostWebChannel::page_isServed()
+void TestHostWebChannel::pageIsServed()
 {
     const auto server = started();
     const auto page = get(server->pageUrl());

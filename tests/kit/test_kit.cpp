@@ -71,18 +71,18 @@ private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
 
-    void kit_isWhole_data();
-    void kit_isWhole();
-    void kit_namesNoPathOfTheBuild();
-    void kit_hasWhatItsDocumentsLinkTo();
-    void package_offersItsVersionOnly();
-    void archive_holdsTheKit();
-    void minimal_listsTheProjects();
-    void minimal_tellsThatTheSignInFailed();
-    void bimDialog_offersTheModels();
-    void linkedHost_findsThePlugin();
-    void editor_runs();
-    void probe_findsAllWell();
+    void kitIsWhole_data();
+    void kitIsWhole();
+    void kitNamesNoPathOfTheBuild();
+    void kitHasWhatItsDocumentsLinkTo();
+    void packageOffersItsVersionOnly();
+    void archiveHoldsTheKit();
+    void minimalListsTheProjects();
+    void minimalTellsThatTheSignInFailed();
+    void bimDialogOffersTheModels();
+    void linkedHostFindsThePlugin();
+    void editorRuns();
+    void probeFindsAllWell();
 
 private:
     QString inKit(const QString& name) const { return m_kit + QLatin1Char('/') + name; }
@@ -173,7 +173,7 @@ QStringList TestKit::launchArguments(const QStringList& further) const
            further;
 }
 
-void TestKit::kit_isWhole_data()
+void TestKit::kitIsWhole_data()
 {
     QTest::addColumn<QString>("file");
     for (const char* file :
@@ -185,13 +185,13 @@ void TestKit::kit_isWhole_data()
         QTest::newRow(file) << file;
 }
 
-void TestKit::kit_isWhole()
+void TestKit::kitIsWhole()
 {
     QFETCH(QString, file);
     QVERIFY(!contentOf(inKit(file)).isEmpty());
 }
 
-void TestKit::kit_namesNoPathOfTheBuild()
+void TestKit::kitNamesNoPathOfTheBuild()
 {
     const QStringList files = filesIn(m_kit);
     QVERIFY(!files.isEmpty());
@@ -205,7 +205,7 @@ void TestKit::kit_namesNoPathOfTheBuild()
     }
 }
 
-void TestKit::kit_hasWhatItsDocumentsLinkTo()
+void TestKit::kitHasWhatItsDocumentsLinkTo()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("NELVO_DOCUMENTS", inKit("share/doc/NelvoPlugin"));
@@ -217,7 +217,7 @@ void TestKit::kit_hasWhatItsDocumentsLinkTo()
                 .contains("](../../../../include/NelvoSDK/LoginSession.h)"));
 }
 
-void TestKit::package_offersItsVersionOnly()
+void TestKit::packageOffersItsVersionOnly()
 {
     const QString prefix = m_folder.filePath("sdk");
     const Outcome installed = install(prefix, {"--component", "sdk"});
@@ -226,7 +226,7 @@ void TestKit::package_offersItsVersionOnly()
     QVERIFY2(configured.status == 0, qPrintable(configured.all()));
 }
 
-void TestKit::archive_holdsTheKit()
+void TestKit::archiveHoldsTheKit()
 {
     // Of what is installed already, in place of building and installing once more.
     const QString folder = m_folder.filePath("archive");
@@ -247,7 +247,7 @@ void TestKit::archive_holdsTheKit()
     QCOMPARE(filesIn(unpacked + QLatin1Char('/') + top.constFirst()), filesIn(m_kit));
 }
 
-void TestKit::minimal_listsTheProjects()
+void TestKit::minimalListsTheProjects()
 {
     const QStringList projects = names("projects", "name");
     QVERIFY(!projects.isEmpty());
@@ -267,7 +267,7 @@ void TestKit::minimal_listsTheProjects()
     QCOMPARE(lines, QStringList());
 }
 
-void TestKit::minimal_tellsThatTheSignInFailed()
+void TestKit::minimalTellsThatTheSignInFailed()
 {
     const Outcome outcome =
         run(built("examples/minimal/minimal"),
@@ -277,7 +277,7 @@ void TestKit::minimal_tellsThatTheSignInFailed()
     QVERIFY2(outcome.error.contains("the sign-in brought no editor service\n"), qPrintable(outcome.all()));
 }
 
-void TestKit::bimDialog_offersTheModels()
+void TestKit::bimDialogOffersTheModels()
 {
     const QStringList models = names("bimModels", "ppName");
     QVERIFY(!models.isEmpty());
@@ -297,21 +297,21 @@ void TestKit::bimDialog_offersTheModels()
     QVERIFY2(!outcome.error.contains("qrc:/"), qPrintable(outcome.all()));
 }
 
-void TestKit::linkedHost_findsThePlugin()
+void TestKit::linkedHostFindsThePlugin()
 {
     const Outcome outcome = run(built("linked"), {});
     QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
     QCOMPARE(outcome.out, QStringLiteral("1.0.0\n"));
 }
 
-void TestKit::editor_runs()
+void TestKit::editorRuns()
 {
     const Outcome outcome = run(inKit("bin/nelvo-launch"), launchArguments({"--end"}));
     QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
     QVERIFY2(outcome.out.contains("nelvo-launch: the host says \"1\""), qPrintable(outcome.all()));
 }
 
-void TestKit::probe_findsAllWell()
+void TestKit::probeFindsAllWell()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("NELVO_PROBE_PASSWORD", Password);

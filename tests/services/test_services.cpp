@@ -55,51 +55,51 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void formPage_canBeScraped();
-    void formPage_hasAFreshTicketEachTime();
-    void formPage_startsASessionOnlyForWhoHasNone();
-    void signIn_listsTheCompanies_data();
-    void signIn_listsTheCompanies();
-    void signIn_setsCookiesAlongTheRedirect();
-    void signIn_isRejected_data();
-    void signIn_isRejected();
-    void ticket_isUsedUpByAFailure();
-    void ticket_isUsedUpByASuccess();
-    void successPage_needsASession();
-    void guardedPath_sendsToTheForm_data();
-    void guardedPath_sendsToTheForm();
-    void token_needsAnEnterprise();
-    void binding_ofAForeignEnterpriseFails();
-    void binding_ofSomethingElseThanJsonFails();
-    void serverList_namesTheServices();
-    void logout_endsTheSession();
-    void forgetSessions_forgetsSessionsAndTickets();
-    void unknownPath_isNotFound();
-    void wrongMethod_isNotAllowed();
+    void formPageCanBeScraped();
+    void formPageHasAFreshTicketEachTime();
+    void formPageStartsASessionOnlyForWhoHasNone();
+    void signInListsTheCompanies_data();
+    void signInListsTheCompanies();
+    void signInSetsCookiesAlongTheRedirect();
+    void signInIsRejected_data();
+    void signInIsRejected();
+    void ticketIsUsedUpByAFailure();
+    void ticketIsUsedUpByASuccess();
+    void successPageNeedsASession();
+    void guardedPathSendsToTheForm_data();
+    void guardedPathSendsToTheForm();
+    void tokenNeedsAnEnterprise();
+    void bindingOfAForeignEnterpriseFails();
+    void bindingOfSomethingElseThanJsonFails();
+    void serverListNamesTheServices();
+    void logoutEndsTheSession();
+    void forgetSessionsForgetsSessionsAndTickets();
+    void unknownPathIsNotFound();
+    void wrongMethodIsNotAllowed();
 
-    void heartbeat_setsCookiesOnce();
-    void heartbeat_setsCookiesAgainOnceForgotten();
+    void heartbeatSetsCookiesOnce();
+    void heartbeatSetsCookiesAgainOnceForgotten();
 
-    void log_keepsHeadersAsReceived();
-    void log_keepsTheOrderOfBothServices();
-    void log_readsAChunkedBody();
-    void loggedRequest_findsHeadersInAnyCase();
+    void logKeepsHeadersAsReceived();
+    void logKeepsTheOrderOfBothServices();
+    void logReadsAChunkedBody();
+    void loggedRequestFindsHeadersInAnyCase();
 
-    void cannedReply_replacesTheAnswer();
-    void cannedReply_withoutBody();
+    void cannedReplyReplacesTheAnswer();
+    void cannedReplyWithoutBody();
 
-    void connection_servesSeveralRequests();
-    void connection_closesWhenAsked();
-    void connection_refusesWhatIsNotHttp();
+    void connectionServesSeveralRequests();
+    void connectionClosesWhenAsked();
+    void connectionRefusesWhatIsNotHttp();
 
-    void seed_isChecked_data();
-    void seed_isChecked();
-    void seed_thatIsMissing();
-    void seed_ofOnesOwn();
+    void seedIsChecked_data();
+    void seedIsChecked();
+    void seedThatIsMissing();
+    void seedOfOnesOwn();
 
-    void start_failsOnATakenPort();
-    void start_worksAgainAfterStop();
-    void stop_endsIdleConnections();
+    void startFailsOnATakenPort();
+    void startWorksAgainAfterStop();
+    void stopEndsIdleConnections();
 
 private:
     QString login() const { return m_services->signInUrl() + "/login"; }
@@ -119,7 +119,7 @@ void TestServices::cleanup()
     m_services.reset();
 }
 
-void TestServices::formPage_canBeScraped()
+void TestServices::formPageCanBeScraped()
 {
     Client client;
     const Answer answer = client.get(login());
@@ -135,7 +135,7 @@ void TestServices::formPage_canBeScraped()
     QVERIFY(!answer.body.contains("class=\"errors\""));
 }
 
-void TestServices::formPage_hasAFreshTicketEachTime()
+void TestServices::formPageHasAFreshTicketEachTime()
 {
     Client client;
     const QByteArray first = client.get(login()).body;
@@ -144,7 +144,7 @@ void TestServices::formPage_hasAFreshTicketEachTime()
     QCOMPARE(inputValue(second, "execution"), QString("e2s1"));
 }
 
-void TestServices::formPage_startsASessionOnlyForWhoHasNone()
+void TestServices::formPageStartsASessionOnlyForWhoHasNone()
 {
     Client client;
     client.get(login());
@@ -154,7 +154,7 @@ void TestServices::formPage_startsASessionOnlyForWhoHasNone()
     QCOMPARE(client.cookie(login(), "JSESSIONID"), session);
 }
 
-void TestServices::signIn_listsTheCompanies_data()
+void TestServices::signInListsTheCompanies_data()
 {
     QTest::addColumn<QString>("user");
     QTest::addColumn<QString>("password");
@@ -178,7 +178,7 @@ void TestServices::signIn_listsTheCompanies_data()
                                                  {"enterpriseName", "江南水利工程局"}};
 }
 
-void TestServices::signIn_listsTheCompanies()
+void TestServices::signInListsTheCompanies()
 {
     QFETCH(const QString, user);
     QFETCH(const QString, password);
@@ -197,7 +197,7 @@ void TestServices::signIn_listsTheCompanies()
     QTEST(array(answer).at(0).toObject(), "first");
 }
 
-void TestServices::signIn_setsCookiesAlongTheRedirect()
+void TestServices::signInSetsCookiesAlongTheRedirect()
 {
     Client client;
     const QByteArray ticket = inputValue(client.get(login()).body, "lt").toUtf8();
@@ -215,7 +215,7 @@ void TestServices::signIn_setsCookiesAlongTheRedirect()
     QCOMPARE(client.cookie(login(), "LOCALE"), QByteArray("zh_CN"));
 }
 
-void TestServices::signIn_isRejected_data()
+void TestServices::signInIsRejected_data()
 {
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QByteArray>("contentType");
@@ -240,7 +240,7 @@ void TestServices::signIn_isRejected_data()
         << formBody("TICKET", "zhangwei", "123456") << QByteArray("text/plain") << wrongTicket;
 }
 
-void TestServices::signIn_isRejected()
+void TestServices::signInIsRejected()
 {
     QFETCH(QByteArray, body);
     QFETCH(const QByteArray, contentType);
@@ -258,7 +258,7 @@ void TestServices::signIn_isRejected()
     QCOMPARE(client.get(signIn("/rs/casLogin/listCompany")).url.path(), QString("/login"));
 }
 
-void TestServices::ticket_isUsedUpByAFailure()
+void TestServices::ticketIsUsedUpByAFailure()
 {
     Client client;
     const QString ticket = inputValue(client.get(login()).body, "lt");
@@ -269,7 +269,7 @@ void TestServices::ticket_isUsedUpByAFailure()
     QCOMPARE(again.url.path(), QString("/login/success"));
 }
 
-void TestServices::ticket_isUsedUpByASuccess()
+void TestServices::ticketIsUsedUpByASuccess()
 {
     Client client;
     const QByteArray body = formBody(inputValue(client.get(login()).body, "lt"), "zhangwei", "123456");
@@ -277,13 +277,13 @@ void TestServices::ticket_isUsedUpByASuccess()
     QVERIFY(Client().post(login(), body).body.contains("登录票据无效"));
 }
 
-void TestServices::successPage_needsASession()
+void TestServices::successPageNeedsASession()
 {
     Client client;
     QCOMPARE(client.get(signIn("/login/success")).url.path(), QString("/login"));
 }
 
-void TestServices::guardedPath_sendsToTheForm_data()
+void TestServices::guardedPathSendsToTheForm_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QByteArray>("method");
@@ -291,7 +291,7 @@ void TestServices::guardedPath_sendsToTheForm_data()
         QTest::newRow(qPrintable(path)) << path << QByteArray(path.endsWith("casLogin") ? "POST" : "GET");
 }
 
-void TestServices::guardedPath_sendsToTheForm()
+void TestServices::guardedPathSendsToTheForm()
 {
     QFETCH(const QString, path);
     QFETCH(const QByteArray, method);
@@ -308,7 +308,7 @@ void TestServices::guardedPath_sendsToTheForm()
     QVERIFY(inputValue(page.body, "lt").startsWith("LT-"));
 }
 
-void TestServices::token_needsAnEnterprise()
+void TestServices::tokenNeedsAnEnterprise()
 {
     Client client;
     client.signIn(m_services->signInUrl(), "lina", "lina2024");
@@ -327,7 +327,7 @@ void TestServices::token_needsAnEnterprise()
     QVERIFY(client.get(signIn("/rs/cim/nelvo/client_token")).body.startsWith("iot-1008-"));
 }
 
-void TestServices::binding_ofAForeignEnterpriseFails()
+void TestServices::bindingOfAForeignEnterpriseFails()
 {
     Client client;
     client.signIn(m_services->signInUrl(), "zhangwei", "123456");
@@ -340,7 +340,7 @@ void TestServices::binding_ofAForeignEnterpriseFails()
     QCOMPARE(client.get(signIn("/rs/cim/nelvo/client_token")).status, 403);
 }
 
-void TestServices::binding_ofSomethingElseThanJsonFails()
+void TestServices::bindingOfSomethingElseThanJsonFails()
 {
     Client client;
     client.signIn(m_services->signInUrl(), "zhangwei", "123456");
@@ -353,7 +353,7 @@ void TestServices::binding_ofSomethingElseThanJsonFails()
     QCOMPARE(client.get(signIn("/rs/cim/nelvo/client_token")).status, 403);
 }
 
-void TestServices::serverList_namesTheServices()
+void TestServices::serverListNamesTheServices()
 {
     Client client;
     client.signIn(m_services->signInUrl(), "wangfang", "wangfang");
@@ -364,7 +364,7 @@ void TestServices::serverList_namesTheServices()
     QVERIFY(servers.size() > 2);
 }
 
-void TestServices::logout_endsTheSession()
+void TestServices::logoutEndsTheSession()
 {
     Client client;
     client.signIn(m_services->signInUrl(), "zhangwei", "123456");
@@ -379,7 +379,7 @@ void TestServices::logout_endsTheSession()
     QVERIFY(other.get(signIn("/rs/casLogin/listCompany")).isJson());
 }
 
-void TestServices::forgetSessions_forgetsSessionsAndTickets()
+void TestServices::forgetSessionsForgetsSessionsAndTickets()
 {
     Client client;
     client.signIn(m_services->signInUrl(), "zhangwei", "123456");
@@ -392,7 +392,7 @@ void TestServices::forgetSessions_forgetsSessionsAndTickets()
     QVERIFY(client.post(login(), formBody(ticket, "zhangwei", "123456")).body.contains("登录票据无效"));
 }
 
-void TestServices::unknownPath_isNotFound()
+void TestServices::unknownPathIsNotFound()
 {
     Client client;
     QCOMPARE(client.get(signIn("/nowhere")).status, 404);
@@ -401,7 +401,7 @@ void TestServices::unknownPath_isNotFound()
     QCOMPARE(client.get(signIn("/rs/nowhere")).status, 404);
 }
 
-void TestServices::wrongMethod_isNotAllowed()
+void TestServices::wrongMethodIsNotAllowed()
 {
     Client client;
     QCOMPARE(client.post(heartbeat(), "x").status, 405);
@@ -410,7 +410,7 @@ void TestServices::wrongMethod_isNotAllowed()
     QCOMPARE(answer.allow, QByteArray("GET, POST"));
 }
 
-void TestServices::heartbeat_setsCookiesOnce()
+void TestServices::heartbeatSetsCookiesOnce()
 {
     Client client;
     const Answer answer = client.get(heartbeat());
@@ -428,7 +428,7 @@ void TestServices::heartbeat_setsCookiesOnce()
              "EDITORSESSION=" + session + "; route=" + route);
 }
 
-void TestServices::heartbeat_setsCookiesAgainOnceForgotten()
+void TestServices::heartbeatSetsCookiesAgainOnceForgotten()
 {
     Client client;
     client.get(heartbeat());
@@ -438,7 +438,7 @@ void TestServices::heartbeat_setsCookiesAgainOnceForgotten()
     QVERIFY(client.cookie(heartbeat(), "EDITORSESSION") != session);
 }
 
-void TestServices::log_keepsHeadersAsReceived()
+void TestServices::logKeepsHeadersAsReceived()
 {
     RawConnection raw(m_services->signInUrl());
     raw.send(
@@ -460,7 +460,7 @@ void TestServices::log_keepsHeadersAsReceived()
              QByteArray("hOST=here|X-Twice=1|acCept=text/*;q=0.3|x-TWICE=2|X-Empty=|content-LENGTH=7|"));
 }
 
-void TestServices::log_keepsTheOrderOfBothServices()
+void TestServices::logKeepsTheOrderOfBothServices()
 {
     Client client;
     client.get(heartbeat());
@@ -476,7 +476,7 @@ void TestServices::log_keepsTheOrderOfBothServices()
     QVERIFY(m_services->log().requests().isEmpty());
 }
 
-void TestServices::log_readsAChunkedBody()
+void TestServices::logReadsAChunkedBody()
 {
     RawConnection raw(m_services->editorUrl());
     raw.send(
@@ -485,7 +485,7 @@ void TestServices::log_readsAChunkedBody()
     QCOMPARE(m_services->log().requests().first().body, QByteArray("abcde"));
 }
 
-void TestServices::loggedRequest_findsHeadersInAnyCase()
+void TestServices::loggedRequestFindsHeadersInAnyCase()
 {
     LoggedRequest request;
     request.headers = {{"Cookie", "a"}, {"cookie", "b"}, {"Empty", ""}};
@@ -494,7 +494,7 @@ void TestServices::loggedRequest_findsHeadersInAnyCase()
     QVERIFY(request.header("other").isNull());
 }
 
-void TestServices::cannedReply_replacesTheAnswer()
+void TestServices::cannedReplyReplacesTheAnswer()
 {
     m_services->setReply("GET", "/org/heartbeat", {418, "text/x-tea", "tea", {{"Set-Cookie", "pot=hot"}}});
     Client client;
@@ -513,7 +513,7 @@ void TestServices::cannedReply_replacesTheAnswer()
     QCOMPARE(client.get(heartbeat()).status, 200);
 }
 
-void TestServices::cannedReply_withoutBody()
+void TestServices::cannedReplyWithoutBody()
 {
     m_services->setReply("GET", "/empty", {204, "text/plain", "not sent", {}});
     RawConnection raw(m_services->signInUrl());
@@ -523,7 +523,7 @@ void TestServices::cannedReply_withoutBody()
     QVERIFY(answer.endsWith("\r\n\r\n"));
 }
 
-void TestServices::connection_servesSeveralRequests()
+void TestServices::connectionServesSeveralRequests()
 {
     RawConnection raw(m_services->editorUrl());
     for (int i = 0; i < 3; ++i) {
@@ -541,7 +541,7 @@ void TestServices::connection_servesSeveralRequests()
     QVERIFY(raw.readAnswer().startsWith("HTTP/1.1 404"));
 }
 
-void TestServices::connection_closesWhenAsked()
+void TestServices::connectionClosesWhenAsked()
 {
     RawConnection raw(m_services->editorUrl());
     raw.send("GET /org/heartbeat HTTP/1.1\r\nHost: h\r\nConnection: close\r\n\r\n");
@@ -551,7 +551,7 @@ void TestServices::connection_closesWhenAsked()
     QVERIFY(!raw.isConnected());
 }
 
-void TestServices::connection_refusesWhatIsNotHttp()
+void TestServices::connectionRefusesWhatIsNotHttp()
 {
     RawConnection raw(m_services->signInUrl());
     raw.send("how are you?\r\n\r\n");
@@ -559,7 +559,7 @@ void TestServices::connection_refusesWhatIsNotHttp()
     QVERIFY(m_services->log().requests().isEmpty());
 }
 
-void TestServices::seed_isChecked_data()
+void TestServices::seedIsChecked_data()
 {
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("complaint");
@@ -604,7 +604,7 @@ void TestServices::seed_isChecked_data()
         << "accounts[1]: there is an account \"u\" already";
 }
 
-void TestServices::seed_isChecked()
+void TestServices::seedIsChecked()
 {
     QFETCH(const QByteArray, json);
     QFETCH(const QString, complaint);
@@ -621,7 +621,7 @@ void TestServices::seed_isChecked()
     QVERIFY2(error.startsWith("seed file " + options.seedFile + ": " + complaint), qPrintable(error));
 }
 
-void TestServices::seed_thatIsMissing()
+void TestServices::seedThatIsMissing()
 {
     const QTemporaryDir folder;
     ServicesOptions options;
@@ -635,7 +635,7 @@ void TestServices::seed_thatIsMissing()
     QVERIFY(!Services(options).start());
 }
 
-void TestServices::seed_ofOnesOwn()
+void TestServices::seedOfOnesOwn()
 {
     const QTemporaryDir folder;
     ServicesOptions options;
@@ -658,7 +658,7 @@ void TestServices::seed_ofOnesOwn()
              0);
 }
 
-void TestServices::start_failsOnATakenPort()
+void TestServices::startFailsOnATakenPort()
 {
     ServicesOptions options;
     options.editorPort = static_cast<quint16>(QUrl(m_services->signInUrl()).port());
@@ -669,7 +669,7 @@ void TestServices::start_failsOnATakenPort()
     QCOMPARE(Client().get(login()).status, 200);
 }
 
-void TestServices::start_worksAgainAfterStop()
+void TestServices::startWorksAgainAfterStop()
 {
     m_services->stop();
     m_services->stop();
@@ -678,7 +678,7 @@ void TestServices::start_worksAgainAfterStop()
     QCOMPARE(Client().get(login()).status, 200);
 }
 
-void TestServices::stop_endsIdleConnections()
+void TestServices::stopEndsIdleConnections()
 {
     RawConnection idle(m_services->editorUrl());
     RawConnection halfway(m_services->signInUrl());

@@ -69,28 +69,28 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void session_isNeeded_data();
-    void session_isNeeded();
-    void path_isTakenExactly_data();
-    void path_isTakenExactly();
+    void sessionIsNeeded_data();
+    void sessionIsNeeded();
+    void pathIsTakenExactly_data();
+    void pathIsTakenExactly();
 
-    void models_areListed();
-    void models_areOfEveryProfession();
-    void drawings_areListed();
-    void lists_areTheEnterprisesOwn();
-    void lists_mayBeEmpty();
-    void lists_fitTheTree_data();
-    void lists_fitTheTree();
-    void database_knowsSomeOfTheModels();
+    void modelsAreListed();
+    void modelsAreOfEveryProfession();
+    void drawingsAreListed();
+    void listsAreTheEnterprisesOwn();
+    void listsMayBeEmpty();
+    void listsFitTheTree_data();
+    void listsFitTheTree();
+    void databaseKnowsSomeOfTheModels();
 
-    void models_areGenerated();
-    void models_areSpreadOverAGeneratedTree();
-    void models_areReset();
-    void models_areGeneratedByControl();
+    void modelsAreGenerated();
+    void modelsAreSpreadOverAGeneratedTree();
+    void modelsAreReset();
+    void modelsAreGeneratedByControl();
 
-    void seed_isChecked_data();
-    void seed_isChecked();
-    void seed_mayHaveNoModels();
+    void seedIsChecked_data();
+    void seedIsChecked();
+    void seedMayHaveNoModels();
 
 private:
     QString editor(const QString& path) const { return m_services->editorUrl() + path; }
@@ -121,14 +121,14 @@ void TestServicesBim::enter(Client& client, int enterpriseId)
     QCOMPARE(client.get(editor("/org/heartbeat")).status, 200);
 }
 
-void TestServicesBim::session_isNeeded_data()
+void TestServicesBim::sessionIsNeeded_data()
 {
     QTest::addColumn<QString>("path");
     QTest::newRow("models") << models;
     QTest::newRow("drawings") << drawings;
 }
 
-void TestServicesBim::session_isNeeded()
+void TestServicesBim::sessionIsNeeded()
 {
     QFETCH(const QString, path);
     Client client;
@@ -144,7 +144,7 @@ void TestServicesBim::session_isNeeded()
     QCOMPARE(object(pushedOut)["infoCode"].toString(), QString("1002"));
 }
 
-void TestServicesBim::path_isTakenExactly_data()
+void TestServicesBim::pathIsTakenExactly_data()
 {
     QTest::addColumn<QByteArray>("method");
     QTest::addColumn<QString>("path");
@@ -155,7 +155,7 @@ void TestServicesBim::path_isTakenExactly_data()
     QTest::newRow("post drawings") << QByteArray("POST") << drawings << 405;
 }
 
-void TestServicesBim::path_isTakenExactly()
+void TestServicesBim::pathIsTakenExactly()
 {
     QFETCH(const QByteArray, method);
     QFETCH(const QString, path);
@@ -164,7 +164,7 @@ void TestServicesBim::path_isTakenExactly()
     QTEST(client.send(method, editor(path), {}, json).status, "status");
 }
 
-void TestServicesBim::models_areListed()
+void TestServicesBim::modelsAreListed()
 {
     Client client;
     enter(client);
@@ -188,7 +188,7 @@ void TestServicesBim::models_areListed()
     QCOMPARE(kept.first().size, qint64{1536000});
 }
 
-void TestServicesBim::models_areOfEveryProfession()
+void TestServicesBim::modelsAreOfEveryProfession()
 {
     Client client;
     enter(client);
@@ -199,7 +199,7 @@ void TestServicesBim::models_areOfEveryProfession()
     QCOMPARE(professions, (QSet<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 20}));
 }
 
-void TestServicesBim::drawings_areListed()
+void TestServicesBim::drawingsAreListed()
 {
     Client client;
     enter(client);
@@ -215,7 +215,7 @@ void TestServicesBim::drawings_areListed()
     QCOMPARE(m_services->editorData().models(1001).drawings.first().name, expected["dwgName"].toString());
 }
 
-void TestServicesBim::lists_areTheEnterprisesOwn()
+void TestServicesBim::listsAreTheEnterprisesOwn()
 {
     Client client;
     enter(client, 1003);
@@ -228,7 +228,7 @@ void TestServicesBim::lists_areTheEnterprisesOwn()
              QString("轨道交通 7 号线 车站主体"));
 }
 
-void TestServicesBim::lists_mayBeEmpty()
+void TestServicesBim::listsMayBeEmpty()
 {
     Client client;
     enter(client, 1009);
@@ -238,7 +238,7 @@ void TestServicesBim::lists_mayBeEmpty()
     QVERIFY(m_services->editorData().models(7).drawings.isEmpty());
 }
 
-void TestServicesBim::lists_fitTheTree_data()
+void TestServicesBim::listsFitTheTree_data()
 {
     QTest::addColumn<int>("enterprise");
     QTest::newRow("1001") << 1001;
@@ -246,7 +246,7 @@ void TestServicesBim::lists_fitTheTree_data()
     QTest::newRow("1003") << 1003;
 }
 
-void TestServicesBim::lists_fitTheTree()
+void TestServicesBim::listsFitTheTree()
 {
     QFETCH(const int, enterprise);
     Client client;
@@ -269,7 +269,7 @@ void TestServicesBim::lists_fitTheTree()
 }
 
 //! The editor finds what it is told of here in its own database, under the same id and name.
-void TestServicesBim::database_knowsSomeOfTheModels()
+void TestServicesBim::databaseKnowsSomeOfTheModels()
 {
     QMap<QString, QString> names;
     for (const qint64 enterprise : {1001, 1002, 1003}) {
@@ -285,7 +285,7 @@ void TestServicesBim::database_knowsSomeOfTheModels()
         QCOMPARE(names.value(model.toObject()["id"].toString()), model.toObject()["name"].toString());
 }
 
-void TestServicesBim::models_areGenerated()
+void TestServicesBim::modelsAreGenerated()
 {
     Client client;
     enter(client);
@@ -307,7 +307,7 @@ void TestServicesBim::models_areGenerated()
     QCOMPARE(m_services->editorData().models(1009).drawings.last().deptId, QString("1009-2"));
 }
 
-void TestServicesBim::models_areSpreadOverAGeneratedTree()
+void TestServicesBim::modelsAreSpreadOverAGeneratedTree()
 {
     Client client;
     enter(client);
@@ -320,7 +320,7 @@ void TestServicesBim::models_areSpreadOverAGeneratedTree()
     QVERIFY(units(client.get(editor("/org/tree"))).contains(departments));
 }
 
-void TestServicesBim::models_areReset()
+void TestServicesBim::modelsAreReset()
 {
     Client client;
     enter(client);
@@ -336,7 +336,7 @@ void TestServicesBim::models_areReset()
     QCOMPARE(client.get(editor(drawings)).body, seededDrawings);
 }
 
-void TestServicesBim::models_areGeneratedByControl()
+void TestServicesBim::modelsAreGeneratedByControl()
 {
     Client client;
     enter(client);
@@ -387,7 +387,7 @@ private:
 
 } // namespace
 
-void TestServicesBim::seed_isChecked_data()
+void TestServicesBim::seedIsChecked_data()
 {
     QTest::addColumn<QByteArray>("more");
     QTest::addColumn<QString>("complaint");
@@ -425,7 +425,7 @@ void TestServicesBim::seed_isChecked_data()
                               << "enterprises[0]: bimModels[1]: there is a model \"g\" already";
 }
 
-void TestServicesBim::seed_isChecked()
+void TestServicesBim::seedIsChecked()
 {
     QFETCH(const QByteArray, more);
     QFETCH(const QString, complaint);
@@ -435,7 +435,7 @@ void TestServicesBim::seed_isChecked()
     QVERIFY2(error.startsWith("seed file " + seed.name() + ": " + complaint), qPrintable(error));
 }
 
-void TestServicesBim::seed_mayHaveNoModels()
+void TestServicesBim::seedMayHaveNoModels()
 {
     const SeedFile seed(R"("projects": [])");
     Services services(seed.options());

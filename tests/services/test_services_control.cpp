@@ -21,17 +21,17 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void help_namesEveryPath();
-    void requests_areListedAndForgotten();
-    void fault_isAdded_data();
-    void fault_isAdded();
-    void fault_takesAllParameters();
-    void fault_isRefused_data();
-    void fault_isRefused();
-    void faults_areListedAndRemoved();
-    void faults_neverStrikeTheControlPath();
-    void sessions_areForgotten_data();
-    void sessions_areForgotten();
+    void helpNamesEveryPath();
+    void requestsAreListedAndForgotten();
+    void faultIsAdded_data();
+    void faultIsAdded();
+    void faultTakesAllParameters();
+    void faultIsRefused_data();
+    void faultIsRefused();
+    void faultsAreListedAndRemoved();
+    void faultsNeverStrikeTheControlPath();
+    void sessionsAreForgotten_data();
+    void sessionsAreForgotten();
     void wrongPathsAndMethods();
 
 private:
@@ -54,7 +54,7 @@ void TestServicesControl::cleanup()
     m_services.reset();
 }
 
-void TestServicesControl::help_namesEveryPath()
+void TestServicesControl::helpNamesEveryPath()
 {
     const Answer help = m_client->get(control("/"));
     QCOMPARE(help.status, 200);
@@ -74,7 +74,7 @@ void TestServicesControl::help_namesEveryPath()
     QVERIFY(!help.body.contains("{{"));
 }
 
-void TestServicesControl::requests_areListedAndForgotten()
+void TestServicesControl::requestsAreListedAndForgotten()
 {
     m_client->post(m_services->editorUrl() + "/x?y=%20", "ä", "text/plain");
     const QJsonArray requests = QJsonDocument::fromJson(m_client->get(control("/requests")).body).array();
@@ -91,7 +91,7 @@ void TestServicesControl::requests_areListedAndForgotten()
     QCOMPARE(m_client->get(control("/requests")).body.simplified(), QByteArray("[ ]"));
 }
 
-void TestServicesControl::fault_isAdded_data()
+void TestServicesControl::faultIsAdded_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<Fault>("fault");
@@ -108,7 +108,7 @@ void TestServicesControl::fault_isAdded_data()
     QTest::newRow("lose-session") << "lose-session" << Fault::LoseSession;
 }
 
-void TestServicesControl::fault_isAdded()
+void TestServicesControl::faultIsAdded()
 {
     QFETCH(const QString, name);
     const Answer answer = m_client->post(control("/faults?fault=" + name), {});
@@ -121,7 +121,7 @@ void TestServicesControl::fault_isAdded()
     QVERIFY(!rule.once);
 }
 
-void TestServicesControl::fault_takesAllParameters()
+void TestServicesControl::faultTakesAllParameters()
 {
     m_client->post(control("/faults?fault=status&path=%2Flogin&method=get&value=503&once=1"), {});
     const FaultRule rule = m_services->faults().rules().value(0);
@@ -133,7 +133,7 @@ void TestServicesControl::fault_takesAllParameters()
     QCOMPARE(m_client->get(m_services->signInUrl() + "/login").status, 200);
 }
 
-void TestServicesControl::fault_isRefused_data()
+void TestServicesControl::faultIsRefused_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
@@ -155,7 +155,7 @@ void TestServicesControl::fault_isRefused_data()
     QTest::newRow("once") << "?fault=reset&once=twice" << QByteArray("\"once\" must be 0 or 1");
 }
 
-void TestServicesControl::fault_isRefused()
+void TestServicesControl::faultIsRefused()
 {
     QFETCH(const QString, parameters);
     QFETCH(const QByteArray, complaint);
@@ -165,7 +165,7 @@ void TestServicesControl::fault_isRefused()
     QVERIFY(m_services->faults().rules().isEmpty());
 }
 
-void TestServicesControl::faults_areListedAndRemoved()
+void TestServicesControl::faultsAreListedAndRemoved()
 {
     m_client->post(control("/faults?fault=delay&value=5&path=/a&method=PUT&once=1"), {});
     m_client->post(control("/faults?fault=refuse&once=0"), {});
@@ -181,7 +181,7 @@ void TestServicesControl::faults_areListedAndRemoved()
     QCOMPARE(m_client->get(heartbeat()).status, 200);
 }
 
-void TestServicesControl::faults_neverStrikeTheControlPath()
+void TestServicesControl::faultsNeverStrikeTheControlPath()
 {
     m_services->addFault({Fault::Status, {}, {}, 503, false});
     m_services->addFault({Fault::Refuse, {}, {}, 0, false});
@@ -189,7 +189,7 @@ void TestServicesControl::faults_neverStrikeTheControlPath()
     QVERIFY(m_services->log().requests().isEmpty());
 }
 
-void TestServicesControl::sessions_areForgotten_data()
+void TestServicesControl::sessionsAreForgotten_data()
 {
     QTest::addColumn<QByteArray>("method");
     QTest::addColumn<QString>("path");
@@ -197,7 +197,7 @@ void TestServicesControl::sessions_areForgotten_data()
     QTest::newRow("post") << QByteArray("POST") << "/sessions/forget";
 }
 
-void TestServicesControl::sessions_areForgotten()
+void TestServicesControl::sessionsAreForgotten()
 {
     QFETCH(const QByteArray, method);
     QFETCH(const QString, path);

@@ -85,49 +85,49 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void session_isNeeded_data();
-    void session_isNeeded();
-    void session_lostOnTheWay();
-    void session_ofNobodySeesTheUsualEnterprise();
-    void session_belongsToTheEnterpriseSignedInTo();
-    void session_isReboundWithoutNewCookies();
-    void secondSignIn_pushesTheFirstOut();
-    void secondSignIn_leavesOtherAccountsAlone();
-    void secondSignIn_ofTheSameClientPushesNobodyOut();
-    void pushOut_tellsTheCode();
-    void pushOut_endsWithANewSignIn();
-    void pushOut_isForgotten();
-    void pushOut_byControl();
-    void pushOut_byControlIsRefused_data();
-    void pushOut_byControlIsRefused();
+    void sessionIsNeeded_data();
+    void sessionIsNeeded();
+    void sessionLostOnTheWay();
+    void sessionOfNobodySeesTheUsualEnterprise();
+    void sessionBelongsToTheEnterpriseSignedInTo();
+    void sessionIsReboundWithoutNewCookies();
+    void secondSignInPushesTheFirstOut();
+    void secondSignInLeavesOtherAccountsAlone();
+    void secondSignInOfTheSameClientPushesNobodyOut();
+    void pushOutTellsTheCode();
+    void pushOutEndsWithANewSignIn();
+    void pushOutIsForgotten();
+    void pushOutByControl();
+    void pushOutByControlIsRefused_data();
+    void pushOutByControlIsRefused();
 
-    void tree_isTold();
-    void tree_ofAnEnterpriseWithoutOne();
-    void tree_isGenerated_data();
-    void tree_isGenerated();
+    void treeIsTold();
+    void treeOfAnEnterpriseWithoutOne();
+    void treeIsGenerated_data();
+    void treeIsGenerated();
 
-    void projects_areListed();
-    void project_isAdded();
-    void project_isAddedOnce();
-    void project_isRenamed();
-    void project_isRefused_data();
-    void project_isRefused();
-    void projects_outliveSessionsUntilReset();
-    void projects_areGenerated();
+    void projectsAreListed();
+    void projectIsAdded();
+    void projectIsAddedOnce();
+    void projectIsRenamed();
+    void projectIsRefused_data();
+    void projectIsRefused();
+    void projectsOutliveSessionsUntilReset();
+    void projectsAreGenerated();
 
-    void bindings_areCounted();
-    void bindings_takeAnyProjectId_data();
-    void bindings_takeAnyProjectId();
-    void bindings_areRefused();
+    void bindingsAreCounted();
+    void bindingsTakeAnyProjectId_data();
+    void bindingsTakeAnyProjectId();
+    void bindingsAreRefused();
 
-    void control_showsAndResetsTheState();
-    void control_generates();
-    void control_refusesToGenerate_data();
-    void control_refusesToGenerate();
+    void controlShowsAndResetsTheState();
+    void controlGenerates();
+    void controlRefusesToGenerate_data();
+    void controlRefusesToGenerate();
 
-    void seed_isChecked_data();
-    void seed_isChecked();
-    void seed_withoutEnterprises();
+    void seedIsChecked_data();
+    void seedIsChecked();
+    void seedWithoutEnterprises();
 
 private:
     QString editor(const QString& path) const { return m_services->editorUrl() + path; }
@@ -164,7 +164,7 @@ void TestServicesEditor::enter(Client& client, const QString& user, const QStrin
     QCOMPARE(heartbeat(client).status, 200);
 }
 
-void TestServicesEditor::session_isNeeded_data()
+void TestServicesEditor::sessionIsNeeded_data()
 {
     QTest::addColumn<QByteArray>("method");
     QTest::addColumn<QString>("path");
@@ -176,7 +176,7 @@ void TestServicesEditor::session_isNeeded_data()
     QTest::newRow("add bindings") << QByteArray("POST") << "/equipment/bind/batchAdd/p";
 }
 
-void TestServicesEditor::session_isNeeded()
+void TestServicesEditor::sessionIsNeeded()
 {
     QFETCH(const QByteArray, method);
     QFETCH(const QString, path);
@@ -194,7 +194,7 @@ void TestServicesEditor::session_isNeeded()
     QCOMPARE(infoCode(pushedOut), QString("1002"));
 }
 
-void TestServicesEditor::session_lostOnTheWay()
+void TestServicesEditor::sessionLostOnTheWay()
 {
     Client client;
     enterAsLina(client);
@@ -204,14 +204,14 @@ void TestServicesEditor::session_lostOnTheWay()
     QCOMPARE(client.get(editor("/org/tree")).status, 200);
 }
 
-void TestServicesEditor::session_ofNobodySeesTheUsualEnterprise()
+void TestServicesEditor::sessionOfNobodySeesTheUsualEnterprise()
 {
     Client client;
     heartbeat(client);
     QCOMPARE(object(client.get(editor("/org/tree")))["data"].toObject()["value"].toString(), QString("1001"));
 }
 
-void TestServicesEditor::session_belongsToTheEnterpriseSignedInTo()
+void TestServicesEditor::sessionBelongsToTheEnterpriseSignedInTo()
 {
     Client client;
     enter(client, "陈晓明", "xiaoming", "1003");
@@ -221,7 +221,7 @@ void TestServicesEditor::session_belongsToTheEnterpriseSignedInTo()
              QString("太浦河泵站"));
 }
 
-void TestServicesEditor::session_isReboundWithoutNewCookies()
+void TestServicesEditor::sessionIsReboundWithoutNewCookies()
 {
     Client client;
     heartbeat(client);
@@ -237,7 +237,7 @@ void TestServicesEditor::session_isReboundWithoutNewCookies()
     QCOMPARE(heartbeat(client).status, 401);
 }
 
-void TestServicesEditor::secondSignIn_pushesTheFirstOut()
+void TestServicesEditor::secondSignInPushesTheFirstOut()
 {
     Client first;
     enterAsLina(first);
@@ -256,7 +256,7 @@ void TestServicesEditor::secondSignIn_pushesTheFirstOut()
     QCOMPARE(infoCode(heartbeat(second)), QString("1007"));
 }
 
-void TestServicesEditor::secondSignIn_leavesOtherAccountsAlone()
+void TestServicesEditor::secondSignInLeavesOtherAccountsAlone()
 {
     Client nobody;
     heartbeat(nobody);
@@ -268,7 +268,7 @@ void TestServicesEditor::secondSignIn_leavesOtherAccountsAlone()
     QCOMPARE(heartbeat(zhangwei).status, 200);
 }
 
-void TestServicesEditor::secondSignIn_ofTheSameClientPushesNobodyOut()
+void TestServicesEditor::secondSignInOfTheSameClientPushesNobodyOut()
 {
     Client client;
     enterAsLina(client);
@@ -278,7 +278,7 @@ void TestServicesEditor::secondSignIn_ofTheSameClientPushesNobodyOut()
     QCOMPARE(client.get(editor("/org/tree")).status, 200);
 }
 
-void TestServicesEditor::pushOut_tellsTheCode()
+void TestServicesEditor::pushOutTellsTheCode()
 {
     Client client;
     enterAsLina(client);
@@ -292,7 +292,7 @@ void TestServicesEditor::pushOut_tellsTheCode()
     QCOMPARE(infoCode(answer), QString("1002"));
 }
 
-void TestServicesEditor::pushOut_endsWithANewSignIn()
+void TestServicesEditor::pushOutEndsWithANewSignIn()
 {
     Client client;
     enterAsLina(client);
@@ -303,7 +303,7 @@ void TestServicesEditor::pushOut_endsWithANewSignIn()
     QCOMPARE(client.get(editor("/org/tree")).status, 200);
 }
 
-void TestServicesEditor::pushOut_isForgotten()
+void TestServicesEditor::pushOutIsForgotten()
 {
     Client client;
     enterAsLina(client);
@@ -312,7 +312,7 @@ void TestServicesEditor::pushOut_isForgotten()
     QCOMPARE(heartbeat(client).status, 200);
 }
 
-void TestServicesEditor::pushOut_byControl()
+void TestServicesEditor::pushOutByControl()
 {
     Client client;
     enter(client, "陈晓明", "xiaoming", "1003");
@@ -323,7 +323,7 @@ void TestServicesEditor::pushOut_byControl()
     QCOMPARE(infoCode(heartbeat(client)), QString("1002"));
 }
 
-void TestServicesEditor::pushOut_byControlIsRefused_data()
+void TestServicesEditor::pushOutByControlIsRefused_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
@@ -333,7 +333,7 @@ void TestServicesEditor::pushOut_byControlIsRefused_data()
     QTest::newRow("unknown") << "?user=lina&when=now" << QByteArray("there are user, code");
 }
 
-void TestServicesEditor::pushOut_byControlIsRefused()
+void TestServicesEditor::pushOutByControlIsRefused()
 {
     QFETCH(const QString, parameters);
     QFETCH(const QByteArray, complaint);
@@ -345,7 +345,7 @@ void TestServicesEditor::pushOut_byControlIsRefused()
     QCOMPARE(heartbeat(client).status, 200);
 }
 
-void TestServicesEditor::tree_isTold()
+void TestServicesEditor::treeIsTold()
 {
     Client client;
     for (const QString& enterprise : {QString("1001"), QString("1003")}) {
@@ -361,7 +361,7 @@ void TestServicesEditor::tree_isTold()
     }
 }
 
-void TestServicesEditor::tree_ofAnEnterpriseWithoutOne()
+void TestServicesEditor::treeOfAnEnterpriseWithoutOne()
 {
     Client client;
     enter(client, "lina", "lina2024", "1009");
@@ -372,7 +372,7 @@ void TestServicesEditor::tree_ofAnEnterpriseWithoutOne()
     QCOMPARE(client.get(editor("/scene/project")).body, QByteArray(R"({"code":0,"data":[]})"));
 }
 
-void TestServicesEditor::tree_isGenerated_data()
+void TestServicesEditor::treeIsGenerated_data()
 {
     QTest::addColumn<int>("nodes");
     QTest::addColumn<int>("levels");
@@ -382,7 +382,7 @@ void TestServicesEditor::tree_isGenerated_data()
     QTest::newRow("large") << 20000 << 6;
 }
 
-void TestServicesEditor::tree_isGenerated()
+void TestServicesEditor::treeIsGenerated()
 {
     QFETCH(const int, nodes);
     Client client;
@@ -405,7 +405,7 @@ void TestServicesEditor::tree_isGenerated()
     QCOMPARE(client.get(editor("/org/tree")).body, tree.body);
 }
 
-void TestServicesEditor::projects_areListed()
+void TestServicesEditor::projectsAreListed()
 {
     Client client;
     enterAsLina(client);
@@ -425,7 +425,7 @@ void TestServicesEditor::projects_areListed()
     QCOMPARE(projects[1].toObject()["x"].toDouble(), 40512345.678);
 }
 
-void TestServicesEditor::project_isAdded()
+void TestServicesEditor::projectIsAdded()
 {
     Client client;
     enterAsLina(client);
@@ -445,7 +445,7 @@ void TestServicesEditor::project_isAdded()
     QVERIFY(m_services->editorData().projects(7).isEmpty());
 }
 
-void TestServicesEditor::project_isAddedOnce()
+void TestServicesEditor::projectIsAddedOnce()
 {
     Client client;
     enterAsLina(client);
@@ -460,7 +460,7 @@ void TestServicesEditor::project_isAddedOnce()
     QCOMPARE(m_services->editorData().projects(1003).last().deptName, QString());
 }
 
-void TestServicesEditor::project_isRenamed()
+void TestServicesEditor::projectIsRenamed()
 {
     Client client;
     enterAsLina(client);
@@ -472,7 +472,7 @@ void TestServicesEditor::project_isRenamed()
     QCOMPARE(client.send("PUT", editor("/scene/project"), foreign, json).status, 404);
 }
 
-void TestServicesEditor::project_isRefused_data()
+void TestServicesEditor::projectIsRefused_data()
 {
     QTest::addColumn<QByteArray>("method");
     QTest::addColumn<QByteArray>("order");
@@ -488,7 +488,7 @@ void TestServicesEditor::project_isRefused_data()
     QTest::newRow("rename without name") << rename << body({{"id", "scene-1001-01"}});
 }
 
-void TestServicesEditor::project_isRefused()
+void TestServicesEditor::projectIsRefused()
 {
     QFETCH(const QByteArray, method);
     QFETCH(const QByteArray, order);
@@ -501,7 +501,7 @@ void TestServicesEditor::project_isRefused()
     QCOMPARE(client.get(editor("/scene/project")).body, before);
 }
 
-void TestServicesEditor::projects_outliveSessionsUntilReset()
+void TestServicesEditor::projectsOutliveSessionsUntilReset()
 {
     Client client;
     enterAsLina(client);
@@ -518,7 +518,7 @@ void TestServicesEditor::projects_outliveSessionsUntilReset()
     QCOMPARE(client.get(editor("/scene/project")).status, 200);
 }
 
-void TestServicesEditor::projects_areGenerated()
+void TestServicesEditor::projectsAreGenerated()
 {
     Client client;
     enterAsLina(client);
@@ -536,7 +536,7 @@ void TestServicesEditor::projects_areGenerated()
     QCOMPARE(m_services->editorData().projects(1009).first().deptId, QString("1009-1"));
 }
 
-void TestServicesEditor::bindings_areCounted()
+void TestServicesEditor::bindingsAreCounted()
 {
     Client client;
     enterAsLina(client);
@@ -559,7 +559,7 @@ void TestServicesEditor::bindings_areCounted()
     QCOMPARE(m_services->editorData().bindings("scene-1001-02").deletes, 0);
 }
 
-void TestServicesEditor::bindings_takeAnyProjectId_data()
+void TestServicesEditor::bindingsTakeAnyProjectId_data()
 {
     QTest::addColumn<QString>("id");
     QTest::newRow("none") << "";
@@ -568,7 +568,7 @@ void TestServicesEditor::bindings_takeAnyProjectId_data()
     QTest::newRow("slash") << "a/b";
 }
 
-void TestServicesEditor::bindings_takeAnyProjectId()
+void TestServicesEditor::bindingsTakeAnyProjectId()
 {
     QFETCH(const QString, id);
     Client client;
@@ -577,7 +577,7 @@ void TestServicesEditor::bindings_takeAnyProjectId()
     QCOMPARE(m_services->editorData().bindings(id).elements, 1);
 }
 
-void TestServicesEditor::bindings_areRefused()
+void TestServicesEditor::bindingsAreRefused()
 {
     Client client;
     enterAsLina(client);
@@ -590,7 +590,7 @@ void TestServicesEditor::bindings_areRefused()
     QCOMPARE(m_services->editorData().bindings("p").batches, 0);
 }
 
-void TestServicesEditor::control_showsAndResetsTheState()
+void TestServicesEditor::controlShowsAndResetsTheState()
 {
     Client client;
     enterAsLina(client);
@@ -607,7 +607,7 @@ void TestServicesEditor::control_showsAndResetsTheState()
     QVERIFY(object(client.get(control("/state")))["bindings"].toObject().isEmpty());
 }
 
-void TestServicesEditor::control_generates()
+void TestServicesEditor::controlGenerates()
 {
     Client client;
     enterAsLina(client);
@@ -621,7 +621,7 @@ void TestServicesEditor::control_generates()
     QCOMPARE(m_services->editorData().projects(1001).size(), 7);
 }
 
-void TestServicesEditor::control_refusesToGenerate_data()
+void TestServicesEditor::controlRefusesToGenerate_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
@@ -631,7 +631,7 @@ void TestServicesEditor::control_refusesToGenerate_data()
     QTest::newRow("unknown") << "?trees=1" << QByteArray("there are tree, projects");
 }
 
-void TestServicesEditor::control_refusesToGenerate()
+void TestServicesEditor::controlRefusesToGenerate()
 {
     QFETCH(const QString, parameters);
     QFETCH(const QByteArray, complaint);
@@ -644,7 +644,7 @@ void TestServicesEditor::control_refusesToGenerate()
     QCOMPARE(client.get(editor("/org/tree")).body, before);
 }
 
-void TestServicesEditor::seed_isChecked_data()
+void TestServicesEditor::seedIsChecked_data()
 {
     QTest::addColumn<QByteArray>("more");
     QTest::addColumn<QString>("complaint");
@@ -687,7 +687,7 @@ void TestServicesEditor::seed_isChecked_data()
                                    << "enterprises[0]: projects[1]: there is a project \"p\" already";
 }
 
-void TestServicesEditor::seed_isChecked()
+void TestServicesEditor::seedIsChecked()
 {
     QFETCH(const QByteArray, more);
     QFETCH(const QString, complaint);
@@ -704,7 +704,7 @@ void TestServicesEditor::seed_isChecked()
     QVERIFY2(error.startsWith("seed file " + options.seedFile + ": " + complaint), qPrintable(error));
 }
 
-void TestServicesEditor::seed_withoutEnterprises()
+void TestServicesEditor::seedWithoutEnterprises()
 {
     const QTemporaryDir folder;
     ServicesOptions options;

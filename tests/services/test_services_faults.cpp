@@ -56,34 +56,34 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void rule_strikesItsPathOnly();
-    void rule_strikesItsMethodOnly();
-    void rule_thatStrikesOnce();
-    void rules_areMatchedInTheOrderAdded();
-    void rules_areListed();
+    void ruleStrikesItsPathOnly();
+    void ruleStrikesItsMethodOnly();
+    void ruleThatStrikesOnce();
+    void rulesAreMatchedInTheOrderAdded();
+    void rulesAreListed();
 
-    void refuse_strikesAtOnceWithoutAPath();
-    void refuse_strikesTheServiceOfItsPath();
-    void refuse_endsOtherConnections();
-    void refuse_beforeStart();
-    void refuse_keepsThePort();
-    void reset_resetsTheConnection();
-    void stall_waitsForClear();
-    void stall_endsWithStop();
-    void delay_answersLater();
-    void delay_endsWithClear();
-    void delay_endsWithStop();
-    void cutBody_announcesTheWholeBody();
-    void status_answersWithIt();
-    void notJson_isNoJson();
-    void wrongJson_isOfTheOtherKind();
-    void redirect_leadsToTheAnswer();
-    void redirect_keepsTheQuery();
-    void endlessRedirect_doesNotEnd();
-    void loseSession_signsTheClientOut();
-    void loseSession_setsTheEditorsCookiesAgain();
-    void faults_strikeCannedReplies();
-    void faults_areSafeFromSeveralThreads();
+    void refuseStrikesAtOnceWithoutAPath();
+    void refuseStrikesTheServiceOfItsPath();
+    void refuseEndsOtherConnections();
+    void refuseBeforeStart();
+    void refuseKeepsThePort();
+    void resetResetsTheConnection();
+    void stallWaitsForClear();
+    void stallEndsWithStop();
+    void delayAnswersLater();
+    void delayEndsWithClear();
+    void delayEndsWithStop();
+    void cutBodyAnnouncesTheWholeBody();
+    void statusAnswersWithIt();
+    void notJsonIsNoJson();
+    void wrongJsonIsOfTheOtherKind();
+    void redirectLeadsToTheAnswer();
+    void redirectKeepsTheQuery();
+    void endlessRedirectDoesNotEnd();
+    void loseSessionSignsTheClientOut();
+    void loseSessionSetsTheEditorsCookiesAgain();
+    void faultsStrikeCannedReplies();
+    void faultsAreSafeFromSeveralThreads();
 
 private:
     QString heartbeat() const { return m_services->editorUrl() + "/org/heartbeat"; }
@@ -112,7 +112,7 @@ void TestServicesFaults::cleanup()
     m_services.reset();
 }
 
-void TestServicesFaults::rule_strikesItsPathOnly()
+void TestServicesFaults::ruleStrikesItsPathOnly()
 {
     m_services->addFault(rule(Fault::Status, "/login", 503));
     Client client;
@@ -122,7 +122,7 @@ void TestServicesFaults::rule_strikesItsPathOnly()
     QCOMPARE(client.get(heartbeat()).status, 200);
 }
 
-void TestServicesFaults::rule_strikesItsMethodOnly()
+void TestServicesFaults::ruleStrikesItsMethodOnly()
 {
     m_services->addFault({Fault::Status, {}, "POST", 500, false});
     Client client;
@@ -131,7 +131,7 @@ void TestServicesFaults::rule_strikesItsMethodOnly()
     QCOMPARE(client.post(heartbeat(), "x").status, 500);
 }
 
-void TestServicesFaults::rule_thatStrikesOnce()
+void TestServicesFaults::ruleThatStrikesOnce()
 {
     m_services->addFault(rule(Fault::Status, "/org/heartbeat", 503, true));
     Client client;
@@ -141,7 +141,7 @@ void TestServicesFaults::rule_thatStrikesOnce()
     QCOMPARE(client.get(heartbeat()).status, 200);
 }
 
-void TestServicesFaults::rules_areMatchedInTheOrderAdded()
+void TestServicesFaults::rulesAreMatchedInTheOrderAdded()
 {
     m_services->addFault(rule(Fault::Status, {}, 501, true));
     m_services->addFault(rule(Fault::Status, "/org/heartbeat", 502, true));
@@ -155,7 +155,7 @@ void TestServicesFaults::rules_areMatchedInTheOrderAdded()
     QCOMPARE(client.get(heartbeat()).status, 200);
 }
 
-void TestServicesFaults::rules_areListed()
+void TestServicesFaults::rulesAreListed()
 {
     m_services->addFault(rule(Fault::Delay, "/a", 10));
     m_services->addFault({Fault::Reset, "/b", "PUT", 0, true});
@@ -168,7 +168,7 @@ void TestServicesFaults::rules_areListed()
     QVERIFY(rules[1].once);
 }
 
-void TestServicesFaults::refuse_strikesAtOnceWithoutAPath()
+void TestServicesFaults::refuseStrikesAtOnceWithoutAPath()
 {
     Client client;
     QCOMPARE(client.get(login()).status, 200);
@@ -183,7 +183,7 @@ void TestServicesFaults::refuse_strikesAtOnceWithoutAPath()
     QCOMPARE(client.get(heartbeat()).status, 200);
 }
 
-void TestServicesFaults::refuse_strikesTheServiceOfItsPath()
+void TestServicesFaults::refuseStrikesTheServiceOfItsPath()
 {
     m_services->addFault(rule(Fault::Refuse, "/org/heartbeat"));
     QVERIFY(!isRefused(m_services->editorUrl() + "/other"));
@@ -196,7 +196,7 @@ void TestServicesFaults::refuse_strikesTheServiceOfItsPath()
     QCOMPARE(Client().get(heartbeat()).body, heartbeatBody);
 }
 
-void TestServicesFaults::refuse_endsOtherConnections()
+void TestServicesFaults::refuseEndsOtherConnections()
 {
     RawConnection bystander(m_services->editorUrl());
     bystander.send(heartbeatRequest);
@@ -208,7 +208,7 @@ void TestServicesFaults::refuse_endsOtherConnections()
     QVERIFY(isRefused(heartbeat()));
 }
 
-void TestServicesFaults::refuse_beforeStart()
+void TestServicesFaults::refuseBeforeStart()
 {
     NelvoDevkit::Services services;
     services.addFault(rule(Fault::Refuse));
@@ -218,7 +218,7 @@ void TestServicesFaults::refuse_beforeStart()
     QCOMPARE(Client().get(services.editorUrl() + "/org/heartbeat").status, 200);
 }
 
-void TestServicesFaults::refuse_keepsThePort()
+void TestServicesFaults::refuseKeepsThePort()
 {
     const QString before = m_services->signInUrl();
     for (int i = 0; i < 20; ++i) {
@@ -230,7 +230,7 @@ void TestServicesFaults::refuse_keepsThePort()
     QCOMPARE(m_services->signInUrl(), before);
 }
 
-void TestServicesFaults::reset_resetsTheConnection()
+void TestServicesFaults::resetResetsTheConnection()
 {
     m_services->addFault(rule(Fault::Reset, "/org/heartbeat", 0, true));
     QCOMPARE(endOfConnection(m_services->editorUrl()), make_error_code(boost::asio::error::connection_reset));
@@ -238,7 +238,7 @@ void TestServicesFaults::reset_resetsTheConnection()
     QCOMPARE(Client().get(heartbeat()).status, 200);
 }
 
-void TestServicesFaults::stall_waitsForClear()
+void TestServicesFaults::stallWaitsForClear()
 {
     m_services->addFault(rule(Fault::Stall, "/org/heartbeat"));
     Client client;
@@ -254,7 +254,7 @@ void TestServicesFaults::stall_waitsForClear()
     QCOMPARE(Client::finish(second).body, heartbeatBody);
 }
 
-void TestServicesFaults::stall_endsWithStop()
+void TestServicesFaults::stallEndsWithStop()
 {
     m_services->addFault(rule(Fault::Stall));
     std::vector<std::unique_ptr<RawConnection>> stalled;
@@ -268,7 +268,7 @@ void TestServicesFaults::stall_endsWithStop()
         QCOMPARE(connection->readToEnd(), QByteArray());
 }
 
-void TestServicesFaults::delay_answersLater()
+void TestServicesFaults::delayAnswersLater()
 {
     m_services->addFault(rule(Fault::Delay, "/org/heartbeat", 300));
     QElapsedTimer timer;
@@ -278,7 +278,7 @@ void TestServicesFaults::delay_answersLater()
     QCOMPARE(answer.body, heartbeatBody);
 }
 
-void TestServicesFaults::delay_endsWithClear()
+void TestServicesFaults::delayEndsWithClear()
 {
     m_services->addFault(rule(Fault::Delay, {}, 60 * 60 * 1000));
     Client client;
@@ -288,7 +288,7 @@ void TestServicesFaults::delay_endsWithClear()
     QCOMPARE(Client::finish(reply).body, heartbeatBody);
 }
 
-void TestServicesFaults::delay_endsWithStop()
+void TestServicesFaults::delayEndsWithStop()
 {
     m_services->addFault(rule(Fault::Delay, {}, 60 * 60 * 1000));
     RawConnection raw(m_services->signInUrl());
@@ -298,7 +298,7 @@ void TestServicesFaults::delay_endsWithStop()
     QCOMPARE(raw.readToEnd(), QByteArray());
 }
 
-void TestServicesFaults::cutBody_announcesTheWholeBody()
+void TestServicesFaults::cutBodyAnnouncesTheWholeBody()
 {
     m_services->addFault(rule(Fault::CutBody, "/org/heartbeat"));
     RawConnection raw(m_services->editorUrl());
@@ -310,7 +310,7 @@ void TestServicesFaults::cutBody_announcesTheWholeBody()
     QCOMPARE(Client().get(heartbeat()).error, QNetworkReply::RemoteHostClosedError);
 }
 
-void TestServicesFaults::status_answersWithIt()
+void TestServicesFaults::statusAnswersWithIt()
 {
     for (const int status : {204, 401, 404, 500, 503}) {
         m_services->addFault(rule(Fault::Status, {}, status, true));
@@ -320,7 +320,7 @@ void TestServicesFaults::status_answersWithIt()
     }
 }
 
-void TestServicesFaults::notJson_isNoJson()
+void TestServicesFaults::notJsonIsNoJson()
 {
     m_services->addFault(rule(Fault::NotJson));
     const Answer answer = Client().get(heartbeat());
@@ -329,7 +329,7 @@ void TestServicesFaults::notJson_isNoJson()
     QVERIFY(!answer.isJson());
 }
 
-void TestServicesFaults::wrongJson_isOfTheOtherKind()
+void TestServicesFaults::wrongJsonIsOfTheOtherKind()
 {
     Client client;
     client.signIn(m_services->signInUrl(), "lina", "lina2024");
@@ -342,7 +342,7 @@ void TestServicesFaults::wrongJson_isOfTheOtherKind()
     QVERIFY(QJsonDocument::fromJson(client.get(login()).body).isArray());
 }
 
-void TestServicesFaults::redirect_leadsToTheAnswer()
+void TestServicesFaults::redirectLeadsToTheAnswer()
 {
     m_services->addFault(rule(Fault::Redirect, "/org/heartbeat"));
     Client client;
@@ -360,7 +360,7 @@ void TestServicesFaults::redirect_leadsToTheAnswer()
     QCOMPARE(client.get(m_services->editorUrl() + redirect.location).status, 200);
 }
 
-void TestServicesFaults::redirect_keepsTheQuery()
+void TestServicesFaults::redirectKeepsTheQuery()
 {
     m_services->addFault(rule(Fault::Redirect));
     const Answer answer = Client().get(heartbeat() + "?a=1&b=%20");
@@ -368,7 +368,7 @@ void TestServicesFaults::redirect_keepsTheQuery()
     QVERIFY(m_services->log().requests().last().target.startsWith("/org/heartbeat?a=1&b=%20&"));
 }
 
-void TestServicesFaults::endlessRedirect_doesNotEnd()
+void TestServicesFaults::endlessRedirectDoesNotEnd()
 {
     m_services->addFault(rule(Fault::EndlessRedirect));
     QCOMPARE(Client().get(heartbeat() + "?x").error, QNetworkReply::TooManyRedirectsError);
@@ -376,7 +376,7 @@ void TestServicesFaults::endlessRedirect_doesNotEnd()
     QCOMPARE(m_services->log().requests().last().target, QByteArray("/org/heartbeat?x"));
 }
 
-void TestServicesFaults::loseSession_signsTheClientOut()
+void TestServicesFaults::loseSessionSignsTheClientOut()
 {
     Client client;
     client.signIn(m_services->signInUrl(), "lina", "lina2024");
@@ -391,7 +391,7 @@ void TestServicesFaults::loseSession_signsTheClientOut()
     QVERIFY(other.get(companies).isJson());
 }
 
-void TestServicesFaults::loseSession_setsTheEditorsCookiesAgain()
+void TestServicesFaults::loseSessionSetsTheEditorsCookiesAgain()
 {
     Client client;
     client.get(heartbeat());
@@ -404,7 +404,7 @@ void TestServicesFaults::loseSession_setsTheEditorsCookiesAgain()
     QCOMPARE(client.cookie(heartbeat(), "EDITORSESSION"), renewed);
 }
 
-void TestServicesFaults::faults_strikeCannedReplies()
+void TestServicesFaults::faultsStrikeCannedReplies()
 {
     m_services->setReply("GET", "/org/heartbeat", json("[1,2,3,4]"));
     m_services->addFault(rule(Fault::WrongJson, {}, 0, true));
@@ -415,7 +415,7 @@ void TestServicesFaults::faults_strikeCannedReplies()
     QVERIFY(raw.readToEnd().endsWith("\r\n\r\n[1,2"));
 }
 
-void TestServicesFaults::faults_areSafeFromSeveralThreads()
+void TestServicesFaults::faultsAreSafeFromSeveralThreads()
 {
     // Rules come and go while requests run into them; in the end the services work as ever.
     std::vector<std::unique_ptr<QThread>> threads;

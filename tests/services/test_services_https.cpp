@@ -30,13 +30,13 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void certificate_isForLoopback();
-    void client_thatTrustsIt();
-    void client_thatDoesNotTrustIt();
-    void client_thatSpeaksHttp();
-    void faults_strike();
-    void stop_endsHandshakes();
-    void withoutHttps_thereIsNoCertificate();
+    void certificateIsForLoopback();
+    void clientThatTrustsIt();
+    void clientThatDoesNotTrustIt();
+    void clientThatSpeaksHttp();
+    void faultsStrike();
+    void stopEndsHandshakes();
+    void withoutHttpsThereIsNoCertificate();
 
 private:
     std::unique_ptr<StartedServices> m_services;
@@ -59,7 +59,7 @@ void TestServicesHttps::cleanup()
     m_services.reset();
 }
 
-void TestServicesHttps::certificate_isForLoopback()
+void TestServicesHttps::certificateIsForLoopback()
 {
     const QSslCertificate certificate(m_services->certificatePem());
     QVERIFY(!certificate.isNull());
@@ -71,7 +71,7 @@ void TestServicesHttps::certificate_isForLoopback()
     QVERIFY(certificate.effectiveDate() < now && now < certificate.expiryDate());
 }
 
-void TestServicesHttps::client_thatTrustsIt()
+void TestServicesHttps::clientThatTrustsIt()
 {
     QVERIFY(m_services->signInUrl().startsWith("https://127.0.0.1:"));
     QVERIFY(m_services->editorUrl().startsWith("https://127.0.0.1:"));
@@ -85,7 +85,7 @@ void TestServicesHttps::client_thatTrustsIt()
     QCOMPARE(client.get(m_services->controlUrl() + "/").status, 200);
 }
 
-void TestServicesHttps::client_thatDoesNotTrustIt()
+void TestServicesHttps::clientThatDoesNotTrustIt()
 {
     QCOMPARE(Client().get(m_services->signInUrl() + "/login").error, QNetworkReply::SslHandshakeFailedError);
 
@@ -98,7 +98,7 @@ void TestServicesHttps::client_thatDoesNotTrustIt()
     QVERIFY(m_services->log().requests().isEmpty());
 }
 
-void TestServicesHttps::client_thatSpeaksHttp()
+void TestServicesHttps::clientThatSpeaksHttp()
 {
     RawConnection raw(m_services->signInUrl());
     raw.send("GET /login HTTP/1.1\r\nHost: h\r\n\r\n");
@@ -107,7 +107,7 @@ void TestServicesHttps::client_thatSpeaksHttp()
     QVERIFY(m_services->log().requests().isEmpty());
 }
 
-void TestServicesHttps::faults_strike()
+void TestServicesHttps::faultsStrike()
 {
     const QString heartbeat = m_services->editorUrl() + "/org/heartbeat";
     Client client;
@@ -124,7 +124,7 @@ void TestServicesHttps::faults_strike()
     QCOMPARE(Client::finish(reply).status, 200);
 }
 
-void TestServicesHttps::stop_endsHandshakes()
+void TestServicesHttps::stopEndsHandshakes()
 {
     RawConnection silent(m_services->signInUrl());
     QVERIFY(silent.isConnected());
@@ -133,7 +133,7 @@ void TestServicesHttps::stop_endsHandshakes()
     QVERIFY(!silent.isConnected());
 }
 
-void TestServicesHttps::withoutHttps_thereIsNoCertificate()
+void TestServicesHttps::withoutHttpsThereIsNoCertificate()
 {
     QVERIFY(StartedServices().certificatePem().isEmpty());
 }

@@ -124,65 +124,65 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void package_fromMemory();
-    void package_fromAFile();
-    void package_fromAFileIsReadAnew();
-    void package_fromAFileThatIsMissing();
-    void package_isReplaced();
-    void package_hasAnyName_data();
-    void package_hasAnyName();
-    void package_thatIsUnknown();
-    void package_isGotOnly();
-    void package_isSentToSeveralClients();
-    void package_overHttps();
-    void packages_areListed();
-    void request_isLogged();
+    void packageFromMemory();
+    void packageFromAFile();
+    void packageFromAFileIsReadAnew();
+    void packageFromAFileThatIsMissing();
+    void packageIsReplaced();
+    void packageHasAnyName_data();
+    void packageHasAnyName();
+    void packageThatIsUnknown();
+    void packageIsGotOnly();
+    void packageIsSentToSeveralClients();
+    void packageOverHttps();
+    void packagesAreListed();
+    void requestIsLogged();
 
-    void generated_isTheSameEveryTime();
-    void generated_hasNoTwoBlocksAlike();
-    void generated_isOfAnySize();
-    void generated_isSentWhole();
+    void generatedIsTheSameEveryTime();
+    void generatedHasNoTwoBlocksAlike();
+    void generatedIsOfAnySize();
+    void generatedIsSentWhole();
 
     void range_data();
     void range();
-    void range_outsideIsRefused_data();
-    void range_outsideIsRefused();
-    void range_ofAnotherKindIsIgnored_data();
-    void range_ofAnotherKindIsIgnored();
-    void range_isIgnoredOnDemand();
-    void range_ofAnEmptyPackage();
+    void rangeOutsideIsRefused_data();
+    void rangeOutsideIsRefused();
+    void rangeOfAnotherKindIsIgnored_data();
+    void rangeOfAnotherKindIsIgnored();
+    void rangeIsIgnoredOnDemand();
+    void rangeOfAnEmptyPackage();
 
-    void connection_isKeptAfterAPackage();
-    void cut_sendsTheFirstBytes();
-    void cut_countsTheAnswersBytes();
-    void cut_atOnce();
-    void cut_behindTheEnd();
-    void reset_comesAfterTheFirstBytes();
-    void stall_goesOnWhenReleased();
-    void stall_keepsOtherPackagesGoing();
-    void stall_endsWithStop();
-    void stall_endsWithRefuse();
-    void pace_spreadsThePackage();
-    void pace_endsWithStop();
-    void length_thatIsTooLarge();
-    void length_thatIsTooSmall();
-    void delivery_once();
-    void delivery_ofOnePackage();
+    void connectionIsKeptAfterAPackage();
+    void cutSendsTheFirstBytes();
+    void cutCountsTheAnswersBytes();
+    void cutAtOnce();
+    void cutBehindTheEnd();
+    void resetComesAfterTheFirstBytes();
+    void stallGoesOnWhenReleased();
+    void stallKeepsOtherPackagesGoing();
+    void stallEndsWithStop();
+    void stallEndsWithRefuse();
+    void paceSpreadsThePackage();
+    void paceEndsWithStop();
+    void lengthThatIsTooLarge();
+    void lengthThatIsTooSmall();
+    void deliveryOnce();
+    void deliveryOfOnePackage();
 
-    void faults_strike();
-    void fault_cutsTheBodyInHalf();
-    void fault_redirects();
-    void canned_replyGoesFirst();
+    void faultsStrike();
+    void faultCutsTheBodyInHalf();
+    void faultRedirects();
+    void cannedReplyGoesFirst();
 
-    void control_listsThePackages();
-    void control_addsAFile();
-    void control_addsAGeneratedPackage();
-    void control_refusesAPackage_data();
-    void control_refusesAPackage();
-    void control_setsTheDelivery();
-    void control_endsAStall();
-    void control_refusesADelivery_data();
-    void control_refusesADelivery();
+    void controlListsThePackages();
+    void controlAddsAFile();
+    void controlAddsAGeneratedPackage();
+    void controlRefusesAPackage_data();
+    void controlRefusesAPackage();
+    void controlSetsTheDelivery();
+    void controlEndsAStall();
+    void controlRefusesADelivery_data();
+    void controlRefusesADelivery();
 
 private:
     QString url() const { return m_services->packageUrl("p.zip"); }
@@ -213,7 +213,7 @@ void TestServicesPackages::cleanup()
     m_folder.reset();
 }
 
-void TestServicesPackages::package_fromMemory()
+void TestServicesPackages::packageFromMemory()
 {
     const WireAnswer answer(wire());
     QVERIFY(answer.head.startsWith("HTTP/1.1 200 OK\r\n"));
@@ -224,7 +224,7 @@ void TestServicesPackages::package_fromMemory()
     QCOMPARE(m_services->packages().bytes("p.zip", 999998, 10), m_content.right(2));
 }
 
-void TestServicesPackages::package_fromAFile()
+void TestServicesPackages::packageFromAFile()
 {
     QFile file(m_folder->filePath("f"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -235,7 +235,7 @@ void TestServicesPackages::package_fromAFile()
     QCOMPARE(m_services->packageRelease("f.zip", {}, {}).md5, md5(m_content));
 }
 
-void TestServicesPackages::package_fromAFileIsReadAnew()
+void TestServicesPackages::packageFromAFileIsReadAnew()
 {
     QFile file(m_folder->filePath("f"));
     m_services->packages().addFile("f.zip", file.fileName());
@@ -247,47 +247,47 @@ void TestServicesPackages::package_fromAFileIsReadAnew()
     }
 }
 
-void TestServicesPackages::package_fromAFileThatIsMissing()
+void TestServicesPackages::packageFromAFileThatIsMissing()
 {
     m_services->packages().addFile("f.zip", m_folder->filePath("missing"));
     QCOMPARE(Client().get(m_services->packageUrl("f.zip")).status, 404);
     QCOMPARE(m_services->packages().bytes("f.zip", 0, 1), QByteArray());
 }
 
-void TestServicesPackages::package_isReplaced()
+void TestServicesPackages::packageIsReplaced()
 {
     m_services->packages().add("p.zip", "other");
     QCOMPARE(Client().get(url()).body, QByteArray("other"));
 }
 
-void TestServicesPackages::package_hasAnyName_data()
+void TestServicesPackages::packageHasAnyName_data()
 {
     QTest::addColumn<QString>("name");
     for (const char* name : {"更新包 1.0.1.zip", "a/b.zip", "100%.zip", "a?b#c.zip", "a+b.zip"})
         QTest::newRow(name) << QString(name);
 }
 
-void TestServicesPackages::package_hasAnyName()
+void TestServicesPackages::packageHasAnyName()
 {
     QFETCH(const QString, name);
     m_services->packages().add(name, "content");
     QCOMPARE(Client().get(m_services->packageUrl(name)).body, QByteArray("content"));
 }
 
-void TestServicesPackages::package_thatIsUnknown()
+void TestServicesPackages::packageThatIsUnknown()
 {
     QCOMPARE(Client().get(m_services->packageUrl("q.zip")).status, 404);
     QCOMPARE(Client().get(m_services->packageUrl() + "/p.zip").status, 404);
 }
 
-void TestServicesPackages::package_isGotOnly()
+void TestServicesPackages::packageIsGotOnly()
 {
     const Answer answer = Client().post(url(), {});
     QCOMPARE(answer.status, 405);
     QCOMPARE(answer.allow, QByteArray("GET"));
 }
 
-void TestServicesPackages::package_isSentToSeveralClients()
+void TestServicesPackages::packageIsSentToSeveralClients()
 {
     std::array<Client, 4> clients;
     std::vector<QNetworkReply*> replies;
@@ -298,7 +298,7 @@ void TestServicesPackages::package_isSentToSeveralClients()
         QCOMPARE(Client::finish(reply).body, m_content);
 }
 
-void TestServicesPackages::package_overHttps()
+void TestServicesPackages::packageOverHttps()
 {
     ServicesOptions options;
     options.https = true;
@@ -313,13 +313,13 @@ void TestServicesPackages::package_overHttps()
     QCOMPARE(client.get(services.packageUrl("p.zip")).body, m_content);
 }
 
-void TestServicesPackages::packages_areListed()
+void TestServicesPackages::packagesAreListed()
 {
     m_services->packages().addGenerated("a.zip", 1);
     QCOMPARE(m_services->packages().names(), (QStringList{"NelvoEditor-1.0.1.zip", "a.zip", "p.zip"}));
 }
 
-void TestServicesPackages::request_isLogged()
+void TestServicesPackages::requestIsLogged()
 {
     wire("Range: bytes=999999-\r\n");
     const QVector<LoggedRequest> requests = m_services->log().requests();
@@ -329,7 +329,7 @@ void TestServicesPackages::request_isLogged()
     QCOMPARE(requests[0].header("Range"), QByteArray("bytes=999999-"));
 }
 
-void TestServicesPackages::generated_isTheSameEveryTime()
+void TestServicesPackages::generatedIsTheSameEveryTime()
 {
     m_services->packages().addGenerated("g.zip", 200000);
     const NelvoDevkit::Services other;
@@ -342,7 +342,7 @@ void TestServicesPackages::generated_isTheSameEveryTime()
     QCOMPARE(m_services->packageRelease("g.zip", {}, {}).md5, md5(bytes));
 }
 
-void TestServicesPackages::generated_hasNoTwoBlocksAlike()
+void TestServicesPackages::generatedHasNoTwoBlocksAlike()
 {
     constexpr int blocks = 1000;
     m_services->packages().addGenerated("g.zip", blocks * qint64{blockSize});
@@ -352,7 +352,7 @@ void TestServicesPackages::generated_hasNoTwoBlocksAlike()
     QCOMPARE(seen.size(), blocks);
 }
 
-void TestServicesPackages::generated_isOfAnySize()
+void TestServicesPackages::generatedIsOfAnySize()
 {
     // No memory and no disk would hold it.
     constexpr qint64 size = qint64{1} << 60;
@@ -364,7 +364,7 @@ void TestServicesPackages::generated_isOfAnySize()
     QCOMPARE(answer.body.size(), 100);
 }
 
-void TestServicesPackages::generated_isSentWhole()
+void TestServicesPackages::generatedIsSentWhole()
 {
     constexpr int size = 10 * 1024 * 1024 + 17;
     m_services->packages().addGenerated("p.zip", size);
@@ -393,14 +393,14 @@ void TestServicesPackages::range()
     QCOMPARE(answer.body, m_content.mid(start));
 }
 
-void TestServicesPackages::range_outsideIsRefused_data()
+void TestServicesPackages::rangeOutsideIsRefused_data()
 {
     QTest::addColumn<QByteArray>("start");
     QTest::newRow("end") << QByteArray("1000000");
     QTest::newRow("behind") << QByteArray("9223372036854775807");
 }
 
-void TestServicesPackages::range_outsideIsRefused()
+void TestServicesPackages::rangeOutsideIsRefused()
 {
     QFETCH(const QByteArray, start);
     const WireAnswer answer(wire("Range: bytes=" + start + "-\r\n"));
@@ -408,14 +408,14 @@ void TestServicesPackages::range_outsideIsRefused()
     QVERIFY(answer.has("Content-Range: bytes */1000000"));
 }
 
-void TestServicesPackages::range_ofAnotherKindIsIgnored_data()
+void TestServicesPackages::rangeOfAnotherKindIsIgnored_data()
 {
     QTest::addColumn<QByteArray>("range");
     for (const char* range : {"bytes=0-5", "bytes=-5", "bytes=x-", "bytes=-", "bytes=-5-", "items=5-"})
         QTest::newRow(range) << QByteArray(range);
 }
 
-void TestServicesPackages::range_ofAnotherKindIsIgnored()
+void TestServicesPackages::rangeOfAnotherKindIsIgnored()
 {
     QFETCH(const QByteArray, range);
     const WireAnswer answer(wire("Range: " + range + "\r\n"));
@@ -423,7 +423,7 @@ void TestServicesPackages::range_ofAnotherKindIsIgnored()
     QCOMPARE(answer.body, m_content);
 }
 
-void TestServicesPackages::range_isIgnoredOnDemand()
+void TestServicesPackages::rangeIsIgnoredOnDemand()
 {
     m_services->packages().setDelivery("p.zip", ignoringRange());
     for (const char* start : {"300001", "1000000"}) {
@@ -434,7 +434,7 @@ void TestServicesPackages::range_isIgnoredOnDemand()
     }
 }
 
-void TestServicesPackages::range_ofAnEmptyPackage()
+void TestServicesPackages::rangeOfAnEmptyPackage()
 {
     m_services->packages().add("p.zip", QByteArray());
     const WireAnswer whole(wire());
@@ -443,7 +443,7 @@ void TestServicesPackages::range_ofAnEmptyPackage()
     QVERIFY(wire("Range: bytes=0-\r\n").startsWith("HTTP/1.1 416 "));
 }
 
-void TestServicesPackages::connection_isKeptAfterAPackage()
+void TestServicesPackages::connectionIsKeptAfterAPackage()
 {
     RawConnection raw(url());
     for (int i = 0; i < 2; ++i) {
@@ -452,7 +452,7 @@ void TestServicesPackages::connection_isKeptAfterAPackage()
     }
 }
 
-void TestServicesPackages::cut_sendsTheFirstBytes()
+void TestServicesPackages::cutSendsTheFirstBytes()
 {
     m_services->packages().setDelivery("p.zip", ending(End::Cut, 700001));
     const WireAnswer answer(wire());
@@ -464,7 +464,7 @@ void TestServicesPackages::cut_sendsTheFirstBytes()
     QCOMPARE(size, std::size_t{700001});
 }
 
-void TestServicesPackages::cut_countsTheAnswersBytes()
+void TestServicesPackages::cutCountsTheAnswersBytes()
 {
     m_services->packages().setDelivery("p.zip", ending(End::Cut, 10));
     const WireAnswer answer(wire("Range: bytes=500000-\r\n"));
@@ -472,7 +472,7 @@ void TestServicesPackages::cut_countsTheAnswersBytes()
     QCOMPARE(answer.body, m_content.mid(500000, 10));
 }
 
-void TestServicesPackages::cut_atOnce()
+void TestServicesPackages::cutAtOnce()
 {
     m_services->packages().setDelivery("p.zip", ending(End::Cut, 0));
     const WireAnswer answer(wire());
@@ -480,13 +480,13 @@ void TestServicesPackages::cut_atOnce()
     QCOMPARE(answer.body, QByteArray());
 }
 
-void TestServicesPackages::cut_behindTheEnd()
+void TestServicesPackages::cutBehindTheEnd()
 {
     m_services->packages().setDelivery("p.zip", ending(End::Cut, 2000000));
     QCOMPARE(Client().get(url()).body, m_content);
 }
 
-void TestServicesPackages::reset_comesAfterTheFirstBytes()
+void TestServicesPackages::resetComesAfterTheFirstBytes()
 {
     m_services->packages().setDelivery("p.zip", ending(End::Reset, 1000));
     std::size_t size = 0;
@@ -494,7 +494,7 @@ void TestServicesPackages::reset_comesAfterTheFirstBytes()
     QVERIFY(size <= 1000);
 }
 
-void TestServicesPackages::stall_goesOnWhenReleased()
+void TestServicesPackages::stallGoesOnWhenReleased()
 {
     m_services->packages().setDelivery("p.zip", once(ending(End::Stall, 1000)));
     Client client;
@@ -508,7 +508,7 @@ void TestServicesPackages::stall_goesOnWhenReleased()
     QCOMPARE(Client::finish(reply).body, m_content);
 }
 
-void TestServicesPackages::stall_keepsOtherPackagesGoing()
+void TestServicesPackages::stallKeepsOtherPackagesGoing()
 {
     m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
@@ -523,7 +523,7 @@ void TestServicesPackages::stall_keepsOtherPackagesGoing()
     QCOMPARE(reply->bytesAvailable(), 1000);
 }
 
-void TestServicesPackages::stall_endsWithStop()
+void TestServicesPackages::stallEndsWithStop()
 {
     m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
@@ -533,7 +533,7 @@ void TestServicesPackages::stall_endsWithStop()
     QCOMPARE(Client::finish(reply).body, m_content.left(1000));
 }
 
-void TestServicesPackages::stall_endsWithRefuse()
+void TestServicesPackages::stallEndsWithRefuse()
 {
     m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
@@ -543,7 +543,7 @@ void TestServicesPackages::stall_endsWithRefuse()
     QCOMPARE(Client::finish(reply).body, m_content.left(1000));
 }
 
-void TestServicesPackages::pace_spreadsThePackage()
+void TestServicesPackages::paceSpreadsThePackage()
 {
     m_services->packages().add("p.zip", m_content.left(1000));
     m_services->packages().setDelivery("p.zip", paced(100, 30));
@@ -553,7 +553,7 @@ void TestServicesPackages::pace_spreadsThePackage()
     QVERIFY2(timer.elapsed() >= 270, qPrintable(QString::number(timer.elapsed())));
 }
 
-void TestServicesPackages::pace_endsWithStop()
+void TestServicesPackages::paceEndsWithStop()
 {
     m_services->packages().setDelivery("p.zip", paced(1000, 60 * 60 * 1000));
     Client client;
@@ -563,7 +563,7 @@ void TestServicesPackages::pace_endsWithStop()
     QCOMPARE(Client::finish(reply).body, m_content.left(1000));
 }
 
-void TestServicesPackages::length_thatIsTooLarge()
+void TestServicesPackages::lengthThatIsTooLarge()
 {
     m_services->packages().setDelivery("p.zip", announcing(1000001));
     RawConnection raw(url());
@@ -573,7 +573,7 @@ void TestServicesPackages::length_thatIsTooLarge()
     QCOMPARE(answer.body, m_content);
 }
 
-void TestServicesPackages::length_thatIsTooSmall()
+void TestServicesPackages::lengthThatIsTooSmall()
 {
     m_services->packages().setDelivery("p.zip", announcing(999999));
     RawConnection raw(url());
@@ -584,21 +584,21 @@ void TestServicesPackages::length_thatIsTooSmall()
     QCOMPARE(Client().get(url()).body, m_content.left(999999));
 }
 
-void TestServicesPackages::delivery_once()
+void TestServicesPackages::deliveryOnce()
 {
     m_services->packages().setDelivery("p.zip", once(ending(End::Cut, 10)));
     QCOMPARE(WireAnswer(wire()).body, m_content.left(10));
     QCOMPARE(WireAnswer(wire()).body, m_content);
 }
 
-void TestServicesPackages::delivery_ofOnePackage()
+void TestServicesPackages::deliveryOfOnePackage()
 {
     m_services->packages().add("q.zip", "content");
     m_services->packages().setDelivery("p.zip", ending(End::Cut, 0));
     QCOMPARE(Client().get(m_services->packageUrl("q.zip")).body, QByteArray("content"));
 }
 
-void TestServicesPackages::faults_strike()
+void TestServicesPackages::faultsStrike()
 {
     m_services->addFault({Fault::Status, "/packages/p.zip", "GET", 503, true});
     QCOMPARE(Client().get(url()).status, 503);
@@ -616,7 +616,7 @@ void TestServicesPackages::faults_strike()
     QCOMPARE(Client::finish(stalled).body, m_content);
 }
 
-void TestServicesPackages::fault_cutsTheBodyInHalf()
+void TestServicesPackages::faultCutsTheBodyInHalf()
 {
     m_services->addFault({Fault::CutBody, {}, {}, 0, false});
     const WireAnswer answer(wire());
@@ -624,19 +624,19 @@ void TestServicesPackages::fault_cutsTheBodyInHalf()
     QCOMPARE(answer.body, m_content.left(500000));
 }
 
-void TestServicesPackages::fault_redirects()
+void TestServicesPackages::faultRedirects()
 {
     m_services->addFault({Fault::Redirect, "/packages/p.zip", {}, 0, false});
     QCOMPARE(Client().get(url()).body, m_content);
 }
 
-void TestServicesPackages::canned_replyGoesFirst()
+void TestServicesPackages::cannedReplyGoesFirst()
 {
     m_services->setReply("GET", "/packages/p.zip", {200, "text/plain", "canned", {}});
     QCOMPARE(Client().get(url()).body, QByteArray("canned"));
 }
 
-void TestServicesPackages::control_listsThePackages()
+void TestServicesPackages::controlListsThePackages()
 {
     const QJsonObject expected = {{"NelvoEditor-1.0.1.zip", m_services->packageUrl("NelvoEditor-1.0.1.zip")},
                                   {"p.zip", url()}};
@@ -644,7 +644,7 @@ void TestServicesPackages::control_listsThePackages()
     QCOMPARE(QJsonDocument::fromJson(list).object(), expected);
 }
 
-void TestServicesPackages::control_addsAFile()
+void TestServicesPackages::controlAddsAFile()
 {
     QFile file(m_folder->filePath("f"));
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -654,13 +654,13 @@ void TestServicesPackages::control_addsAFile()
     QCOMPARE(Client().get(m_services->packageUrl("f.zip")).body, QByteArray("content"));
 }
 
-void TestServicesPackages::control_addsAGeneratedPackage()
+void TestServicesPackages::controlAddsAGeneratedPackage()
 {
     QCOMPARE(control("/packages?name=g.zip&size=5000000000").status, 200);
     QCOMPARE(m_services->packages().bytes("g.zip", 4999999990, 100).size(), 10);
 }
 
-void TestServicesPackages::control_refusesAPackage_data()
+void TestServicesPackages::controlRefusesAPackage_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
@@ -674,7 +674,7 @@ void TestServicesPackages::control_refusesAPackage_data()
     QTest::newRow("directory") << "?name=a&file=/" << QByteArray("can't read a file \"/\"");
 }
 
-void TestServicesPackages::control_refusesAPackage()
+void TestServicesPackages::controlRefusesAPackage()
 {
     QFETCH(const QString, parameters);
     QFETCH(const QByteArray, complaint);
@@ -684,7 +684,7 @@ void TestServicesPackages::control_refusesAPackage()
     QCOMPARE(m_services->packages().names().size(), 2);
 }
 
-void TestServicesPackages::control_setsTheDelivery()
+void TestServicesPackages::controlSetsTheDelivery()
 {
     QCOMPARE(control("/packages/delivery?package=p.zip&end=cut&after=10&once=1").status, 200);
     QCOMPARE(WireAnswer(wire()).body, m_content.left(10));
@@ -705,7 +705,7 @@ void TestServicesPackages::control_setsTheDelivery()
     QVERIFY(WireAnswer(wire("Range: bytes=10-\r\n")).head.startsWith("HTTP/1.1 206 "));
 }
 
-void TestServicesPackages::control_endsAStall()
+void TestServicesPackages::controlEndsAStall()
 {
     QCOMPARE(control("/packages/delivery?package=p.zip&end=stall&after=10").status, 200);
     Client client;
@@ -715,7 +715,7 @@ void TestServicesPackages::control_endsAStall()
     QCOMPARE(Client::finish(reply).body, m_content);
 }
 
-void TestServicesPackages::control_refusesADelivery_data()
+void TestServicesPackages::controlRefusesADelivery_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
@@ -736,7 +736,7 @@ void TestServicesPackages::control_refusesADelivery_data()
     QTest::newRow("length") << "?package=p.zip&announced=-1" << QByteArray("\"announced\" must be a number");
 }
 
-void TestServicesPackages::control_refusesADelivery()
+void TestServicesPackages::controlRefusesADelivery()
 {
     QFETCH(const QString, parameters);
     QFETCH(const QByteArray, complaint);

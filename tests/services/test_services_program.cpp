@@ -20,15 +20,15 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void readyFile_tellsTheAddresses();
-    void output_tellsAddressesAndAccounts();
-    void ports_areTaken();
-    void https_writesTheCertificate();
-    void seed_isUsed();
-    void end_comesOnRequest();
-    void failure_isExplained_data();
-    void failure_isExplained();
-    void port_thatIsTaken();
+    void readyFileTellsTheAddresses();
+    void outputTellsAddressesAndAccounts();
+    void portsAreTaken();
+    void httpsWritesTheCertificate();
+    void seedIsUsed();
+    void endComesOnRequest();
+    void failureIsExplained_data();
+    void failureIsExplained();
+    void portThatIsTaken();
 
 private:
     //! Starts the program and waits until it listens.
@@ -73,7 +73,7 @@ void TestServicesProgram::start(QStringList arguments)
              (QStringList{"certificate", "control", "editor", "package", "signIn", "update", "updateToken"}));
 }
 
-void TestServicesProgram::readyFile_tellsTheAddresses()
+void TestServicesProgram::readyFileTellsTheAddresses()
 {
     start();
     QCOMPARE(address("certificate"), QString());
@@ -88,7 +88,7 @@ void TestServicesProgram::readyFile_tellsTheAddresses()
     QCOMPARE(client.get(address("editor") + "/org/heartbeat").status, 503);
 }
 
-void TestServicesProgram::output_tellsAddressesAndAccounts()
+void TestServicesProgram::outputTellsAddressesAndAccounts()
 {
     start();
     QByteArray output;
@@ -106,7 +106,7 @@ void TestServicesProgram::output_tellsAddressesAndAccounts()
     }
 }
 
-void TestServicesProgram::ports_areTaken()
+void TestServicesProgram::portsAreTaken()
 {
     // The first run's ports are free again after its end.
     start();
@@ -122,7 +122,7 @@ void TestServicesProgram::ports_areTaken()
     QCOMPARE(Client().get(address("control") + "/").status, 200);
 }
 
-void TestServicesProgram::https_writesTheCertificate()
+void TestServicesProgram::httpsWritesTheCertificate()
 {
     start({"--https", "--certificate-out", file("certificate.pem")});
     QCOMPARE(address("certificate"), file("certificate.pem"));
@@ -134,7 +134,7 @@ void TestServicesProgram::https_writesTheCertificate()
     QVERIFY(address("signIn").startsWith("https:"));
 }
 
-void TestServicesProgram::seed_isUsed()
+void TestServicesProgram::seedIsUsed()
 {
     QFile seed(file("seed.json"));
     QVERIFY(seed.open(QIODevice::WriteOnly));
@@ -145,7 +145,7 @@ void TestServicesProgram::seed_isUsed()
     QCOMPARE(client.signIn(address("signIn"), "me", "mine").url.path(), QString("/login/success"));
 }
 
-void TestServicesProgram::end_comesOnRequest()
+void TestServicesProgram::endComesOnRequest()
 {
     prepareToEnd(*m_program);
     start();
@@ -160,7 +160,7 @@ void TestServicesProgram::end_comesOnRequest()
     QCOMPARE(stalled.readToEnd(), QByteArray());
 }
 
-void TestServicesProgram::failure_isExplained_data()
+void TestServicesProgram::failureIsExplained_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<int>("status");
@@ -185,7 +185,7 @@ void TestServicesProgram::failure_isExplained_data()
     row("unknown option", {"--port", "1"}, 2, "Unknown option 'port'");
 }
 
-void TestServicesProgram::failure_isExplained()
+void TestServicesProgram::failureIsExplained()
 {
     QFETCH(const QStringList, arguments);
     QFETCH(const int, status);
@@ -199,7 +199,7 @@ void TestServicesProgram::failure_isExplained()
     QVERIFY2(output.contains(complaint), output.constData());
 }
 
-void TestServicesProgram::port_thatIsTaken()
+void TestServicesProgram::portThatIsTaken()
 {
     QTcpServer other;
     QVERIFY(other.listen(QHostAddress::LocalHost));

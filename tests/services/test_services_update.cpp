@@ -49,39 +49,39 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void findLatest_tellsTheSeedsRelease();
-    void findLatest_tellsAPackageThatIsThere();
-    void findLatest_needsTheToken_data();
-    void findLatest_needsTheToken();
-    void findLatest_ofAnUnknownProduct();
-    void findLatest_ofAnotherRequest_data();
-    void findLatest_ofAnotherRequest();
-    void findLatest_isAPost();
-    void request_isLoggedAsReceived();
+    void findLatestTellsTheSeedsRelease();
+    void findLatestTellsAPackageThatIsThere();
+    void findLatestNeedsTheToken_data();
+    void findLatestNeedsTheToken();
+    void findLatestOfAnUnknownProduct();
+    void findLatestOfAnotherRequest_data();
+    void findLatestOfAnotherRequest();
+    void findLatestIsAPost();
+    void requestIsLoggedAsReceived();
 
-    void release_isReplaced();
-    void release_ofAnotherProductIsAdded();
-    void release_liesOnThePackageServer();
-    void release_ofAPackage();
-    void release_ofAnUnknownPackage();
-    void release_comesBackWithTheSeed();
+    void releaseIsReplaced();
+    void releaseOfAnotherProductIsAdded();
+    void releaseLiesOnThePackageServer();
+    void releaseOfAPackage();
+    void releaseOfAnUnknownPackage();
+    void releaseComesBackWithTheSeed();
 
-    void faults_strike();
-    void refuse_strikesBothServers();
-    void refuse_ofAPathStrikesItsServerOnly();
-    void canned_replyGoesFirst();
+    void faultsStrike();
+    void refuseStrikesBothServers();
+    void refuseOfAPathStrikesItsServerOnly();
+    void cannedReplyGoesFirst();
 
-    void seed_ofOnesOwn();
-    void seed_withoutUpdates();
-    void seed_isChecked_data();
-    void seed_isChecked();
+    void seedOfOnesOwn();
+    void seedWithoutUpdates();
+    void seedIsChecked_data();
+    void seedIsChecked();
 
-    void control_listsTheReleases();
-    void control_setsARelease();
-    void control_setsTheReleaseOfAPackage();
-    void control_setsAReleaseThatLies();
-    void control_refusesARelease_data();
-    void control_refusesARelease();
+    void controlListsTheReleases();
+    void controlSetsARelease();
+    void controlSetsTheReleaseOfAPackage();
+    void controlSetsAReleaseThatLies();
+    void controlRefusesARelease_data();
+    void controlRefusesARelease();
 
 private:
     QString latest(const QString& productId, const QString& token) const
@@ -127,7 +127,7 @@ void TestServicesUpdate::startWith(const QByteArray& seed)
     m_services = std::make_unique<StartedServices>(options);
 }
 
-void TestServicesUpdate::findLatest_tellsTheSeedsRelease()
+void TestServicesUpdate::findLatestTellsTheSeedsRelease()
 {
     QCOMPARE(m_services->updates().token(), QString("nelvo-update-token"));
     const Answer answer = findLatest("nelvo-editor", "nelvo-update-token");
@@ -141,7 +141,7 @@ void TestServicesUpdate::findLatest_tellsTheSeedsRelease()
     QVERIFY(data.value("fullSize").isDouble());
 }
 
-void TestServicesUpdate::findLatest_tellsAPackageThatIsThere()
+void TestServicesUpdate::findLatestTellsAPackageThatIsThere()
 {
     const QJsonObject data = latestData("nelvo-editor");
     const QString path = data.value("fullPath").toString();
@@ -152,7 +152,7 @@ void TestServicesUpdate::findLatest_tellsAPackageThatIsThere()
     QCOMPARE(TestSupport::md5(package), data.value("fullMd5").toString());
 }
 
-void TestServicesUpdate::findLatest_needsTheToken_data()
+void TestServicesUpdate::findLatestNeedsTheToken_data()
 {
     QTest::addColumn<QString>("token");
     QTest::newRow("wrong") << "nelvo-update-tokem";
@@ -160,7 +160,7 @@ void TestServicesUpdate::findLatest_needsTheToken_data()
     QTest::newRow("empty") << "";
 }
 
-void TestServicesUpdate::findLatest_needsTheToken()
+void TestServicesUpdate::findLatestNeedsTheToken()
 {
     QFETCH(const QString, token);
     const Answer answer = findLatest("nelvo-editor", token);
@@ -169,7 +169,7 @@ void TestServicesUpdate::findLatest_needsTheToken()
     QCOMPARE(object(answer).value("data"), QJsonValue(QJsonObject()));
 }
 
-void TestServicesUpdate::findLatest_ofAnUnknownProduct()
+void TestServicesUpdate::findLatestOfAnUnknownProduct()
 {
     const Answer answer = findLatest("nelvo-viewer", "nelvo-update-token");
     QCOMPARE(answer.status, 200);
@@ -177,7 +177,7 @@ void TestServicesUpdate::findLatest_ofAnUnknownProduct()
     QCOMPARE(object(answer).value("data"), QJsonValue(QJsonObject()));
 }
 
-void TestServicesUpdate::findLatest_ofAnotherRequest_data()
+void TestServicesUpdate::findLatestOfAnotherRequest_data()
 {
     QTest::addColumn<QString>("query");
     QTest::addColumn<QByteArray>("body");
@@ -187,7 +187,7 @@ void TestServicesUpdate::findLatest_ofAnotherRequest_data()
     QTest::newRow("array") << rest + "&productVersion=0.0.0" << QByteArray("[]");
 }
 
-void TestServicesUpdate::findLatest_ofAnotherRequest()
+void TestServicesUpdate::findLatestOfAnotherRequest()
 {
     QFETCH(const QString, query);
     QFETCH(const QByteArray, body);
@@ -195,7 +195,7 @@ void TestServicesUpdate::findLatest_ofAnotherRequest()
     QCOMPARE(object(Client().post(url, body, "application/json")).value("code"), QJsonValue(400));
 }
 
-void TestServicesUpdate::findLatest_isAPost()
+void TestServicesUpdate::findLatestIsAPost()
 {
     const Answer answer = Client().get(latest("nelvo-editor", "nelvo-update-token"));
     QCOMPARE(answer.status, 405);
@@ -203,7 +203,7 @@ void TestServicesUpdate::findLatest_isAPost()
     QCOMPARE(Client().post(m_services->updateUrl() + "/v1.0/service", "{}").status, 404);
 }
 
-void TestServicesUpdate::request_isLoggedAsReceived()
+void TestServicesUpdate::requestIsLoggedAsReceived()
 {
     findLatest("nelvo-editor", "a%20b");
     const QVector<LoggedRequest> requests = m_services->log().requests();
@@ -215,7 +215,7 @@ void TestServicesUpdate::request_isLoggedAsReceived()
     QCOMPARE(requests[0].body, QByteArray("{\n}\n"));
 }
 
-void TestServicesUpdate::release_isReplaced()
+void TestServicesUpdate::releaseIsReplaced()
 {
     m_services->updates().setRelease("nelvo-editor",
                                      {"2.3.4", "新", "ABC", qint64{1} << 40, "http://h/p.zip?x=1"});
@@ -227,7 +227,7 @@ void TestServicesUpdate::release_isReplaced()
     QCOMPARE(latestData("nelvo-editor"), expected);
 }
 
-void TestServicesUpdate::release_ofAnotherProductIsAdded()
+void TestServicesUpdate::releaseOfAnotherProductIsAdded()
 {
     m_services->updates().setRelease("a b", {"9", {}, {}, 0, {}});
     QCOMPARE(latestData("a%20b").value("pVersion").toString(), QString("9"));
@@ -235,14 +235,14 @@ void TestServicesUpdate::release_ofAnotherProductIsAdded()
     QCOMPARE(m_services->updates().releases().keys(), (QStringList{"a b", "nelvo-editor"}));
 }
 
-void TestServicesUpdate::release_liesOnThePackageServer()
+void TestServicesUpdate::releaseLiesOnThePackageServer()
 {
     m_services->updates().setRelease("nelvo-editor", {"2", {}, {}, 0, "/packages/p.zip"});
     QCOMPARE(m_services->updates().releases().value("nelvo-editor").path,
              m_services->packageUrl() + "/packages/p.zip");
 }
 
-void TestServicesUpdate::release_ofAPackage()
+void TestServicesUpdate::releaseOfAPackage()
 {
     m_services->packages().add("p.zip", "content");
     const Release release = m_services->packageRelease("p.zip", "1.5", "notes");
@@ -253,7 +253,7 @@ void TestServicesUpdate::release_ofAPackage()
     QCOMPARE(release.path, m_services->packageUrl("p.zip"));
 }
 
-void TestServicesUpdate::release_ofAnUnknownPackage()
+void TestServicesUpdate::releaseOfAnUnknownPackage()
 {
     const Release release = m_services->packageRelease("p.zip", "1", {});
     QCOMPARE(release.md5, QString());
@@ -261,7 +261,7 @@ void TestServicesUpdate::release_ofAnUnknownPackage()
     QCOMPARE(release.path, m_services->packageUrl("p.zip"));
 }
 
-void TestServicesUpdate::release_comesBackWithTheSeed()
+void TestServicesUpdate::releaseComesBackWithTheSeed()
 {
     m_services->updates().setRelease("nelvo-editor", {"2", {}, {}, 0, {}});
     m_services->updates().setRelease("other", {"2", {}, {}, 0, {}});
@@ -270,7 +270,7 @@ void TestServicesUpdate::release_comesBackWithTheSeed()
     QCOMPARE(latestData("nelvo-editor").value("pVersion").toString(), QString("1.0.1"));
 }
 
-void TestServicesUpdate::faults_strike()
+void TestServicesUpdate::faultsStrike()
 {
     m_services->addFault({Fault::Status, findLatestPath, "POST", 503, true});
     QCOMPARE(findLatest("nelvo-editor", "t").status, 503);
@@ -287,7 +287,7 @@ void TestServicesUpdate::faults_strike()
     QCOMPARE(object(Client::finish(stalled)).value("code"), QJsonValue(200));
 }
 
-void TestServicesUpdate::refuse_strikesBothServers()
+void TestServicesUpdate::refuseStrikesBothServers()
 {
     m_services->addFault({Fault::Refuse, {}, {}, 0, false});
     for (const QString& url : {m_services->updateUrl(), m_services->packageUrl()})
@@ -297,7 +297,7 @@ void TestServicesUpdate::refuse_strikesBothServers()
         QCOMPARE(Client().get(url).status, 404);
 }
 
-void TestServicesUpdate::refuse_ofAPathStrikesItsServerOnly()
+void TestServicesUpdate::refuseOfAPathStrikesItsServerOnly()
 {
     m_services->addFault({Fault::Refuse, findLatestPath, {}, 0, false});
     findLatest("nelvo-editor", "t");
@@ -305,13 +305,13 @@ void TestServicesUpdate::refuse_ofAPathStrikesItsServerOnly()
     QCOMPARE(Client().get(m_services->packageUrl()).status, 404);
 }
 
-void TestServicesUpdate::canned_replyGoesFirst()
+void TestServicesUpdate::cannedReplyGoesFirst()
 {
     m_services->setReply("POST", findLatestPath, json(R"({"code":"200"})"));
     QCOMPARE(findLatest("nelvo-editor", "wrong").body, QByteArray(R"({"code":"200"})"));
 }
 
-void TestServicesUpdate::seed_ofOnesOwn()
+void TestServicesUpdate::seedOfOnesOwn()
 {
     startWith(seedWithRelease(
         R"({"productId": "a", "version": "1", "remarks": "r", "path": "/x.zip", "md5": "m", "size": 5000000000},
@@ -327,7 +327,7 @@ void TestServicesUpdate::seed_ofOnesOwn()
     QVERIFY(Client().get(m_services->packageUrl("p.zip")).body.startsWith("PK"));
 }
 
-void TestServicesUpdate::seed_withoutUpdates()
+void TestServicesUpdate::seedWithoutUpdates()
 {
     startWith(R"({"accounts": [], "enterprises": []})");
     QCOMPARE(m_services->updates().token(), QString());
@@ -338,7 +338,7 @@ void TestServicesUpdate::seed_withoutUpdates()
     QCOMPARE(object(findLatest("a", "")).value("code"), QJsonValue(401));
 }
 
-void TestServicesUpdate::seed_isChecked_data()
+void TestServicesUpdate::seedIsChecked_data()
 {
     QTest::addColumn<QByteArray>("seed");
     QTest::addColumn<QString>("complaint");
@@ -368,7 +368,7 @@ void TestServicesUpdate::seed_isChecked_data()
                                    << "updates: releases[1]: there is a release of \"a\" already";
 }
 
-void TestServicesUpdate::seed_isChecked()
+void TestServicesUpdate::seedIsChecked()
 {
     QFETCH(const QByteArray, seed);
     QFETCH(const QString, complaint);
@@ -383,7 +383,7 @@ void TestServicesUpdate::seed_isChecked()
     QVERIFY2(error.startsWith("seed file " + options.seedFile + ": " + complaint), qPrintable(error));
 }
 
-void TestServicesUpdate::control_listsTheReleases()
+void TestServicesUpdate::controlListsTheReleases()
 {
     m_services->updates().setRelease("nelvo-editor", {"2", "r", "m", 3, "http://h/p"});
     const QJsonObject expected = {
@@ -393,7 +393,7 @@ void TestServicesUpdate::control_listsTheReleases()
     QVERIFY(m_services->log().requests().isEmpty());
 }
 
-void TestServicesUpdate::control_setsARelease()
+void TestServicesUpdate::controlSetsARelease()
 {
     const Answer answer = control("/releases?productId=p&version=3.1&remarks=a%0Ab&md5=m&size=5000000000"
                                   "&path=http%3A%2F%2Fh%2Fx%3Fy%3D1");
@@ -406,7 +406,7 @@ void TestServicesUpdate::control_setsARelease()
     QCOMPARE(release.path, QString("http://h/x?y=1"));
 }
 
-void TestServicesUpdate::control_setsTheReleaseOfAPackage()
+void TestServicesUpdate::controlSetsTheReleaseOfAPackage()
 {
     m_services->packages().add("包.zip", "content");
     QCOMPARE(control("/releases?productId=p&version=2&package=%E5%8C%85.zip").status, 200);
@@ -416,7 +416,7 @@ void TestServicesUpdate::control_setsTheReleaseOfAPackage()
     QCOMPARE(Client().get(release.path).body, QByteArray("content"));
 }
 
-void TestServicesUpdate::control_setsAReleaseThatLies()
+void TestServicesUpdate::controlSetsAReleaseThatLies()
 {
     m_services->packages().add("p.zip", "content");
     QCOMPARE(control("/releases?productId=p&version=2&package=p.zip&md5=wrong&size=1").status, 200);
@@ -426,7 +426,7 @@ void TestServicesUpdate::control_setsAReleaseThatLies()
     QCOMPARE(release.path, m_services->packageUrl("p.zip"));
 }
 
-void TestServicesUpdate::control_refusesARelease_data()
+void TestServicesUpdate::controlRefusesARelease_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
@@ -441,7 +441,7 @@ void TestServicesUpdate::control_refusesARelease_data()
     QTest::newRow("stray") << "?product=p" << QByteArray("unknown parameter \"product\"");
 }
 
-void TestServicesUpdate::control_refusesARelease()
+void TestServicesUpdate::controlRefusesARelease()
 {
     QFETCH(const QString, parameters);
     QFETCH(const QByteArray, complaint);

@@ -70,34 +70,34 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void entries_areFoundAgain();
-    void entries_ofOneName();
-    void entries_areNone();
-    void names_areGb2312();
-    void names_haveEveryCharacterOfGb2312();
-    void name_isRefused_data();
-    void name_isRefused();
-    void package_isTheSameEveryTime();
+    void entriesAreFoundAgain();
+    void entriesOfOneName();
+    void entriesAreNone();
+    void namesAreGb2312();
+    void namesHaveEveryCharacterOfGb2312();
+    void nameIsRefused_data();
+    void nameIsRefused();
+    void packageIsTheSameEveryTime();
 
-    void directory_isPackedWhole();
-    void directory_givesTheSamePackageAnywhere();
-    void directory_isSummarised();
-    void directory_thatIsEmpty();
-    void directory_isMissing_data();
-    void directory_isMissing();
-    void directory_withANameThatIsRefused();
-    void target_isReplaced();
-    void target_cannotBeWritten_data();
-    void target_cannotBeWritten();
-    void target_liesInTheDirectory();
-    void target_staysAsItIsOnFailure();
+    void directoryIsPackedWhole();
+    void directoryGivesTheSamePackageAnywhere();
+    void directoryIsSummarised();
+    void directoryThatIsEmpty();
+    void directoryIsMissing_data();
+    void directoryIsMissing();
+    void directoryWithANameThatIsRefused();
+    void targetIsReplaced();
+    void targetCannotBeWritten_data();
+    void targetCannotBeWritten();
+    void targetLiesInTheDirectory();
+    void targetStaysAsItIsOnFailure();
 
-    void program_packsAndReports();
-    void program_takesRelativePaths();
-    void program_helps();
-    void program_explainsAFailure_data();
-    void program_explainsAFailure();
-    void program_needsBothArguments();
+    void programPacksAndReports();
+    void programTakesRelativePaths();
+    void programHelps();
+    void programExplainsAFailure_data();
+    void programExplainsAFailure();
+    void programNeedsBothArguments();
 
 private:
     QString path(const QString& name) const { return m_folder->filePath(name); }
@@ -137,7 +137,7 @@ void TestUpdatePackage::run(const QStringList& arguments)
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
 }
 
-void TestUpdatePackage::entries_areFoundAgain()
+void TestUpdatePackage::entriesAreFoundAgain()
 {
     const QByteArray large(3 * 1024 * 1024 + 1, 'x');
     const QVector<PackageEntry> entries = {
@@ -154,7 +154,7 @@ void TestUpdatePackage::entries_areFoundAgain()
     QVERIFY(package->size() < large.size());
 }
 
-void TestUpdatePackage::entries_ofOneName()
+void TestUpdatePackage::entriesOfOneName()
 {
     QString error;
     const auto package = packEntries({{"a", "first"}, {"a", "second"}}, &error);
@@ -165,7 +165,7 @@ void TestUpdatePackage::entries_ofOneName()
     QCOMPARE(found[1].content, QByteArray("second"));
 }
 
-void TestUpdatePackage::entries_areNone()
+void TestUpdatePackage::entriesAreNone()
 {
     QString error;
     const auto package = packEntries({}, &error);
@@ -173,7 +173,7 @@ void TestUpdatePackage::entries_areNone()
     QCOMPARE(*package, QByteArray("PK\x05\x06") + QByteArray(18, '\0'));
 }
 
-void TestUpdatePackage::names_areGb2312()
+void TestUpdatePackage::namesAreGb2312()
 {
     QString error;
     const auto package = packEntries({{"更新.txt", "x"}}, &error);
@@ -185,7 +185,7 @@ void TestUpdatePackage::names_areGb2312()
     QCOMPARE(package->at(directory + 9) & 0x08, 0);
 }
 
-void TestUpdatePackage::names_haveEveryCharacterOfGb2312()
+void TestUpdatePackage::namesHaveEveryCharacterOfGb2312()
 {
     // One from each end of each block.
     const QString name = "　〓⒈⒛⑴⑽①⑩㈠㈩ⅠⅫ！￣ぁんァヶΑΩαωАЯаяāêㄅㄩ─╋啊座亍齄";
@@ -195,7 +195,7 @@ void TestUpdatePackage::names_haveEveryCharacterOfGb2312()
     QCOMPARE(namesOf(*package), QStringList(name));
 }
 
-void TestUpdatePackage::name_isRefused_data()
+void TestUpdatePackage::nameIsRefused_data()
 {
     QTest::addColumn<QString>("name");
     QTest::newRow("in GBK only") << "朱镕基.txt";
@@ -205,7 +205,7 @@ void TestUpdatePackage::name_isRefused_data()
     QTest::newRow("emoji") << "目录/😀.txt";
 }
 
-void TestUpdatePackage::name_isRefused()
+void TestUpdatePackage::nameIsRefused()
 {
     QFETCH(const QString, name);
     QString error;
@@ -213,7 +213,7 @@ void TestUpdatePackage::name_isRefused()
     QCOMPARE(error, "GB2312 can't hold the name \"" + name + '"');
 }
 
-void TestUpdatePackage::package_isTheSameEveryTime()
+void TestUpdatePackage::packageIsTheSameEveryTime()
 {
     const QVector<PackageEntry> entries = {{"目录/", {}}, {"目录/文件.txt", "content"}};
     QString error;
@@ -223,7 +223,7 @@ void TestUpdatePackage::package_isTheSameEveryTime()
     QCOMPARE(TestSupport::md5(*package), QString("6e5428bad4cd79474f38a26a87256e49"));
 }
 
-void TestUpdatePackage::directory_isPackedWhole()
+void TestUpdatePackage::directoryIsPackedWhole()
 {
     writeTree("tree");
     QString error;
@@ -235,7 +235,7 @@ void TestUpdatePackage::directory_isPackedWhole()
     QCOMPARE(entriesOf(package)[5].content, QByteArray());
 }
 
-void TestUpdatePackage::directory_givesTheSamePackageAnywhere()
+void TestUpdatePackage::directoryGivesTheSamePackageAnywhere()
 {
     writeTree("here");
     writeTree("there/below");
@@ -250,7 +250,7 @@ void TestUpdatePackage::directory_givesTheSamePackageAnywhere()
     QCOMPARE(contentOf(path("2.zip")), contentOf(path("1.zip")));
 }
 
-void TestUpdatePackage::directory_isSummarised()
+void TestUpdatePackage::directoryIsSummarised()
 {
     writeTree("tree");
     QString error;
@@ -262,7 +262,7 @@ void TestUpdatePackage::directory_isSummarised()
     QCOMPARE(summary->entries, 6);
 }
 
-void TestUpdatePackage::directory_thatIsEmpty()
+void TestUpdatePackage::directoryThatIsEmpty()
 {
     QVERIFY(QDir().mkpath(path("tree")));
     QString error;
@@ -272,7 +272,7 @@ void TestUpdatePackage::directory_thatIsEmpty()
     QCOMPARE(summary->size, 22);
 }
 
-void TestUpdatePackage::directory_isMissing_data()
+void TestUpdatePackage::directoryIsMissing_data()
 {
     QTest::addColumn<QString>("directory");
     QTest::newRow("nothing") << "missing";
@@ -280,7 +280,7 @@ void TestUpdatePackage::directory_isMissing_data()
     QTest::newRow("file") << "file";
 }
 
-void TestUpdatePackage::directory_isMissing()
+void TestUpdatePackage::directoryIsMissing()
 {
     QFETCH(const QString, directory);
     writeFile(path("file"), "x");
@@ -290,7 +290,7 @@ void TestUpdatePackage::directory_isMissing()
     QVERIFY(!QFile::exists(path("p.zip")));
 }
 
-void TestUpdatePackage::directory_withANameThatIsRefused()
+void TestUpdatePackage::directoryWithANameThatIsRefused()
 {
     writeFile(path("tree/一/größe.txt"), "x");
     QString error;
@@ -299,7 +299,7 @@ void TestUpdatePackage::directory_withANameThatIsRefused()
     QVERIFY(!QFile::exists(path("p.zip")));
 }
 
-void TestUpdatePackage::target_isReplaced()
+void TestUpdatePackage::targetIsReplaced()
 {
     writeTree("tree");
     writeFile(path("p.zip"), QByteArray(100000, 'x'));
@@ -309,14 +309,14 @@ void TestUpdatePackage::target_isReplaced()
     QCOMPARE(contentOf(path("p.zip")).size(), summary->size);
 }
 
-void TestUpdatePackage::target_cannotBeWritten_data()
+void TestUpdatePackage::targetCannotBeWritten_data()
 {
     QTest::addColumn<QString>("target");
     QTest::newRow("no directory") << "missing/p.zip";
     QTest::newRow("is a directory") << "other";
 }
 
-void TestUpdatePackage::target_cannotBeWritten()
+void TestUpdatePackage::targetCannotBeWritten()
 {
     QFETCH(const QString, target);
     writeTree("tree");
@@ -326,7 +326,7 @@ void TestUpdatePackage::target_cannotBeWritten()
     QVERIFY2(error.startsWith("can't write " + path(target) + ": "), qPrintable(error));
 }
 
-void TestUpdatePackage::target_liesInTheDirectory()
+void TestUpdatePackage::targetLiesInTheDirectory()
 {
     writeTree("tree");
     for (const char* target : {"tree/p.zip", "tree/资源/p.zip", "tree/资源/../p.zip"}) {
@@ -340,7 +340,7 @@ void TestUpdatePackage::target_liesInTheDirectory()
     QVERIFY2(packDirectory(path("tree"), path("tree2/p.zip"), &error), qPrintable(error));
 }
 
-void TestUpdatePackage::target_staysAsItIsOnFailure()
+void TestUpdatePackage::targetStaysAsItIsOnFailure()
 {
     writeFile(path("tree/größe.txt"), "x");
     writeFile(path("p.zip"), "old");
@@ -349,7 +349,7 @@ void TestUpdatePackage::target_staysAsItIsOnFailure()
     QCOMPARE(contentOf(path("p.zip")), QByteArray("old"));
 }
 
-void TestUpdatePackage::program_packsAndReports()
+void TestUpdatePackage::programPacksAndReports()
 {
     writeTree("tree");
     run({path("tree"), path("包.zip")});
@@ -364,7 +364,7 @@ void TestUpdatePackage::program_packsAndReports()
     QCOMPARE(QJsonDocument::fromJson(m_program->readAllStandardOutput()).object(), expected);
 }
 
-void TestUpdatePackage::program_takesRelativePaths()
+void TestUpdatePackage::programTakesRelativePaths()
 {
     writeTree("tree");
     m_program->setWorkingDirectory(m_folder->path());
@@ -380,7 +380,7 @@ void TestUpdatePackage::program_takesRelativePaths()
     QCOMPARE(m_program->exitCode(), 1);
 }
 
-void TestUpdatePackage::program_helps()
+void TestUpdatePackage::programHelps()
 {
     run({"--help"});
     QCOMPARE(m_program->exitCode(), 0);
@@ -389,7 +389,7 @@ void TestUpdatePackage::program_helps()
         QVERIFY2(help.contains(text), text);
 }
 
-void TestUpdatePackage::program_explainsAFailure_data()
+void TestUpdatePackage::programExplainsAFailure_data()
 {
     QTest::addColumn<QString>("directory");
     QTest::addColumn<QString>("target");
@@ -405,7 +405,7 @@ void TestUpdatePackage::program_explainsAFailure_data()
                           << "GB2312 can't hold the name \"größe.txt\"";
 }
 
-void TestUpdatePackage::program_explainsAFailure()
+void TestUpdatePackage::programExplainsAFailure()
 {
     QFETCH(const QString, directory);
     QFETCH(const QString, target);
@@ -419,7 +419,7 @@ void TestUpdatePackage::program_explainsAFailure()
     QVERIFY2(output.startsWith("nelvo-package: " + complaint), qPrintable(output));
 }
 
-void TestUpdatePackage::program_needsBothArguments()
+void TestUpdatePackage::programNeedsBothArguments()
 {
     writeTree("tree");
     for (const QStringList& arguments :

@@ -24,9 +24,9 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void object_isFound();
-    void object_isMissing();
-    void connection_isLost();
+    void objectIsFound();
+    void objectIsMissing();
+    void connectionIsLost();
 
 private:
     std::unique_ptr<WebChannelServer> m_server;
@@ -53,7 +53,7 @@ void TestTourBrowser::cleanup()
     m_server.reset();
 }
 
-void TestTourBrowser::object_isFound()
+void TestTourBrowser::objectIsFound()
 {
     QObject object;
     QObject other;
@@ -64,7 +64,7 @@ void TestTourBrowser::object_isFound()
     QVERIFY(m_browser->dom().contains("<li>&lt;other&gt;</li><li>bimObject</li>"));
 }
 
-void TestTourBrowser::object_isMissing()
+void TestTourBrowser::objectIsMissing()
 {
     QObject other;
     m_server->channel()->registerObject("other", &other);
@@ -74,7 +74,7 @@ void TestTourBrowser::object_isMissing()
     QVERIFY(m_browser->dom().contains("<li>other</li>"));
 }
 
-void TestTourBrowser::connection_isLost()
+void TestTourBrowser::connectionIsLost()
 {
     QVERIFY2(m_browser->open(m_server->pageUrl()), qPrintable(m_browser->error()));
     QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("not found"), patience);
