@@ -15,7 +15,7 @@ namespace {
 
 //! How far the network may run ahead of the disk. Holds from when the request is under way: Qt takes no
 //! bound before.
-constexpr int readBufferSize = 1024 * 1024;
+constexpr int ReadBufferSize = 1024 * 1024;
 
 QNetworkRequest requestFor(const QString& url)
 {
@@ -80,7 +80,7 @@ bool CDownloader::download(const QString& url, const QString& filePath, qint64 b
     if (resume)
         request.setRawHeader("Range", QStringLiteral("bytes=%1-").arg(m_bytesReceived).toLatin1());
     m_reply = m_manager->get(request);
-    m_reply->setReadBufferSize(readBufferSize);
+    m_reply->setReadBufferSize(ReadBufferSize);
 
     connect(
         m_reply, &QObject::destroyed, this, [this] { m_reply = nullptr; }, Qt::DirectConnection);

@@ -20,7 +20,7 @@ struct Cells {
 };
 
 // Symbols, digits, kana, Greek, Cyrillic, pinyin and bopomofo, lines; then the ideographs of both levels.
-constexpr std::array assignedCells = {
+constexpr std::array AssignedCells = {
     Cells{1, 1, 1, 94},   Cells{2, 2, 17, 66}, Cells{2, 2, 69, 78},  Cells{2, 2, 81, 92},
     Cells{3, 3, 1, 94},   Cells{4, 4, 1, 83},  Cells{5, 5, 1, 86},   Cells{6, 6, 1, 24},
     Cells{6, 6, 33, 56},  Cells{7, 7, 1, 33},  Cells{7, 7, 49, 81},  Cells{8, 8, 1, 26},
@@ -30,7 +30,7 @@ constexpr std::array assignedCells = {
 
 bool isAssigned(int row, int cell)
 {
-    return std::any_of(assignedCells.begin(), assignedCells.end(), [row, cell](const Cells& cells) {
+    return std::any_of(AssignedCells.begin(), AssignedCells.end(), [row, cell](const Cells& cells) {
         return row >= cells.firstRow && row <= cells.lastRow && cell >= cells.first && cell <= cells.last;
     });
 }

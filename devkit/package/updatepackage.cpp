@@ -23,7 +23,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-constexpr int pieceSize = 1024 * 1024;
+constexpr int PieceSize = 1024 * 1024;
 
 //! Why a package can't be made.
 struct PackageError {
@@ -51,7 +51,7 @@ QuaZipNewInfo entryInfo(const QString& name)
 //! Hands the device's content on in pieces. Returns whether all of it was read and taken.
 bool readInPieces(QIODevice& device, const std::function<bool(const QByteArray&)>& take)
 {
-    QByteArray piece(pieceSize, Qt::Uninitialized);
+    QByteArray piece(PieceSize, Qt::Uninitialized);
     for (;;) {
         const qint64 size = device.read(piece.data(), piece.size());
         if (size <= 0)

@@ -25,7 +25,7 @@ using X509Certificate = std::unique_ptr<X509, Deleter<X509_free>>;
 using Extension = std::unique_ptr<X509_EXTENSION, Deleter<X509_EXTENSION_free>>;
 using Bio = std::unique_ptr<BIO, Deleter<BIO_free_all>>;
 
-constexpr long daySeconds = 24L * 60 * 60;
+constexpr long DaySeconds = 24L * 60 * 60;
 
 bool setSerial(X509* certificate)
 {
@@ -45,8 +45,8 @@ bool setName(X509* certificate)
 
 bool setValidity(X509* certificate)
 {
-    return X509_gmtime_adj(X509_getm_notBefore(certificate), -daySeconds) != nullptr &&
-           X509_gmtime_adj(X509_getm_notAfter(certificate), 30 * daySeconds) != nullptr;
+    return X509_gmtime_adj(X509_getm_notBefore(certificate), -DaySeconds) != nullptr &&
+           X509_gmtime_adj(X509_getm_notAfter(certificate), 30 * DaySeconds) != nullptr;
 }
 
 bool addExtension(X509* certificate, int nid, const char* value)

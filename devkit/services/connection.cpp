@@ -18,8 +18,8 @@ namespace NelvoDevkit {
 
 namespace {
 
-constexpr std::uint32_t headerLimit = 64 * 1024;
-constexpr qint64 endless = std::numeric_limits<qint64>::max();
+constexpr std::uint32_t HeaderLimit = 64 * 1024;
+constexpr qint64 Endless = std::numeric_limits<qint64>::max();
 
 QByteArray bytes(beast::string_view text)
 {
@@ -39,7 +39,7 @@ class RequestParser final : public http::basic_parser<true>
 public:
     RequestParser()
     {
-        header_limit(headerLimit);
+        header_limit(HeaderLimit);
         body_limit(std::numeric_limits<std::uint64_t>::max());
     }
 
@@ -185,7 +185,7 @@ bool Connection::send(const Delivery& delivery, bool keepAlive)
     if (!delivery.stream)
         return !write(wireHead(reply, reply.body.size(), keepAlive) + wireBody(reply));
     const qint64 size = delivery.stream->announcedSize();
-    return !write(wireHead(reply, size, keepAlive)) && stream(*delivery.stream, endless) == size;
+    return !write(wireHead(reply, size, keepAlive)) && stream(*delivery.stream, Endless) == size;
 }
 
 void Connection::sendHalf(const Delivery& delivery, bool keepAlive)

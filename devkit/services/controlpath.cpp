@@ -112,7 +112,7 @@ HttpReply listReply(const QVector<Entry>& entries)
     return reply;
 }
 
-constexpr char helpText[] = R"(The service simulator
+constexpr char HelpText[] = R"(The service simulator
 
 Sign-in service  {{signIn}}
 Editor service   {{editor}}
@@ -205,7 +205,7 @@ HttpReply ControlPath::answer(const HttpRequest& request)
 
 HttpReply ControlPath::help(const HttpRequest& /*request*/)
 {
-    return textReply(200, QByteArray(helpText)
+    return textReply(200, QByteArray(HelpText)
                               .replace("{{signIn}}", m_services.signInUrl().toLatin1())
                               .replace("{{editor}}", m_services.editorUrl().toLatin1())
                               .replace("{{update}}", m_services.updateUrl().toLatin1())

@@ -9,7 +9,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-constexpr qint64 usualEnterprise = 1001;
+constexpr qint64 UsualEnterprise = 1001;
 
 SceneProject* find(QVector<SceneProject>& projects, const QString& id)
 {
@@ -65,8 +65,8 @@ void EditorData::reset()
         m_enterprises[seeded.enterpriseId] = {std::make_shared<OrgTree>(seeded.organisation), seeded.projects,
                                               seeded.models};
     if (m_enterprises.empty()) {
-        const OrgNode organisation = defaultOrganisation(usualEnterprise, QStringLiteral("示范企业"));
-        m_enterprises[usualEnterprise] = {std::make_shared<OrgTree>(organisation), {}, {}};
+        const OrgNode organisation = defaultOrganisation(UsualEnterprise, QStringLiteral("示范企业"));
+        m_enterprises[UsualEnterprise] = {std::make_shared<OrgTree>(organisation), {}, {}};
     }
 }
 
@@ -112,7 +112,7 @@ void EditorData::generateModels(int count)
 qint64 EditorData::defaultEnterprise() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_enterprises.count(usualEnterprise) > 0 ? usualEnterprise : m_enterprises.begin()->first;
+    return m_enterprises.count(UsualEnterprise) > 0 ? UsualEnterprise : m_enterprises.begin()->first;
 }
 
 QByteArray EditorData::treeJson(qint64 enterpriseId) const

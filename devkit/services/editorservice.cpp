@@ -13,10 +13,10 @@ namespace NelvoDevkit {
 
 namespace {
 
-constexpr char sessionCookie[] = "EDITORSESSION";
-constexpr char hexDigits[] = "0123456789abcdef";
-constexpr char deleteBindingsPath[] = "/equipment/bind/deleteAll/";
-constexpr char addBindingsPath[] = "/equipment/bind/batchAdd/";
+constexpr char SessionCookie[] = "EDITORSESSION";
+constexpr char HexDigits[] = "0123456789abcdef";
+constexpr char DeleteBindingsPath[] = "/equipment/bind/deleteAll/";
+constexpr char AddBindingsPath[] = "/equipment/bind/batchAdd/";
 
 bool needsASession(const QByteArray& path)
 {
@@ -90,8 +90,8 @@ Delivery EditorService::answer(const HttpRequest& request)
         {"PUT", "/scene/project", &EditorService::renameProject},
         {"GET", "/bim/relation/", &EditorService::listModels},
         {"GET", "/bim/relation/dwg", &EditorService::listDrawings},
-        {"POST", QByteArray(deleteBindingsPath) + '*', &EditorService::deleteBindings},
-        {"POST", QByteArray(addBindingsPath) + '*', &EditorService::addBindings},
+        {"POST", QByteArray(DeleteBindingsPath) + '*', &EditorService::deleteBindings},
+        {"POST", QByteArray(AddBindingsPath) + '*', &EditorService::addBindings},
     };
     const std::lock_guard lock(m_mutex);
     if (needsASession(request.path())) {
@@ -107,7 +107,7 @@ Delivery EditorService::answer(const HttpRequest& request)
 void EditorService::forgetSession(const HttpRequest& request)
 {
     const std::lock_guard lock(m_mutex);
-    m_sessions.erase(cookie(request, sessionCookie));
+    m_sessions.erase(cookie(request, SessionCookie));
 }
 
 void EditorService::forgetSessions()
@@ -193,7 +193,7 @@ HttpReply EditorService::deleteBindings(const HttpRequest& request)
 {
     if (!request.body.isEmpty())
         return failure(400, QStringLiteral("请求体须为空"));
-    m_data.deleteBindings(idBehind(deleteBindingsPath, request));
+    m_data.deleteBindings(idBehind(DeleteBindingsPath, request));
     return success();
 }
 
@@ -202,21 +202,21 @@ HttpReply EditorService::addBindings(const HttpRequest& request)
     const QJsonDocument document = QJsonDocument::fromJson(request.body);
     if (!document.isArray())
         return failure(400, QStringLiteral("请求须为 JSON 数组"));
-    m_data.addBindings(idBehind(addBindingsPath, request), document.array().size());
+    m_data.addBindings(idBehind(AddBindingsPath, request), document.array().size());
     return success();
 }
 
 EditorService::Session* EditorService::session(const HttpRequest& request)
 {
-    const auto found = m_sessions.find(cookie(request, sessionCookie));
+    const auto found = m_sessions.find(cookie(request, SessionCookie));
     return found == m_sessions.end() ? nullptr : &found->second;
 }
 
 EditorService::Session& EditorService::startSession(HttpReply& reply)
 {
-    const QByteArray id = randomText(32, hexDigits);
-    setCookie(reply, QByteArray(sessionCookie) + '=' + id + "; Path=/; HttpOnly");
-    setCookie(reply, "route=" + randomText(16, hexDigits) + "; Path=/");
+    const QByteArray id = randomText(32, HexDigits);
+    setCookie(reply, QByteArray(SessionCookie) + '=' + id + "; Path=/; HttpOnly");
+    setCookie(reply, "route=" + randomText(16, HexDigits) + "; Path=/");
     Session& started = m_sessions[id];
     started.enterpriseId = m_data.defaultEnterprise();
     return started;

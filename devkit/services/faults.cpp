@@ -15,7 +15,7 @@ struct NamedFault {
     const char* name;
 };
 
-constexpr std::array namedFaults = {
+constexpr std::array NamedFaults = {
     NamedFault{Fault::Refuse, "refuse"},
     NamedFault{Fault::Reset, "reset"},
     NamedFault{Fault::Stall, "stall"},
@@ -29,7 +29,7 @@ constexpr std::array namedFaults = {
     NamedFault{Fault::LoseSession, "lose-session"},
 };
 
-constexpr char redirectMark[] = "redirected=1";
+constexpr char RedirectMark[] = "redirected=1";
 
 bool applies(const FaultRule& rule, const HttpRequest& request)
 {
@@ -37,30 +37,30 @@ bool applies(const FaultRule& rule, const HttpRequest& request)
         return false;
     if (!rule.method.isEmpty() && rule.method != request.method)
         return false;
-    return rule.fault != Fault::Redirect || !request.target.endsWith(redirectMark);
+    return rule.fault != Fault::Redirect || !request.target.endsWith(RedirectMark);
 }
 
 } // namespace
 
 QString faultName(Fault fault)
 {
-    const auto found = std::find_if(namedFaults.begin(), namedFaults.end(),
+    const auto found = std::find_if(NamedFaults.begin(), NamedFaults.end(),
                                     [fault](const NamedFault& named) { return named.fault == fault; });
-    return found == namedFaults.end() ? QString() : QString::fromLatin1(found->name);
+    return found == NamedFaults.end() ? QString() : QString::fromLatin1(found->name);
 }
 
 std::optional<Fault> faultFromName(const QString& name)
 {
-    const auto found = std::find_if(namedFaults.begin(), namedFaults.end(), [&name](const NamedFault& named) {
+    const auto found = std::find_if(NamedFaults.begin(), NamedFaults.end(), [&name](const NamedFault& named) {
         return name == QLatin1String(named.name);
     });
-    return found == namedFaults.end() ? std::nullopt : std::make_optional(found->fault);
+    return found == NamedFaults.end() ? std::nullopt : std::make_optional(found->fault);
 }
 
 QStringList faultNames()
 {
     QStringList names;
-    for (const NamedFault& named : namedFaults)
+    for (const NamedFault& named : NamedFaults)
         names.append(QString::fromLatin1(named.name));
     return names;
 }
@@ -72,7 +72,7 @@ bool refusesEverything(const FaultRule& rule)
 
 QByteArray markedTarget(const HttpRequest& request)
 {
-    return request.target + (request.target.contains('?') ? '&' : '?') + redirectMark;
+    return request.target + (request.target.contains('?') ? '&' : '?') + RedirectMark;
 }
 
 void FaultBook::add(const FaultRule& rule)

@@ -11,10 +11,10 @@ namespace NelvoDevkit {
 
 namespace {
 
-constexpr qint64 blockSize = qint64{64} * 1024;
-constexpr qint64 numberSize = sizeof(quint64);
+constexpr qint64 BlockSize = qint64{64} * 1024;
+constexpr qint64 NumberSize = sizeof(quint64);
 
-using Block = std::array<char, blockSize>;
+using Block = std::array<char, BlockSize>;
 
 //! What every block holds but for its number, by which it begins.
 const Block& pattern()
@@ -34,11 +34,11 @@ const Block& pattern()
 void copyBlock(qint64 number, qint64 offset, char* to, qint64 size)
 {
     std::memcpy(to, pattern().data() + offset, static_cast<std::size_t>(size));
-    if (offset >= numberSize)
+    if (offset >= NumberSize)
         return;
-    std::array<char, numberSize> head{};
+    std::array<char, NumberSize> head{};
     qToLittleEndian(static_cast<quint64>(number), head.data());
-    std::memcpy(to, head.data() + offset, static_cast<std::size_t>(std::min(size, numberSize - offset)));
+    std::memcpy(to, head.data() + offset, static_cast<std::size_t>(std::min(size, NumberSize - offset)));
 }
 
 } // namespace
@@ -48,9 +48,9 @@ qint64 GeneratedFile::readData(char* data, qint64 maxSize)
     const qint64 begin = pos();
     const qint64 size = std::min(maxSize, m_size - begin);
     for (qint64 done = 0; done < size;) {
-        const qint64 offset = (begin + done) % blockSize;
-        const qint64 part = std::min(size - done, blockSize - offset);
-        copyBlock((begin + done) / blockSize, offset, data + done, part);
+        const qint64 offset = (begin + done) % BlockSize;
+        const qint64 part = std::min(size - done, BlockSize - offset);
+        copyBlock((begin + done) / BlockSize, offset, data + done, part);
         done += part;
     }
     return std::max(size, qint64{0});

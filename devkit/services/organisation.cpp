@@ -10,7 +10,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-constexpr int fanOut = 10;
+constexpr int FanOut = 10;
 
 //! The node of that number, where the children of node n are 10n + 1 to 10n + 10.
 OrgNode generatedNode(int number, int count)
@@ -19,8 +19,8 @@ OrgNode generatedNode(int number, int count)
                  QStringLiteral("部门 %1").arg(number),
                  OrgNode::Department,
                  {}};
-    const qint64 first = static_cast<qint64>(number) * fanOut + 1;
-    const qint64 end = std::min<qint64>(first + fanOut, count);
+    const qint64 first = static_cast<qint64>(number) * FanOut + 1;
+    const qint64 end = std::min<qint64>(first + FanOut, count);
     for (qint64 child = first; child < end; ++child)
         node.children.push_back(generatedNode(static_cast<int>(child), count));
     if (number == 0 || !node.children.empty()) {

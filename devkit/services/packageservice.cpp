@@ -13,20 +13,20 @@ namespace NelvoDevkit {
 
 namespace {
 
-constexpr char pathPrefix[] = "/packages/";
-constexpr char packageType[] = "application/octet-stream";
+constexpr char PathPrefix[] = "/packages/";
+constexpr char PackageType[] = "application/octet-stream";
 
-constexpr qint64 noRange = -1;
+constexpr qint64 NoRange = -1;
 
 //! The offset that a header such as "bytes=100-" asks for. A range of another form asks for nothing.
 qint64 rangeStart(const HttpRequest& request)
 {
     const QByteArray range = request.header("Range");
     if (!range.startsWith("bytes=") || !range.endsWith('-'))
-        return noRange;
+        return NoRange;
     bool isNumber = false;
     const qint64 start = range.mid(6).chopped(1).toLongLong(&isNumber);
-    return isNumber && start >= 0 ? start : noRange;
+    return isNumber && start >= 0 ? start : NoRange;
 }
 
 QByteArray sizeText(qint64 size)
@@ -43,7 +43,7 @@ HttpReply notSatisfiable(qint64 size)
 
 HttpReply wholeReply(const PackageDelivery& delivery)
 {
-    HttpReply reply{200, packageType, {}, {}};
+    HttpReply reply{200, PackageType, {}, {}};
     if (!delivery.ignoresRange)
         reply.headers.append(HttpHeader{"Accept-Ranges", "bytes"});
     return reply;
@@ -51,7 +51,7 @@ HttpReply wholeReply(const PackageDelivery& delivery)
 
 HttpReply partialReply(qint64 start, qint64 size)
 {
-    HttpReply reply{206, packageType, {}, {}};
+    HttpReply reply{206, PackageType, {}, {}};
     reply.headers.append(
         {"Content-Range", "bytes " + sizeText(start) + '-' + sizeText(size - 1) + '/' + sizeText(size)});
     return reply;
@@ -59,14 +59,14 @@ HttpReply partialReply(qint64 start, qint64 size)
 
 QString nameIn(const QByteArray& path)
 {
-    return QUrl::fromPercentEncoding(path.mid(static_cast<int>(qstrlen(pathPrefix))));
+    return QUrl::fromPercentEncoding(path.mid(static_cast<int>(qstrlen(PathPrefix))));
 }
 
 } // namespace
 
 QString packagePath(const QString& name)
 {
-    return QLatin1String(pathPrefix) + QString::fromLatin1(QUrl::toPercentEncoding(name));
+    return QLatin1String(PathPrefix) + QString::fromLatin1(QUrl::toPercentEncoding(name));
 }
 
 PackageService::PackageService(Packages& packages) : m_packages(packages) {}
@@ -74,7 +74,7 @@ PackageService::PackageService(Packages& packages) : m_packages(packages) {}
 Delivery PackageService::answer(const HttpRequest& request)
 {
     static const std::vector<Route<PackageService, Delivery>> routes = {
-        {"GET", QByteArray(pathPrefix) + '*', &PackageService::send},
+        {"GET", QByteArray(PathPrefix) + '*', &PackageService::send},
     };
     return dispatch(*this, routes, request);
 }
@@ -93,12 +93,12 @@ Delivery PackageService::send(const HttpRequest& request)
     if (!device)
         return {textReply(404, "The package " + name.toUtf8() + " can't be read\n")};
     const PackageDelivery& delivery = shipment->delivery;
-    const qint64 start = delivery.ignoresRange ? noRange : rangeStart(request);
+    const qint64 start = delivery.ignoresRange ? NoRange : rangeStart(request);
     const qint64 size = device->size();
     if (start >= size)
         return {notSatisfiable(size)};
     device->seek(std::max(start, qint64{0}));
-    return {start == noRange ? wholeReply(delivery) : partialReply(start, size), Delivery::Manner::Whole,
+    return {start == NoRange ? wholeReply(delivery) : partialReply(start, size), Delivery::Manner::Whole,
             std::make_shared<PackageStream>(m_packages, name, *shipment, std::move(device))};
 }
 

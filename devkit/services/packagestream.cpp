@@ -11,8 +11,8 @@ namespace {
 using End = PackageDelivery::End;
 using Kind = BodyStep::Kind;
 
-constexpr qint64 pieceSize = qint64{256} * 1024; // stays in the processor's cache on its way
-constexpr std::chrono::milliseconds stallStep{10};
+constexpr qint64 PieceSize = qint64{256} * 1024; // stays in the processor's cache on its way
+constexpr std::chrono::milliseconds StallStep{10};
 
 } // namespace
 
@@ -40,7 +40,7 @@ BodyStep PackageStream::next()
     if (allowed <= 0)
         return end();
     if (delivery.paceBytes <= 0)
-        return write(std::min(allowed, pieceSize));
+        return write(std::min(allowed, PieceSize));
     const auto wait = std::chrono::ceil<std::chrono::milliseconds>(m_due - Clock::now());
     if (wait.count() > 0)
         return {Kind::Wait, {}, wait};
@@ -61,7 +61,7 @@ BodyStep PackageStream::end() const
     switch (m_shipment.delivery.end) {
     case End::Stall:
         if (!isAtTheEnd)
-            return {Kind::Wait, {}, stallStep};
+            return {Kind::Wait, {}, StallStep};
         break;
     case End::Reset:
         return {Kind::Reset, {}, {}};

@@ -16,8 +16,8 @@ namespace NelvoDevkit {
 
 namespace {
 
-constexpr char sessionCookie[] = "JSESSIONID";
-constexpr char expired[] = "; Max-Age=0; Expires=Thu, 01-Jan-1970 00:00:10 GMT; Path=/";
+constexpr char SessionCookie[] = "JSESSIONID";
+constexpr char Expired[] = "; Max-Age=0; Expires=Thu, 01-Jan-1970 00:00:10 GMT; Path=/";
 
 QByteArray randomId(int length)
 {
@@ -98,7 +98,7 @@ Delivery SignInService::answer(const HttpRequest& request)
 void SignInService::forgetSession(const HttpRequest& request)
 {
     const std::lock_guard lock(m_mutex);
-    m_sessions.erase(cookie(request, sessionCookie));
+    m_sessions.erase(cookie(request, SessionCookie));
 }
 
 void SignInService::forgetSessions()
@@ -119,7 +119,7 @@ QStringList SignInService::users() const
 std::optional<SignedInClient> SignInService::signedInClient(const HttpRequest& request) const
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_sessions.find(cookie(request, sessionCookie));
+    const auto found = m_sessions.find(cookie(request, SessionCookie));
     if (found == m_sessions.end() || found->second.account == nullptr)
         return std::nullopt;
     return SignedInClient{found->first, found->second.account->user, found->second.enterpriseId};
@@ -200,10 +200,10 @@ HttpReply SignInService::clientToken(const HttpRequest& request)
 
 HttpReply SignInService::logOut(const HttpRequest& request)
 {
-    m_sessions.erase(cookie(request, sessionCookie));
+    m_sessions.erase(cookie(request, SessionCookie));
     HttpReply reply = jsonReply(result(0, QStringLiteral("ok")));
-    setCookie(reply, QByteArray(sessionCookie) + '=' + expired);
-    setCookie(reply, QByteArray("CASTGC=") + expired);
+    setCookie(reply, QByteArray(SessionCookie) + '=' + Expired);
+    setCookie(reply, QByteArray("CASTGC=") + Expired);
     return reply;
 }
 
@@ -218,7 +218,7 @@ HttpReply SignInService::form(const QString& message)
 //! The client gets a new session, so that no id known from before the sign-in is worth anything.
 HttpReply SignInService::signIn(const HttpRequest& request, const Account& account)
 {
-    m_sessions.erase(cookie(request, sessionCookie));
+    m_sessions.erase(cookie(request, SessionCookie));
     HttpReply reply = redirectReply(m_ownUrl.toLatin1() + "/login/success");
     startSession(reply).account = &account;
     setCookie(reply, "CASTGC=" + ticket("TGT", m_ticketCount, 50) + "; Path=/; HttpOnly");
@@ -234,7 +234,7 @@ HttpReply SignInService::sendToForm(const HttpRequest& request) const
 
 SignInService::Session* SignInService::session(const HttpRequest& request)
 {
-    const auto found = m_sessions.find(cookie(request, sessionCookie));
+    const auto found = m_sessions.find(cookie(request, SessionCookie));
     return found == m_sessions.end() ? nullptr : &found->second;
 }
 
@@ -247,7 +247,7 @@ bool SignInService::isSignedIn(const HttpRequest& request)
 SignInService::Session& SignInService::startSession(HttpReply& reply)
 {
     const QByteArray id = randomText(32, "0123456789ABCDEF");
-    setCookie(reply, QByteArray(sessionCookie) + '=' + id + "; Path=/; HttpOnly");
+    setCookie(reply, QByteArray(SessionCookie) + '=' + id + "; Path=/; HttpOnly");
     return m_sessions[id];
 }
 

@@ -17,7 +17,7 @@ namespace {
 
 using End = PackageDelivery::End;
 
-constexpr qint64 mostBytes = std::numeric_limits<qint64>::max();
+constexpr qint64 MostBytes = std::numeric_limits<qint64>::max();
 
 const QString& packageKey()
 {
@@ -27,7 +27,7 @@ const QString& packageKey()
 
 qint64 readBytes(const Parameters& parameters, const QString& name)
 {
-    return readNumber(name, parameters.value(name), 0, mostBytes, QStringLiteral("a number of bytes"));
+    return readNumber(name, parameters.value(name), 0, MostBytes, QStringLiteral("a number of bytes"));
 }
 
 End readEnd(const QString& name)

@@ -10,7 +10,7 @@ using namespace VLSmartDB;
 
 namespace {
 
-constexpr char bridge[] = "0A1B2c3d-4e5f-6071-8293-a4b5c6d7e8f9";
+constexpr char Bridge[] = "0A1B2c3d-4e5f-6071-8293-a4b5c6d7e8f9";
 
 VLDBId textId(const std::wstring& text)
 {
@@ -19,7 +19,7 @@ VLDBId textId(const std::wstring& text)
     return id;
 }
 
-//! The id that `bridge` spells.
+//! The id that `Bridge` spells.
 VLDBId bridgeId()
 {
     return {0x0a1b2c3d, 0x4e5f, 0x6071, {0x82, 0x93, 0xa4, 0xb5, 0xc6, 0xd7, 0xe8, 0xf9}, {}};
@@ -46,7 +46,7 @@ ObjectRecord bridgeRecord()
 {
     const ObjectRecord drawing{"drawing", "立面图", "DWG", {}, {}};
     const ObjectRecord pier{"pier-1", "桥墩", "PDS", {{"editor_import_source_type", "fbx"}}, {drawing}};
-    return {bridge, "跨江大桥", "BIM", {{"owner", "远景"}, {"empty", ""}}, {pier}};
+    return {Bridge, "跨江大桥", "BIM", {{"owner", "远景"}, {"empty", ""}}, {pier}};
 }
 
 } // namespace
@@ -211,7 +211,7 @@ void TestDatabase::addIsRefused_data()
     QTest::addColumn<QString>("id");
     QTest::addColumn<QString>("childId");
     QTest::addColumn<QString>("complaint");
-    const QString taken = QString(bridge).toUpper();
+    const QString taken = QString(Bridge).toUpper();
     QTest::newRow("empty") << ""
                            << "c"
                            << "\"\" names no object";

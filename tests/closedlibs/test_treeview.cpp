@@ -14,7 +14,7 @@ using BVUTILITY::CTreeModel;
 namespace {
 
 //! A tree as the editor's own component makes it: one column of the model's role.
-constexpr char treePage[] = R"(
+constexpr char TreePage[] = R"(
 import QtQuick 2.15
 import QtQuick.Controls 1.4
 
@@ -86,7 +86,7 @@ void TestTreeView::init()
     m_view = std::make_unique<QQuickView>();
     m_view->rootContext()->setContextProperty("orgModel", m_model.get());
     QQmlComponent component(m_view->engine());
-    component.setData(treePage, QUrl());
+    component.setData(TreePage, QUrl());
     m_tree = qobject_cast<QQuickItem*>(component.create(m_view->rootContext()));
     QVERIFY2(m_tree != nullptr, qPrintable(component.errorString()));
     m_tree->setParent(m_view.get());

@@ -62,9 +62,9 @@ private:
 
 namespace {
 
-constexpr int patience = 30000;
+constexpr int Patience = 30000;
 
-const QString pump = QStringLiteral("pump-guid");
+const QString Pump = QStringLiteral("pump-guid");
 
 QStringList rows(const QAbstractItemModel& model, const QModelIndex& parent)
 {
@@ -119,7 +119,7 @@ bool TestHostModels::settle() const
             const QStringList percents = column(ImportedModels::PercentRole);
             return percents.count("100") == percents.size();
         },
-        patience);
+        Patience);
 }
 
 void TestHostModels::callsInTheirOrder()
@@ -291,7 +291,7 @@ void TestHostModels::importedModelsAsRows()
     QCOMPARE(models.index(0).data(ImportedModels::GuidRole).toString(), QString("g"));
     QVERIFY(models.has("g", true));
     QVERIFY(!models.has("g", false));
-    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(finished.size(), 1, Patience);
     QCOMPARE(models.index(0).data(ImportedModels::PercentRole).toInt(), 100);
     const auto roles = models.roleNames();
     for (auto role = roles.begin(); role != roles.end(); ++role)
@@ -310,13 +310,13 @@ void TestHostModels::modelsComeInSideBySide()
         return models.index(row).data(ImportedModels::PercentRole).toInt();
     };
     models.add({"early", {}, ImportedModel::Kind::Download, true, 0});
-    QTRY_VERIFY_WITH_TIMEOUT(percent(0) > 20, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(percent(0) > 20, Patience);
     models.add({"late", {}, ImportedModel::Kind::Download, true, 0});
-    QTRY_VERIFY_WITH_TIMEOUT(percent(1) > 0, patience);
+    QTRY_VERIFY_WITH_TIMEOUT(percent(1) > 0, Patience);
     QVERIFY(percent(0) > percent(1));
-    QTRY_COMPARE_WITH_TIMEOUT(finished, (QStringList{"early", "late"}), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(finished, (QStringList{"early", "late"}), Patience);
     models.add({"last", {}, ImportedModel::Kind::Download, true, 0});
-    QTRY_COMPARE_WITH_TIMEOUT(finished, (QStringList{"early", "late", "last"}), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(finished, (QStringList{"early", "late", "last"}), Patience);
 }
 
 void TestHostModels::cardFollowsTheDevices()
@@ -349,7 +349,7 @@ void TestHostModels::cardTakesKnownComponentsOnly()
     ComponentCard card(devices);
     devices.setProject("p-1");
     QSignalSpy selected(&card, &ComponentCard::selectionChanged);
-    card.select(pump);
+    card.select(Pump);
     QCOMPARE(card.currentComp(), QString());
     QVERIFY(selected.isEmpty());
     card.select(devices.index(0).data(DeviceList::GuidRole).toString());
@@ -366,7 +366,7 @@ void TestHostModels::cardClearsTheDevice()
     devices.setData(devices.index(0), "SN-0", DeviceList::SerialRole);
     devices.setData(devices.index(1), "SN-1", DeviceList::SerialRole);
     card.select(devices.index(1).data(DeviceList::GuidRole).toString());
-    card.clearDeviceData(pump); // nobody's
+    card.clearDeviceData(Pump); // nobody's
     QCOMPARE(devices.boundCount(), 2);
     QVERIFY(QMetaObject::invokeMethod(&card, "clearDeviceData", Q_ARG(QString, card.currentComp())));
     QCOMPARE(card.deviceId(), QString());

@@ -25,9 +25,9 @@ private Q_SLOTS:
 
 namespace {
 
-const QString program = QStringLiteral(NELVO_EDITOR_PROGRAM);
-const QString plugin = QStringLiteral(NELVO_PLUGIN_FILE);
-const QString emptyLibrary = QStringLiteral(NELVO_EMPTY_LIBRARY);
+const QString Program = QStringLiteral(NELVO_EDITOR_PROGRAM);
+const QString Plugin = QStringLiteral(NELVO_PLUGIN_FILE);
+const QString EmptyLibrary = QStringLiteral(NELVO_EMPTY_LIBRARY);
 
 //! How a run of the host ended.
 struct Ending {
@@ -40,11 +40,11 @@ struct Ending {
 class Folder
 {
 public:
-    Folder() { copy(program, QFileInfo(program).fileName()); }
+    Folder() { copy(Program, QFileInfo(Program).fileName()); }
 
     QString path(const QString& name) const { return m_directory.filePath(name); }
     //! Puts a library in the plug-in's place.
-    void addPlugin(const QString& library) const { copy(library, QFileInfo(plugin).fileName()); }
+    void addPlugin(const QString& library) const { copy(library, QFileInfo(Plugin).fileName()); }
     void write(const QString& name, const QByteArray& content) const
     {
         QFile file(path(name));
@@ -54,7 +54,7 @@ public:
     Ending run(const QStringList& arguments) const
     {
         QProcess process;
-        process.start(path(QFileInfo(program).fileName()), arguments);
+        process.start(path(QFileInfo(Program).fileName()), arguments);
         if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
             qFatal("the host did not end: %s", qPrintable(process.errorString()));
         const auto text = [](const QByteArray& output) {
@@ -90,7 +90,7 @@ void TestHostStart::libraryMissing()
 void TestHostStart::libraryBroken()
 {
     const Folder folder;
-    folder.write(QFileInfo(plugin).fileName(), "this is no library");
+    folder.write(QFileInfo(Plugin).fileName(), "this is no library");
     const Ending host = folder.run({});
     QCOMPARE(host.status, 1);
     QVERIFY2(host.error.contains(QStringLiteral("NelvoEditor: Cannot load library ")),
@@ -100,10 +100,10 @@ void TestHostStart::libraryBroken()
 void TestHostStart::exportMissing()
 {
     const Folder folder;
-    folder.addPlugin(emptyLibrary);
+    folder.addPlugin(EmptyLibrary);
     const Ending host = folder.run({});
     QCOMPARE(host.status, 1);
-    QVERIFY2(host.error.contains(QFileInfo(plugin).fileName() +
+    QVERIFY2(host.error.contains(QFileInfo(Plugin).fileName() +
                                  QStringLiteral(" does not export GetNelvoSDKPlugin")),
              qPrintable(host.error));
 }
@@ -111,7 +111,7 @@ void TestHostStart::exportMissing()
 void TestHostStart::optionsWrong()
 {
     const Folder folder;
-    folder.addPlugin(plugin);
+    folder.addPlugin(Plugin);
     const Ending host = folder.run({QStringLiteral("--colour"), QStringLiteral("blue")});
     QCOMPARE(host.status, 2);
     // Qt may warn of the system before.
@@ -123,7 +123,7 @@ void TestHostStart::optionsWrong()
 void TestHostStart::settingsMissing()
 {
     const Folder folder;
-    folder.addPlugin(plugin);
+    folder.addPlugin(Plugin);
     const QString file = folder.path(QStringLiteral("none.json"));
     const Ending host = folder.run({QStringLiteral("--settings"), file});
     QCOMPARE(host.status, 1);
@@ -134,7 +134,7 @@ void TestHostStart::settingsMissing()
 void TestHostStart::settingsWrong()
 {
     const Folder folder;
-    folder.addPlugin(plugin);
+    folder.addPlugin(Plugin);
     folder.write(QStringLiteral("s.json"), R"({"color": "blue"})");
     const Ending host = folder.run({QStringLiteral("--settings"), folder.path(QStringLiteral("s.json"))});
     QCOMPARE(host.status, 1);
@@ -144,7 +144,7 @@ void TestHostStart::settingsWrong()
 void TestHostStart::ownSettingsWrong()
 {
     const Folder folder;
-    folder.addPlugin(plugin);
+    folder.addPlugin(Plugin);
     folder.write(QStringLiteral("NelvoEditor.json"), "[");
     const Ending host = folder.run({});
     QCOMPARE(host.status, 1);
@@ -154,7 +154,7 @@ void TestHostStart::ownSettingsWrong()
 void TestHostStart::singleArgumentIsForThePlugin()
 {
     const Folder folder;
-    folder.addPlugin(plugin);
+    folder.addPlugin(Plugin);
     const Ending host = folder.run({QStringLiteral("--help")});
     QVERIFY2(host.error.contains(QStringLiteral("'--help' goes to the plug-in, as a sign-in\nUsage: ")),
              qPrintable(host.error));
@@ -165,7 +165,7 @@ void TestHostStart::singleArgumentIsForThePlugin()
 void TestHostStart::signInIsNoOptionWhateverItBeginsWith()
 {
     const Folder folder;
-    folder.addPlugin(plugin);
+    folder.addPlugin(Plugin);
     const Ending host = folder.run({QStringLiteral("--help$$md5$$127.0.0.1:1$$$$$$1")});
     QCOMPARE(host.status, 0);
     QVERIFY2(host.error.contains(QStringLiteral("login failed: ")), qPrintable(host.error));

@@ -41,7 +41,7 @@ private:
 
 namespace {
 
-constexpr int patience = 30000;
+constexpr int Patience = 30000;
 
 //! In a window that shows.
 QQuickItem* find(const QString& name)
@@ -75,7 +75,7 @@ void TestHostUpdatePages::init()
     m_log = std::make_unique<LogModel>();
     m_editor = std::make_unique<Editor>(*m_plugin, *m_log, nullptr);
     m_editor->start();
-    QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("loginComp")), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("loginComp")), Patience);
 }
 
 void TestHostUpdatePages::cleanup()
@@ -94,7 +94,7 @@ void TestHostUpdatePages::nothingNewerBringsTheFormBack()
 {
     QSignalSpy needed(m_editor->updates(), &UpdateDesk::loginFormNeeded);
     checkWith(QStringLiteral("not the token"));
-    QTRY_COMPARE_WITH_TIMEOUT(needed.size(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(needed.size(), 1, Patience);
     QVERIFY(isShown(QStringLiteral("loginComp")));
     QVERIFY(!isShown(QStringLiteral("validComp")));
     QCOMPARE(m_editor->updates()->state(), UpdateDesk::State::NothingNewer);
@@ -104,10 +104,10 @@ void TestHostUpdatePages::nothingNewerBringsTheFormBack()
 void TestHostUpdatePages::skippedReleaseBringsTheFormBack()
 {
     checkWith(m_services.updates().token());
-    QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("skipButton")), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("skipButton")), Patience);
     QCOMPARE(m_editor->updates()->state(), UpdateDesk::State::Offered);
     QMetaObject::invokeMethod(find(QStringLiteral("skipButton")), "clicked");
-    QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("loginComp")), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("loginComp")), Patience);
     QVERIFY(!isShown(QStringLiteral("validComp")));
     QCOMPARE(m_editor->updates()->state(), UpdateDesk::State::Idle);
     QVERIFY(!m_editor->isSignedIn());
@@ -116,7 +116,7 @@ void TestHostUpdatePages::skippedReleaseBringsTheFormBack()
 void TestHostUpdatePages::updaterOfThePluginIsKnown()
 {
     checkWith(m_services.updates().token());
-    QTRY_COMPARE_WITH_TIMEOUT(m_editor->updates()->state(), UpdateDesk::State::Offered, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_editor->updates()->state(), UpdateDesk::State::Offered, Patience);
     QCOMPARE(m_editor->updates()->version(), QStringLiteral("1.0.1"));
     QVERIFY(m_editor->updates()->changeLog().contains(QStringLiteral("<br/>")));
 }
@@ -126,7 +126,7 @@ void TestHostUpdatePages::unseenPageIsNoSignIn()
     QQuickWindow* const window = find(QStringLiteral("loginComp"))->window();
     window->close();
     checkWith(QStringLiteral("not the token"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_editor->updates()->state(), UpdateDesk::State::NothingNewer, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_editor->updates()->state(), UpdateDesk::State::NothingNewer, Patience);
     QVERIFY(window->contentItem()->childItems().isEmpty());
 }
 

@@ -19,13 +19,13 @@ using State = NelvoDevkit::UpdateDesk::State;
 
 namespace {
 
-constexpr int patience = 30000;
+constexpr int Patience = 30000;
 
-const auto loginPage = QStringLiteral("LoginComp.qml");
-const auto offerPage = QStringLiteral("UpdateComp.qml");
-const auto downloadPage = QStringLiteral("DownloadComp.qml");
-const auto coverPage = QStringLiteral("CoverComp.qml");
-const auto lastPage = QStringLiteral("ValidComp.qml");
+const auto LoginPage = QStringLiteral("LoginComp.qml");
+const auto OfferPage = QStringLiteral("UpdateComp.qml");
+const auto DownloadPage = QStringLiteral("DownloadComp.qml");
+const auto CoverPage = QStringLiteral("CoverComp.qml");
+const auto LastPage = QStringLiteral("ValidComp.qml");
 
 } // namespace
 
@@ -85,7 +85,7 @@ void TestHostUpdates::initTestCase()
     write(QStringLiteral("Main.qml"),
           "import QtQuick 2.15\nItem { width: 90; height: 90\n"
           "Loader { objectName: \"contentLoader\"; source: \"LoginComp.qml\" } }\n");
-    for (const QString& page : {loginPage, offerPage, downloadPage, coverPage, lastPage})
+    for (const QString& page : {LoginPage, OfferPage, DownloadPage, CoverPage, LastPage})
         write(page, "import QtQuick 2.15\nItem {}\n");
 }
 
@@ -116,7 +116,7 @@ void TestHostUpdates::check()
 {
     m_updater->clearCalls();
     m_desk->check();
-    QTRY_COMPARE_WITH_TIMEOUT(m_updater->calls().size(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_updater->calls().size(), 1, Patience);
     m_updater->clearCalls();
 }
 
@@ -181,7 +181,7 @@ void TestHostUpdates::checkIsAnOrder()
     QVERIFY(m_queue->isBusy());
     QVERIFY(m_updater->calls().isEmpty());
     QTRY_COMPARE_WITH_TIMEOUT(m_updater->calls(),
-                              QStringList("checkVersion http://update the token the product"), patience);
+                              QStringList("checkVersion http://update the token the product"), Patience);
 }
 
 void TestHostUpdates::checkWaitsForItsOutcome()
@@ -190,7 +190,7 @@ void TestHostUpdates::checkWaitsForItsOutcome()
     QCOMPARE(m_desk->state(), State::Checking);
     QVERIFY(!m_desk->canCheck());
     m_desk->check();
-    QTRY_VERIFY_WITH_TIMEOUT(!m_queue->isBusy(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!m_queue->isBusy(), Patience);
     QCOMPARE(m_updater->calls().size(), 1);
 }
 
@@ -369,12 +369,12 @@ void TestHostUpdates::shownPagesAreFollowed()
 {
     showLogin();
     offerRelease();
-    turnTo(offerPage);
+    turnTo(OfferPage);
     QVERIFY(m_updater->calls().isEmpty());
-    turnTo(downloadPage);
+    turnTo(DownloadPage);
     QCOMPARE(m_updater->calls(), QStringList("download"));
     Q_EMIT m_updater->downloadFinished(QStringLiteral("p.zip"));
-    turnTo(coverPage);
+    turnTo(CoverPage);
     QCOMPARE(m_updater->calls(), (QStringList{"download", "upgrade"}));
 }
 
@@ -395,14 +395,14 @@ void TestHostUpdates::lastPageNeedsTheFormBack()
     QSignalSpy needed(m_desk.get(), &UpdateDesk::loginFormNeeded);
     Q_EMIT m_updater->needUpdate(need);
     if (need)
-        turnTo(offerPage);
+        turnTo(OfferPage);
     QVERIFY(needed.isEmpty());
-    turnTo(lastPage);
+    turnTo(LastPage);
     QCOMPARE(needed.size(), 1);
     QCOMPARE(m_desk->state(), state);
     // From here on it is a sign-in.
-    turnTo(loginPage);
-    turnTo(lastPage);
+    turnTo(LoginPage);
+    turnTo(LastPage);
     QCOMPARE(needed.size(), 1);
 }
 
@@ -411,10 +411,10 @@ void TestHostUpdates::signInThatIsUnderWayGoesOn()
     showLogin();
     check();
     QSignalSpy needed(m_desk.get(), &UpdateDesk::loginFormNeeded);
-    turnTo(lastPage);
+    turnTo(LastPage);
     Q_EMIT m_updater->needUpdate(true);
-    turnTo(offerPage);
-    turnTo(lastPage);
+    turnTo(OfferPage);
+    turnTo(LastPage);
     QVERIFY(needed.isEmpty());
 }
 

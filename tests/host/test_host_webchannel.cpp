@@ -14,7 +14,7 @@ using NelvoDevkit::WebChannelServer;
 
 namespace {
 
-constexpr int patience = 30000;
+constexpr int Patience = 30000;
 
 //! The answer's status and body.
 std::pair<int, QByteArray> get(const QUrl& url)
@@ -22,7 +22,7 @@ std::pair<int, QByteArray> get(const QUrl& url)
     QNetworkAccessManager manager;
     const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
     QSignalSpy finished(reply.get(), &QNetworkReply::finished);
-    if (!finished.wait(patience))
+    if (!finished.wait(Patience))
         return {0, "no end"};
     return {reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll()};
 }
@@ -115,16 +115,16 @@ void TestHostWebChannel::handshakeTellsTheObjects()
     QObject late;
     server->channel()->registerObject("bimObject", &early);
     ChannelClient client(server->socketUrl());
-    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
     client.send(init);
-    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, Patience);
     QCOMPARE(client.lastMessage()["type"].toInt(), 10);
     QCOMPARE(client.lastMessage()["id"].toInt(), 5);
     QCOMPARE(client.objects(), QStringList("bimObject"));
 
     server->channel()->registerObject("another", &late);
     client.send(init);
-    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 2, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 2, Patience);
     QCOMPARE(client.objects(), (QStringList{"another", "bimObject"}));
 }
 
@@ -135,11 +135,11 @@ void TestHostWebChannel::handshakeOfSeveralClients()
     server->channel()->registerObject("bimObject", &object);
     ChannelClient first(server->socketUrl());
     ChannelClient second(server->socketUrl());
-    QTRY_VERIFY_WITH_TIMEOUT(first.isConnected() && second.isConnected(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(first.isConnected() && second.isConnected(), Patience);
     second.send(init);
-    QTRY_COMPARE_WITH_TIMEOUT(second.messageCount(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(second.messageCount(), 1, Patience);
     first.send(init);
-    QTRY_COMPARE_WITH_TIMEOUT(first.messageCount(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(first.messageCount(), 1, Patience);
     QCOMPARE(first.objects(), second.objects());
     QCOMPARE(second.messageCount(), 1);
 }
@@ -150,20 +150,20 @@ void TestHostWebChannel::messageReachesItsObject()
     Counter counter;
     server->channel()->registerObject("counter", &counter);
     ChannelClient client(server->socketUrl());
-    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
     client.send(R"({"type": 6, "object": "counter", "method": "call", "args": [], "id": 1})");
-    QTRY_COMPARE_WITH_TIMEOUT(counter.calls, 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(counter.calls, 1, Patience);
 }
 
 void TestHostWebChannel::nonsenseIsIgnored()
 {
     const auto server = started();
     ChannelClient client(server->socketUrl());
-    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
     client.send("no JSON");
     client.send("[3]");
     client.send(init);
-    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, Patience);
     QVERIFY(client.objects().isEmpty());
     QVERIFY(client.isConnected());
 }
@@ -178,15 +178,15 @@ void TestHostWebChannel::clientComesAndGoes()
     };
     for (int n = 0; n < 3; ++n) {
         ChannelClient client(server->socketUrl());
-        QTRY_COMPARE_WITH_TIMEOUT(transports(), 1, patience);
-        QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(transports(), 1, Patience);
+        QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
         client.close();
-        QTRY_COMPARE_WITH_TIMEOUT(transports(), 0, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(transports(), 0, Patience);
     }
     ChannelClient client(server->socketUrl());
-    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
     client.send(init);
-    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, Patience);
 }
 
 void TestHostWebChannel::destructionEndsTheConnections()
@@ -194,11 +194,11 @@ void TestHostWebChannel::destructionEndsTheConnections()
     auto server = started();
     const QUrl page = server->pageUrl();
     ChannelClient client(server->socketUrl());
-    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
     client.send(init);
-    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, Patience);
     server.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(!client.isConnected(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!client.isConnected(), Patience);
     QCOMPARE(get(page).first, 0);
 }
 

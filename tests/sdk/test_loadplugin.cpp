@@ -21,17 +21,17 @@ private Q_SLOTS:
 
 namespace {
 
-const QString plugin = QStringLiteral(NELVO_PLUGIN_FILE);
+const QString Plugin = QStringLiteral(NELVO_PLUGIN_FILE);
 
 QString pluginFolder()
 {
-    return QFileInfo(plugin).path();
+    return QFileInfo(Plugin).path();
 }
 
 //! Where a folder has the plug-in.
 QString pluginIn(const QTemporaryDir& folder)
 {
-    return folder.filePath(QFileInfo(plugin).fileName());
+    return folder.filePath(QFileInfo(Plugin).fileName());
 }
 
 } // namespace

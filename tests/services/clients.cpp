@@ -43,7 +43,7 @@ Answer Client::finish(QNetworkReply* reply)
     const std::unique_ptr<QNetworkReply> owned(reply);
     QEventLoop loop;
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    QTimer::singleShot(patience, &loop, &QEventLoop::quit);
+    QTimer::singleShot(Patience, &loop, &QEventLoop::quit);
     if (!reply->isFinished())
         loop.exec();
     if (!reply->isFinished())
@@ -97,7 +97,7 @@ QByteArray formBody(const QString& ticket, const QString& user, const QString& p
 RawConnection::RawConnection(const QString& url)
 {
     m_socket.connectToHost("127.0.0.1", static_cast<quint16>(QUrl(url).port()));
-    m_socket.waitForConnected(patience);
+    m_socket.waitForConnected(Patience);
 }
 
 void RawConnection::send(const QByteArray& bytes)
@@ -105,14 +105,14 @@ void RawConnection::send(const QByteArray& bytes)
     if (!isConnected())
         return;
     m_socket.write(bytes);
-    m_socket.waitForBytesWritten(patience);
+    m_socket.waitForBytesWritten(Patience);
 }
 
 QByteArray RawConnection::readAnswer()
 {
     QByteArray head;
     while (!head.endsWith("\r\n\r\n")) {
-        if (m_socket.bytesAvailable() == 0 && !m_socket.waitForReadyRead(patience))
+        if (m_socket.bytesAvailable() == 0 && !m_socket.waitForReadyRead(Patience))
             return head;
         head += m_socket.read(1);
     }
@@ -120,7 +120,7 @@ QByteArray RawConnection::readAnswer()
     const int size = length.captured(1).toInt();
     QByteArray body;
     while (body.size() < size) {
-        if (m_socket.bytesAvailable() == 0 && !m_socket.waitForReadyRead(patience))
+        if (m_socket.bytesAvailable() == 0 && !m_socket.waitForReadyRead(Patience))
             break;
         body += m_socket.read(size - body.size());
     }
@@ -129,7 +129,7 @@ QByteArray RawConnection::readAnswer()
 
 QByteArray RawConnection::readToEnd()
 {
-    while (m_socket.state() == QAbstractSocket::ConnectedState && m_socket.waitForReadyRead(patience))
+    while (m_socket.state() == QAbstractSocket::ConnectedState && m_socket.waitForReadyRead(Patience))
         continue;
     return m_socket.readAll();
 }

@@ -11,7 +11,7 @@
 #include <memory>
 
 //! How long a test waits for what is sure to come; a loaded machine may need a while.
-constexpr int patience = 20000;
+constexpr int Patience = 20000;
 
 //! \brief What came back on a request.
 struct Answer {

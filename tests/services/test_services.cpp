@@ -17,7 +17,7 @@ using TestSupport::StartedServices;
 
 namespace {
 
-const QStringList guardedPaths = {"/rs/casLogin/listCompany", "/rs/casLogin/casLogin",
+const QStringList GuardedPaths = {"/rs/casLogin/listCompany", "/rs/casLogin/casLogin",
                                   "/rs/casLogin/serverUrl", "/rs/cim/nelvo/client_token",
                                   "/rs/casLogin/logout"};
 
@@ -287,7 +287,7 @@ void TestServices::guardedPathSendsToTheForm_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QByteArray>("method");
-    for (const QString& path : guardedPaths)
+    for (const QString& path : GuardedPaths)
         QTest::newRow(qPrintable(path)) << path << QByteArray(path.endsWith("casLogin") ? "POST" : "GET");
 }
 

@@ -20,9 +20,9 @@ using TestSupport::StartedServices;
 
 namespace {
 
-constexpr char json[] = "application/json";
-constexpr char models[] = "/bim/relation/";
-constexpr char drawings[] = "/bim/relation/dwg";
+constexpr char Json[] = "application/json";
+constexpr char ModelsPath[] = "/bim/relation/";
+constexpr char DrawingsPath[] = "/bim/relation/dwg";
 
 QJsonObject object(const Answer& answer)
 {
@@ -116,7 +116,7 @@ void TestServicesBim::enter(Client& client, int enterpriseId)
     client.signIn(m_services->signInUrl(), "lina", "lina2024");
     const QJsonObject order{{"epid", QString::number(enterpriseId)}, {"version", "1.0.0"}};
     const Answer bound =
-        client.post(m_services->signInUrl() + "/rs/casLogin/casLogin", QJsonDocument(order).toJson(), json);
+        client.post(m_services->signInUrl() + "/rs/casLogin/casLogin", QJsonDocument(order).toJson(), Json);
     QCOMPARE(object(bound)["code"].toInt(-1), 0);
     QCOMPARE(client.get(editor("/org/heartbeat")).status, 200);
 }
@@ -124,8 +124,8 @@ void TestServicesBim::enter(Client& client, int enterpriseId)
 void TestServicesBim::sessionIsNeeded_data()
 {
     QTest::addColumn<QString>("path");
-    QTest::newRow("models") << models;
-    QTest::newRow("drawings") << drawings;
+    QTest::newRow("models") << ModelsPath;
+    QTest::newRow("drawings") << DrawingsPath;
 }
 
 void TestServicesBim::sessionIsNeeded()
@@ -151,8 +151,8 @@ void TestServicesBim::pathIsTakenExactly_data()
     QTest::addColumn<int>("status");
     QTest::newRow("without slash") << QByteArray("GET") << "/bim/relation" << 404;
     QTest::newRow("more") << QByteArray("GET") << "/bim/relation/dwg/" << 404;
-    QTest::newRow("post models") << QByteArray("POST") << models << 405;
-    QTest::newRow("post drawings") << QByteArray("POST") << drawings << 405;
+    QTest::newRow("post models") << QByteArray("POST") << ModelsPath << 405;
+    QTest::newRow("post drawings") << QByteArray("POST") << DrawingsPath << 405;
 }
 
 void TestServicesBim::pathIsTakenExactly()
@@ -161,14 +161,14 @@ void TestServicesBim::pathIsTakenExactly()
     QFETCH(const QString, path);
     Client client;
     enter(client);
-    QTEST(client.send(method, editor(path), {}, json).status, "status");
+    QTEST(client.send(method, editor(path), {}, Json).status, "status");
 }
 
 void TestServicesBim::modelsAreListed()
 {
     Client client;
     enter(client);
-    const Answer answer = client.get(editor(models));
+    const Answer answer = client.get(editor(ModelsPath));
     QCOMPARE(object(answer)["code"].toInt(-1), 0);
     const QJsonObject expected{{"nelvo3dId", "d68e7dd9-a4f5-5cf0-aab7-23728142babc"},
                                {"ppName", "滨江文化中心 土建预算"},
@@ -192,7 +192,7 @@ void TestServicesBim::modelsAreOfEveryProfession()
 {
     Client client;
     enter(client);
-    const QJsonArray rows = list(client.get(editor(models)));
+    const QJsonArray rows = list(client.get(editor(ModelsPath)));
     QSet<int> professions;
     for (const QVariant& profession : column(rows, "projType"))
         professions.insert(profession.toInt());
@@ -203,7 +203,7 @@ void TestServicesBim::drawingsAreListed()
 {
     Client client;
     enter(client);
-    const QJsonArray rows = list(client.get(editor(drawings)));
+    const QJsonArray rows = list(client.get(editor(DrawingsPath)));
     const QJsonObject expected{{"nelvo3dId", "b1a10b57-250b-5c27-83fa-a7631c77f9aa"},
                                {"dwgName", "滨江文化中心 一层平面图"},
                                {"deptId", "1001-112"},
@@ -219,12 +219,12 @@ void TestServicesBim::listsAreTheEnterprisesOwn()
 {
     Client client;
     enter(client, 1003);
-    QCOMPARE(column(list(client.get(editor(models))), "ppName").first().toString(),
+    QCOMPARE(column(list(client.get(editor(ModelsPath))), "ppName").first().toString(),
              QString("太浦河泵站 土建预算"));
-    QCOMPARE(column(list(client.get(editor(drawings))), "dwgName").first().toString(),
+    QCOMPARE(column(list(client.get(editor(DrawingsPath))), "dwgName").first().toString(),
              QString("太浦河泵站 枢纽布置图"));
     enter(client, 1002);
-    QCOMPARE(column(list(client.get(editor(models))), "ppName").first().toString(),
+    QCOMPARE(column(list(client.get(editor(ModelsPath))), "ppName").first().toString(),
              QString("轨道交通 7 号线 车站主体"));
 }
 
@@ -232,8 +232,8 @@ void TestServicesBim::listsMayBeEmpty()
 {
     Client client;
     enter(client, 1009);
-    QCOMPARE(client.get(editor(models)).body, QByteArray(R"({"code":0,"data":[]})"));
-    QCOMPARE(client.get(editor(drawings)).body, QByteArray(R"({"code":0,"data":[]})"));
+    QCOMPARE(client.get(editor(ModelsPath)).body, QByteArray(R"({"code":0,"data":[]})"));
+    QCOMPARE(client.get(editor(DrawingsPath)).body, QByteArray(R"({"code":0,"data":[]})"));
     QVERIFY(m_services->editorData().models(7).models.isEmpty());
     QVERIFY(m_services->editorData().models(7).drawings.isEmpty());
 }
@@ -254,7 +254,7 @@ void TestServicesBim::listsFitTheTree()
     const QSet<QString> known = units(client.get(editor("/org/tree")));
     QSet<QString> guids;
     int rows = 0;
-    for (const char* path : {models, drawings}) {
+    for (const char* path : {ModelsPath, DrawingsPath}) {
         const QJsonArray answered = list(client.get(editor(path)));
         QVERIFY(!answered.isEmpty());
         for (const QJsonValue& row : answered) {
@@ -293,7 +293,7 @@ void TestServicesBim::modelsAreGenerated()
     m_services->editorData().generateModels(0);
     const QSet<QString> known = units(client.get(editor("/org/tree")));
     QSet<QString> guids;
-    for (const char* path : {models, drawings}) {
+    for (const char* path : {ModelsPath, DrawingsPath}) {
         const QJsonArray rows = list(client.get(editor(path)));
         QCOMPARE(rows.size(), 2500);
         for (const QJsonValue& row : rows) {
@@ -314,7 +314,7 @@ void TestServicesBim::modelsAreSpreadOverAGeneratedTree()
     m_services->editorData().generateTree(111);
     m_services->editorData().generateModels(250);
     QSet<QString> departments;
-    for (const QVariant& department : column(list(client.get(editor(models))), "deptId"))
+    for (const QVariant& department : column(list(client.get(editor(ModelsPath))), "deptId"))
         departments.insert(department.toString());
     QCOMPARE(departments.size(), 100); // those of the lowest level
     QVERIFY(units(client.get(editor("/org/tree"))).contains(departments));
@@ -324,16 +324,16 @@ void TestServicesBim::modelsAreReset()
 {
     Client client;
     enter(client);
-    const QByteArray seededModels = client.get(editor(models)).body;
-    const QByteArray seededDrawings = client.get(editor(drawings)).body;
+    const QByteArray seededModels = client.get(editor(ModelsPath)).body;
+    const QByteArray seededDrawings = client.get(editor(DrawingsPath)).body;
     m_services->editorData().generateModels(5);
-    QVERIFY(client.get(editor(models)).body != seededModels);
+    QVERIFY(client.get(editor(ModelsPath)).body != seededModels);
     m_services->forgetSessions();
     QCOMPARE(m_services->editorData().models(1001).models.size(), 5);
     m_services->resetState();
     QCOMPARE(client.get(editor("/org/heartbeat")).status, 200);
-    QCOMPARE(client.get(editor(models)).body, seededModels);
-    QCOMPARE(client.get(editor(drawings)).body, seededDrawings);
+    QCOMPARE(client.get(editor(ModelsPath)).body, seededModels);
+    QCOMPARE(client.get(editor(DrawingsPath)).body, seededDrawings);
 }
 
 void TestServicesBim::modelsAreGeneratedByControl()
@@ -341,8 +341,8 @@ void TestServicesBim::modelsAreGeneratedByControl()
     Client client;
     enter(client);
     QCOMPARE(client.post(control("/generate?models=7&tree=12"), {}).status, 200);
-    QCOMPARE(list(client.get(editor(models))).size(), 7);
-    QCOMPARE(list(client.get(editor(drawings))).size(), 7);
+    QCOMPARE(list(client.get(editor(ModelsPath))).size(), 7);
+    QCOMPARE(list(client.get(editor(DrawingsPath))).size(), 7);
     QVERIFY(m_services->editorData().models(1001).models.first().deptId.startsWith("unit-"));
     QCOMPARE(m_services->editorData().projects(1001).size(), 3);
 

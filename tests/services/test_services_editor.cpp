@@ -18,7 +18,7 @@ using TestSupport::StartedServices;
 
 namespace {
 
-constexpr char json[] = "application/json";
+constexpr char Json[] = "application/json";
 
 QJsonObject object(const Answer& answer)
 {
@@ -159,7 +159,7 @@ void TestServicesEditor::enter(Client& client, const QString& user, const QStrin
 {
     client.signIn(m_services->signInUrl(), user, password);
     const Answer bound = client.post(m_services->signInUrl() + "/rs/casLogin/casLogin",
-                                     body({{"epid", enterpriseId}, {"version", "1.0.0"}}), json);
+                                     body({{"epid", enterpriseId}, {"version", "1.0.0"}}), Json);
     QCOMPARE(object(bound)["code"].toInt(-1), 0);
     QCOMPARE(heartbeat(client).status, 200);
 }
@@ -181,15 +181,15 @@ void TestServicesEditor::sessionIsNeeded()
     QFETCH(const QByteArray, method);
     QFETCH(const QString, path);
     Client client;
-    const Answer refused = client.send(method, editor(path), {}, json);
+    const Answer refused = client.send(method, editor(path), {}, Json);
     QCOMPARE(refused.status, 401);
     QCOMPARE(infoCode(refused), QString("1001"));
     QVERIFY(!object(refused)["message"].toString().isEmpty());
 
     enterAsLina(client);
-    QVERIFY(client.send(method, editor(path), {}, json).status != 401);
+    QVERIFY(client.send(method, editor(path), {}, Json).status != 401);
     m_services->editor().pushOut("lina", "1002");
-    const Answer pushedOut = client.send(method, editor(path), {}, json);
+    const Answer pushedOut = client.send(method, editor(path), {}, Json);
     QCOMPARE(pushedOut.status, 401);
     QCOMPARE(infoCode(pushedOut), QString("1002"));
 }
@@ -247,7 +247,7 @@ void TestServicesEditor::secondSignInPushesTheFirstOut()
         const Answer answer = heartbeat(first);
         QCOMPARE(answer.status, 401);
         QCOMPARE(infoCode(answer), QString("1007"));
-        QVERIFY(answer.contentType.startsWith(json));
+        QVERIFY(answer.contentType.startsWith(Json));
         QCOMPARE(heartbeat(second).status, 200);
     }
 
@@ -429,7 +429,7 @@ void TestServicesEditor::projectIsAdded()
 {
     Client client;
     enterAsLina(client);
-    const Answer answer = client.post(editor("/scene/project"), newProject("p-1"), json);
+    const Answer answer = client.post(editor("/scene/project"), newProject("p-1"), Json);
     QCOMPARE(answer.status, 200);
     QCOMPARE(object(answer)["code"].toInt(-1), 0);
     const QJsonObject added = list(client.get(editor("/scene/project"))).last().toObject();
@@ -449,14 +449,14 @@ void TestServicesEditor::projectIsAddedOnce()
 {
     Client client;
     enterAsLina(client);
-    client.post(editor("/scene/project"), newProject("p-1"), json);
-    QCOMPARE(client.post(editor("/scene/project"), newProject("p-1", "1001-30"), json).status, 409);
+    client.post(editor("/scene/project"), newProject("p-1"), Json);
+    QCOMPARE(client.post(editor("/scene/project"), newProject("p-1", "1001-30"), Json).status, 409);
     QCOMPARE(m_services->editorData().projects(1001).size(), 4);
     QCOMPARE(m_services->editorData().projects(1001).last().deptId, QString("1001-12"));
 
     // Each enterprise has ids of its own.
     enter(client, "lina", "lina2024", "1003");
-    QCOMPARE(client.post(editor("/scene/project"), newProject("p-1", "nowhere"), json).status, 200);
+    QCOMPARE(client.post(editor("/scene/project"), newProject("p-1", "nowhere"), Json).status, 200);
     QCOMPARE(m_services->editorData().projects(1003).last().deptName, QString());
 }
 
@@ -465,11 +465,11 @@ void TestServicesEditor::projectIsRenamed()
     Client client;
     enterAsLina(client);
     const QByteArray order = body({{"id", "scene-1001-02"}, {"name", "改名"}});
-    QCOMPARE(client.send("PUT", editor("/scene/project"), order, json).status, 200);
+    QCOMPARE(client.send("PUT", editor("/scene/project"), order, Json).status, 200);
     QCOMPARE(m_services->editorData().projects(1001).at(1).name, QString("改名"));
     QCOMPARE(m_services->editorData().projects(1001).at(1).deptName, QString("数字孪生部"));
     const QByteArray foreign = body({{"id", "scene-1003-01"}, {"name", "改名"}});
-    QCOMPARE(client.send("PUT", editor("/scene/project"), foreign, json).status, 404);
+    QCOMPARE(client.send("PUT", editor("/scene/project"), foreign, Json).status, 404);
 }
 
 void TestServicesEditor::projectIsRefused_data()
@@ -495,7 +495,7 @@ void TestServicesEditor::projectIsRefused()
     Client client;
     enterAsLina(client);
     const QByteArray before = client.get(editor("/scene/project")).body;
-    const Answer answer = client.send(method, editor("/scene/project"), order, json);
+    const Answer answer = client.send(method, editor("/scene/project"), order, Json);
     QCOMPARE(answer.status, 400);
     QVERIFY(!object(answer)["message"].toString().isEmpty());
     QCOMPARE(client.get(editor("/scene/project")).body, before);
@@ -505,8 +505,8 @@ void TestServicesEditor::projectsOutliveSessionsUntilReset()
 {
     Client client;
     enterAsLina(client);
-    client.post(editor("/scene/project"), newProject("p-1"), json);
-    client.post(editor("/equipment/bind/deleteAll/p-1"), {}, json);
+    client.post(editor("/scene/project"), newProject("p-1"), Json);
+    client.post(editor("/equipment/bind/deleteAll/p-1"), {}, Json);
     m_services->forgetSessions();
     QCOMPARE(m_services->editorData().projects(1001).size(), 4);
     QCOMPARE(m_services->editorData().bindings("p-1").deletes, 1);
@@ -542,16 +542,16 @@ void TestServicesEditor::bindingsAreCounted()
     enterAsLina(client);
     const QString remove = editor("/equipment/bind/deleteAll/scene-1001-01");
     const QString add = editor("/equipment/bind/batchAdd/scene-1001-01");
-    QCOMPARE(client.post(remove, {}, json).status, 200);
-    QCOMPARE(client.post(add, "[{}, {}, {}]", json).status, 200);
-    QCOMPARE(client.post(add, "[]", json).status, 200);
-    QCOMPARE(client.post(add, "[{}]", json).status, 200);
+    QCOMPARE(client.post(remove, {}, Json).status, 200);
+    QCOMPARE(client.post(add, "[{}, {}, {}]", Json).status, 200);
+    QCOMPARE(client.post(add, "[]", Json).status, 200);
+    QCOMPARE(client.post(add, "[{}]", Json).status, 200);
     NelvoDevkit::EquipmentBindings bindings = m_services->editorData().bindings("scene-1001-01");
     QCOMPARE(bindings.deletes, 1);
     QCOMPARE(bindings.batches, 3);
     QCOMPARE(bindings.elements, 4);
 
-    client.post(remove, {}, json);
+    client.post(remove, {}, Json);
     bindings = m_services->editorData().bindings("scene-1001-01");
     QCOMPARE(bindings.deletes, 2);
     QCOMPARE(bindings.batches, 3);
@@ -573,7 +573,7 @@ void TestServicesEditor::bindingsTakeAnyProjectId()
     QFETCH(const QString, id);
     Client client;
     enterAsLina(client);
-    QCOMPARE(client.post(editor("/equipment/bind/batchAdd/" + id), "[{}]", json).status, 200);
+    QCOMPARE(client.post(editor("/equipment/bind/batchAdd/" + id), "[{}]", Json).status, 200);
     QCOMPARE(m_services->editorData().bindings(id).elements, 1);
 }
 
@@ -581,11 +581,11 @@ void TestServicesEditor::bindingsAreRefused()
 {
     Client client;
     enterAsLina(client);
-    QCOMPARE(client.post(editor("/equipment/bind/deleteAll/p"), "{}", json).status, 400);
-    QCOMPARE(client.post(editor("/equipment/bind/batchAdd/p"), "{}", json).status, 400);
-    QCOMPARE(client.post(editor("/equipment/bind/batchAdd/p"), {}, json).status, 400);
+    QCOMPARE(client.post(editor("/equipment/bind/deleteAll/p"), "{}", Json).status, 400);
+    QCOMPARE(client.post(editor("/equipment/bind/batchAdd/p"), "{}", Json).status, 400);
+    QCOMPARE(client.post(editor("/equipment/bind/batchAdd/p"), {}, Json).status, 400);
     QCOMPARE(client.get(editor("/equipment/bind/batchAdd/p")).status, 405);
-    QCOMPARE(client.post(editor("/equipment/bind/other/p"), {}, json).status, 404);
+    QCOMPARE(client.post(editor("/equipment/bind/other/p"), {}, Json).status, 404);
     QCOMPARE(m_services->editorData().bindings("p").deletes, 0);
     QCOMPARE(m_services->editorData().bindings("p").batches, 0);
 }
@@ -594,8 +594,8 @@ void TestServicesEditor::controlShowsAndResetsTheState()
 {
     Client client;
     enterAsLina(client);
-    client.post(editor("/scene/project"), newProject("p-1"), json);
-    client.post(editor("/equipment/bind/batchAdd/p-1"), "[{}, {}]", json);
+    client.post(editor("/scene/project"), newProject("p-1"), Json);
+    client.post(editor("/equipment/bind/batchAdd/p-1"), "[{}, {}]", Json);
     const QJsonObject state = object(client.get(control("/state")));
     QCOMPARE(state["projects"].toObject()["1001"].toArray(), list(client.get(editor("/scene/project"))));
     QCOMPARE(state["projects"].toObject().size(), 12);

@@ -23,8 +23,8 @@ using TestSupport::StartedServices;
 
 namespace {
 
-const QByteArray heartbeatRequest = "GET /org/heartbeat HTTP/1.1\r\nHost: h\r\n\r\n";
-const QByteArray heartbeatBody = R"({"code":0,"data":{}})";
+const QByteArray HeartbeatRequest = "GET /org/heartbeat HTTP/1.1\r\nHost: h\r\n\r\n";
+const QByteArray HeartbeatBody = R"({"code":0,"data":{}})";
 
 FaultRule rule(Fault fault, const QString& path = {}, int value = 0, bool once = false)
 {
@@ -40,7 +40,7 @@ boost::system::error_code endOfConnection(const QString& url)
     tcp::socket socket(context);
     boost::system::error_code error;
     socket.connect({boost::asio::ip::address_v4::loopback(), static_cast<quint16>(QUrl(url).port())}, error);
-    boost::asio::write(socket, boost::asio::buffer(heartbeatRequest.toStdString()), error);
+    boost::asio::write(socket, boost::asio::buffer(HeartbeatRequest.toStdString()), error);
     char answer = 0;
     socket.read_some(boost::asio::buffer(&answer, 1), error);
     return error;
@@ -96,7 +96,7 @@ private:
     bool waitForRequests(int count) const
     {
         return QTest::qWaitFor([this, count] { return m_services->log().requests().size() >= count; },
-                               patience);
+                               Patience);
     }
 
     std::unique_ptr<StartedServices> m_services;
@@ -193,16 +193,16 @@ void TestServicesFaults::refuseStrikesTheServiceOfItsPath()
     QCOMPARE(Client().get(login()).status, 200);
 
     m_services->clearFaults();
-    QCOMPARE(Client().get(heartbeat()).body, heartbeatBody);
+    QCOMPARE(Client().get(heartbeat()).body, HeartbeatBody);
 }
 
 void TestServicesFaults::refuseEndsOtherConnections()
 {
     RawConnection bystander(m_services->editorUrl());
-    bystander.send(heartbeatRequest);
-    QVERIFY(bystander.readAnswer().endsWith(heartbeatBody));
+    bystander.send(HeartbeatRequest);
+    QVERIFY(bystander.readAnswer().endsWith(HeartbeatBody));
     m_services->addFault(rule(Fault::Refuse, "/org/heartbeat", 0, true));
-    RawConnection(m_services->editorUrl()).send(heartbeatRequest);
+    RawConnection(m_services->editorUrl()).send(HeartbeatRequest);
     QCOMPARE(bystander.readToEnd(), QByteArray());
     QVERIFY(!bystander.isConnected());
     QVERIFY(isRefused(heartbeat()));
@@ -250,8 +250,8 @@ void TestServicesFaults::stallWaitsForClear()
     QVERIFY(!second->isFinished());
 
     m_services->clearFaults();
-    QCOMPARE(Client::finish(first).body, heartbeatBody);
-    QCOMPARE(Client::finish(second).body, heartbeatBody);
+    QCOMPARE(Client::finish(first).body, HeartbeatBody);
+    QCOMPARE(Client::finish(second).body, HeartbeatBody);
 }
 
 void TestServicesFaults::stallEndsWithStop()
@@ -260,7 +260,7 @@ void TestServicesFaults::stallEndsWithStop()
     std::vector<std::unique_ptr<RawConnection>> stalled;
     for (int i = 0; i < 5; ++i) {
         stalled.push_back(std::make_unique<RawConnection>(m_services->editorUrl()));
-        stalled.back()->send(heartbeatRequest);
+        stalled.back()->send(HeartbeatRequest);
     }
     QVERIFY(waitForRequests(5));
     m_services->stop();
@@ -275,7 +275,7 @@ void TestServicesFaults::delayAnswersLater()
     timer.start();
     const Answer answer = Client().get(heartbeat());
     QVERIFY(timer.elapsed() >= 300);
-    QCOMPARE(answer.body, heartbeatBody);
+    QCOMPARE(answer.body, HeartbeatBody);
 }
 
 void TestServicesFaults::delayEndsWithClear()
@@ -285,7 +285,7 @@ void TestServicesFaults::delayEndsWithClear()
     QNetworkReply* reply = client.start("GET", heartbeat());
     QVERIFY(waitForRequests(1));
     m_services->clearFaults();
-    QCOMPARE(Client::finish(reply).body, heartbeatBody);
+    QCOMPARE(Client::finish(reply).body, HeartbeatBody);
 }
 
 void TestServicesFaults::delayEndsWithStop()
@@ -302,11 +302,11 @@ void TestServicesFaults::cutBodyAnnouncesTheWholeBody()
 {
     m_services->addFault(rule(Fault::CutBody, "/org/heartbeat"));
     RawConnection raw(m_services->editorUrl());
-    raw.send(heartbeatRequest);
+    raw.send(HeartbeatRequest);
     const QByteArray answer = raw.readToEnd();
     QVERIFY(answer.startsWith("HTTP/1.1 200 OK\r\n"));
     QVERIFY(answer.contains("\r\nContent-Length: 20\r\n"));
-    QVERIFY(answer.endsWith("\r\n\r\n" + heartbeatBody.left(10)));
+    QVERIFY(answer.endsWith("\r\n\r\n" + HeartbeatBody.left(10)));
     QCOMPARE(Client().get(heartbeat()).error, QNetworkReply::RemoteHostClosedError);
 }
 
@@ -349,7 +349,7 @@ void TestServicesFaults::redirectLeadsToTheAnswer()
     for (int i = 0; i < 2; ++i) {
         const Answer answer = client.get(heartbeat());
         QCOMPARE(answer.status, 200);
-        QCOMPARE(answer.body, heartbeatBody);
+        QCOMPARE(answer.body, HeartbeatBody);
         QCOMPARE(answer.url.path(), QString("/org/heartbeat"));
     }
 
@@ -364,7 +364,7 @@ void TestServicesFaults::redirectKeepsTheQuery()
 {
     m_services->addFault(rule(Fault::Redirect));
     const Answer answer = Client().get(heartbeat() + "?a=1&b=%20");
-    QCOMPARE(answer.body, heartbeatBody);
+    QCOMPARE(answer.body, HeartbeatBody);
     QVERIFY(m_services->log().requests().last().target.startsWith("/org/heartbeat?a=1&b=%20&"));
 }
 
@@ -411,7 +411,7 @@ void TestServicesFaults::faultsStrikeCannedReplies()
     m_services->addFault(rule(Fault::CutBody, {}, 0, true));
     QCOMPARE(Client().get(heartbeat()).body, QByteArray("{}"));
     RawConnection raw(m_services->editorUrl());
-    raw.send(heartbeatRequest);
+    raw.send(HeartbeatRequest);
     QVERIFY(raw.readToEnd().endsWith("\r\n\r\n[1,2"));
 }
 
@@ -423,7 +423,7 @@ void TestServicesFaults::faultsAreSafeFromSeveralThreads()
         threads.emplace_back(QThread::create([this] {
             for (int n = 0; n < 30; ++n) {
                 RawConnection raw(m_services->editorUrl());
-                raw.send(heartbeatRequest);
+                raw.send(HeartbeatRequest);
                 raw.readAnswer();
             }
         }));
@@ -441,7 +441,7 @@ void TestServicesFaults::faultsAreSafeFromSeveralThreads()
         m_services->clearFaults();
         m_services->log().clear();
     }
-    QCOMPARE(Client().get(heartbeat()).body, heartbeatBody);
+    QCOMPARE(Client().get(heartbeat()).body, HeartbeatBody);
     QCOMPARE(Client().get(login()).status, 200);
 }
 

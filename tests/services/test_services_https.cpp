@@ -119,7 +119,7 @@ void TestServicesHttps::faultsStrike()
     m_services->addFault({Fault::Stall, {}, {}, 0, false});
     m_services->log().clear();
     QNetworkReply* reply = client.start("GET", heartbeat);
-    QTRY_COMPARE_WITH_TIMEOUT(m_services->log().requests().size(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(m_services->log().requests().size(), 1, Patience);
     m_services->clearFaults();
     QCOMPARE(Client::finish(reply).status, 200);
 }

@@ -32,7 +32,7 @@ using End = PackageDelivery::End;
 
 namespace {
 
-constexpr int blockSize = 64 * 1024;
+constexpr int BlockSize = 64 * 1024;
 
 //! Content in which no byte stands where another one could.
 QByteArray countedContent(int size)
@@ -345,10 +345,10 @@ void TestServicesPackages::generatedIsTheSameEveryTime()
 void TestServicesPackages::generatedHasNoTwoBlocksAlike()
 {
     constexpr int blocks = 1000;
-    m_services->packages().addGenerated("g.zip", blocks * qint64{blockSize});
+    m_services->packages().addGenerated("g.zip", blocks * qint64{BlockSize});
     QSet<QString> seen;
     for (int i = 0; i < blocks; ++i)
-        seen.insert(md5(m_services->packages().bytes("g.zip", i * qint64{blockSize}, blockSize)));
+        seen.insert(md5(m_services->packages().bytes("g.zip", i * qint64{BlockSize}, BlockSize)));
     QCOMPARE(seen.size(), blocks);
 }
 
@@ -499,7 +499,7 @@ void TestServicesPackages::stallGoesOnWhenReleased()
     m_services->packages().setDelivery("p.zip", once(ending(End::Stall, 1000)));
     Client client;
     QNetworkReply* reply = start(client);
-    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, Patience));
     // Other answers come and go; this one doesn't move.
     QCOMPARE(Client().get(url()).body, m_content);
     QCOMPARE(reply->bytesAvailable(), 1000);
@@ -513,7 +513,7 @@ void TestServicesPackages::stallKeepsOtherPackagesGoing()
     m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
     QNetworkReply* reply = start(client);
-    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, Patience));
     m_services->packages().add("q.zip", "content");
     m_services->packages().setDelivery("q.zip", {});
     QCOMPARE(Client().get(m_services->packageUrl("q.zip")).body, QByteArray("content"));
@@ -528,7 +528,7 @@ void TestServicesPackages::stallEndsWithStop()
     m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
     QNetworkReply* reply = start(client);
-    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, Patience));
     m_services->stop();
     QCOMPARE(Client::finish(reply).body, m_content.left(1000));
 }
@@ -538,7 +538,7 @@ void TestServicesPackages::stallEndsWithRefuse()
     m_services->packages().setDelivery("p.zip", ending(End::Stall, 1000));
     Client client;
     QNetworkReply* reply = start(client);
-    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, Patience));
     m_services->addFault({Fault::Refuse, {}, {}, 0, false});
     QCOMPARE(Client::finish(reply).body, m_content.left(1000));
 }
@@ -558,7 +558,7 @@ void TestServicesPackages::paceEndsWithStop()
     m_services->packages().setDelivery("p.zip", paced(1000, 60 * 60 * 1000));
     Client client;
     QNetworkReply* reply = start(client);
-    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, patience));
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, Patience));
     m_services->stop();
     QCOMPARE(Client::finish(reply).body, m_content.left(1000));
 }
@@ -611,7 +611,7 @@ void TestServicesPackages::faultsStrike()
     m_services->addFault({Fault::Stall, "/packages/p.zip", {}, 0, false});
     Client client;
     QNetworkReply* stalled = start(client);
-    QVERIFY(QTest::qWaitFor([this] { return m_services->log().requests().size() == 4; }, patience));
+    QVERIFY(QTest::qWaitFor([this] { return m_services->log().requests().size() == 4; }, Patience));
     m_services->clearFaults();
     QCOMPARE(Client::finish(stalled).body, m_content);
 }
@@ -710,7 +710,7 @@ void TestServicesPackages::controlEndsAStall()
     QCOMPARE(control("/packages/delivery?package=p.zip&end=stall&after=10").status, 200);
     Client client;
     QNetworkReply* reply = start(client);
-    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() == 10; }, patience));
+    QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() == 10; }, Patience));
     QCOMPARE(control("/packages/delivery?package=p.zip").status, 200);
     QCOMPARE(Client::finish(reply).body, m_content);
 }

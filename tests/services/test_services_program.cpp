@@ -52,7 +52,7 @@ void TestServicesProgram::init()
 void TestServicesProgram::cleanup()
 {
     m_program->kill();
-    m_program->waitForFinished(patience);
+    m_program->waitForFinished(Patience);
     m_program.reset();
     m_folder.reset();
 }
@@ -65,7 +65,7 @@ void TestServicesProgram::start(QStringList arguments)
     const auto isReady = [this] {
         return QFile::exists(file("ready.json")) || m_program->state() == QProcess::NotRunning;
     };
-    QVERIFY(QTest::qWaitFor(isReady, patience));
+    QVERIFY(QTest::qWaitFor(isReady, Patience));
     QFile ready(file("ready.json"));
     QVERIFY2(ready.open(QIODevice::ReadOnly), m_program->readAllStandardError().constData());
     m_ready = QJsonDocument::fromJson(ready.readAll()).object();
@@ -96,7 +96,7 @@ void TestServicesProgram::outputTellsAddressesAndAccounts()
         output += m_program->readAllStandardOutput();
         return output.contains("everything else");
     };
-    QVERIFY(QTest::qWaitFor(isWhole, patience));
+    QVERIFY(QTest::qWaitFor(isWhole, Patience));
     for (const QString& text :
          {address("signIn"), address("editor"), address("update"), address("package"), address("control"),
           "access token " + address("updateToken"), QString("nelvo-editor  1.0.1  http"),
@@ -112,7 +112,7 @@ void TestServicesProgram::portsAreTaken()
     start();
     const QJsonObject first = m_ready;
     m_program->kill();
-    QVERIFY(m_program->waitForFinished(patience));
+    QVERIFY(m_program->waitForFinished(Patience));
     const auto port = [&first](const char* name) {
         return QString::number(QUrl(first[name].toString()).port());
     };
@@ -154,7 +154,7 @@ void TestServicesProgram::endComesOnRequest()
     RawConnection stalled(address("editor"));
     stalled.send("GET /org/heartbeat HTTP/1.1\r\nHost: h\r\n\r\n");
     QVERIFY(askToEnd(*m_program));
-    QVERIFY(m_program->waitForFinished(patience));
+    QVERIFY(m_program->waitForFinished(Patience));
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program->exitCode(), 0);
     QCOMPARE(stalled.readToEnd(), QByteArray());
@@ -192,7 +192,7 @@ void TestServicesProgram::failureIsExplained()
     QFETCH(const QByteArray, complaint);
     m_program->setArguments(arguments);
     m_program->start();
-    QVERIFY(m_program->waitForFinished(patience));
+    QVERIFY(m_program->waitForFinished(Patience));
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program->exitCode(), status);
     const QByteArray output = m_program->readAllStandardError();
@@ -209,7 +209,7 @@ void TestServicesProgram::portThatIsTaken()
     m_program->setArguments(
         {"--editor-port", QString::number(other.serverPort()), "--ready-file", stale.fileName()});
     m_program->start();
-    QVERIFY(m_program->waitForFinished(patience));
+    QVERIFY(m_program->waitForFinished(Patience));
     QCOMPARE(m_program->exitCode(), 1);
     const QByteArray output = m_program->readAllStandardError();
     QVERIFY2(output.contains("port " + QByteArray::number(other.serverPort())), output.constData());

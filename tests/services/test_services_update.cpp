@@ -20,7 +20,7 @@ using TestSupport::StartedServices;
 
 namespace {
 
-const QString findLatestPath = "/v1.0/service/sys/productVersion/findLatest";
+const QString FindLatestPath = "/v1.0/service/sys/productVersion/findLatest";
 
 QJsonObject object(const Answer& answer)
 {
@@ -86,7 +86,7 @@ private Q_SLOTS:
 private:
     QString latest(const QString& productId, const QString& token) const
     {
-        return m_services->updateUrl() + findLatestPath + "?access_token=" + token +
+        return m_services->updateUrl() + FindLatestPath + "?access_token=" + token +
                "&productId=" + productId + "&productVersion=0.0.0";
     }
     Answer findLatest(const QString& productId, const QString& token) const
@@ -191,7 +191,7 @@ void TestServicesUpdate::findLatestOfAnotherRequest()
 {
     QFETCH(const QString, query);
     QFETCH(const QByteArray, body);
-    const QString url = m_services->updateUrl() + findLatestPath + query;
+    const QString url = m_services->updateUrl() + FindLatestPath + query;
     QCOMPARE(object(Client().post(url, body, "application/json")).value("code"), QJsonValue(400));
 }
 
@@ -211,7 +211,7 @@ void TestServicesUpdate::requestIsLoggedAsReceived()
     QCOMPARE(requests[0].service, QByteArray("update"));
     QCOMPARE(requests[0].method, QByteArray("POST"));
     QCOMPARE(requests[0].target,
-             findLatestPath.toLatin1() + "?access_token=a%20b&productId=nelvo-editor&productVersion=0.0.0");
+             FindLatestPath.toLatin1() + "?access_token=a%20b&productId=nelvo-editor&productVersion=0.0.0");
     QCOMPARE(requests[0].body, QByteArray("{\n}\n"));
 }
 
@@ -272,16 +272,16 @@ void TestServicesUpdate::releaseComesBackWithTheSeed()
 
 void TestServicesUpdate::faultsStrike()
 {
-    m_services->addFault({Fault::Status, findLatestPath, "POST", 503, true});
+    m_services->addFault({Fault::Status, FindLatestPath, "POST", 503, true});
     QCOMPARE(findLatest("nelvo-editor", "t").status, 503);
-    m_services->addFault({Fault::NotJson, findLatestPath, {}, 0, true});
+    m_services->addFault({Fault::NotJson, FindLatestPath, {}, 0, true});
     QVERIFY(!findLatest("nelvo-editor", "t").isJson());
-    m_services->addFault({Fault::WrongJson, findLatestPath, {}, 0, true});
+    m_services->addFault({Fault::WrongJson, FindLatestPath, {}, 0, true});
     QVERIFY(QJsonDocument::fromJson(findLatest("nelvo-editor", "t").body).isArray());
-    m_services->addFault({Fault::Stall, findLatestPath, {}, 0, false});
+    m_services->addFault({Fault::Stall, FindLatestPath, {}, 0, false});
     Client client;
     QNetworkReply* stalled = client.start("POST", latest("nelvo-editor", "nelvo-update-token"), "{}");
-    QVERIFY(QTest::qWaitFor([this] { return m_services->log().requests().size() == 4; }, patience));
+    QVERIFY(QTest::qWaitFor([this] { return m_services->log().requests().size() == 4; }, Patience));
     QVERIFY(!stalled->isFinished());
     m_services->clearFaults();
     QCOMPARE(object(Client::finish(stalled)).value("code"), QJsonValue(200));
@@ -299,7 +299,7 @@ void TestServicesUpdate::refuseStrikesBothServers()
 
 void TestServicesUpdate::refuseOfAPathStrikesItsServerOnly()
 {
-    m_services->addFault({Fault::Refuse, findLatestPath, {}, 0, false});
+    m_services->addFault({Fault::Refuse, FindLatestPath, {}, 0, false});
     findLatest("nelvo-editor", "t");
     QCOMPARE(findLatest("nelvo-editor", "t").error, QNetworkReply::ConnectionRefusedError);
     QCOMPARE(Client().get(m_services->packageUrl()).status, 404);
@@ -307,7 +307,7 @@ void TestServicesUpdate::refuseOfAPathStrikesItsServerOnly()
 
 void TestServicesUpdate::cannedReplyGoesFirst()
 {
-    m_services->setReply("POST", findLatestPath, json(R"({"code":"200"})"));
+    m_services->setReply("POST", FindLatestPath, json(R"({"code":"200"})"));
     QCOMPARE(findLatest("nelvo-editor", "wrong").body, QByteArray(R"({"code":"200"})"));
 }
 

@@ -24,7 +24,7 @@ using TestSupport::contentOf;
 
 namespace {
 
-constexpr int patience = 20000;
+constexpr int Patience = 20000;
 
 //! What a client finds in the package that reads names as GB2312, in the package's order.
 QVector<PackageEntry> entriesOf(QByteArray package)
@@ -133,7 +133,7 @@ void TestUpdatePackage::writeTree(const QString& root) const
 void TestUpdatePackage::run(const QStringList& arguments)
 {
     m_program->start(NELVO_PACKAGE_PROGRAM, arguments);
-    QVERIFY(m_program->waitForFinished(patience));
+    QVERIFY(m_program->waitForFinished(Patience));
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
 }
 

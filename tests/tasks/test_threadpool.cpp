@@ -18,7 +18,7 @@ namespace {
 
 using JobResult = QPair<int, bool>; // number and verdict
 
-const char* const quitFirst = "quit-first";
+const char* const QuitFirst = "quit-first";
 
 //! What the process of processThatQuitsFirstNeverDelivers does.
 int runAndQuitFirst(int argc, char** argv)
@@ -227,7 +227,7 @@ void TestThreadPool::waitingJobsTakeTheirTurn()
 void TestThreadPool::processThatQuitsFirstNeverDelivers()
 {
     QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {QLatin1String(quitFirst)});
+    process.start(QCoreApplication::applicationFilePath(), {QLatin1String(QuitFirst)});
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 0);
@@ -236,7 +236,7 @@ void TestThreadPool::processThatQuitsFirstNeverDelivers()
 
 int main(int argc, char** argv)
 {
-    if (argc == 2 && qstrcmp(argv[1], quitFirst) == 0)
+    if (argc == 2 && qstrcmp(argv[1], QuitFirst) == 0)
         return runAndQuitFirst(argc, argv);
     QCoreApplication application(argc, argv);
     TestThreadPool test;

@@ -10,7 +10,7 @@ using NelvoDevkit::WebChannelServer;
 
 namespace {
 
-constexpr int patience = 30000;
+constexpr int Patience = 30000;
 
 } // namespace
 
@@ -60,7 +60,7 @@ void TestTourBrowser::objectIsFound()
     m_server->channel()->registerObject("bimObject", &object);
     m_server->channel()->registerObject("<other>", &other);
     QVERIFY2(m_browser->open(m_server->pageUrl()), qPrintable(m_browser->error()));
-    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("class=\"found\">bimObject found</p>"), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("class=\"found\">bimObject found</p>"), Patience);
     QVERIFY(m_browser->dom().contains("<li>&lt;other&gt;</li><li>bimObject</li>"));
 }
 
@@ -70,16 +70,16 @@ void TestTourBrowser::objectIsMissing()
     m_server->channel()->registerObject("other", &other);
     QVERIFY2(m_browser->open(m_server->pageUrl()), qPrintable(m_browser->error()));
     QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("class=\"missing\">bimObject not found</p>"),
-                             patience);
+                             Patience);
     QVERIFY(m_browser->dom().contains("<li>other</li>"));
 }
 
 void TestTourBrowser::connectionIsLost()
 {
     QVERIFY2(m_browser->open(m_server->pageUrl()), qPrintable(m_browser->error()));
-    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("not found"), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("not found"), Patience);
     m_server.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("class=\"missing\">no connection</p>"), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(m_browser->dom().contains("class=\"missing\">no connection</p>"), Patience);
 }
 
 QTEST_GUILESS_MAIN(TestTourBrowser)

@@ -25,10 +25,10 @@ using TestSupport::MessageLog;
 
 namespace {
 
-constexpr int ample = 60000; // no test waits that long
-const QString path = QStringLiteral("/v1.0/service/sys/productVersion/findLatest");
+constexpr int Ample = 60000; // no test waits that long
+const QString FindLatest = QStringLiteral("/v1.0/service/sys/productVersion/findLatest");
 
-const QByteArray release = R"({"code":200,"data":{"pVersion":"1.0.1"},"message":"ok"})";
+const QByteArray Release = R"({"code":200,"data":{"pVersion":"1.0.1"},"message":"ok"})";
 
 QJsonObject message(const QString& text)
 {
@@ -76,8 +76,8 @@ private Q_SLOTS:
     void nothingIsLogged();
 
 private:
-    bool findLatest(QJsonObject& reply, int timeoutMs = ample);
-    void answerWith(const HttpReply& reply) { m_services.setReply("POST", path, reply); }
+    bool findLatest(QJsonObject& reply, int timeoutMs = Ample);
+    void answerWith(const HttpReply& reply) { m_services.setReply("POST", FindLatest, reply); }
     int repliesAlive() const { return m_server->manager->findChildren<QNetworkReply*>().size(); }
 
     TestSupport::StartedServices m_services;
@@ -93,7 +93,7 @@ void TestWebServer::initTestCase()
 void TestWebServer::init()
 {
     m_services.reset();
-    answerWith(json(release));
+    answerWith(json(Release));
     m_server = std::make_unique<CWebServer>();
     m_server->setServerAddress(m_url);
 }
@@ -151,7 +151,7 @@ void TestWebServer::sharesNoCookies()
     cookie.setDomain(QStringLiteral("127.0.0.1"));
     cookie.setPath(QStringLiteral("/"));
     sharedCookieJar()->setAllCookies({cookie});
-    answerWith({200, "application/json", release, {{"Set-Cookie", "update=1; Path=/"}}});
+    answerWith({200, "application/json", Release, {{"Set-Cookie", "update=1; Path=/"}}});
     QJsonObject reply;
     QVERIFY(findLatest(reply));
     QVERIFY(m_services.onlyRequest().header("Cookie").isNull());
@@ -162,9 +162,9 @@ void TestWebServer::bodyIsSentAsJson()
 {
     QJsonObject reply;
     QVERIFY(m_server->postJson({{QStringLiteral("name"), QStringLiteral("\u5317\u4eac")}}, reply,
-                               QUrl(m_url + path), ample));
+                               QUrl(m_url + FindLatest), Ample));
     QCOMPARE(m_services.onlyRequest().body, QByteArray("{\n    \"name\": \"\xE5\x8C\x97\xE4\xBA\xAC\"\n}\n"));
-    QCOMPARE(m_services.onlyRequest().target, path.toLatin1());
+    QCOMPARE(m_services.onlyRequest().target, FindLatest.toLatin1());
 }
 
 void TestWebServer::argumentsAreFilledInAsTheyAre_data()
@@ -195,13 +195,13 @@ void TestWebServer::argumentsAreFilledInAsTheyAre()
     QFETCH(QString, version);
     QFETCH(QByteArray, query);
     QJsonObject reply;
-    QVERIFY(m_server->findLatest(token, productId, version, {}, reply, ample));
-    QCOMPARE(m_services.onlyRequest().target, path.toLatin1() + '?' + query);
+    QVERIFY(m_server->findLatest(token, productId, version, {}, reply, Ample));
+    QCOMPARE(m_services.onlyRequest().target, FindLatest.toLatin1() + '?' + query);
 }
 
 void TestWebServer::addressIsPlainConcatenation()
 {
-    m_services.setReply("POST", QStringLiteral("/proxy") + path, json(release));
+    m_services.setReply("POST", QStringLiteral("/proxy") + FindLatest, json(Release));
     m_server->setServerAddress(m_url + QStringLiteral("/proxy"));
     QJsonObject reply;
     QVERIFY(findLatest(reply));
@@ -212,7 +212,7 @@ void TestWebServer::answerIsHandedOut()
 {
     QJsonObject reply;
     QVERIFY(findLatest(reply));
-    QCOMPARE(reply, QJsonDocument::fromJson(release).object());
+    QCOMPARE(reply, QJsonDocument::fromJson(Release).object());
 }
 
 void TestWebServer::codeAndDataDecide_data()
@@ -248,7 +248,7 @@ void TestWebServer::bodyThatIsNoObjectIsAnUnknownFailure_data()
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("empty body") << QByteArray();
     QTest::newRow("no JSON") << QByteArray("<html/>");
-    QTest::newRow("cut JSON") << release.chopped(1);
+    QTest::newRow("cut JSON") << Release.chopped(1);
     QTest::newRow("array") << QByteArray("[200]");
     QTest::newRow("empty object") << QByteArray("{}");
 }
@@ -271,7 +271,7 @@ void TestWebServer::networkFailureIsTold_data()
     const QString replied =
         QStringLiteral("Error transferring %1%2?access_token=token&productId=product&productVersion=0.0.0"
                        " - server replied: ")
-            .arg(m_url, path);
+            .arg(m_url, FindLatest);
     QTest::newRow("refuse") << Fault::Refuse << 0 << QStringLiteral("Connection refused");
     QTest::newRow("reset") << Fault::Reset << 0 << QStringLiteral("Connection closed");
     QTest::newRow("401") << Fault::Status << 401 << QStringLiteral("Host requires authentication");
@@ -286,7 +286,7 @@ void TestWebServer::networkFailureIsTold()
     QFETCH(QString, text);
     if (fault == Fault::Reset && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
-    m_services.addFault({fault, path, {}, value, false});
+    m_services.addFault({fault, FindLatest, {}, value, false});
     QJsonObject reply;
     QVERIFY(!findLatest(reply));
     QCOMPARE(reply, message(text));
@@ -294,7 +294,7 @@ void TestWebServer::networkFailureIsTold()
     // The body of a failure is not looked at.
     if (fault == Fault::Status) {
         m_services.clearFaults();
-        answerWith(json(release, value));
+        answerWith(json(Release, value));
         QJsonObject other;
         QVERIFY(!findLatest(other));
         QCOMPARE(other, message(text));
@@ -304,31 +304,31 @@ void TestWebServer::networkFailureIsTold()
 void TestWebServer::redirectIsNotFollowed()
 {
     const auto elsewhere = QStringLiteral("/elsewhere");
-    m_services.setReply("POST", elsewhere, json(release));
-    m_services.setReply("GET", elsewhere, json(release));
+    m_services.setReply("POST", elsewhere, json(Release));
+    m_services.setReply("GET", elsewhere, json(Release));
     answerWith({302, "text/plain", {}, {{"Location", elsewhere.toLatin1()}}});
     QJsonObject reply;
     QVERIFY(!findLatest(reply));
     QCOMPARE(reply, message(QStringLiteral("unknown fatal")));
     const QVector<LoggedRequest> requests = m_services.log().requests();
     for (const LoggedRequest& request : requests)
-        QCOMPARE(request.path(), path.toLatin1());
+        QCOMPARE(request.path(), FindLatest.toLatin1());
 }
 
 void TestWebServer::refusedSchemeIsAFailure()
 {
     QJsonObject reply;
-    QVERIFY(!m_server->postJson({}, reply, QUrl(QStringLiteral("nowhere://host")), ample));
+    QVERIFY(!m_server->postJson({}, reply, QUrl(QStringLiteral("nowhere://host")), Ample));
     QCOMPARE(reply, message(QStringLiteral("Protocol \"nowhere\" is unknown")));
     CWebServer withoutAddress;
     QJsonObject other;
-    QVERIFY(!withoutAddress.findLatest({}, {}, {}, {}, other, ample));
+    QVERIFY(!withoutAddress.findLatest({}, {}, {}, {}, other, Ample));
     QCOMPARE(other, message(QStringLiteral("Protocol \"\" is unknown")));
 }
 
 void TestWebServer::timeIsUp()
 {
-    m_services.addFault({Fault::Stall, path, {}, 0, false});
+    m_services.addFault({Fault::Stall, FindLatest, {}, 0, false});
     QJsonObject reply;
     QElapsedTimer timer;
     timer.start();
@@ -351,7 +351,7 @@ void TestWebServer::finishingInTheLastPassIsTooLate()
 
 void TestWebServer::lateReplyIsEndedByItsDeletion()
 {
-    m_services.addFault({Fault::Stall, path, {}, 0, false});
+    m_services.addFault({Fault::Stall, FindLatest, {}, 0, false});
     int finished = 0;
     connect(&m_server->manager.emplace(), &QNetworkAccessManager::finished, this,
             [&finished] { ++finished; });
@@ -372,7 +372,7 @@ void TestWebServer::replyIsReleased()
 
 void TestWebServer::filledReplyGetsNoMessage()
 {
-    m_services.addFault({Fault::Status, path, {}, 500, false});
+    m_services.addFault({Fault::Status, FindLatest, {}, 500, false});
     const QJsonObject before{{QStringLiteral("old"), 1}};
     QJsonObject reply = before;
     QVERIFY(!findLatest(reply));
@@ -381,7 +381,7 @@ void TestWebServer::filledReplyGetsNoMessage()
 
 void TestWebServer::eventsRunDuringACall()
 {
-    m_services.addFault({Fault::Stall, path, {}, 0, false});
+    m_services.addFault({Fault::Stall, FindLatest, {}, 0, false});
     int ticks = 0;
     QTimer timer;
     connect(&timer, &QTimer::timeout, this, [this, &ticks] {
@@ -397,12 +397,12 @@ void TestWebServer::eventsRunDuringACall()
 void TestWebServer::aCallInsideACallEndsFirst()
 {
     const auto inner = QStringLiteral("/inner");
-    m_services.setReply("POST", inner, json(release));
-    m_services.addFault({Fault::Stall, path, {}, 0, false});
+    m_services.setReply("POST", inner, json(Release));
+    m_services.addFault({Fault::Stall, FindLatest, {}, 0, false});
     QStringList ended;
     QTimer::singleShot(0, this, [&] {
         QJsonObject reply;
-        QVERIFY(m_server->postJson({}, reply, QUrl(m_url + inner), ample));
+        QVERIFY(m_server->postJson({}, reply, QUrl(m_url + inner), Ample));
         ended.append(QStringLiteral("inner"));
         m_services.clearFaults();
     });
@@ -418,7 +418,7 @@ void TestWebServer::nothingIsLogged()
     QJsonObject reply;
     QVERIFY(findLatest(reply));
     for (const Fault fault : {Fault::Reset, Fault::NotJson}) {
-        m_services.addFault({fault, path, {}, 0, false});
+        m_services.addFault({fault, FindLatest, {}, 0, false});
         reply = {};
         QVERIFY(!findLatest(reply));
         m_services.clearFaults();
