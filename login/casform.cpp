@@ -3,17 +3,95 @@
 #include <QCryptographicHash>
 #include <QDebug>
 #include <QRegularExpression>
+#include <QSet>
 #include <QXmlQuery>
+#include <QXmlStreamReader>
 
 namespace NelvoPlugin {
 
 namespace {
 
-//! The page as text without its named entities, which no XML parser would know.
-QString withoutEntities(const QByteArray& page)
+constexpr int MaxPageSize = 4 * 1024 * 1024;
+constexpr int MaxNames = 1000;
+constexpr int MaxDepth = 250;
+constexpr int MaxAttributes = 1000;
+
+//! Whether a tag seems to have more attributes than the page may have. It asks before anything parses the
+//! page: parsers compare each attribute of a tag with all others.
+bool hasCrowdedTag(const QString& page)
+{
+    // A name holds none of these. So comments, scripts and the like are no tags for long.
+    static const QString noName = QStringLiteral(">!?;,(){}[]");
+    bool inTag = false;
+    QChar quote;
+    int values = 0;
+    for (const QChar c : page) {
+        if (c == QLatin1Char('<')) { // No value holds one.
+            inTag = true;
+            quote = QChar();
+            values = 0;
+        } else if (!inTag || !quote.isNull()) {
+            if (c == quote)
+                quote = QChar();
+        } else if (c == QLatin1Char('"') || c == QLatin1Char('\'')) {
+            quote = c;
+            if (++values > MaxAttributes)
+                return true;
+        } else if (noName.contains(c)) {
+            inTag = false;
+        }
+    }
+    return false;
+}
+
+//! Whether the query can bear the page. Too many names make it read wrong values or crash, too deep a page
+//! exhausts the stack or the memory, and too many attributes keep it busy for minutes.
+bool isBearable(const QString& page)
+{
+    if (hasCrowdedTag(page))
+        return false;
+    // The bytes that the query makes of the page as well. One that is not well-formed is for the query to
+    // refuse.
+    QXmlStreamReader reader(page.toUtf8());
+    QSet<QString> names;
+    int depth = 0;
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            ++depth;
+            names.insert(reader.name().toString());
+            for (const QXmlStreamAttribute& attribute : reader.attributes())
+                names.insert(attribute.name().toString());
+            break;
+        case QXmlStreamReader::EndElement:
+            --depth;
+            break;
+        case QXmlStreamReader::ProcessingInstruction:
+            names.insert(reader.processingInstructionTarget().toString());
+            break;
+        default:
+            break;
+        }
+        if (depth > MaxDepth || names.size() > MaxNames || reader.attributes().size() > MaxAttributes)
+            return false;
+    }
+    return true;
+}
+
+//! Gives the query the page without its named entities, which no XML parser would know. A page that the query
+//! can't bear fails as one that can't be read.
+bool setPage(QXmlQuery& query, const QByteArray& page)
 {
     static const QRegularExpression entity(QStringLiteral("&[0-9a-zA-Z]+;"));
-    return QString::fromUtf8(page).remove(entity);
+    if (page.size() <= MaxPageSize) {
+        const QString text = QString::fromUtf8(page).remove(entity);
+        if (isBearable(text)) {
+            query.setFocus(text);
+            return true;
+        }
+    }
+    qWarning("query error");
+    return false;
 }
 
 bool evaluate(QXmlQuery& query, const QString& expression, QString& result)
@@ -44,7 +122,8 @@ QString inputValue(QXmlQuery& row, const QString& name)
 bool parseLoginArgs(const QByteArray& page, CasFormValues& values)
 {
     QXmlQuery form;
-    form.setFocus(withoutEntities(page));
+    if (!setPage(form, page))
+        return false;
     QString row;
     if (!evaluate(form,
                   QStringLiteral("html/body[@id='cas']/div[@id='container']/div[@id='content']"
@@ -63,7 +142,8 @@ bool parseLoginArgs(const QByteArray& page, CasFormValues& values)
 bool parsePostResult(const QByteArray& page)
 {
     QXmlQuery result;
-    result.setFocus(withoutEntities(page));
+    if (!setPage(result, page))
+        return false;
     QString message;
     // "class" without "@" is meant: it asks for a child element, so the query finds nothing in any page
     // and fails only on one that is not well-formed.

@@ -16,11 +16,12 @@ struct CasFormValues {
 };
 
 //! Reads the hidden values out of the form page. False, with a warning, if the page cannot be read: if it
-//! is not well-formed once its named entities are gone.
+//! is not well-formed once its named entities are gone, or if it has more than 4 MiB, 1,000 different names,
+//! 250 levels or 1,000 attributes of one element.
 bool parseLoginArgs(const QByteArray& page, CasFormValues& values);
 
-//! Whether the page that answers the form can be read. It does not tell a welcome from a rejection: a
-//! rejected password is noticed only when the company list does not come.
+//! Whether the page that answers the form can be read, as for parseLoginArgs. It does not tell a welcome from
+//! a rejection: a rejected password is noticed only when the company list does not come.
 bool parsePostResult(const QByteArray& page);
 
 //! The lower-case hexadecimal MD5 of the UTF-8 of `password`, as the form carries it.

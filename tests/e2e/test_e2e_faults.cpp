@@ -63,6 +63,7 @@ private Q_SLOTS:
     void everyCallInEveryWay();
     void stalledCallGoesOnWhenReleased_data();
     void stalledCallGoesOnWhenReleased();
+    void formPageThatWouldCrashTheQuery();
     void quitWhileTheFormWaits();
 
 private:
@@ -78,6 +79,7 @@ private:
 void TestE2eFaults::cleanup()
 {
     m_services.clearFaults();
+    m_services.clearReplies();
     m_host.reset();
 }
 
@@ -283,6 +285,26 @@ void TestE2eFaults::stalledCallGoesOnWhenReleased()
     MessageLog log;
     signIn();
     QCOMPARE(ticks, 10);
+    expectSession(m_services.editorUrl(), [](const QString& token) { return !token.isEmpty(); });
+}
+
+void TestE2eFaults::formPageThatWouldCrashTheQuery()
+{
+    QByteArray page("<html>");
+    for (int i = 0; i < 33000; ++i)
+        page += "<n" + QByteArray::number(i) + "/>";
+    m_services.setReply("GET", QStringLiteral("/login"), {200, "text/html", page + "</html>", {}});
+    m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
+    E2e::plugin()->GetLoginMgr()->Start();
+    MessageLog log;
+    signIn();
+    QCOMPARE(m_message, QStringLiteral("parseLoginArgs failed"));
+    QCOMPARE(m_host->observer.failures, 1);
+    QVERIFY(log.warnings().contains(QStringLiteral("query error")));
+
+    m_services.clearReplies();
+    m_host->observer.failures = 0;
+    signIn();
     expectSession(m_services.editorUrl(), [](const QString& token) { return !token.isEmpty(); });
 }
 

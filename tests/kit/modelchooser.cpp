@@ -47,7 +47,10 @@ class ModelChooserPlugin final : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "modelchooser.json")
 
 public:
-    QObject* create(const QString& /*name*/, const QString& /*arguments*/) override { return new ModelChooser; }
+    QObject* create(const QString& /*name*/, const QString& /*arguments*/) override
+    {
+        return new ModelChooser;
+    }
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "tests/support/messagelog.h"
 
+#include <QElapsedTimer>
 #include <QtTest>
 
 using NelvoPlugin::CasFormValues;
@@ -18,6 +19,10 @@ private Q_SLOTS:
     void pageWithoutTheSectionGivesEmptyValues();
     void unreadablePageIsRefused_data();
     void unreadablePageIsRefused();
+    void pageWithinTheBoundsIsRead_data();
+    void pageWithinTheBoundsIsRead();
+    void pageBeyondTheBoundsIsRefused_data();
+    void pageBeyondTheBoundsIsRefused();
 
     void anyReadablePageIsAResult_data();
     void anyReadablePageIsAResult();
@@ -51,6 +56,28 @@ QByteArray formPage(const QByteArray& inputs)
 const QByteArray HiddenInputs = "<input type=\"hidden\" name=\"lt\" value=\"LT-1-abc\" />\n"
                                 "<input type=\"hidden\" name=\"execution\" value=\"e1s1\" />\n"
                                 "<input type=\"hidden\" name=\"_eventId\" value=\"submit\" />\n";
+
+constexpr int MaxPageSize = 4 * 1024 * 1024;
+
+//! Texts with a number each: "%" is its place.
+QByteArray numbered(const QByteArray& text, int count)
+{
+    QByteArray all;
+    for (int i = 0; i < count; ++i)
+        all += QByteArray(text).replace('%', QByteArray::number(i));
+    return all;
+}
+
+QByteArray nested(int depth)
+{
+    return QByteArray("<b>").repeated(depth) + QByteArray("</b>").repeated(depth);
+}
+
+//! The page of exactly that size.
+QByteArray paddedPage(int size)
+{
+    return formPage(HiddenInputs + QByteArray(size - formPage(HiddenInputs).size(), ' '));
+}
 
 } // namespace
 
@@ -108,6 +135,71 @@ void TestCasForm::unreadablePageIsRefused()
     CasFormValues values;
     QVERIFY(!NelvoPlugin::parseLoginArgs(page, values));
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("query error")});
+}
+
+void TestCasForm::pageWithinTheBoundsIsRead_data()
+{
+    QTest::addColumn<QByteArray>("page");
+    // The page has names, levels and attributes of its own.
+    QTest::newRow("names") << formPage(HiddenInputs + numbered("<n%/>", 950));
+    QTest::newRow("names of attributes") << formPage(HiddenInputs + numbered("<n a%=\"\"/>", 950));
+    QTest::newRow("one name over and over") << formPage(HiddenInputs + numbered("<n/>", 5000));
+    QTest::newRow("levels") << formPage(HiddenInputs + nested(240));
+    QTest::newRow("attributes") << formPage(HiddenInputs + "<n" + numbered(" a%='\"'", 950) + "/>");
+    QTest::newRow("quotes in a script") << formPage(HiddenInputs + "<script><![CDATA[if (a <b) c = [" +
+                                                    numbered("\"%\",", 2000) + "];]]></script>");
+    QTest::newRow("quotes in a comment")
+        << formPage(HiddenInputs + "<!-- <b " + numbered("it's '%', ", 2000) + "-->");
+    QTest::newRow("quotes in the text")
+        << formPage(HiddenInputs + "<b title=\">\">" + numbered("'%' ", 2000) + "</b>");
+    QTest::newRow("size") << paddedPage(MaxPageSize);
+}
+
+void TestCasForm::pageWithinTheBoundsIsRead()
+{
+    QFETCH(QByteArray, page);
+    MessageLog log;
+    CasFormValues values;
+    QVERIFY(NelvoPlugin::parseLoginArgs(page, values));
+    QCOMPARE(values.lt.trimmed(), QStringLiteral("LT-1-abc"));
+    QCOMPARE(values.execution.trimmed(), QStringLiteral("e1s1"));
+    QCOMPARE(values.eventId.trimmed(), QStringLiteral("submit"));
+    QVERIFY(NelvoPlugin::parsePostResult(page));
+    QVERIFY(log.entries().isEmpty());
+}
+
+void TestCasForm::pageBeyondTheBoundsIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("page");
+    QTest::newRow("names") << formPage(HiddenInputs + numbered("<n%/>", 1001));
+    QTest::newRow("names of attributes") << formPage(HiddenInputs + numbered("<n a%=\"\"/>", 1001));
+    QTest::newRow("names of instructions") << formPage(HiddenInputs + numbered("<?n% ?>", 1001));
+    QTest::newRow("levels") << formPage(HiddenInputs + nested(251));
+    QTest::newRow("attributes") << formPage(HiddenInputs + "<n" + numbered(" a%=''", 1001) + "/>");
+    QTest::newRow("attributes of the page's own kind")
+        << "<!DOCTYPE html [<!ATTLIST html" + numbered(" a% CDATA 'x'", 1001) + ">]><html/>";
+    QTest::newRow("size") << paddedPage(MaxPageSize + 1);
+
+    // These have ended the process, or kept it busy for minutes.
+    QTest::newRow("names that crash") << formPage(HiddenInputs + numbered("<n%/>", 33000));
+    QTest::newRow("instructions that crash") << formPage(HiddenInputs + numbered("<?n% ?>", 33000));
+    QTest::newRow("levels that crash") << formPage(HiddenInputs + nested(200000));
+    QTest::newRow("attributes that take minutes")
+        << formPage(HiddenInputs + "<n" + numbered(" a%=\"\"", 200000) + "/>");
+}
+
+void TestCasForm::pageBeyondTheBoundsIsRefused()
+{
+    QFETCH(QByteArray, page);
+    MessageLog log;
+    CasFormValues values;
+    QElapsedTimer time;
+    time.start();
+    QVERIFY(!NelvoPlugin::parseLoginArgs(page, values));
+    QCOMPARE(log.warnings(), QStringList{QStringLiteral("query error")});
+    QVERIFY(!NelvoPlugin::parsePostResult(page));
+    QCOMPARE(log.warnings().size(), 2);
+    QVERIFY2(time.elapsed() < 10000, qPrintable(QString::number(time.elapsed())));
 }
 
 void TestCasForm::anyReadablePageIsAResult_data()

@@ -347,11 +347,19 @@ void TestLoginActor::loginFailures_data()
         << QStringLiteral("parseLoginArgs failed") << true;
     QTest::newRow("form page empty") << QByteArray("GET") << loginPath << HttpReply{}
                                      << QStringLiteral("parseLoginArgs failed") << true;
+    const QByteArray tooDeep =
+        "<html>" + QByteArray("<b>").repeated(20000) + QByteArray("</b>").repeated(20000) + "</html>";
+    QTest::newRow("form page too deep")
+        << QByteArray("GET") << loginPath << HttpReply{200, "text/html", tooDeep, {}}
+        << QStringLiteral("parseLoginArgs failed") << true;
     QTest::newRow("post fails") << QByteArray("POST") << loginPath << unavailable << replied(loginPath)
                                 << false;
     QTest::newRow("result unreadable")
         << QByteArray("POST") << loginPath << HttpReply{200, "text/html", "<br>", {}}
         << QStringLiteral("parsePostResult failed") << true;
+    QTest::newRow("result too deep") << QByteArray("POST") << loginPath
+                                     << HttpReply{200, "text/html", tooDeep, {}}
+                                     << QStringLiteral("parsePostResult failed") << true;
     QTest::newRow("list fails") << QByteArray("GET") << ListPath << unavailable << replied(ListPath) << false;
     QTest::newRow("list is no JSON") << QByteArray("GET") << ListPath
                                      << HttpReply{200, "text/html", "<html/>", {}}
