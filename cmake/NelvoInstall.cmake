@@ -75,7 +75,7 @@ set(DATA \"\${prefix}/${data_dir}\")" COMPONENT doc)
 install(SCRIPT cmake/KitLinks.cmake COMPONENT doc)
 # Where the system keeps them; docs/third-party.md names them in any case.
 foreach(package IN ITEMS libqt5core5a libqt5qml5 libqt5quick5 libqt5webchannel5 libqt5websockets5
-    libqt5xmlpatterns5 libquazip1-qt5-1 zlib1g libboost-dev libssl3 libstdc++6)
+    libqt5xmlpatterns5 libquazip1-qt5-1 zlib1g libbz2-1.0 libboost-dev libssl3 libstdc++6)
   install(FILES /usr/share/doc/${package}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR}/licenses
     RENAME ${package}.txt COMPONENT doc OPTIONAL)
 endforeach()

@@ -1,20 +1,29 @@
 #include "updater/unzippackage.h"
 
+#include "updater/bzip2entry.h"
 #include "updater/updatehelper.h"
 
 #include <quazip/quazip.h>
 #include <quazip/quazipfile.h>
+#include <quazip/quazipfileinfo.h>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
+#include <memory>
+
 namespace {
 
-QByteArray contentOf(QuaZipFile& entry)
+//! The content of the current entry.
+QByteArray contentOf(QuaZip& zip)
 {
-    return entry.open(QIODevice::ReadOnly) ? entry.readAll() : QByteArray();
+    constexpr quint16 Bzip2 = 12;
+    QuaZipFileInfo64 info;
+    const bool isBzip2 = zip.getCurrentFileInfo(&info) && info.method == Bzip2;
+    const std::unique_ptr<QIODevice> entry = isBzip2 ? bzip2Entry(zip) : std::make_unique<QuaZipFile>(&zip);
+    return entry->open(QIODevice::ReadOnly) ? entry->readAll() : QByteArray();
 }
 
 //! \brief Reads entries of a package by their names, as the library decodes them by default.
@@ -43,13 +52,10 @@ public:
     {
         if (m_ambiguous.contains(name)) {
             // The library's table of names leads to the last of them, and it is the first that counts.
-            QuaZipFile entry(m_zip.getZipName(), name);
-            return contentOf(entry);
+            QuaZip zip(m_zip.getZipName());
+            return zip.open(QuaZip::mdUnzip) && zip.setCurrentFile(name) ? contentOf(zip) : QByteArray();
         }
-        if (!m_zip.setCurrentFile(name))
-            return {};
-        QuaZipFile entry(&m_zip);
-        return contentOf(entry);
+        return m_zip.setCurrentFile(name) ? contentOf(m_zip) : QByteArray();
     }
 
 private:

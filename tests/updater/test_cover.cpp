@@ -42,6 +42,7 @@ private Q_SLOTS:
     void missingBatchResourceGivesAnEmptyBatchFile();
     void unwritableBatchFileDoesNotKeepTheHost();
     void packageWithoutEntriesCovers();
+    void packageWithAnEntryThatEndsEarlyCovers();
     void damagedPackageLeavesTheHostRunning();
 
     void killedInTheDownloadItIsContinued();
@@ -299,6 +300,20 @@ void TestCover::packageWithoutEntriesCovers()
     QVERIFY(QDir(host.path("NelvoUnCompress")).isEmpty());
     QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
     QVERIFY(host.exists("cover.bat"));
+}
+
+//! The unpacking must end, or the host never does.
+void TestCover::packageWithAnEntryThatEndsEarlyCovers()
+{
+    ZipArchive package;
+    package.add({"cut", "data", false, false, ZipArchive::Entry::Damage::None, "BZh9"});
+    package.add("whole", "1");
+    m_server.offer(package.bytes());
+    Installation host(QStringLiteral(UPDATEHOST));
+    QVERIFY(host.run(updateArguments()));
+    QVERIFY(host.exists("NelvoUnCompress/cut"));
+    QCOMPARE(host.content("NelvoUnCompress/whole"), QByteArray("1"));
+    QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
 }
 
 void TestCover::damagedPackageLeavesTheHostRunning()

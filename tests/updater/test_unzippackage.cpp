@@ -101,6 +101,25 @@ QByteArray noise(int size)
     return bytes;
 }
 
+constexpr auto Bzip2Piece = "the data of the entry, ";
+constexpr int Bzip2Pieces = 15000;
+
+//! What bzip2 makes of that, in several blocks.
+QByteArray bzip2Stream()
+{
+    return QByteArray::fromBase64(
+        "QlpoMTFBWSZTWXeSAYUAqc2RgEAEJ0GUIDAA0EQNA0BNVRkDIQNA0MxAqsECqwQKrogVWyBVbIFV4QKrwgVXsQKrggVWiBVZiBVf"
+        "ECqwQKrkgVXxAquYgVWiBVbIFSeYoKyTKay7yQDCgFTmyMAgAhOgyhAYAGgiBoGgJqqMgZCBoGhmIFVggVWCBVdECq2QKrZAqvCB"
+        "VeECq9iBVcECq0QKrMQKr4gVWCBVckCq+IFVzECq0QKrZAqTzFBWSZTWXeSAYUAqc2RgEAEJ0GUIDAA0EQNA0BNVRkDIQNA0MxAq"
+        "sECqwQKrogVWyBVbIFV4QKrwgVXsQKrggVWiBVZiBVfECqwQKrkgVXxAquYgVWiBVbIFSeYoKyTKazEFURkgCZCyMAgAhOgyhAYA"
+        "FwEDQNAgaBoCaqjIGTMKQwKQwKQ6FIbFIbFIeCkPBSHsKQ4FIaFIZhSHwpDApDkUh8KQ5hSGhSGxSH4u5IpwoSALrQP6");
+}
+
+ZipArchive::Entry bzip2Entry(const QByteArray& stream)
+{
+    return {"bzip2", QByteArray(Bzip2Piece).repeated(Bzip2Pieces), false, false, Damage::None, stream};
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(QVector<ZipArchive::Entry>)
@@ -129,6 +148,9 @@ private Q_SLOTS:
     void entryWithoutAHeaderGivesAnEmptyFile();
     void entryWithAWrongChecksumGivesItsData();
     void entryWithDamagedDataGivesWhatCouldBeRead();
+    void bzip2EntryComesAsFromTheLibrary();
+    void bzip2EntryThatEndsEarlyGivesWhatCouldBeRead();
+    void emptyBzip2EntryGivesAnEmptyFile();
     void parentStepsLeadOutOfTheDirectory();
     void sameAsTheLookUpAnew_data();
     void sameAsTheLookUpAnew();
@@ -364,6 +386,56 @@ void TestUnzipPackage::entryWithDamagedDataGivesWhatCouldBeRead()
     QVERIFY(left.size() < data.size());
     QVERIFY(data.startsWith(left));
     QCOMPARE(unpacked().value("good"), QByteArray("1"));
+}
+
+//! Where the library has no bzip2, it gives what it doesn't know to unpack.
+void TestUnzipPackage::bzip2EntryComesAsFromTheLibrary()
+{
+    QByteArray damaged = bzip2Stream();
+    damaged[damaged.size() / 2] = static_cast<char>(~damaged.at(damaged.size() / 2));
+    ZipArchive::Entry shorter = bzip2Entry(bzip2Stream());
+    shorter.data.chop(1000);
+    ZipArchive::Entry longer = bzip2Entry(bzip2Stream());
+    longer.data += "more than there is";
+    const ZipArchive::Entry withoutAnything{"bzip2", "", false, false, Damage::None, bzip2Stream()};
+    for (const ZipArchive::Entry& entry : {bzip2Entry(bzip2Stream()), bzip2Entry(bzip2Stream() + "more"),
+                                           bzip2Entry(damaged), shorter, longer, withoutAnything}) {
+        ZipArchive archive;
+        archive.add(entry);
+        archive.add("good", "1");
+        QVERIFY(unpack(archive));
+        const QString plainly = m_dir->filePath(QStringLiteral("plainly"));
+        QVERIFY(unpackPlainly(m_package, plainly));
+        QCOMPARE(unpacked(), treeOf(plainly));
+        QCOMPARE(unpacked().value("good"), QByteArray("1"));
+    }
+}
+
+void TestUnzipPackage::bzip2EntryThatEndsEarlyGivesWhatCouldBeRead()
+{
+    const QByteArray stream = bzip2Stream();
+    const QByteArray data = bzip2Entry(stream).data;
+    int longest = 0;
+    for (int size = 1; size < stream.size(); ++size) {
+        ZipArchive archive;
+        archive.add(bzip2Entry(stream.left(size)));
+        archive.add("good", "1");
+        QVERIFY(unpack(archive));
+        const QByteArray left = unpacked().value("bzip2");
+        QVERIFY2(data.startsWith(left) || stream.startsWith(left), qPrintable(QString::number(size)));
+        QCOMPARE(unpacked().value("good"), QByteArray("1"));
+        longest = qMax(longest, left.size());
+    }
+    QVERIFY(longest > 0);
+}
+
+void TestUnzipPackage::emptyBzip2EntryGivesAnEmptyFile()
+{
+    ZipArchive archive;
+    archive.add(bzip2Entry(""));
+    archive.add("good", "1");
+    QVERIFY(unpack(archive));
+    QCOMPARE(unpacked(), (Tree{{"bzip2", ""}, {"good", "1"}}));
 }
 
 void TestUnzipPackage::parentStepsLeadOutOfTheDirectory()

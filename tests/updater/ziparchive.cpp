@@ -40,8 +40,19 @@ QByteArray deflateWithDamage(const QByteArray& data)
     return packed;
 }
 
+int methodOf(const ZipArchive::Entry& entry)
+{
+    constexpr int Deflated = 8;
+    constexpr int Bzip2 = 12;
+    if (!entry.bzip2.isNull())
+        return Bzip2;
+    return entry.deflated ? Deflated : 0;
+}
+
 QByteArray pack(const ZipArchive::Entry& entry)
 {
+    if (!entry.bzip2.isNull())
+        return entry.bzip2;
     if (entry.damage == ZipArchive::Entry::Damage::Data)
         return deflateWithDamage(entry.data);
     return entry.deflated ? deflate(entry.data) : entry.data;
@@ -62,7 +73,7 @@ void ZipArchive::add(const Entry& entry)
     QByteArray fields;
     append16(fields, 20);
     append16(fields, entry.utf8 ? 0x800 : 0);
-    append16(fields, entry.deflated ? 8 : 0);
+    append16(fields, methodOf(entry));
     append32(fields, 0);
     append32(fields, checksum);
     append32(fields, static_cast<quint32>(packed.size()));

@@ -18,6 +18,7 @@ public:
             Data,       //!< deflated data that breaks off; takes some 100 KB
             LocalHeader //!< the entry has no header where the directory says
         } damage = Damage::None;
+        QByteArray bzip2 = {}; //!< what bzip2 made of the data, if it is packed so
     };
 
     void add(const Entry& entry);
