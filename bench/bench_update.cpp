@@ -250,6 +250,18 @@ void measureUnpacking(const char* what, const QString& directory, int count, int
     Bench::printRatio("  that gap / with unzip at work", gap, otherGap, "ms", 0);
 }
 
+void measureLargeEntry(const QString& directory)
+{
+    constexpr int Size = 256 * Mebibyte;
+    const QString package = directory + QLatin1String("/package.zip");
+    const QString target = directory + QLatin1String("/unpacked");
+    writePackage(package, 1, Size);
+    const double growth = Bench::growthDuring(&Bench::ownBytes, [&] { unzipPackage(package, target); });
+    requireFiles(target, 1);
+    QDir(target).removeRecursively();
+    Bench::printFigure("unpacking an entry of 256 MiB: growth of the memory", growth / Mebibyte, "MiB", 32);
+}
+
 //! A large package beside small ones that hold as many files between them: the file system, whose own cost
 //! for each file rises with their number, has the same to do for both.
 void measureGrowth(const char* what, const QString& directory, int packages)
@@ -292,6 +304,7 @@ int main(int argc, char** argv)
     measureUnpacking("1,000 small files / unzip", directory.path(), 1000, SmallFile);
     measureUnpacking("3,000 small files / unzip", directory.path(), 3000, SmallFile);
     measureUnpacking("10,000 small files / unzip", directory.path(), 10000, SmallFile);
+    measureLargeEntry(directory.path());
     measureGrowth("3,000 files / three packages of 1,000", directory.path(), 3);
     measureGrowth("10,000 files / ten packages of 1,000", directory.path(), 10);
     return 0;

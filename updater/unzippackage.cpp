@@ -5,7 +5,6 @@
 
 #include <quazip/quazip.h>
 #include <quazip/quazipfile.h>
-#include <quazip/quazipfileinfo.h>
 
 #include <QDir>
 #include <QFile>
@@ -13,17 +12,25 @@
 #include <QSet>
 
 #include <memory>
+#include <new>
+#include <utility>
 
 namespace {
 
-//! The content of the current entry.
-QByteArray contentOf(QuaZip& zip)
+//! The current entry, open; null if it can't be read.
+std::unique_ptr<QIODevice> openEntry(QuaZip& zip)
 {
-    constexpr quint16 Bzip2 = 12;
-    QuaZipFileInfo64 info;
-    const bool isBzip2 = zip.getCurrentFileInfo(&info) && info.method == Bzip2;
-    const std::unique_ptr<QIODevice> entry = isBzip2 ? bzip2Entry(zip) : std::make_unique<QuaZipFile>(&zip);
-    return entry->open(QIODevice::ReadOnly) ? entry->readAll() : QByteArray();
+    constexpr int Bzip2 = 12;
+    int method = 0;
+    int level = 0;
+    auto plain = std::make_unique<QuaZipFile>(&zip);
+    if (!plain->open(QIODevice::ReadOnly, &method, &level, false))
+        return nullptr;
+    if (method != Bzip2)
+        return plain;
+    plain.reset();
+    std::unique_ptr<QIODevice> entry = bzip2Entry(zip);
+    return entry->open(QIODevice::ReadOnly) ? std::move(entry) : nullptr;
 }
 
 //! \brief Reads entries of a package by their names, as the library decodes them by default.
@@ -47,29 +54,47 @@ public:
         }
     }
 
-    //! Empty if there is no entry of that name.
-    QByteArray read(const QString& name)
+    //! The entry of that name; null if there is none. It is good until the next one.
+    std::unique_ptr<QIODevice> open(const QString& name)
     {
-        if (m_ambiguous.contains(name)) {
-            // The library's table of names leads to the last of them, and it is the first that counts.
-            QuaZip zip(m_zip.getZipName());
-            return zip.open(QuaZip::mdUnzip) && zip.setCurrentFile(name) ? contentOf(zip) : QByteArray();
-        }
-        return m_zip.setCurrentFile(name) ? contentOf(m_zip) : QByteArray();
+        if (!m_ambiguous.contains(name))
+            return m_zip.setCurrentFile(name) ? openEntry(m_zip) : nullptr;
+        // The library's table of names leads to the last of them, and it is the first that counts.
+        m_anew = std::make_unique<QuaZip>(m_zip.getZipName());
+        return m_anew->open(QuaZip::mdUnzip) && m_anew->setCurrentFile(name) ? openEntry(*m_anew) : nullptr;
     }
 
 private:
     QuaZip m_zip;
+    std::unique_ptr<QuaZip> m_anew;
     QSet<QString> m_ambiguous;
 };
 
-bool writeEntry(const QString& target, const QByteArray& data)
+//! Copies what can be read of the entry, which may be null. False if the file doesn't take it.
+bool writeEntry(const QString& target, QIODevice* entry)
 {
+    // A piece in which the entry turns out to be damaged is lost, so its size shows in what is installed.
+    constexpr int PieceSize = 16 * 1024;
+    constexpr int BufferSize = 16 * PieceSize;
     const QDir dir = QFileInfo(target).dir();
     if (!dir.exists())
         dir.mkpath(QStringLiteral("."));
     QFile file(target);
-    return file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.flush();
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QByteArray buffer(BufferSize, Qt::Uninitialized);
+    for (bool more = entry != nullptr; more;) {
+        qint64 filled = 0;
+        while (more && filled <= BufferSize - PieceSize) {
+            const qint64 size = entry->read(buffer.data() + filled, PieceSize);
+            more = size > 0;
+            if (more)
+                filled += size;
+        }
+        if (file.write(buffer.constData(), filled) != filled)
+            return false;
+    }
+    return file.flush();
 }
 
 //! Whether the file is an archive's end and nothing else, which the library doesn't open.
@@ -95,16 +120,14 @@ bool unpackEntries(QuaZip& zip, const QString& destDir)
         const QString name = zip.getCurrentFileName();
         if (name.endsWith(QLatin1Char('/')))
             continue;
-        if (!writeEntry(destDir + QLatin1Char('/') + name, reader.read(name)))
+        if (!writeEntry(destDir + QLatin1Char('/') + name, reader.open(name).get()))
             return false;
     }
     // Only this tells the end of the entries from a failure on the way there.
     return zip.getZipError() == 0;
 }
 
-} // namespace
-
-bool unzipPackage(const QString& zipFile, const QString& destDir)
+bool unpack(const QString& zipFile, const QString& destDir)
 {
     QDir dir(destDir);
     if (dir.exists())
@@ -113,8 +136,21 @@ bool unzipPackage(const QString& zipFile, const QString& destDir)
 
     QuaZip zip(zipFile);
     zip.setFileNameCodec("gb2312");
-    if (zip.open(QuaZip::mdUnzip) ? unpackEntries(zip, destDir) : isEmptyPackage(zipFile))
-        return true;
-    removePath(destDir);
-    return false;
+    return zip.open(QuaZip::mdUnzip) ? unpackEntries(zip, destDir) : isEmptyPackage(zipFile);
+}
+
+} // namespace
+
+bool unzipPackage(const QString& zipFile, const QString& destDir)
+{
+    bool success = false;
+    try {
+        success = unpack(zipFile, destDir);
+    } catch (const std::bad_alloc&) {
+        // The table of names may be too large for the memory. Nothing may leave a thread of the pool.
+        success = false;
+    }
+    if (!success)
+        removePath(destDir);
+    return success;
 }

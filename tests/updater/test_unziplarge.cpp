@@ -108,7 +108,7 @@ Unpacking unpack(const QString& package, const QString& directory)
 
 } // namespace
 
-//! A package of one gigabyte, in one entry and in several.
+//! More bytes than a program should take into its memory, in one entry and in several.
 class TestUnzipLarge : public QObject
 {
     Q_OBJECT
@@ -116,8 +116,8 @@ class TestUnzipLarge : public QObject
 private Q_SLOTS:
     void init();
 
-    void oneEntryOfAGibibyte();
-    void memoryFollowsTheEntryAndNotThePackage();
+    void entryOfMoreThanTwoGibibytes();
+    void packageOfAGibibyte();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -133,22 +133,21 @@ void TestUnzipLarge::init()
     m_dest = m_dir->filePath(QStringLiteral("unpacked"));
 }
 
-void TestUnzipLarge::oneEntryOfAGibibyte()
+void TestUnzipLarge::entryOfMoreThanTwoGibibytes()
 {
-    QVERIFY(writePackage(m_package, 1, GiB));
+    constexpr qint64 Size = 5 * GiB / 2;
+    QVERIFY(writePackage(m_package, 1, Size));
     const Unpacking seen = unpack(m_package, m_dest);
     QVERIFY(*seen.success);
-    QVERIFY(isWhole(m_dest + "/entry0", GiB));
+    QVERIFY(isWhole(m_dest + "/entry0", Size));
     // The window is alive: this thread didn't stand still for any large part of it.
     QVERIFY2(seen.longestGap < seen.duration / 3,
              qPrintable(QStringLiteral("%1 ms of %2 ms").arg(seen.longestGap).arg(seen.duration)));
-    QVERIFY(seen.growth > 0 || Bench::residentBytes() == 0);
-    // The entry is in memory once; twice for a moment where what grows has to move.
-    QVERIFY2(seen.growth < 2.2 * GiB, qPrintable(QString::number(seen.growth / MiB)));
+    QVERIFY2(seen.growth < 32 * MiB, qPrintable(QString::number(seen.growth / MiB)));
     qInfo("%lld ms of %lld ms, %.0f MiB", seen.longestGap, seen.duration, seen.growth / MiB);
 }
 
-void TestUnzipLarge::memoryFollowsTheEntryAndNotThePackage()
+void TestUnzipLarge::packageOfAGibibyte()
 {
     constexpr int Entries = 32;
     QVERIFY(writePackage(m_package, Entries, GiB / Entries));
@@ -159,7 +158,7 @@ void TestUnzipLarge::memoryFollowsTheEntryAndNotThePackage()
                  qPrintable(QString::number(i)));
     QVERIFY2(seen.longestGap < seen.duration / 3,
              qPrintable(QStringLiteral("%1 ms of %2 ms").arg(seen.longestGap).arg(seen.duration)));
-    QVERIFY2(seen.growth < 0.5 * GiB, qPrintable(QString::number(seen.growth / MiB)));
+    QVERIFY2(seen.growth < 32 * MiB, qPrintable(QString::number(seen.growth / MiB)));
     qInfo("%lld ms of %lld ms, %.0f MiB", seen.longestGap, seen.duration, seen.growth / MiB);
 }
 

@@ -9,11 +9,13 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QMap>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTextCodec>
 #include <QtTest>
 
 #include <memory>
+#include <new>
 
 using Damage = ZipArchive::Entry::Damage;
 
@@ -32,6 +34,27 @@ public:
 
 private:
     QTextCodec* m_before;
+};
+
+//! Runs out of memory where it reads a name.
+class MemorylessCodec final : public QTextCodec
+{
+public:
+    QByteArray name() const override { return "memoryless"; }
+    int mibEnum() const override { return -4711; }
+
+protected:
+    QString convertToUnicode(const char* bytes, int size, ConverterState* /*state*/) const override
+    {
+        const auto text = QByteArray::fromRawData(bytes, size);
+        if (text.contains("too much"))
+            throw std::bad_alloc();
+        return QString::fromUtf8(text);
+    }
+    QByteArray convertFromUnicode(const QChar* text, int size, ConverterState* /*state*/) const override
+    {
+        return QString(text, size).toUtf8();
+    }
 };
 
 QByteArray gbk(const QString& text)
@@ -163,6 +186,7 @@ private Q_SLOTS:
     void damagedDirectoryOfEntriesFails();
     void unwritableTargetFails();
     void diskWithoutRoomFails();
+    void lackOfMemoryFails();
     void failureRemovesTheDirectory();
     void tenThousandEntries();
 
@@ -582,6 +606,18 @@ void TestUnzipPackage::diskWithoutRoomFails()
         QVERIFY(!unpack(archive));
         QVERIFY(!QFileInfo::exists(m_dest));
     }
+}
+
+void TestUnzipPackage::lackOfMemoryFails()
+{
+    QTextCodec* before = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(new MemorylessCodec); // Qt owns it.
+    const auto restore = qScopeGuard([before] { QTextCodec::setCodecForLocale(before); });
+    ZipArchive archive;
+    archive.add("a", "1");
+    archive.add("too much", "2");
+    QVERIFY(!unpack(archive));
+    QVERIFY(!QFileInfo::exists(m_dest));
 }
 
 void TestUnzipPackage::failureRemovesTheDirectory()
