@@ -36,7 +36,7 @@ std::unique_ptr<QIODevice> openEntry(QuaZip& zip)
 //! \brief Reads entries of a package by their names, as the library decodes them by default.
 //!
 //! One that is made for each entry, by package and name, would read the package's directory up to that entry
-//! every time. This reads it once.
+//! every time. This reads it twice.
 class EntryReader final
 {
 public:
@@ -44,30 +44,31 @@ public:
     {
         if (!m_zip.open(QuaZip::mdUnzip))
             return;
-        const QStringList names = m_zip.getFileNameList();
-        QSet<QString> known;
-        known.reserve(names.size());
+        QStringList names;
+        for (bool more = m_zip.goToFirstFile(); more; more = m_zip.goToNextFile())
+            names.append(m_zip.getCurrentFileName());
+        // The library's table of names leads to the entry of that name that it was last asked about, and it
+        // is the first that counts.
+        m_known.reserve(names.size());
+        m_zip.goToFirstFile();
         for (const QString& name : names) {
-            if (known.contains(name))
-                m_ambiguous.insert(name);
-            known.insert(name);
+            if (!m_known.contains(name))
+                m_zip.getCurrentFileName();
+            m_known.insert(name);
+            m_zip.goToNextFile();
         }
     }
 
     //! The entry of that name; null if there is none. It is good until the next one.
     std::unique_ptr<QIODevice> open(const QString& name)
     {
-        if (!m_ambiguous.contains(name))
-            return m_zip.setCurrentFile(name) ? openEntry(m_zip) : nullptr;
-        // The library's table of names leads to the last of them, and it is the first that counts.
-        m_anew = std::make_unique<QuaZip>(m_zip.getZipName());
-        return m_anew->open(QuaZip::mdUnzip) && m_anew->setCurrentFile(name) ? openEntry(*m_anew) : nullptr;
+        // A look-up of any other name would lead the table astray.
+        return m_known.contains(name) && m_zip.setCurrentFile(name) ? openEntry(m_zip) : nullptr;
     }
 
 private:
     QuaZip m_zip;
-    std::unique_ptr<QuaZip> m_anew;
-    QSet<QString> m_ambiguous;
+    QSet<QString> m_known;
 };
 
 //! Copies what can be read of the entry, which may be null. False if the file doesn't take it.

@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QDirIterator>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QMap>
 #include <QScopeGuard>
@@ -14,6 +15,7 @@
 #include <QTextCodec>
 #include <QtTest>
 
+#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -189,6 +191,7 @@ private Q_SLOTS:
     void lackOfMemoryFails();
     void failureRemovesTheDirectory();
     void tenThousandEntries();
+    void duplicatesTakeNoLongerThanOthers();
 
 private:
     bool unpack(const QByteArray& package);
@@ -488,6 +491,9 @@ void TestUnzipPackage::sameAsTheLookUpAnew_data()
     row("duplicates around an unknown name", {{"a", "1"}, unknown, {"a", "2"}});
     row("duplicates behind an unknown name", {unknown, {"a", "1"}, {"b", "2"}, {"a", "3"}, {"b", "4"}});
     row("duplicates before an unknown name", {{"a", "1"}, {"a", "2"}, unknown, {"b", "3"}});
+    row("duplicates of two names in turn, around others",
+        {{"a", "1"}, {"x", "2"}, {"b", "3"}, {"a", "4"}, unknown, {"b", "5"}, {"y", "6"}, {"a", "7"}});
+    row("duplicates that differ in case", {{"A", "1"}, {"a", "2"}, {"a", "3"}, {"A", "4"}, unknown});
     row("unknown duplicates", {unknown, {"a", "1"}, {gbk("未知"), "again"}});
     row("UTF-8 name without its flag", {{QByteArray("名字"), "1"}, {"a", "2"}});
     row("UTF-8 name with its flag", {{QByteArray("名字"), "1", true}, {"a", "2"}});
@@ -638,6 +644,32 @@ void TestUnzipPackage::tenThousandEntries()
     QCOMPARE(tree.size(), 10100);
     QCOMPARE(tree.value("dir99/file9999"), QByteArray("9999"));
     QCOMPARE(tree.value("dir34/file1234"), QByteArray("1234"));
+}
+
+void TestUnzipPackage::duplicatesTakeNoLongerThanOthers()
+{
+    constexpr int Names = 4000;
+    ZipArchive twice;
+    ZipArchive once;
+    for (const QByteArray content : {"first", "second"}) {
+        for (int i = 0; i < Names; ++i) {
+            const QByteArray name = "file" + QByteArray::number(i);
+            twice.add(name, content);
+            once.add(name + content, content);
+        }
+    }
+    QElapsedTimer time;
+    time.start();
+    QVERIFY(unpack(once));
+    const qint64 timeOfOthers = time.restart();
+    QVERIFY(unpack(twice));
+    // It was some 200 times as much when it grew with the square of their number.
+    QVERIFY2(time.elapsed() < 20 * timeOfOthers,
+             qPrintable(QStringLiteral("%1 ms, %2 ms").arg(time.elapsed()).arg(timeOfOthers)));
+    const Tree tree = unpacked();
+    QCOMPARE(tree.size(), Names);
+    QVERIFY(
+        std::all_of(tree.begin(), tree.end(), [](const QByteArray& content) { return content == "first"; }));
 }
 
 QTEST_GUILESS_MAIN(TestUnzipPackage)
