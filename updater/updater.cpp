@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDebug>
+#include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
@@ -53,6 +54,14 @@ public:
                     QCoreApplication::applicationName())
     {}
 };
+
+//! The name of a package's file, by its address. Where a backslash separates directories as well, it ends
+//! there too: the file must not leave the directory of the update.
+QString packageName(const QString& address)
+{
+    const QString segment = QDir::fromNativeSeparators(QUrl(address).fileName(QUrl::FullyDecoded));
+    return segment.mid(segment.lastIndexOf(QLatin1Char('/')) + 1);
+}
 
 bool startBatchFile(const QString& path)
 {
@@ -189,7 +198,7 @@ void CUpdater::download()
 {
     UpdateStateFile stateFile(m_stateFilePath);
     m_retryCount = 0;
-    m_packagePath = m_updateDir + QLatin1Char('/') + QUrl(m_fullPath).fileName(QUrl::FullyDecoded);
+    m_packagePath = m_updateDir + QLatin1Char('/') + packageName(m_fullPath);
 
     const bool sameRelease =
         stateFile.json.value(UpdateKeys::FullMd5).toString().toLower() == m_fullMd5.toLower();

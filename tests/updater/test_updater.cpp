@@ -876,6 +876,9 @@ void TestUpdater::fileNameIsTheLastSegmentDecoded_data()
                              << "包 #1.zip";
     QTest::newRow("encoded once, and not twice") << "/files/100%25%2541.zip"
                                                  << "100%%41.zip";
+    const bool isSeparator = QDir::toNativeSeparators(QStringLiteral("/")) == QStringLiteral("\\");
+    QTest::newRow("backslashes") << "/files/..%5C..%5CNelvoEditor.exe"
+                                 << (isSeparator ? "NelvoEditor.exe" : "..\\..\\NelvoEditor.exe");
     QTest::newRow("Chinese") << "/files/包.zip"
                              << "包.zip";
 }
