@@ -70,6 +70,16 @@ PageTest {
         compare(findChild(log, "edit").readOnly, true);
     }
 
+    // A text that is no rich text shows as it is, and fetches nothing.
+    function compareLogShowsMarksAsTheyAre() {
+        const texts = ["replied: <img src=\"qrc:/none.png\"><b>no</b>", "a & b &amp; &lt;c> <", "5 > 4"];
+        updater.readyUpdateInfo(texts[0]);
+        updater.readyUpdateError(texts[1]);
+        updater.readyUpdateInfo(texts[2]);
+        compare(lines(part("log")), texts);
+        compare(warningLog.take(), []);
+    }
+
     function compareLogShowsItsEnd() {
         const flickable = findChild(part("log"), "flickable");
         for (let i = 0; i < 60; ++i)

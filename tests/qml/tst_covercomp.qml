@@ -65,6 +65,11 @@ Item {
             compareLogsInfoAndErrors();
         }
 
+        function test_textsOfServicesAreNoRichText() {
+            openInstallation();
+            compareLogShowsMarksAsTheyAre();
+        }
+
         function test_logLooks() {
             openInstallation();
             updater.readyUpdateInfo("x");

@@ -189,6 +189,11 @@ Item {
             compareLogsInfoAndErrors();
         }
 
+        function test_textsOfServicesAreNoRichText() {
+            openDownload();
+            compareLogShowsMarksAsTheyAre();
+        }
+
         function test_logLooks() {
             openDownload();
             updater.readyUpdateInfo("x");

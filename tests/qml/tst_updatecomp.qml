@@ -43,6 +43,13 @@ Item {
                     ["1.0.1", "更新内容:", "faster", "finer"]);
         }
 
+        function test_versionIsNoRichText() {
+            openOffer("<b>1</b>&lt;<img src=\"qrc:/none.png\">", "<i>finer</i>");
+            compare(lines(part("releaseNotes")).map(line => line.trim()),
+                    ["<b>1</b>&lt;<img src=\"qrc:/none.png\">", "更新内容:", "finer"]);
+            compare(warningLog.take(), []);
+        }
+
         function test_notesWithoutAnything() {
             openOffer("", "");
             compare(part("releaseNotes").text, "<br/> 更新内容: <br/>");

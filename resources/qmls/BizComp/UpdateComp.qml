@@ -32,7 +32,7 @@ Item {
             bottomMargin: 20
         }
         // The window outlives what it talks to when the host shuts down.
-        text: updater ? updater.latestVersion + "<br/> 更新内容: <br/>" + updater.changeLog : ""
+        text: updater ? asItIs(updater.latestVersion) + "<br/> 更新内容: <br/>" + updater.changeLog : ""
     }
 
     Item {

@@ -12,6 +12,12 @@ Rectangle {
     // Text that is added is brought into view, as in a log.
     property bool followsEnd: false
 
+    // Plain text as rich text that shows it unchanged. What a service says may look like marks, which could fetch
+    // pictures.
+    function asItIs(plainText) {
+        return plainText.replace(/&/g, "&amp;").replace(/</g, "&lt;");
+    }
+
     color: Theme.textPanel
 
     Flickable {

@@ -6,7 +6,7 @@ RichTextPanel {
     id: log
 
     function append(message) {
-        text += message + "<br/>";
+        text += asItIs(message) + "<br/>";
     }
 
     visible: text !== ""
