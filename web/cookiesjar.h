@@ -9,6 +9,9 @@
 //! A QNetworkCookieJar whose whole content can be read and replaced: a session takes its cookies along as
 //! text and brings them back from there. In memory only. Every operation may be called from any thread:
 //! each thread that makes calls has a network manager of its own, and all of them use this jar.
+//!
+//! Of the cookies that answers set, it keeps 180 of a domain and 3,000 in all; the oldest go first. What
+//! setAllCookies brings is neither counted nor dropped, until an answer sets it anew.
 class CCookiesJar final : public QNetworkCookieJar
 {
     Q_OBJECT
@@ -26,6 +29,11 @@ public:
     bool deleteCookie(const QNetworkCookie& cookie) override;
 
 private:
+    //! Drops the cookie that is too much after one of that domain came in.
+    void dropOldest(const QString& domain);
+
     //! Recursive, since the base class builds its operations on one another.
     mutable QRecursiveMutex m_mutex;
+    //! How many of the cookies setAllCookies brought. They are in front of all others.
+    int m_restored = 0;
 };
