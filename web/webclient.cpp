@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDebug>
+#include <QDir>
 #include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -39,6 +40,12 @@ void prepareRequest(const RequestPreparer& prepare, QNetworkRequest& request)
 {
     if (prepare)
         prepare(request);
+}
+
+//! Whether the network layer has a file for it and no service: by its path, or by a search path.
+bool isLocal(const QUrl& url)
+{
+    return url.isLocalFile() || !QDir::searchPaths(url.scheme()).isEmpty();
 }
 
 //! Gives an object that any thread may have made to the thread of the application.
@@ -207,5 +214,6 @@ bool httpPut(QNetworkAccessManager* manager, const QString& baseUrl, const QStri
 {
     QNetworkRequest request = jsonRequestFor(baseUrl, path);
     prepareRequest(prepare, request);
-    return waitFor(manager->put(request, body), owner, handler);
+    // The network layer would write the file. It fails as silently as reading one does.
+    return !isLocal(request.url()) && waitFor(manager->put(request, body), owner, handler);
 }

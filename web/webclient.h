@@ -25,6 +25,9 @@ class QObject;
 //! Failures are results: a transport error or an HTTP status that is no success is logged as a warning
 //! with the reply's error text and gives false.
 //!
+//! An address of the scheme "file" gives false, and nothing is written. Only a POST there is logged, as one
+//! of an unknown protocol.
+//!
 //! A call that an object makes for itself passes that object as `owner`. What runs inside the call may
 //! delete it, as a host's Shutdown does. The call then returns false at once and logs nothing, and its
 //! caller must not touch its own members any more. The request itself goes on.

@@ -12,11 +12,15 @@
 
 #include <QAbstractEventDispatcher>
 #include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QTimerEvent>
+#include <QUrl>
 #include <QtTest>
 
 #include <stdexcept>
@@ -196,6 +200,7 @@ private Q_SLOTS:
     void renameIsSentAgainUntilTheListIsRead();
     void failedRenameIsLogged_data();
     void failedRenameIsLogged();
+    void renameToALocalAddressWritesNothing();
     void unknownProjectSendsNothing();
     void announcedProjectIsAddedEvenIfKnown();
     void handlerDuringTheAddSeesNeither();
@@ -1149,6 +1154,28 @@ void TestProjectInfoMgr::failedRenameIsLogged()
     ProjectRef found;
     project.manager.GetProjectInfo(L"a", found);
     QVERIFY(found.name == L"old");
+}
+
+void TestProjectInfoMgr::renameToALocalAddressWritesNothing()
+{
+    const QTemporaryDir directory;
+    QVERIFY(QDir(directory.path()).mkpath(QStringLiteral("scene")));
+    QFile file(directory.filePath(QStringLiteral("scene/project")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("kept");
+    file.close();
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"old"})");
+    LoginSession local = session();
+    local.sdkAddr = QUrl::fromLocalFile(directory.path()).toString().toStdWString();
+    project.manager.ReflushProjOrgInfo(local);
+    MessageLog log;
+    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
+    QVERIFY(log.warnings().isEmpty());
+    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
+                               "CProjectInfoMgr::OnUploadProject update project /scene/project falid")});
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("kept"));
 }
 
 void TestProjectInfoMgr::unknownProjectSendsNothing()

@@ -6,12 +6,15 @@
 #include "tests/support/wine.h"
 #include "web/cookiesjar.h"
 
+#include <QDir>
 #include <QEventLoop>
+#include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPointer>
+#include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
 #include <QtTest>
@@ -54,6 +57,8 @@ private Q_SLOTS:
     void refusedSchemeDoesNotBlock();
     void finishedReplySkipsTheLoop();
     void localAddressGivesFalse();
+    void localFileIsNotWritten_data();
+    void localFileIsNotWritten();
 
     void jsonObject();
     void jsonArray();
@@ -353,6 +358,51 @@ void TestWebClient::localAddressGivesFalse()
                          result));
     QCoreApplication::processEvents();
     QVERIFY(result.isEmpty());
+}
+
+void TestWebClient::localFileIsNotWritten_data()
+{
+    QTest::addColumn<QString>("scheme");
+    QTest::addColumn<bool>("exists");
+    for (const bool exists : {true, false}) {
+        const char* what = exists ? "a file that is there" : "a new file";
+        QTest::addRow("file: %s", what) << QStringLiteral("file") << exists;
+        QTest::addRow("search path: %s", what) << QStringLiteral("testpath") << exists;
+    }
+}
+
+void TestWebClient::localFileIsNotWritten()
+{
+    QFETCH(QString, scheme);
+    QFETCH(bool, exists);
+    const QTemporaryDir directory;
+    QVERIFY(directory.isValid());
+    QFile file(directory.filePath(QStringLiteral("target")));
+    if (exists) {
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("kept");
+        file.close();
+    }
+    QDir::setSearchPaths(QStringLiteral("testpath"), {directory.path()});
+    const QString base = scheme == QStringLiteral("file") ? QUrl::fromLocalFile(directory.path()).toString()
+                                                          : scheme + QLatin1Char(':');
+    bool handled = false;
+    const auto handler = [&handled](const QByteArray&) { return handled = true; };
+    for (const QString& path : {QStringLiteral("/target"), QStringLiteral("target")}) {
+        MessageLog log;
+        QVERIFY(!httpPut(sharedNetworkManager(), base, path, "written", {}, handler));
+        QCoreApplication::processEvents();
+        QVERIFY(log.entries().isEmpty());
+        httpPost(sharedNetworkManager(), base, path, "written", {}, handler);
+    }
+    QDir::setSearchPaths(QStringLiteral("testpath"), {});
+    QVERIFY(!handled);
+    QCOMPARE(QDir(directory.path()).entryList(QDir::Files), exists ? QStringList{"target"} : QStringList{});
+    QVERIFY(!QFile::exists(directory.path() + QStringLiteral("target")));
+    if (exists) {
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("kept"));
+    }
 }
 
 void TestWebClient::jsonObject()
