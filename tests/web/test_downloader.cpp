@@ -817,7 +817,7 @@ void TestDownloader::destroyedInASlotOfItsOwn()
     QFETCH(QByteArray, signal);
     QFETCH(bool, fails);
     if (fails)
-        deliver(PackageDelivery::End::Cut, 1000);
+        m_services.addFault({Fault::Status, {}, {}, 404, true});
     const Destroyer destroyer(m_downloader);
     connect(m_downloader.get(), signal.constData(), &destroyer, SLOT(destroy()));
     download();
