@@ -23,7 +23,6 @@
 
 using NelvoDevkit::Fault;
 using NelvoDevkit::FaultRule;
-using NelvoDevkit::HttpReply;
 using NelvoDevkit::PackageDelivery;
 using NelvoDevkit::Release;
 using TestSupport::ApplicationFile;

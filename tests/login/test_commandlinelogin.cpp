@@ -16,7 +16,6 @@
 #include <QTimer>
 #include <QtTest>
 
-using NelvoDevkit::HttpReply;
 using NelvoPlugin::CLoginActor;
 using TestSupport::ApplicationFile;
 using TestSupport::json;

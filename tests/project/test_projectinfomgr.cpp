@@ -26,7 +26,6 @@
 #include <stdexcept>
 
 using NelvoDevkit::Fault;
-using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using NelvoPlugin::CProjectInfoMgr;
 using NelvoSDK::LoginSession;

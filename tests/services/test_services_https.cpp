@@ -6,7 +6,6 @@
 #include <QTest>
 
 using NelvoDevkit::Fault;
-using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
 using TestSupport::StartedServices;
 

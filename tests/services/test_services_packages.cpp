@@ -23,7 +23,6 @@
 using NelvoDevkit::Fault;
 using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::PackageDelivery;
-using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
 using TestSupport::md5;
 using TestSupport::StartedServices;

@@ -23,7 +23,6 @@
 #include <memory>
 
 using NelvoDevkit::Fault;
-using NelvoDevkit::HttpReply;
 using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::PackageDelivery;
 using NelvoDevkit::Release;
