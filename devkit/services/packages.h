@@ -12,7 +12,7 @@ class QIODevice;
 
 namespace NelvoDevkit {
 
-//! \brief How the package server answers for a package. As it stands here: whole, right and at once.
+//! \brief How the package server delivers a package. By default: complete, correct and without delay.
 struct PackageDelivery {
     enum class End {
         Whole, //!< with the last byte

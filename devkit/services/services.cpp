@@ -97,7 +97,7 @@ Services::Private::Private(Services& services, const ServicesOptions& options)
         error = QStringLiteral("can't make a certificate");
 }
 
-//! Takes the ports and tells the services the addresses that they hand out.
+//! Binds the ports and passes to each service the addresses that its replies contain.
 bool Services::Private::bind(QString* error)
 {
     const auto binds = [error](Port* port) { return port->listener.bind(port->number, error); };

@@ -11,7 +11,7 @@ namespace NelvoDevkit {
 //! \brief The service simulator as a tour sees it: its control path, and its editor service as another
 //! client of the enterprise 1001.
 //!
-//! Whatever does not come about throws Missed, told by the ui.
+//! Each operation throws Missed when a request fails or times out.
 class TourSimulator
 {
 public:

@@ -165,7 +165,7 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the unpack at its second entry.
     if (!makeFifo(host.path("held")))
-        QSKIP("named pipes cannot be created among files on this system");
+        QSKIP("Windows has no named pipes in directories, and the test stops the host at one");
 
     m_server.stallAfter(70000);
     host.start(m_server.arguments("update"));
@@ -214,7 +214,7 @@ void TestE2eUpdateRestart::killedInTheCoverTheVersionStands()
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the cover at the history.
     if (!makeFifo(host.path("NelvoUpdateLog.txt")))
-        QSKIP("named pipes cannot be created among files on this system");
+        QSKIP("Windows has no named pipes in directories, and the test stops the host at one");
     host.start(m_server.arguments("update"));
     QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
     host.kill();
