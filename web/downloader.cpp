@@ -27,7 +27,8 @@ QNetworkRequest requestFor(const QString& url)
     return request;
 }
 
-//! A disk takes what it has room for. Only the attempt at the rest tells why it takes no more.
+//! A nearly full disk accepts a part of the bytes without an error. Only the next write gives the reason, so
+//! the file has to be unbuffered: a flush stops at the part.
 bool writeAll(QFile& file, QByteArray bytes)
 {
     while (!bytes.isEmpty()) {
@@ -36,7 +37,7 @@ bool writeAll(QFile& file, QByteArray bytes)
             return false;
         bytes.remove(0, static_cast<int>(written));
     }
-    return file.flush();
+    return true;
 }
 
 } // namespace
@@ -95,7 +96,7 @@ bool CDownloader::download(const QString& url, const QString& filePath, qint64 b
 void CDownloader::onReadyRead()
 {
     QFile file(m_filePath);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append)) {
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
         // Nobody takes the data now, and the transfer goes on to its end all the same.
         m_reply->setReadBufferSize(0);
         return;

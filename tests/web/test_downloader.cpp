@@ -173,6 +173,7 @@ private Q_SLOTS:
 
     void networkStaysCloseToTheDisk();
     void transferEndsThoughTheTargetCannotBeOpened();
+    void fullDiskIsLoggedOnce_data();
     void fullDiskIsLoggedOnce();
     void directoryThatCannotBeMade();
     void targetThatOpensLaterGetsEverything();
@@ -876,18 +877,27 @@ void TestDownloader::networkStaysCloseToTheDisk()
     QCOMPARE(m_report->received(), size);
 }
 
+void TestDownloader::fullDiskIsLoggedOnce_data()
+{
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<qint64>("room");
+
+    QTest::newRow("in one of many chunks") << 8 * Mebi << Mebi + 1000;
+    QTest::newRow("in the only chunk") << qint64(1000) << qint64(400);
+}
+
 //! A limit to the size of files plays the full disk: the write that reaches it is cut short.
 void TestDownloader::fullDiskIsLoggedOnce()
 {
 #if __has_include(<sys/resource.h>)
-    constexpr qint64 size = 8 * Mebi; // comes in more than one chunk
-    constexpr qint64 room = Mebi + 1000;
+    QFETCH(const qint64, size);
+    QFETCH(const qint64, room);
     generatePackage(size);
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit before{};
     QCOMPARE(getrlimit(RLIMIT_FSIZE, &before), 0);
     const auto restored = qScopeGuard([&before] { setrlimit(RLIMIT_FSIZE, &before); });
-    const rlimit full{room, before.rlim_max};
+    const rlimit full{static_cast<rlim_t>(room), before.rlim_max};
     QCOMPARE(setrlimit(RLIMIT_FSIZE, &full), 0);
 
     const QString file = target(QStringLiteral("package.zip"));

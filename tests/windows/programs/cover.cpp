@@ -28,11 +28,12 @@ const fs::path Unpacked = "NelvoUnCompress";
 const std::initializer_list<const char*> Protected{"NelvoUpdateLog.txt", "updateConfig.json",
                                                    "NelvoUpdateState.dat"};
 
-//! Waits until there is such a file.
+//! Waits until the file can be read. It exists a moment earlier, while the program that renamed it still
+//! holds it.
 bool appears(const fs::path& file)
 {
     const auto end = steady_clock::now() + Patience;
-    while (!fs::exists(file)) {
+    while (!std::ifstream(file).is_open()) {
         if (steady_clock::now() > end)
             return false;
         std::this_thread::sleep_for(milliseconds(10));

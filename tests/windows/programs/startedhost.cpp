@@ -5,6 +5,6 @@
 int main(int argc, char* /*argv*/[])
 {
     std::ofstream("started.new") << argc - 1;
-    // Whoever waits for the file finds it whole.
+    // A reader of the file finds it whole.
     return std::rename("started.new", "started.txt");
 }
