@@ -1,10 +1,9 @@
 #include "bench/measure.h"
 #include "bim/pdsmgr.h"
+#include "services/services.h"
 #include "tests/bim/pdsstandins.h"
 #include "tests/support/pluginshell.h"
 #include "web/webclient.h"
-
-#include <services/services.h>
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -1,11 +1,10 @@
 #include "bench/measure.h"
+#include "services/services.h"
 #include "tests/bim/pdsstandins.h"
 #include "tests/e2e/bimscene.h"
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/messagelog.h"
 #include "userinput/userinput.h"
-
-#include <services/services.h>
 
 #include <NelvoSDK/IPdsMgr.h>
 

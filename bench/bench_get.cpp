@@ -1,7 +1,6 @@
 #include "bench/measure.h"
+#include "services/services.h"
 #include "web/webclient.h"
-
-#include <services/services.h>
 
 #include <QCoreApplication>
 #include <QEventLoop>

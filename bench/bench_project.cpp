@@ -1,9 +1,8 @@
 #include "bench/measure.h"
 #include "bench/processmemory.h"
 #include "project/projectinfomgr.h"
+#include "services/services.h"
 #include "web/webclient.h"
-
-#include <services/services.h>
 
 #include <QCoreApplication>
 #include <QJsonDocument>

@@ -1,8 +1,7 @@
 #include "bench/measure.h"
+#include "services/services.h"
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/messagelog.h"
-
-#include <services/services.h>
 
 #include <QGuiApplication>
 #include <QMetaObject>

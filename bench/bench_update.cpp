@@ -1,12 +1,11 @@
 #include "bench/measure.h"
 #include "bench/processmemory.h"
+#include "package/updatepackage.h"
+#include "services/services.h"
 #include "tasks/threadpool.h"
 #include "updater/unzippackage.h"
 #include "updater/updatehelper.h"
 #include "web/downloader.h"
-
-#include <package/updatepackage.h>
-#include <services/services.h>
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "BVUtility/CTreeModel.h"
+#include <BVUtility/CTreeModel.h>
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VLSmartDB/DevkitDatabase.h"
+#include <VLSmartDB/DevkitDatabase.h>
 
 #include <map>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "VLSmartDB/DevkitDatabase.h"
+#include <VLSmartDB/DevkitDatabase.h>
 
 #include "director.h"
 #include "seedfile.h"

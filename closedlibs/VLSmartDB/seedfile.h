@@ -1,6 +1,6 @@
 #pragma once
 
-#include "VLSmartDB/DevkitDatabase.h"
+#include <VLSmartDB/DevkitDatabase.h>
 
 namespace VLSmartDB {
 

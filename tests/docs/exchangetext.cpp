@@ -1,9 +1,8 @@
 #include "tests/docs/exchangetext.h"
 
+#include "services/services.h"
 #include "tests/docs/foldedjson.h"
 #include "tests/support/systemtexts.h"
-
-#include <services/services.h>
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,10 +1,9 @@
+#include "launch/callerhandshake.h"
+#include "launch/launcher.h"
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/accounts.h"
 #include "tests/support/files.h"
 #include "tests/support/startedservices.h"
-
-#include <launch/callerhandshake.h>
-#include <launch/launcher.h>
 
 #include <QFile>
 #include <QGuiApplication>

@@ -1,8 +1,7 @@
 #include "tests/e2e/wire.h"
 
+#include "services/services.h"
 #include "tests/support/systemtexts.h"
-
-#include <services/services.h>
 
 #include <QRegularExpression>
 #include <QUrl>

@@ -1,10 +1,9 @@
+#include "launch/callerhandshake.h"
+#include "launch/launcher.h"
 #include "platform/handshake.h"
 
 #include "tests/support/files.h"
 #include "tests/support/systemtexts.h"
-
-#include <launch/callerhandshake.h>
-#include <launch/launcher.h>
 
 #include <QFile>
 #include <QLockFile>

@@ -1,5 +1,6 @@
-#include <commandline/commandline.h>
-#include <launch/launcher.h>
+
+#include "commandline/commandline.h"
+#include "launch/launcher.h"
 
 #include <QtTest>
 

@@ -1,6 +1,5 @@
+#include "launch/callerhandshake.h"
 #include "login/logincmdlinemgr.h"
-
-#include <launch/callerhandshake.h>
 
 #include <QUuid>
 #include <QtTest>

@@ -1,6 +1,5 @@
+#include "launch/callerhandshake.h"
 #include "platform/handshake.h"
-
-#include <launch/callerhandshake.h>
 
 #include <QProcess>
 #include <QUuid>

@@ -1,9 +1,10 @@
-#include <commandline/commandline.h>
-#include <probe/explanation.h>
-#include <probe/formpage.h>
-#include <probe/probeoptions.h>
-#include <probe/redaction.h>
-#include <probe/report.h>
+
+#include "commandline/commandline.h"
+#include "probe/explanation.h"
+#include "probe/formpage.h"
+#include "probe/probeoptions.h"
+#include "probe/redaction.h"
+#include "probe/report.h"
 
 #include <QtTest>
 

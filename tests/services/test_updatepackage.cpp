@@ -1,6 +1,5 @@
+#include "package/updatepackage.h"
 #include "tests/support/files.h"
-
-#include <package/updatepackage.h>
 
 #include <quazip/quazip.h>
 #include <quazip/quazipfile.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <services/services.h>
+#include "services/services.h"
 
 namespace TestSupport {
 

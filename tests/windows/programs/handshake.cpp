@@ -1,10 +1,9 @@
 #include "checks.h"
 #include "childprocess.h"
+#include "launch/callerhandshake.h"
 
 #include "login/logincmdlinemgr.h"
 #include "platform/handshake.h"
-
-#include <launch/callerhandshake.h>
 
 #include <array>
 #include <map>
