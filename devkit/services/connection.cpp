@@ -167,6 +167,9 @@ bool Connection::deliver(const Delivery& delivery, bool keepAlive)
     switch (delivery.manner) {
     case Delivery::Manner::Whole:
         return send(delivery, keepAlive) && keepAlive;
+    case Delivery::Manner::Raw:
+        stream(*delivery.stream, Endless);
+        return false;
     case Delivery::Manner::HalfBody:
         sendHalf(delivery, keepAlive);
         return false;

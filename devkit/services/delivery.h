@@ -19,7 +19,7 @@ struct BodyStep {
     };
 
     Kind kind = Kind::End;
-    std::string_view bytes; //!< until the next step is asked for
+    std::string_view bytes{}; //!< until the next step is asked for
     std::chrono::milliseconds time{};
 };
 
@@ -31,7 +31,8 @@ public:
     virtual ~BodyStream() = default;
     Q_DISABLE_COPY(BodyStream)
 
-    //! The size that the head announces. If the steps write another one, the connection isn't kept.
+    //! The size that the head announces. If the steps write another one, the connection isn't kept. Without
+    //! meaning where the answer is raw.
     virtual qint64 announcedSize() const = 0;
     virtual BodyStep next() = 0;
 };
@@ -40,6 +41,7 @@ public:
 struct Delivery {
     enum class Manner {
         Whole,
+        Raw,      //!< the stream is the whole answer, status line and headers included
         HalfBody, //!< the head announces the whole body, half of it follows, then the connection ends
         Reset,    //!< nothing goes out, the connection is reset
         Drop,     //!< nothing goes out, the connection ends

@@ -69,8 +69,8 @@ public:
     //! Keeps a Refuse that strikes and the removal of all faults from crossing each other.
     std::mutex refusal;
 
-    mutable std::mutex repliesMutex;
-    std::map<std::pair<QByteArray, QByteArray>, HttpReply> replies; // by method and path
+    mutable std::mutex answersMutex;
+    std::map<std::pair<QByteArray, QByteArray>, std::function<Delivery()>> fixedAnswers; // by method and path
 
     SignInService signInService{seed};
     EditorData editorData{seed};
@@ -173,10 +173,10 @@ Delivery Services::Private::underFault(Port& port, const HttpRequest& request,
 Delivery Services::Private::answer(const Port& port, const HttpRequest& request) const
 {
     {
-        const std::lock_guard lock(repliesMutex);
-        const auto canned = replies.find({request.method, request.path()});
-        if (canned != replies.end())
-            return {canned->second};
+        const std::lock_guard lock(answersMutex);
+        const auto fixed = fixedAnswers.find({request.method, request.path()});
+        if (fixed != fixedAnswers.end())
+            return fixed->second();
     }
     return port.service.answer(request);
 }
@@ -305,14 +305,21 @@ void Services::clearFaults()
 
 void Services::setReply(const QByteArray& method, const QString& path, const HttpReply& reply)
 {
-    const std::lock_guard lock(d->repliesMutex);
-    d->replies[{method, path.toUtf8()}] = reply;
+    const std::lock_guard lock(d->answersMutex);
+    d->fixedAnswers.insert_or_assign({method, path.toUtf8()}, [reply] { return Delivery{reply}; });
+}
+
+void Services::setRawAnswer(const QByteArray& method, const QString& path, const RawAnswer& answer)
+{
+    const std::lock_guard lock(d->answersMutex);
+    d->fixedAnswers.insert_or_assign({method, path.toUtf8()}, [owned = std::make_shared<const RawAnswer>(
+                                                                   answer)] { return rawDelivery(owned); });
 }
 
 void Services::clearReplies()
 {
-    const std::lock_guard lock(d->repliesMutex);
-    d->replies.clear();
+    const std::lock_guard lock(d->answersMutex);
+    d->fixedAnswers.clear();
 }
 
 void Services::forgetSessions()

@@ -4,6 +4,7 @@
 #include "services/editorservice.h"
 #include "services/faults.h"
 #include "services/packages.h"
+#include "services/rawanswer.h"
 #include "services/requestlog.h"
 #include "services/signinservice.h"
 #include "services/updateservice.h"
@@ -72,6 +73,9 @@ public:
 
     //! Answers `method` `path` with `reply` from now on, whoever asks.
     void setReply(const QByteArray& method, const QString& path, const HttpReply& reply);
+    //! The same, byte by byte, for answers that no sound server gives.
+    void setRawAnswer(const QByteArray& method, const QString& path, const RawAnswer& answer);
+    //! Takes both kinds back. Connections that hold under a raw answer close.
     void clearReplies();
 
     //! Forgets every session and login ticket, as a restarted server does. Projects and bindings stay.

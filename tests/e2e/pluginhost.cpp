@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QLibrary>
+#include <QPointer>
 #include <QQmlContext>
 
 namespace E2e {
@@ -58,21 +59,25 @@ QObject* PluginHost::loginCtrl() const
 
 NelvoSDK::LoginSession PluginHost::signIn(const QString& url, const QString& user, QString* message) const
 {
+    // A shutdown while it waits takes the window's object along.
+    const QPointer<QObject> control(loginCtrl());
     QString refused;
-    QMetaObject::invokeMethod(loginCtrl(), "login", Q_RETURN_ARG(QString, refused), Q_ARG(QString, user),
+    QMetaObject::invokeMethod(control, "login", Q_RETURN_ARG(QString, refused), Q_ARG(QString, user),
                               Q_ARG(QString, TestSupport::passwordOf(user)), Q_ARG(QString, url),
                               Q_ARG(QString, QString()));
     if (message)
         *message = refused;
-    const QJsonArray companies = loginCtrl()->property("appList").toJsonArray();
-    if (!refused.isEmpty() || companies.isEmpty())
+    if (!control || !refused.isEmpty())
+        return {};
+    const QJsonArray companies = control->property("appList").toJsonArray();
+    if (companies.isEmpty())
         return {};
     const QJsonObject company = companies.at(0).toObject();
     QMetaObject::invokeMethod(
-        loginCtrl(), "onLogin", Q_ARG(QString, url),
+        control, "onLogin", Q_ARG(QString, url),
         Q_ARG(QString, QString::number(company.value(QStringLiteral("enterpriseId")).toInt())),
         Q_ARG(QString, company.value(QStringLiteral("enterpriseName")).toString()));
-    QMetaObject::invokeMethod(loginCtrl(), "onShowHome");
+    QMetaObject::invokeMethod(control, "onShowHome");
     return observer.sessions.isEmpty() ? NelvoSDK::LoginSession{} : observer.sessions.constLast();
 }
 

@@ -1,0 +1,168 @@
+#include "bench/processmemory.h"
+#include "tests/e2e/pluginhost.h"
+#include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
+#include "tests/support/wine.h"
+#include "tests/wire/operations.h"
+
+#include <NelvoSDK/IPdsMgr.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
+
+#include <QGuiApplication>
+#include <QTimer>
+#include <QtTest>
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+
+using Wire::Answer;
+using Wire::OperationKind;
+using Wire::Outcome;
+
+Q_DECLARE_METATYPE(const Answer*)
+Q_DECLARE_METATYPE(const OperationKind*)
+
+namespace {
+
+constexpr int Patience = 60000;
+constexpr double Mebi = 1024.0 * 1024;
+//! Of the whole process, the simulator's part included.
+constexpr double MemoryBound = 32 * Mebi;
+
+Outcome expected(const OperationKind& operation, const Answer& answer)
+{
+    const auto& exceptions = operation.exceptions;
+    const auto found = std::find_if(exceptions.begin(), exceptions.end(), [&answer](const auto& exception) {
+        return qstrcmp(exception.first, answer.name) == 0;
+    });
+    return found == exceptions.end() ? answer.outcome : found->second;
+}
+
+} // namespace
+
+//! Every operation under every answer of the table, in one process: the documented outcome, bounded memory,
+//! and the same operation succeeds with the next sound answer.
+class TestWire : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyAnswerToEveryOperation_data();
+    void everyAnswerToEveryOperation();
+
+private:
+    void enter();
+    bool isAsked(const OperationKind& operation) const;
+    //! Runs the operation to its end, and calls `release` as soon as it has waited for a while.
+    Outcome run(const OperationKind& kind, const std::function<void()>& release);
+    void answer(const OperationKind& kind, const NelvoDevkit::RawAnswer& answer)
+    {
+        m_services.setRawAnswer(kind.method, kind.path, answer);
+    }
+
+    TestSupport::StartedServices m_services;
+    std::unique_ptr<E2e::PluginHost> m_host;
+};
+
+//! A host that has signed in. One that a row has shut down makes way for another.
+void TestWire::enter()
+{
+    if (m_host && E2e::plugin()->GetLoginMgr())
+        return;
+    m_host.reset();
+    QTRY_VERIFY(QGuiApplication::topLevelWindows().isEmpty()); // the old window goes with the next events
+    m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
+    E2e::plugin()->GetLoginMgr()->Start();
+    NelvoSDK::IProjectInfoMgr* const projects = E2e::plugin()->GetProjectInfoMgr();
+    projects->SetPlugin(E2e::plugin());
+    E2e::plugin()->GetPdsMgr()->SetPlugin(E2e::plugin());
+    projects->ReflushProjOrgInfo(m_host->signIn(m_services.signInUrl(), QStringLiteral("zhangwei")));
+}
+
+bool TestWire::isAsked(const OperationKind& operation) const
+{
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.log().requests();
+    return std::any_of(
+        requests.begin(), requests.end(), [&operation](const NelvoDevkit::LoggedRequest& request) {
+            return request.method == operation.method && request.path() == operation.path.toLatin1();
+        });
+}
+
+Outcome TestWire::run(const OperationKind& kind, const std::function<void()>& release)
+{
+    constexpr int aWhile = 20;
+    m_services.log().clear();
+    const std::unique_ptr<Wire::Operation> operation = kind.make(m_services, *m_host);
+    bool waited = false;
+    int ticks = 0;
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, this, [&] {
+        if (!isAsked(kind) || ++ticks < aWhile)
+            return;
+        watch.stop();
+        waited = !operation->outcome();
+        release();
+    });
+    if (release)
+        watch.start(5);
+    operation->start();
+    const auto isShutDown = [] { return E2e::plugin()->GetLoginMgr() == nullptr; };
+    const bool ended = QTest::qWaitFor([&] { return operation->outcome() || isShutDown(); }, Patience);
+    if (!ended)
+        qFatal("the operation never ends");
+    if (!isAsked(kind))
+        qFatal("the request was not sent");
+    if (waited && operation->outcome() != Outcome::Used)
+        return isShutDown() ? Outcome::WaitsForShutdown : Outcome::WaitsForClose;
+    return *operation->outcome();
+}
+
+void TestWire::everyAnswerToEveryOperation_data()
+{
+    QTest::addColumn<const OperationKind*>("kind");
+    QTest::addColumn<const Answer*>("answer");
+    for (const OperationKind& kind : Wire::operations()) {
+        for (const Answer& answer : Wire::answers()) {
+            // The shutdown waits for the thread that reads the models, and with it for their service.
+            const bool isEndless = expected(kind, answer) == Outcome::WaitsForShutdown;
+            if (!isEndless || qstrcmp(kind.name, "models") != 0)
+                QTest::addRow("%s: %s", kind.name, answer.name) << &kind << &answer;
+        }
+    }
+}
+
+void TestWire::everyAnswerToEveryOperation()
+{
+    QFETCH(const OperationKind*, kind);
+    QFETCH(const Answer*, answer);
+    if (QByteArray(answer->name).startsWith("reset") && TestSupport::isUnderWine())
+        QSKIP(TestSupport::ResetsGoUnnoticed);
+    const TestSupport::MessageLog log;
+    enter();
+    this->answer(*kind, answer->bytes(kind->sound));
+    const Outcome wanted = expected(*kind, *answer);
+    std::function<void()> release;
+    if (wanted == Outcome::WaitsForClose)
+        release = [this, kind] { this->answer(*kind, {}); };
+    if (wanted == Outcome::WaitsForShutdown)
+        release = [] { E2e::plugin()->Shutdown(); };
+
+    Outcome outcome{};
+    const double growth = Bench::growthDuring(Bench::ownBytes, [&] { outcome = run(*kind, release); });
+    if (wanted == Outcome::UsedOrFailed)
+        QVERIFY(outcome == Outcome::Used || outcome == Outcome::Failed);
+    else
+        QCOMPARE(outcome, wanted);
+    QVERIFY2(growth < MemoryBound, qPrintable(QStringLiteral("%1 MiB").arg(growth / Mebi)));
+
+    // The process goes on as if nothing had been.
+    m_services.clearReplies();
+    enter();
+    this->answer(*kind, Wire::answers().front().bytes(kind->sound));
+    QCOMPARE(run(*kind, {}), Outcome::Used);
+    m_services.clearReplies();
+}
+
+QTEST_MAIN(TestWire)
+#include "test_wire.moc"
