@@ -3,7 +3,7 @@ PRESET ?= release
 BUILD = build/$(PRESET)
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build run tour test lint format asan tsan bench docs gallery kit artwork clean
+.PHONY: help deps build run tour test lint format asan tsan soak bench docs gallery kit artwork clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -38,6 +38,9 @@ asan: ## every test under AddressSanitizer and UndefinedBehaviorSanitizer
 tsan: ## the tests that start threads, under ThreadSanitizer
 	@$(MAKE) --no-print-directory build PRESET=tsan
 	@ctest --preset tsan
+
+soak: build ## what a long day of use leaves in memory, handles and threads; takes some minutes
+	@ctest --preset soak
 
 bench: build ## the measurements, each beside a peer or a floor
 	@tools/bench $(BUILD)

@@ -98,6 +98,8 @@ const std::vector<Answer>& answers()
         {"two chunks", [](const SoundReply& s) { return chunked(s, chunk(half(s.body)) + chunk(s.body.mid(s.body.size() / 2)) + chunk({})); }, Outcome::Used},
         {"no last chunk", [](const SoundReply& s) { return chunked(s, chunk(s.body)); }, Outcome::UsedOrFailed},
         {"chunk cut short", [](const SoundReply& s) { return chunked(s, half(chunk(s.body))); }, Outcome::Failed},
+        {"closed in a chunk's size", [](const SoundReply& s) { return chunked(s, chunk(s.body) + "1"); }, Outcome::UsedOrFailed},
+        {"closed behind a chunk's size", [](const SoundReply& s) { return chunked(s, chunk(s.body) + "1\r\n"); }, Outcome::UsedOrFailed},
         {"chunk extension and trailer", [](const SoundReply& s) { return chunked(s, QByteArray::number(s.body.size(), 16) + ";a=b\r\n" + s.body + "\r\n0\r\nX-End: 1\r\n\r\n"); }, Outcome::Used},
         {"chunk size of 64 bits", [](const SoundReply& s) { return chunked(s, "FFFFFFFFFFFFFFFF\r\n" + s.body); }, Outcome::Failed},
         {"chunk size beyond 64 bits", [](const SoundReply& s) { return chunked(s, "1FFFFFFFFFFFFFFFF\r\n" + s.body); }, Outcome::Failed},

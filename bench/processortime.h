@@ -1,0 +1,9 @@
+#pragma once
+
+namespace Bench {
+
+//! Seconds that the processors have worked for this process so far, on all of its threads. Time that the
+//! process waits, or that others take, does not count.
+double processorSeconds();
+
+} // namespace Bench

@@ -1,0 +1,263 @@
+#include "bench/processortime.h"
+#include "bim/bimprojworker.h"
+#include "bim/orgitems.h"
+#include "login/casform.h"
+#include "login/logincache.h"
+#include "project/projectinfomgr.h"
+#include "services/signinpages.h"
+#include "tests/support/applicationfile.h"
+#include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
+#include "tests/updater/ziparchive.h"
+#include "updater/unzippackage.h"
+#include "web/cookiesjar.h"
+#include "web/webclient.h"
+
+#include <QCoreApplication>
+#include <QNetworkCookie>
+#include <QStandardItemModel>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+#include <memory>
+
+using NelvoPlugin::CProjectInfoMgr;
+using TestSupport::ApplicationFile;
+using Work = std::function<void()>;
+
+namespace {
+
+//! A list in a JSON text: begin, n times the element with %1 as its number, end.
+QByteArray listOf(const char* begin, const char* element, int n, const char* end)
+{
+    QByteArray text(begin);
+    const QString pattern = QString::fromUtf8(element);
+    for (int i = 0; i < n; ++i)
+        text += (i == 0 ? "" : ",") + pattern.arg(i).toUtf8();
+    return text + end;
+}
+
+QByteArray jsonReply(const QByteArray& body)
+{
+    return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
+}
+
+//! What the service answers on that path from now on.
+void answer(const QString& path, const QByteArray& reply);
+
+Work signInPage(int n)
+{
+    QByteArray page = NelvoDevkit::formPage({"ticket", "e1s1"});
+    page.insert(page.indexOf("</body>"), QByteArray("<p class='a'>text</p>").repeated(n));
+    return [page] {
+        NelvoPlugin::CasFormValues values;
+        QVERIFY(NelvoPlugin::parseLoginArgs(page, values));
+    };
+}
+
+Work cookiesOfOneAnswer(int n)
+{
+    QList<QNetworkCookie> cookies;
+    for (int i = 0; i < n; ++i)
+        cookies.append(QNetworkCookie("c" + QByteArray::number(i), "value"));
+    return [cookies] {
+        CCookiesJar jar;
+        jar.setCookiesFromUrl(cookies, QUrl(QStringLiteral("http://services.example.org/")));
+        QCOMPARE(jar.allCookies().size(), 180);
+    };
+}
+
+NelvoSDK::LoginSession session()
+{
+    NelvoSDK::LoginSession session;
+    session.loggedIn = true;
+    session.sdkAddr = QCoreApplication::instance()->property("sdkAddr").toString().toStdWString();
+    return session;
+}
+
+Work organisation(const QByteArray& body)
+{
+    answer(QStringLiteral("/org/tree"), jsonReply(body));
+    return [] {
+        CProjectInfoMgr manager;
+        manager.ReflushProjOrgInfo(session());
+        NelvoSDK::OrgTreeNode root;
+        QVERIFY(manager.GetOrgTree(root));
+        QVERIFY(!root.children.empty());
+        QStandardItemModel model;
+        NelvoPlugin::appendOrgNode(model.invisibleRootItem(), root);
+        QStringList ids;
+        NelvoPlugin::collectOrgIds(ids, model.invisibleRootItem());
+        QVERIFY(!ids.isEmpty());
+    };
+}
+
+Work wideOrganisation(int n)
+{
+    return organisation(listOf(R"({"data": {"id": "r", "name": "r", "children": [)",
+                               R"({"id": "%1", "name": "n", "children": []})", n, "]}}"));
+}
+
+Work projects(int n)
+{
+    answer(QStringLiteral("/scene/project"),
+           jsonReply(listOf(R"({"data": [)", R"({"id": "%1", "name": "n"})", n, "]}")));
+    return [n] {
+        CProjectInfoMgr manager;
+        manager.ReflushProjOrgInfo(session());
+        std::list<NelvoSDK::ProjectNode> projects;
+        QVERIFY(manager.GetServerProjectTree(projects));
+        QCOMPARE(static_cast<int>(projects.size()), n);
+    };
+}
+
+Work models(int n)
+{
+    answer(
+        QStringLiteral("/bim/relation/"),
+        jsonReply(listOf(R"({"data": [)", R"({"nelvo3dId": "%1", "ppName": "n", "deptId": "d"})", n, "]}")));
+    return [n] {
+        NelvoPlugin::CBimProjWorker worker;
+        const QSignalSpy lists(&worker, &NelvoPlugin::CBimProjWorker::sigSyncBimProjList);
+        worker.getBimProjList();
+        QCOMPARE(lists.at(0).at(0).toJsonArray().size(), n);
+    };
+}
+
+Work cachedUsers(int n)
+{
+    const auto file = std::make_shared<ApplicationFile>(QStringLiteral("loginchache.json"));
+    std::list<NelvoPlugin::UserCacheEntry> users;
+    for (int i = 0; i < n; ++i) {
+        NelvoPlugin::UserCacheEntry user;
+        user.user = QString::number(i);
+        users.push_back(user);
+    }
+    NelvoPlugin::CLoginCache::writeUsers(users);
+    const auto content = file->content();
+    return [file, content, n] {
+        file->write(content);
+        NelvoPlugin::CLoginCache::updateUser(QString::number(n - 1), {}, {}, {});
+        std::list<NelvoPlugin::UserCacheEntry> users;
+        NelvoPlugin::CLoginCache::readUsers(users);
+        QCOMPARE(static_cast<int>(users.size()), n);
+    };
+}
+
+Work unpacking(int n, bool isEachNameThereTwice)
+{
+    const auto directory = std::make_shared<QTemporaryDir>();
+    ZipArchive archive;
+    for (int i = 0; i < n; ++i)
+        archive.add("file" + QByteArray::number(isEachNameThereTwice ? i % (n / 2) : i), "content");
+    const QString package = directory->filePath(QStringLiteral("package.zip"));
+    QFile file(package);
+    if (!file.open(QIODevice::WriteOnly) || file.write(archive.bytes()) < 0)
+        qFatal("cannot write the package");
+    return
+        [directory, package] { QVERIFY(unzipPackage(package, directory->filePath(QStringLiteral("out")))); };
+}
+
+Work entries(int n)
+{
+    return unpacking(n, false);
+}
+
+Work duplicates(int n)
+{
+    return unpacking(n, true);
+}
+
+struct Input {
+    const char* name;
+    Work (*prepare)(int n);
+    int n;
+};
+
+const Input Inputs[] = {
+    {"elements of a sign-in page", signInPage, 20000},
+    {"cookies of one answer", cookiesOfOneAnswer, 5000},
+    {"units of an organisation", wideOrganisation, 20000},
+    {"projects", projects, 10000},
+    {"models", models, 10000},
+    {"users in the cache", cachedUsers, 5000},
+    {"entries of a package", entries, 500},
+    {"entries of a package, each name twice", duplicates, 500},
+};
+
+TestSupport::StartedServices* services = nullptr;
+
+void answer(const QString& path, const QByteArray& reply)
+{
+    services->setRawAnswer("GET", path, {reply});
+}
+
+double processorSeconds(const Work& work)
+{
+    const double before = Bench::processorSeconds();
+    work();
+    return Bench::processorSeconds() - before;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(const Input*)
+
+//! Twice the input costs at most three times the work, counted as the time of the processors: what grows with
+//! the square would cost four times as much.
+class TestGrowth : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void twiceAsMuchCostsTwiceAsMuch_data();
+    void twiceAsMuchCostsTwiceAsMuch();
+
+private:
+    std::unique_ptr<TestSupport::StartedServices> m_services;
+};
+
+void TestGrowth::initTestCase()
+{
+    m_services = std::make_unique<TestSupport::StartedServices>();
+    services = m_services.get();
+    QCoreApplication::instance()->setProperty("sdkAddr", m_services->editorUrl());
+}
+
+void TestGrowth::cleanupTestCase()
+{
+    services = nullptr;
+}
+
+void TestGrowth::twiceAsMuchCostsTwiceAsMuch_data()
+{
+    QTest::addColumn<const Input*>("input");
+    for (const Input& input : Inputs)
+        QTest::newRow(input.name) << &input;
+}
+
+void TestGrowth::twiceAsMuchCostsTwiceAsMuch()
+{
+    constexpr int fewestRounds = 3;
+    constexpr int mostRounds = 20;
+    constexpr double bound = 3;
+    QFETCH(const Input*, input);
+    const TestSupport::MessageLog log;
+    double once = std::numeric_limits<double>::max();
+    double twice = once;
+    // Others that use the processor slow some rounds down, and none is faster than the work itself.
+    for (int round = 0; round < mostRounds && (round < fewestRounds || twice >= bound * once); ++round) {
+        once = std::min(once, processorSeconds(input->prepare(input->n)));
+        twice = std::min(twice, processorSeconds(input->prepare(2 * input->n)));
+    }
+    QVERIFY2(twice < bound * once, qPrintable(QStringLiteral("%1 s, %2 s").arg(once).arg(twice)));
+}
+
+QTEST_GUILESS_MAIN(TestGrowth)
+#include "test_growth.moc"
