@@ -21,6 +21,7 @@ const auto Department = QStringLiteral("结构设计所");
 const auto LocalList = QStringLiteral("localProjects");
 const auto ServerList = QStringLiteral("serverProjects");
 const auto SceneId = QStringLiteral("scene-1001-01");
+constexpr int OtherHostMs = 120000; // a whole program starts and signs in
 
 //! The names that a view's model has, in its order.
 QStringList names(const QQuickItem* view)
@@ -178,7 +179,7 @@ void ProjectTour::pushedOut()
     QString error;
     m_ui.require(other.start(User, Password, &error), error);
     m_ui.await([&other] { return other.isSignedIn() || !other.isRunning(); },
-               QStringLiteral("the other host signed in"));
+               QStringLiteral("the other host signed in"), OtherHostMs);
     m_ui.require(other.isSignedIn(), QStringLiteral("the other host signed in: ") + other.output());
     m_ui.awaitText(QStringLiteral("notice"), "text", QStringLiteral("您的帐号在另一地点登录，您被迫下线"));
     m_ui.awaitLogLine(QStringLiteral("IMessageObserver::OnMessageFirst: 您的帐号在另一地点登录，您被迫下线"));

@@ -68,9 +68,9 @@ void UiDriver::require(bool reached, const QString& what) const
         throw Missed(m_station.isEmpty() ? what : QStringLiteral("%1: %2").arg(m_station, what));
 }
 
-void UiDriver::await(const std::function<bool()>& condition, const QString& what) const
+void UiDriver::await(const std::function<bool()>& condition, const QString& what, int patienceMs) const
 {
-    require(QTest::qWaitFor(condition, PatienceMs), what);
+    require(QTest::qWaitFor(condition, patienceMs), what);
 }
 
 QQuickItem* UiDriver::awaitItem(const QString& name) const

@@ -46,7 +46,7 @@ public:
     void arriveAt(const QString& station);
 
     void require(bool reached, const QString& what) const;
-    void await(const std::function<bool()>& condition, const QString& what) const;
+    void await(const std::function<bool()>& condition, const QString& what, int patienceMs = 30000) const;
     QQuickItem* awaitItem(const QString& name) const;
     void awaitText(const QString& item, const char* property, const QString& text) const;
     //! Waits for an item of that name which has that value.
