@@ -128,7 +128,7 @@ private:
     void openDwg() { open(&NelvoSDK::IPdsMgr::OpenDWGBimDialog, m_drawings.size()); }
     QStringList targets() const;
     QString guidOf(const QString& name) const;
-    //! The warnings since the last look, but for Qt's about the thread.
+    //! The warnings since the last look, but for the one of Qt's own that a loaded machine brings.
     QStringList newWarnings();
     void leaveHost();
 
@@ -185,7 +185,7 @@ void TestE2eBim::createScene()
     QVERIFY(!m_scene->isDialogShown());
 }
 
-//! Every test: of warnings nothing but Qt's about the thread. A test that expects others takes them out.
+//! No test leaves a warning. One that expects some takes them out.
 void TestE2eBim::cleanup()
 {
     m_services->clearFaults();
@@ -241,6 +241,7 @@ QStringList TestE2eBim::newWarnings()
 {
     QStringList lines = m_log->warnings();
     m_log->clear();
+    lines.removeAll(QStringLiteral("QUnifiedTimer::stopAnimationDriver: driver is not running"));
     return lines;
 }
 
@@ -423,20 +424,21 @@ void TestE2eBim::failingServiceGivesAnEmptyList_data()
 {
     QTest::addColumn<Fault>("fault");
     QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("reason"); // the start of the warning
-    QTest::newRow("status 500") << Fault::Status << 500 << QStringLiteral("Error transferring");
-    QTest::newRow("refuse") << Fault::Refuse << 0 << QStringLiteral("Connection refused");
-    QTest::newRow("reset") << Fault::Reset << 0 << QStringLiteral("Connection closed");
-    QTest::newRow("cut body") << Fault::CutBody << 0 << QStringLiteral("Connection closed");
-    QTest::newRow("no JSON") << Fault::NotJson << 0 << QStringLiteral("parse json failed");
-    QTest::newRow("endless redirect") << Fault::EndlessRedirect << 0 << QStringLiteral("Too many redirects");
+    QTest::addColumn<QStringList>("reasons"); // how the warning may begin
+    QTest::newRow("status 500") << Fault::Status << 500 << QStringList{"Error transferring"};
+    QTest::newRow("refuse") << Fault::Refuse << 0 << QStringList{"Connection refused"};
+    QTest::newRow("reset") << Fault::Reset << 0 << QStringList{"Connection closed"};
+    // Whether Qt takes a body that ends too early for an error is a race in its network thread.
+    QTest::newRow("cut body") << Fault::CutBody << 0 << QStringList{"Connection closed", "parse json failed"};
+    QTest::newRow("no JSON") << Fault::NotJson << 0 << QStringList{"parse json failed"};
+    QTest::newRow("endless redirect") << Fault::EndlessRedirect << 0 << QStringList{"Too many redirects"};
 }
 
 void TestE2eBim::failingServiceGivesAnEmptyList()
 {
     QFETCH(Fault, fault);
     QFETCH(int, status);
-    QFETCH(QString, reason);
+    QFETCH(QStringList, reasons);
     if (fault == Fault::Reset && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
 
@@ -448,7 +450,8 @@ void TestE2eBim::failingServiceGivesAnEmptyList()
     QCOMPARE(m_log->debugs(), QStringList{DwgFailed});
     QStringList warnings = newWarnings();
     QCOMPARE(warnings.size(), 1);
-    QVERIFY2(warnings.first().startsWith(reason), qPrintable(warnings.first()));
+    const auto begins = [&warnings](const QString& reason) { return warnings.first().startsWith(reason); };
+    QVERIFY2(std::any_of(reasons.begin(), reasons.end(), begins), qPrintable(warnings.first()));
     QCOMPARE(m_scene->title(), DwgTitle);
     QCOMPARE(m_scene->message(), QString());
 

@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QtTest>
 
+#include <algorithm>
 #include <functional>
 
 using NelvoDevkit::Fault;
@@ -19,6 +20,7 @@ enum class Outcome {
     Session,         //!< published, with editor service and token
     SessionNoToken,  //!< published, with editor service, without a token
     SessionOddToken, //!< published; what the service sent is taken for the token
+    SessionCutToken, //!< published, with a part of the token or without one
     NoEditor,        //!< published with empty texts: no editor service
     NoCompany,       //!< the list page waits, with nothing to choose
     Message,         //!< the form shows the message
@@ -41,9 +43,8 @@ const Call Token{"token", "GET", "/rs/cim/nelvo/client_token"};
 const Call Heartbeat{"heartbeat", "GET", "/org/heartbeat"};
 
 const auto User = QStringLiteral("zhangwei");
-const auto ParseFailed = QStringLiteral("parse json failed: illegal value");
-const auto NoEditorText = QStringLiteral("获取代理地址失败, 请检查服务器部署");
-const auto HeartbeatText = QStringLiteral("CLoginActor::onLogin getprojList /org/heartbeat falied!");
+const QStringList NoEditorText{QStringLiteral("获取代理地址失败, 请检查服务器部署")};
+const QStringList HeartbeatText{QStringLiteral("CLoginActor::onLogin getprojList /org/heartbeat falied!")};
 
 } // namespace
 
@@ -116,27 +117,36 @@ void TestE2eFaults::everyCallInEveryWay_data()
     QTest::addColumn<Fault>("fault");
     QTest::addColumn<int>("value");
     QTest::addColumn<Outcome>("outcome");
-    QTest::addColumn<QString>("text"); // the message, or the start of a warning, or the debug line
+    QTest::addColumn<QStringList>("texts"); // how the message may begin, or the debug line
 
     const auto row = [](const Call& call, const char* way, Fault fault, Outcome outcome,
-                        const QString& text = {}, int value = 0) {
-        QTest::addRow("%s: %s", call.name, way)
-            << QByteArray(call.method) << QString::fromLatin1(call.path) << fault << value << outcome << text;
+                        const QStringList& texts = {}, int value = 0) {
+        QTest::addRow("%s: %s", call.name, way) << QByteArray(call.method) << QString::fromLatin1(call.path)
+                                                << fault << value << outcome << texts;
     };
-    const auto refused = QStringLiteral("Connection refused");
-    const auto closed = QStringLiteral("Connection closed");
-    const auto transferring = QStringLiteral("Error transferring");
-    const auto redirects = QStringLiteral("Too many redirects");
-    const auto unreadable = QStringLiteral("parseLoginArgs failed");
-    const auto noResult = QStringLiteral("parsePostResult failed");
-    const auto noList = QStringLiteral("read compList failed");
+    const QStringList refused{QStringLiteral("Connection refused")};
+    const QStringList closed{QStringLiteral("Connection closed")};
+    const QStringList transferring{QStringLiteral("Error transferring")};
+    const QStringList redirects{QStringLiteral("Too many redirects")};
+    const QStringList unreadable{QStringLiteral("parseLoginArgs failed")};
+    const QStringList noResult{QStringLiteral("parsePostResult failed")};
+    const QStringList noList{QStringLiteral("read compList failed")};
+
+    // Whether Qt takes a body that ends too early for an error is a race in its network thread. Otherwise it
+    // is the body that cannot be read.
+    row(FormPage, "cut body", Fault::CutBody, Outcome::Message, closed + unreadable);
+    // The answer to the form is a redirect without a body; it is the page behind it that can be cut.
+    row(FormResult, "cut body", Fault::CutBody, Outcome::Message, closed + noResult);
+    row(Companies, "cut body", Fault::CutBody, Outcome::Message, closed + noList);
+    row(Binding, "cut body", Fault::CutBody, Outcome::Session);
+    row(Addresses, "cut body", Fault::CutBody, Outcome::NoEditor, NoEditorText);
+    row(Token, "cut body", Fault::CutBody, Outcome::SessionCutToken);
+    row(Heartbeat, "cut body", Fault::CutBody, Outcome::NoEditor, HeartbeatText);
 
     // What the form's three calls share: the reply's error is the message.
     for (const Call* call : {&FormPage, &FormPost, &Companies}) {
         row(*call, "refuse", Fault::Refuse, Outcome::Message, refused);
         row(*call, "reset", Fault::Reset, Outcome::Message, closed);
-        // The answer to the form is a redirect without a body; it is the page behind it that can be cut.
-        row(call == &FormPost ? FormResult : *call, "cut body", Fault::CutBody, Outcome::Message, closed);
         row(*call, "status 500", Fault::Status, Outcome::Message, transferring, 500);
         row(*call, "status 404", Fault::Status, Outcome::Message, transferring, 404);
         // A redirected POST comes back as a GET: it leaves the loop and finds the form instead of a result.
@@ -160,11 +170,10 @@ void TestE2eFaults::everyCallInEveryWay_data()
 
     // What the later calls share: a failure is logged, and the sign-in goes on with what it has. Without
     // the binding the service gives no token.
-    const auto later = [&](const Call& call, Outcome failed, const QString& line) {
+    const auto later = [&](const Call& call, Outcome failed, const QStringList& line) {
         row(call, "refuse", Fault::Refuse, &call == &Binding ? Outcome::NoEditor : failed,
             &call == &Binding ? NoEditorText : line);
         row(call, "reset", Fault::Reset, failed, line);
-        row(call, "cut body", Fault::CutBody, &call == &Binding ? Outcome::Session : failed, line);
         row(call, "status 500", Fault::Status, failed, line, 500);
         row(call, "status 401", Fault::Status, failed, line, 401);
         row(call, "endless redirect", Fault::EndlessRedirect, failed, line);
@@ -197,7 +206,7 @@ void TestE2eFaults::everyCallInEveryWay()
     QFETCH(Fault, fault);
     QFETCH(int, value);
     QFETCH(Outcome, outcome);
-    QFETCH(QString, text);
+    QFETCH(QStringList, texts);
     if (fault == Fault::Reset && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
 
@@ -218,6 +227,7 @@ void TestE2eFaults::everyCallInEveryWay()
         return token == QStringLiteral("[]") || token.contains(QLatin1Char('<')) ||
                token.contains(QLatin1Char(' '));
     };
+    const auto begins = [this](const QString& text) { return m_message.startsWith(text); };
     switch (outcome) {
     case Outcome::Session:
         expectSession(m_services.editorUrl(), real);
@@ -228,9 +238,12 @@ void TestE2eFaults::everyCallInEveryWay()
     case Outcome::SessionOddToken:
         expectSession(m_services.editorUrl(), odd);
         break;
+    case Outcome::SessionCutToken:
+        expectSession(m_services.editorUrl(), [odd](const QString& token) { return !odd(token); });
+        break;
     case Outcome::NoEditor:
         expectSession({}, empty);
-        QVERIFY2(log.debugs().contains(text), qPrintable(log.debugs().join(QLatin1Char('|'))));
+        QVERIFY2(log.debugs().contains(texts.first()), qPrintable(log.debugs().join(QLatin1Char('|'))));
         break;
     case Outcome::NoCompany:
         QVERIFY(m_message.isEmpty());
@@ -238,7 +251,7 @@ void TestE2eFaults::everyCallInEveryWay()
         QVERIFY(m_host->observer.sessions.isEmpty());
         break;
     case Outcome::Message:
-        QVERIFY2(m_message.startsWith(text), qPrintable(m_message));
+        QVERIFY2(std::any_of(texts.begin(), texts.end(), begins), qPrintable(m_message));
         QCOMPARE(m_host->observer.failures, 1);
         QVERIFY(m_host->observer.sessions.isEmpty());
         break;

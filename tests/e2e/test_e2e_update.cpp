@@ -323,7 +323,7 @@ void TestE2eUpdate::withoutANewReleaseTheSignInGoesOn_data()
     row("no body", "");
     row("an array", R"([{"code": 200, "data": {"pVersion": "1.0.1"}}])");
     row("no JSON", "", Fault::NotJson);
-    row("cut body", "", Fault::CutBody);
+    row("cut body", R"({"code": 200, "data": {"pVersion": "1.0.1"}})", Fault::CutBody);
     row("an error", "", Fault::Status, 500);
     row("a redirect", "", Fault::Redirect);
     row("a reset", "", Fault::Reset);

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void chosenEnterpriseIsEntered();
     void whatIsWrongIsTold_data();
     void whatIsWrongIsTold();
+    void cutFormIsTold();
     void redirectedFormIsTold();
     void unreachableServers_data();
     void unreachableServers();
@@ -262,8 +263,6 @@ void TestProbe::whatIsWrongIsTold_data()
         "the connection was refused");
     row("form and a reset", fault(Fault::Reset, "/login"), "sign-in-form",
         "the server closed the connection before its reply was complete");
-    row("form cut short", fault(Fault::CutBody, "/login", "GET"), "sign-in-form",
-        "the server closed the connection before its reply was complete");
     row("answer to the form with an HTTP error", fault(Fault::Status, "/login", "POST", 500), "sign-in",
         httpError);
     row("answer to the form not well-formed", fault(Fault::WrongJson, "/login", "POST"), "sign-in",
@@ -365,6 +364,18 @@ void TestProbe::whatIsWrongIsTold()
     QCOMPARE(probe(further, user), int(ProbeRun::Wrong));
     expect(step, words);
     QCOMPARE(m_run.step(step)["askedDirectly"].toBool(), askedDirectly);
+}
+
+//! Whether Qt takes a body that ends too early for an error is a race in its network thread. Otherwise the
+//! form cannot be read.
+void TestProbe::cutFormIsTold()
+{
+    fault(Fault::CutBody, "/login", "GET")(*m_services);
+    QCOMPARE(probe(), int(ProbeRun::Wrong));
+    const auto step = QStringLiteral("sign-in-form");
+    const auto closed = QStringLiteral("the server closed the connection before its reply was complete");
+    const bool isNoticed = m_run.words(step).contains(closed);
+    expect(step, isNoticed ? closed : QStringLiteral("the form page is not well-formed XML: line "));
 }
 
 //! The ticket of another server's form is worth nothing, so the password seems to be rejected.

@@ -13,6 +13,7 @@
 #include <QCoreApplication>
 #include <QJsonObject>
 #include <QNetworkCookie>
+#include <QRegularExpression>
 #include <QTimer>
 #include <QTimerEvent>
 #include <QtTest>
@@ -141,9 +142,14 @@ const QVector<CallFacts>& calls()
     return facts;
 }
 
+bool isReading(Call call)
+{
+    return call == Call::Tree || call == Call::List;
+}
+
 bool isUpload(Call call)
 {
-    return call == Call::Add || call == Call::Rename || call == Call::Delete || call == Call::Batch;
+    return !isReading(call) && call != Call::Heartbeat;
 }
 
 const CallFacts& factsOf(Call call)
@@ -164,7 +170,7 @@ struct Way {
     Verdict ofUpload;
     Verdict ofHeartbeat;
     bool isServed; //!< whether the service does what it was asked for
-    //! Second warning of a failed heartbeat.
+    //! Warning of a body that cannot be read.
     QString unreadable = QStringLiteral("parse json failed: illegal value");
 };
 
@@ -178,7 +184,7 @@ QVector<Way> ways()
         {"refuse", Fault::Refuse, 0, "Connection refused", V::Failed, V::Failed, V::Failed, false},
         {"reset", Fault::Reset, 0, closed, V::Failed, V::Failed, V::Failed, false},
         {"cut body", Fault::CutBody, 0, closed, V::Failed, V::Failed, V::Failed, true,
-         "parse json failed: unterminated object"},
+         "parse json failed: unterminated"},
         {"status 401", Fault::Status, 401, unauthorized, V::Failed, V::Failed, V::Failed, false},
         {"status 404", Fault::Status, 404, replied + "Not Found", V::Failed, V::Failed, V::Failed, false},
         {"status 500", Fault::Status, 500, replied + "Internal Server Error", V::Failed, V::Failed, V::Failed,
@@ -191,8 +197,12 @@ QVector<Way> ways()
     };
 }
 
-Verdict verdictOf(const Way& way, Call call)
+//! Whether Qt takes a body that ends too early for an error is a race in its network thread. Otherwise who
+//! reads the body fails all the same, and who does not succeeds.
+Verdict verdictOf(const Way& way, Call call, const QStringList& warnings)
 {
+    if (way.fault == Fault::CutBody && !warnings.contains(way.warning))
+        return isReading(call) ? Verdict::Unreadable : Verdict::Accepted;
     if (call == Call::Heartbeat)
         return way.ofHeartbeat;
     return isUpload(call) ? way.ofUpload : way.ofReading;
@@ -505,25 +515,27 @@ void TestProjectState::everyCallInEveryWay()
     if (way.fault == Fault::Reset && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
     const CallFacts& facts = factsOf(call);
-    const Verdict verdict = verdictOf(way, call);
     CProjectInfoMgr manager;
     prepare(manager);
     m_services.addFault({way.fault, facts.path, {}, way.value, false});
 
     const MessageLog log;
     make(call, manager);
+    QStringList found = log.warnings();
+    found.replaceInStrings(QRegularExpression("( unterminated) .*"), "\\1"); // what the cut left open
+    const Verdict verdict = verdictOf(way, call, found);
     QStringList warnings;
     QStringList debugs;
     if (verdict == Verdict::Failed)
         warnings.append(
             QString(way.warning).replace(QStringLiteral("%1"), m_services.editorUrl() + facts.path));
     if (verdict == Verdict::Unreadable)
-        warnings.append(QStringLiteral("parse json failed: illegal value"));
+        warnings.append(way.unreadable);
     if (verdict == Verdict::Failed && call == Call::Heartbeat)
         warnings.append(way.unreadable);
     else if (verdict == Verdict::Failed || verdict == Verdict::Unreadable)
         debugs.append(facts.complaint);
-    QCOMPARE(log.warnings(), warnings);
+    QCOMPARE(found, warnings);
     QCOMPARE(log.debugs(), debugs);
     QCOMPARE(log.entries().size(), warnings.size() + debugs.size());
 

@@ -307,7 +307,7 @@ void TestServicesFaults::cutBodyAnnouncesTheWholeBody()
     QVERIFY(answer.startsWith("HTTP/1.1 200 OK\r\n"));
     QVERIFY(answer.contains("\r\nContent-Length: 20\r\n"));
     QVERIFY(answer.endsWith("\r\n\r\n" + HeartbeatBody.left(10)));
-    QCOMPARE(Client().get(heartbeat()).error, QNetworkReply::RemoteHostClosedError);
+    QCOMPARE(Client().get(heartbeat()).body, HeartbeatBody.left(10));
 }
 
 void TestServicesFaults::statusAnswersWithIt()

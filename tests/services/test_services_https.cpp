@@ -112,7 +112,8 @@ void TestServicesHttps::faultsStrike()
     Client client;
     client.setSslConfiguration(trusting(m_services->certificatePem()));
     m_services->addFault({Fault::CutBody, {}, {}, 0, false});
-    QCOMPARE(client.get(heartbeat).error, QNetworkReply::RemoteHostClosedError);
+    // Whether Qt takes a body that ends too early for an error is a race in its network thread.
+    QCOMPARE(client.get(heartbeat).body, QByteArray(R"({"code":0,"data":{}})").left(10));
     m_services->clearFaults();
 
     m_services->addFault({Fault::Stall, {}, {}, 0, false});
