@@ -12,6 +12,7 @@
 #include <QVariant>
 
 class QQuickView;
+class TestLoginActor;
 
 namespace NelvoPlugin {
 
@@ -69,6 +70,8 @@ public Q_SLOTS:
     void onShowHome();
 
 private:
+    friend class ::TestLoginActor;
+
     QString signIn(const QString& userName, const QString& passwordText, const QString& cimUrl);
     void logout();
     void showIfWanted();

@@ -11,6 +11,7 @@
 Q_DECLARE_INTERFACE(NelvoSDK::IProjectInfoMgr, "NelvoSDK::IProjectInfoMgr")
 
 class QJsonObject;
+class TestProjectState;
 
 namespace NelvoPlugin {
 
@@ -49,6 +50,8 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    friend class ::TestProjectState;
+
     //! A scene project as the service lists it.
     struct ServerProject {
         std::wstring id;

@@ -7,9 +7,11 @@
 #include "tests/support/pluginshell.h"
 #include "tests/support/wine.h"
 
+#include <QDeadlineTimer>
 #include <QJsonObject>
 #include <QMetaMethod>
 #include <QSignalSpy>
+#include <QThread>
 #include <QWebChannel>
 #include <QtTest>
 #include <VLSmartDB/DevkitDatabase.h>
@@ -20,7 +22,6 @@
 #include <thread>
 
 using NelvoDevkit::Fault;
-using NelvoPlugin::CBimProjWorker;
 using NelvoPlugin::CPdsMgr;
 using TestSupport::MessageLog;
 using TestSupport::PluginShell;
@@ -69,15 +70,6 @@ struct Pds {
     PdsObserver observer;
     CPdsMgr manager;
 };
-
-//! Opens the worker, which alone can make lists arrive together. Naming a private member is allowed in an
-//! explicit instantiation.
-template <auto Member>
-struct Opened {
-    friend CBimProjWorker& workerOf(CPdsMgr& manager) { return manager.*Member; }
-};
-CBimProjWorker& workerOf(CPdsMgr& manager);
-template struct Opened<&CPdsMgr::m_bimWorker>;
 
 } // namespace
 
@@ -467,19 +459,33 @@ void TestPdsMgr::namesOfBothListsAnswer()
     QVERIFY(pds.manager.GetBimProjName(L"b1") == L"bim");
 }
 
+//! The names of the first list are still to be taken in when the second one arrives.
 void TestPdsMgr::listsThatArriveTogetherAreNamedInOrder()
 {
     Pds pds;
-    CBimProjWorker& worker = workerOf(pds.manager);
-    const auto record = [](const char* guid, const char* name) {
-        return QJsonObject{{QStringLiteral("guid"), guid}, {QStringLiteral("name"), name}};
+    m_services.setList(DwgPath,
+                       R"({"nelvo3dId":"both","dwgName":"first"},{"nelvo3dId":"gone","dwgName":"kept"})");
+    m_services.setList(BimPath, R"({"nelvo3dId":"both","ppName":"second"})");
+    const auto isNamed = [&pds] {
+        return pds.manager.GetBimProjName(L"both") == L"second" &&
+               pds.manager.GetBimProjName(L"gone") == L"kept";
     };
-    Q_EMIT worker.sigSyncBimProjList({record("both", "first"), record("gone", "kept")}, true);
-    Q_EMIT worker.sigSyncBimProjList({record("both", "second")}, true);
-    QVERIFY(pds.manager.GetBimProjName(L"both") == L"second");
-    QVERIFY(pds.manager.GetBimProjName(L"gone") == L"kept");
+    int lists = 0;
+    bool isNamedAtOnce = false;
+    QObject::connect(&pds.manager, &CPdsMgr::bimProjListChanged, [&] {
+        if (++lists == 2)
+            isNamedAtOnce = isNamed();
+    });
+    pds.manager.getDWGBimProj();
+    pds.manager.getBimProj();
+    pds.manager.getBimProj(); // goes out once the lists of the others are on their way
+    for (const QDeadlineTimer end(30000); m_services.targets().size() < 3 && !end.hasExpired();)
+        QThread::msleep(1);
+    QCOMPARE(lists, 0);
     QCoreApplication::sendPostedEvents();
-    QVERIFY(pds.manager.GetBimProjName(L"both") == L"second");
+    QVERIFY(lists >= 2);
+    QVERIFY(isNamedAtOnce);
+    QVERIFY(isNamed());
 }
 
 void TestPdsMgr::laterRowNamesTheGuid()

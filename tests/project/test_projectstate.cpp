@@ -31,29 +31,6 @@ using TestSupport::PluginShell;
 
 namespace {
 
-// Opens what the manager keeps, part of which never comes out again by itself. Naming a private member is
-// allowed in an explicit instantiation.
-template <typename Name, auto Member>
-struct Opened {
-    friend auto memberOf(Name /*name*/) { return Member; }
-};
-struct Session {
-    friend auto memberOf(Session name);
-};
-struct ServerProjects {
-    friend auto memberOf(ServerProjects name);
-};
-struct LocalProjects {
-    friend auto memberOf(LocalProjects name);
-};
-struct OrgRoot {
-    friend auto memberOf(OrgRoot name);
-};
-template struct Opened<Session, &CProjectInfoMgr::session>;
-template struct Opened<ServerProjects, &CProjectInfoMgr::serverProjects>;
-template struct Opened<LocalProjects, &CProjectInfoMgr::localProjects>;
-template struct Opened<OrgRoot, &CProjectInfoMgr::orgRoot>;
-
 QString joined(std::initializer_list<std::wstring> texts)
 {
     QStringList list;
@@ -62,41 +39,12 @@ QString joined(std::initializer_list<std::wstring> texts)
     return list.join(QLatin1Char('|'));
 }
 
-//! The service's projects as the manager keeps them, one a line, under their keys.
-QStringList serverProjects(const CProjectInfoMgr& manager)
-{
-    QStringList lines;
-    const auto& projects = manager.*memberOf(ServerProjects{});
-    for (auto project = projects.begin(); project != projects.end(); ++project)
-        lines.append(joined({project.key(), project->id, project->name, project->x, project->y,
-                             project->serverFlag ? L"flag" : L"", project->code, project->basemap,
-                             project->proj4, project->deptId, project->deptName}));
-    return lines;
-}
-
-QStringList localProjects(const CProjectInfoMgr& manager)
-{
-    QStringList lines;
-    const auto& projects = manager.*memberOf(LocalProjects{});
-    for (auto project = projects.begin(); project != projects.end(); ++project)
-        lines.append(joined({project.key(), project->id, project->name, project->deptId, project->deptName}));
-    return lines;
-}
-
 template <typename Unit>
 void appendUnits(const Unit& unit, const QString& indent, QStringList& lines)
 {
     lines.append(indent + joined({unit.value, unit.name, unit.parId, std::to_wstring(unit.type)}));
     for (const Unit& child : unit.children)
         appendUnits(child, indent + QLatin1Char('>'), lines);
-}
-
-//! The tree as the manager keeps it, one unit a line, each below its parent.
-QStringList units(const CProjectInfoMgr& manager)
-{
-    QStringList lines;
-    appendUnits(manager.*memberOf(OrgRoot{}), {}, lines);
-    return lines;
 }
 
 void tick(CProjectInfoMgr& manager)
@@ -238,6 +186,13 @@ private Q_SLOTS:
     void tickInsideEveryCall();
 
 private:
+    // What the manager keeps, part of which never comes out again by itself.
+    //! The service's projects, one a line, under their keys.
+    static QStringList serverProjects(const CProjectInfoMgr& manager);
+    static QStringList localProjects(const CProjectInfoMgr& manager);
+    //! The tree, one unit a line, each below its parent.
+    static QStringList units(const CProjectInfoMgr& manager);
+
     void prepare(CProjectInfoMgr& manager);
     void make(Call call, CProjectInfoMgr& manager) const;
     QStringList onService() const;
@@ -253,6 +208,33 @@ private:
     QStringList m_local;
     QStringList m_units;
 };
+
+QStringList TestProjectState::serverProjects(const CProjectInfoMgr& manager)
+{
+    QStringList lines;
+    const auto& projects = manager.serverProjects;
+    for (auto project = projects.begin(); project != projects.end(); ++project)
+        lines.append(joined({project.key(), project->id, project->name, project->x, project->y,
+                             project->serverFlag ? L"flag" : L"", project->code, project->basemap,
+                             project->proj4, project->deptId, project->deptName}));
+    return lines;
+}
+
+QStringList TestProjectState::localProjects(const CProjectInfoMgr& manager)
+{
+    QStringList lines;
+    const auto& projects = manager.localProjects;
+    for (auto project = projects.begin(); project != projects.end(); ++project)
+        lines.append(joined({project.key(), project->id, project->name, project->deptId, project->deptName}));
+    return lines;
+}
+
+QStringList TestProjectState::units(const CProjectInfoMgr& manager)
+{
+    QStringList lines;
+    appendUnits(manager.orgRoot, {}, lines);
+    return lines;
+}
 
 void TestProjectState::initTestCase()
 {
@@ -382,13 +364,13 @@ void TestProjectState::compareManager(const CProjectInfoMgr& manager, Call call,
     QCOMPARE(serverProjects(manager), server);
     QCOMPARE(localProjects(manager), local);
     QCOMPARE(units(manager), tree);
-    QCOMPARE((manager.*memberOf(Session{})).sdkAddr, m_session.sdkAddr);
+    QCOMPARE(manager.session.sdkAddr, m_session.sdkAddr);
 }
 
 void TestProjectState::newManagerIsAtItsDefaults()
 {
     const CProjectInfoMgr manager;
-    const LoginSession& session = manager.*memberOf(Session{});
+    const LoginSession& session = manager.session;
     QVERIFY(session.token.empty() && session.cookies.empty() && session.serverAddr.empty() &&
             session.sdkAddr.empty() && session.epName.empty() && session.appVer.empty() &&
             session.iotToken.empty() && session.extra.empty());
@@ -409,7 +391,7 @@ void TestProjectState::sessionIsKeptWhole()
     full.iotToken = L"iot";
     full.extra[L"further"] = L"kept as well";
     manager.ReflushProjOrgInfo(full);
-    const LoginSession& kept = manager.*memberOf(Session{});
+    const LoginSession& kept = manager.session;
     QVERIFY(kept.token == full.token && kept.cookies == full.cookies && kept.serverAddr == full.serverAddr &&
             kept.sdkAddr == full.sdkAddr && kept.epName == full.epName && kept.appVer == full.appVer &&
             kept.iotToken == full.iotToken && kept.loggedIn && kept.extra == full.extra);
