@@ -4,7 +4,6 @@
 #include "tests/support/messagemgrstandin.h"
 #include "tests/support/pluginshell.h"
 #include "tests/support/startedservices.h"
-#include "tests/support/wine.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
 
@@ -163,8 +162,6 @@ private Q_SLOTS:
     void oddChildrenAreNone();
     void secondRefreshDoublesTheFirstLevel();
     void treeIsAddedToWhatTheNodeHolds();
-    void failedRefreshKeepsTheTree_data();
-    void failedRefreshKeepsTheTree();
     void replyWithoutDataClearsTheRoot();
     void treeAsDeepAsTheParserAllows();
     void refreshCopiesTheSession();
@@ -178,8 +175,6 @@ private Q_SLOTS:
     void appendedAndNeverCleared();
     void emptyDataEmptiesTheSnapshot_data();
     void emptyDataEmptiesTheSnapshot();
-    void failedListKeepsTheSnapshot_data();
-    void failedListKeepsTheSnapshot();
     void listWithoutASessionFails();
     void listAsDeepAsTheParserAllows();
 
@@ -187,8 +182,6 @@ private Q_SLOTS:
     void addToTheByte();
     void addedProjectIsInNeitherMap();
     void addWithoutDepartmentThrowsAndIsErased();
-    void failedAddIsNotBroughtBack_data();
-    void failedAddIsNotBroughtBack();
     void renameToTheByte();
     void sameNameSendsNothing();
     void caseCountsAsAChange();
@@ -197,8 +190,6 @@ private Q_SLOTS:
     void uploadsDoNotLookAtTheReply_data();
     void uploadsDoNotLookAtTheReply();
     void renameIsSentAgainUntilTheListIsRead();
-    void failedRenameIsLogged_data();
-    void failedRenameIsLogged();
     void renameToALocalAddressWritesNothing();
     void unknownProjectSendsNothing();
     void announcedProjectIsAddedEvenIfKnown();
@@ -209,18 +200,12 @@ private Q_SLOTS:
     void emptySceneProjectGoesOutAsItIs();
     void sceneProjectIsNotEscaped();
     void refusedDeleteIsTheOnlyRequest();
-    void failedDeleteSendsNoBatch_data();
-    void failedDeleteSendsNoBatch();
-    void failedBatchIsLogged_data();
-    void failedBatchIsLogged();
 
     void tickAsksTheHeartbeat();
     void pushedOutIsTold_data();
     void pushedOutIsTold();
     void otherRepliesTellNothing_data();
     void otherRepliesTellNothing();
-    void failedTickLogs_data();
-    void failedTickLogs();
     void tickWithoutMessageManagerIsQuiet();
     void tickWithoutAnAddressFails();
     void tickNeedsNoPluginUnlessPushedOut();
@@ -238,14 +223,10 @@ private:
     LoginSession session() const;
     void refresh(Project& project);
     void knowsOnServer(Project& project, const QByteArray& elements);
-    void failEvery(const QByteArray& method, const QString& path, Fault fault, int status);
-    static void faultRows();
     QByteArrayList targets() const;
 
     TestSupport::StartedServices m_services;
 };
-
-Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 
 void TestProjectInfoMgr::init()
 {
@@ -286,23 +267,6 @@ void TestProjectInfoMgr::knowsOnServer(Project& project, const QByteArray& eleme
     std::list<ProjectNode> ignored;
     QVERIFY(project.manager.GetServerProjectTree(ignored));
     m_services.log().clear();
-}
-
-void TestProjectInfoMgr::failEvery(const QByteArray& method, const QString& path, Fault fault, int status)
-{
-    m_services.addFault({fault, path, method, status, false});
-}
-
-//! The ways in which a call fails whose body nobody reads.
-void TestProjectInfoMgr::faultRows()
-{
-    QTest::addColumn<Fault>("fault");
-    QTest::addColumn<int>("status");
-    QTest::newRow("refuse") << Fault::Refuse << 0;
-    QTest::newRow("reset") << Fault::Reset << 0;
-    QTest::newRow("cut body") << Fault::CutBody << 0;
-    QTest::newRow("status 401") << Fault::Status << 401;
-    QTest::newRow("status 500") << Fault::Status << 500;
 }
 
 QByteArrayList TestProjectInfoMgr::targets() const
@@ -527,7 +491,7 @@ void TestProjectInfoMgr::emptyAddressIsSetAsWell()
 void TestProjectInfoMgr::failedRefreshHasReplacedJarAndProperties()
 {
     sharedCookieJar()->setAllCookies({QNetworkCookie("old", "1")});
-    failEvery("GET", TreePath, Fault::Status, 500);
+    m_services.addFault({Fault::Status, TreePath, "GET", 500, false});
     LoginSession made = session();
     made.cookies = L"new=2";
     MessageLog log;
@@ -691,34 +655,6 @@ void TestProjectInfoMgr::treeIsAddedToWhatTheNodeHolds()
     QVERIFY(project.manager.GetOrgTree(root));
     QVERIFY(root.id == L"v");
     QCOMPARE(root.children.size(), std::size_t(2));
-}
-
-void TestProjectInfoMgr::failedRefreshKeepsTheTree_data()
-{
-    faultRows();
-    QTest::newRow("no JSON") << Fault::NotJson << 0;
-    QTest::newRow("endless redirect") << Fault::EndlessRedirect << 0;
-}
-
-void TestProjectInfoMgr::failedRefreshKeepsTheTree()
-{
-    QFETCH(Fault, fault);
-    QFETCH(int, status);
-    if (fault == Fault::Reset && TestSupport::isUnderWine())
-        QSKIP(TestSupport::ResetsGoUnnoticed);
-    Project project;
-    refresh(project);
-    failEvery("GET", TreePath, fault, status);
-    MessageLog log;
-    LoginSession other = session();
-    other.extra[L"epId"] = L"other";
-    project.manager.ReflushProjOrgInfo(other);
-    QCOMPARE(log.warnings().size(), 1);
-    QCOMPARE(log.debugs(), QStringList{TreeFailed});
-    QCOMPARE(qApp->property("epId").toString(), QStringLiteral("other"));
-    OrgTreeNode root;
-    QVERIFY(project.manager.GetOrgTree(root));
-    QCOMPARE(text(root.name), QStringLiteral("集团"));
 }
 
 void TestProjectInfoMgr::replyWithoutDataClearsTheRoot()
@@ -893,33 +829,6 @@ void TestProjectInfoMgr::emptyDataEmptiesTheSnapshot()
     QVERIFY(m_services.log().requests().isEmpty());
 }
 
-void TestProjectInfoMgr::failedListKeepsTheSnapshot_data()
-{
-    faultRows();
-    QTest::newRow("no JSON") << Fault::NotJson << 0;
-}
-
-void TestProjectInfoMgr::failedListKeepsTheSnapshot()
-{
-    QFETCH(Fault, fault);
-    QFETCH(int, status);
-    if (fault == Fault::Reset && TestSupport::isUnderWine())
-        QSKIP(TestSupport::ResetsGoUnnoticed);
-    Project project;
-    knowsOnServer(project, R"({"id":"a","name":"n"})");
-    failEvery("GET", ScenePath, fault, status);
-    MessageLog log;
-    std::list<ProjectNode> projects;
-    QVERIFY(!project.manager.GetServerProjectTree(projects));
-    QVERIFY(projects.empty());
-    QCOMPARE(log.warnings().size(), 1);
-    QCOMPARE(log.debugs(), QStringList{ProjectsFailed});
-    m_services.clearFaults();
-    m_services.log().clear();
-    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
-    QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
-}
-
 void TestProjectInfoMgr::listWithoutASessionFails()
 {
     CProjectInfoMgr manager;
@@ -1013,35 +922,6 @@ void TestProjectInfoMgr::addWithoutDepartmentThrowsAndIsErased()
     QVERIFY(m_services.log().requests().isEmpty());
 }
 
-void TestProjectInfoMgr::failedAddIsNotBroughtBack_data()
-{
-    faultRows();
-}
-
-void TestProjectInfoMgr::failedAddIsNotBroughtBack()
-{
-    QFETCH(Fault, fault);
-    QFETCH(int, status);
-    if (fault == Fault::Reset && TestSupport::isUnderWine())
-        QSKIP(TestSupport::ResetsGoUnnoticed);
-    Project project;
-    refresh(project);
-    project.manager.AddLocalProject(projectRef(L"a"));
-    failEvery("POST", ScenePath, fault, status);
-    MessageLog log;
-    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
-    QCOMPARE(log.warnings().size(), 1);
-    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
-                               "CProjectInfoMgr::OnUploadProject add project /scene/project falid")});
-    m_services.clearFaults();
-    m_services.log().clear();
-    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
-    QVERIFY(m_services.log().requests().isEmpty());
-    project.manager.AddLocalProject(projectRef(L"a"));
-    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
-    QCOMPARE(targets(), QByteArrayList{"POST /scene/project"});
-}
-
 void TestProjectInfoMgr::renameToTheByte()
 {
     Project project;
@@ -1129,30 +1009,6 @@ void TestProjectInfoMgr::renameIsSentAgainUntilTheListIsRead()
     knowsOnServer(project, R"({"id":"a","name":"new"})");
     project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
     QVERIFY(m_services.log().requests().isEmpty());
-}
-
-void TestProjectInfoMgr::failedRenameIsLogged_data()
-{
-    faultRows();
-}
-
-void TestProjectInfoMgr::failedRenameIsLogged()
-{
-    QFETCH(Fault, fault);
-    QFETCH(int, status);
-    if (fault == Fault::Reset && TestSupport::isUnderWine())
-        QSKIP(TestSupport::ResetsGoUnnoticed);
-    Project project;
-    knowsOnServer(project, R"({"id":"a","name":"old"})");
-    failEvery("PUT", ScenePath, fault, status);
-    MessageLog log;
-    project.manager.OnUploadProject(projectNode(L"a", L"new"), nullptr, true);
-    QCOMPARE(log.warnings().size(), 1);
-    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
-                               "CProjectInfoMgr::OnUploadProject update project /scene/project falid")});
-    ProjectRef found;
-    project.manager.GetProjectInfo(L"a", found);
-    QVERIFY(found.name == L"old");
 }
 
 void TestProjectInfoMgr::renameToALocalAddressWritesNothing()
@@ -1271,49 +1127,6 @@ void TestProjectInfoMgr::refusedDeleteIsTheOnlyRequest()
     QCOMPARE(log.debugs().size(), 1);
 }
 
-void TestProjectInfoMgr::failedDeleteSendsNoBatch_data()
-{
-    faultRows();
-}
-
-void TestProjectInfoMgr::failedDeleteSendsNoBatch()
-{
-    QFETCH(Fault, fault);
-    QFETCH(int, status);
-    if (fault == Fault::Reset && TestSupport::isUnderWine())
-        QSKIP(TestSupport::ResetsGoUnnoticed);
-    Project project;
-    refresh(project);
-    failEvery("POST", DeletePath, fault, status);
-    MessageLog log;
-    project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {{"g", "s"}});
-    QCOMPARE(log.warnings().size(), 1);
-    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
-                               "CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/deleteAll/ falid !")});
-    QVERIFY(!targets().contains("POST " + BatchPath.toLatin1()));
-}
-
-void TestProjectInfoMgr::failedBatchIsLogged_data()
-{
-    faultRows();
-}
-
-void TestProjectInfoMgr::failedBatchIsLogged()
-{
-    QFETCH(Fault, fault);
-    QFETCH(int, status);
-    if (fault == Fault::Reset && TestSupport::isUnderWine())
-        QSKIP(TestSupport::ResetsGoUnnoticed);
-    Project project;
-    refresh(project);
-    failEvery("POST", BatchPath, fault, status);
-    MessageLog log;
-    project.manager.OnUploadSdkProperty(QStringLiteral("s1"), {{"g", "s"}});
-    QCOMPARE(log.warnings().size(), 1);
-    QCOMPARE(log.debugs(), QStringList{QStringLiteral(
-                               "CProjectInfoMgr::OnUploadSdkProperty /equipment/bind/batchUpdate/ falid !")});
-}
-
 void TestProjectInfoMgr::tickAsksTheHeartbeat()
 {
     Project project;
@@ -1384,31 +1197,6 @@ void TestProjectInfoMgr::otherRepliesTellNothing()
         QCOMPARE(log.warnings().at(1), QStringLiteral("parse json failed: illegal value"));
         QCOMPARE(log.entries().at(1).file, QStringLiteral("project/projectinfomgr.cpp"));
     }
-}
-
-void TestProjectInfoMgr::failedTickLogs_data()
-{
-    QTest::addColumn<Fault>("fault");
-    QTest::addColumn<QString>("warning");
-    QTest::newRow("refuse") << Fault::Refuse << QStringLiteral("Connection refused");
-    QTest::newRow("reset") << Fault::Reset << QStringLiteral("Connection closed");
-    QTest::newRow("endless redirect") << Fault::EndlessRedirect << QStringLiteral("Too many redirects");
-}
-
-void TestProjectInfoMgr::failedTickLogs()
-{
-    QFETCH(Fault, fault);
-    QFETCH(QString, warning);
-    if (fault == Fault::Reset && TestSupport::isUnderWine())
-        QSKIP(TestSupport::ResetsGoUnnoticed);
-    Project project;
-    refresh(project);
-    failEvery("GET", HeartbeatPath, fault, 0);
-    MessageLog log;
-    project.tick();
-    QCOMPARE(log.warnings().constFirst(), warning);
-    QCOMPARE(log.warnings().at(1), QStringLiteral("parse json failed: illegal value"));
-    QVERIFY(project.messages.first.isEmpty());
 }
 
 void TestProjectInfoMgr::tickWithoutMessageManagerIsQuiet()
@@ -1487,7 +1275,7 @@ void TestProjectInfoMgr::tickGoesOnWhenAStalledReplyArrives()
     Project project;
     refresh(project);
     m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1002"})", 401));
-    failEvery("GET", HeartbeatPath, Fault::Stall, 0);
+    m_services.addFault({Fault::Stall, HeartbeatPath, "GET", 0, false});
     bool toldBefore = true;
     QTimer release;
     connect(&release, &QTimer::timeout, this, [&] {
@@ -1576,7 +1364,7 @@ void TestProjectInfoMgr::eachRefreshStartsOneMoreTimer()
 void TestProjectInfoMgr::noTimerDuringTheFirstRefresh()
 {
     Project project;
-    failEvery("GET", TreePath, Fault::Stall, 0);
+    m_services.addFault({Fault::Stall, TreePath, "GET", 0, false});
     int during = -1;
     QTimer release;
     connect(&release, &QTimer::timeout, this, [&] {

@@ -194,7 +194,7 @@ private:
     static QStringList units(const CProjectInfoMgr& manager);
 
     void prepare(CProjectInfoMgr& manager);
-    void make(Call call, CProjectInfoMgr& manager) const;
+    void make(Call call, CProjectInfoMgr& manager);
     QStringList onService() const;
     QStringList expectedOnService(Call call, Verdict verdict, bool isServed) const;
     void compareManager(const CProjectInfoMgr& manager, Call call, Verdict verdict) const;
@@ -207,6 +207,9 @@ private:
     QStringList m_server;
     QStringList m_local;
     QStringList m_units;
+    // What came out of the list's call.
+    bool m_isListed = false;
+    std::list<ProjectNode> m_listed;
 };
 
 QStringList TestProjectState::serverProjects(const CProjectInfoMgr& manager)
@@ -249,6 +252,8 @@ void TestProjectState::init()
     m_services.resetState();
     m_services.forgetSessions();
     m_messages.first.clear();
+    m_isListed = false;
+    m_listed.clear();
     sharedCookieJar()->setAllCookies({});
     QJsonObject ignored;
     QVERIFY(httpGetJson(sharedNetworkManager(), m_services.editorUrl(), HeartbeatPath, {}, ignored));
@@ -287,9 +292,8 @@ void TestProjectState::prepare(CProjectInfoMgr& manager)
     m_services.log().clear();
 }
 
-void TestProjectState::make(Call call, CProjectInfoMgr& manager) const
+void TestProjectState::make(Call call, CProjectInfoMgr& manager)
 {
-    std::list<ProjectNode> listed;
     ProjectNode project;
     project.attrs[L"deptId"] = L"1001-11";
     switch (call) {
@@ -297,7 +301,7 @@ void TestProjectState::make(Call call, CProjectInfoMgr& manager) const
         manager.ReflushProjOrgInfo(m_session);
         break;
     case Call::List:
-        manager.GetServerProjectTree(listed);
+        m_isListed = manager.GetServerProjectTree(m_listed);
         break;
     case Call::Add:
         project.id = L"new";
@@ -364,6 +368,9 @@ void TestProjectState::compareManager(const CProjectInfoMgr& manager, Call call,
     QCOMPARE(serverProjects(manager), server);
     QCOMPARE(localProjects(manager), local);
     QCOMPARE(units(manager), tree);
+    const bool isListed = verdict == Verdict::Accepted || verdict == Verdict::WithoutData;
+    QCOMPARE(m_isListed, call == Call::List && isListed);
+    QCOMPARE(m_listed.size(), std::size_t(call == Call::List && verdict == Verdict::Accepted ? 3 : 0));
     QCOMPARE(manager.session.sdkAddr, m_session.sdkAddr);
 }
 
