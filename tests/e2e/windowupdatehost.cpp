@@ -10,30 +10,18 @@
 
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
+#include "tests/updater/hostvoice.h"
 #include "userinput/userinput.h"
 
 #include <NelvoSDK/ILoginMgr.h>
 
 #include <QGuiApplication>
-#include <QSaveFile>
 #include <QTimer>
 #include <QtTest>
 
-#include <cstdio>
 #include <cstdlib>
 
 namespace {
-
-void say(const QString& event)
-{
-    std::printf("%s\t%s\n", qUtf8Printable(event), qUtf8Printable(E2e::shownPage()));
-    std::fflush(stdout);
-}
-
-void sayMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
-{
-    say(QStringLiteral("log %1 %2").arg(type).arg(text));
-}
 
 //! \brief Takes the steps, and tells of the updater's signals.
 class Updating : public QObject
@@ -118,17 +106,13 @@ private:
     const QStringList m_arguments;
 };
 
-//! Whoever waits for the file finds it whole.
-int leaveTrace()
-{
-    QSaveFile trace(QCoreApplication::applicationFilePath() + QStringLiteral(".started"));
-    if (!trace.open(QIODevice::WriteOnly))
-        return EXIT_FAILURE;
-    trace.write("started with 0 arguments\n");
-    return trace.commit() ? EXIT_SUCCESS : EXIT_FAILURE;
-}
-
 } // namespace
+
+//! The page that shows.
+QString knowledge()
+{
+    return E2e::shownPage();
+}
 
 int main(int argc, char** argv)
 {

@@ -10,6 +10,7 @@
 //! their number.
 
 #include "tests/support/files.h"
+#include "tests/updater/hostvoice.h"
 #include "updater/updater.h"
 
 #include <QCoreApplication>
@@ -17,12 +18,8 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 #include <QSettings>
 #include <QTimer>
-
-#include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -34,38 +31,6 @@ QString inAppDir(const char* name)
 QJsonObject jsonOf(const char* name)
 {
     return TestSupport::jsonOf(inAppDir(name));
-}
-
-QString records()
-{
-    const QSettings settings(QSettings::NativeFormat, QSettings::UserScope,
-                             QCoreApplication::organizationName(), QCoreApplication::applicationName());
-    return QStringLiteral("settings=%1 config=%2 history=%3 state=%4 batch=%5")
-        .arg(settings.value("version").toString(), jsonOf("updateConfig.json").value("version").toString())
-        .arg(QFile::exists(inAppDir("NelvoUpdateLog.txt")))
-        .arg(jsonOf("NelvoUpdateState.dat").value("updateState").toInt())
-        .arg(QFile::exists(inAppDir("cover.bat")));
-}
-
-void say(const QString& event)
-{
-    std::printf("%s\t%s\n", qUtf8Printable(event), qUtf8Printable(records()));
-    std::fflush(stdout);
-}
-
-void sayMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
-{
-    say(QStringLiteral("log %1 %2").arg(type).arg(text));
-}
-
-//! Whoever waits for the file finds it whole.
-int leaveTrace(int arguments)
-{
-    QSaveFile trace(QCoreApplication::applicationFilePath() + QStringLiteral(".started"));
-    if (!trace.open(QIODevice::WriteOnly))
-        return EXIT_FAILURE;
-    trace.write("started with " + QByteArray::number(arguments) + " arguments\n");
-    return trace.commit() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 void saySignals(CUpdater& updater)
@@ -83,6 +48,17 @@ void saySignals(CUpdater& updater)
 
 } // namespace
 
+QString knowledge()
+{
+    const QSettings settings(QSettings::NativeFormat, QSettings::UserScope,
+                             QCoreApplication::organizationName(), QCoreApplication::applicationName());
+    return QStringLiteral("settings=%1 config=%2 history=%3 state=%4 batch=%5")
+        .arg(settings.value("version").toString(), jsonOf("updateConfig.json").value("version").toString())
+        .arg(QFile::exists(inAppDir("NelvoUpdateLog.txt")))
+        .arg(jsonOf("NelvoUpdateState.dat").value("updateState").toInt())
+        .arg(QFile::exists(inAppDir("cover.bat")));
+}
+
 int main(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
@@ -91,7 +67,7 @@ int main(int argc, char** argv)
     const QStringList arguments = QCoreApplication::arguments();
     const QString step = arguments.value(1);
     if (!QStringList{"version", "check", "download", "upgrade", "cover"}.contains(step))
-        return leaveTrace(arguments.size() - 1);
+        return leaveTrace();
     qInstallMessageHandler(sayMessage);
 
     CUpdater updater;

@@ -1,0 +1,29 @@
+#include "tests/updater/hostvoice.h"
+
+#include <QCoreApplication>
+#include <QSaveFile>
+
+#include <cstdio>
+#include <cstdlib>
+
+void say(const QString& event)
+{
+    std::printf("%s\t%s\n", qUtf8Printable(event), qUtf8Printable(knowledge()));
+    std::fflush(stdout);
+}
+
+void sayMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    say(QStringLiteral("log %1 %2").arg(type).arg(text));
+}
+
+//! Whoever waits for the file finds it whole.
+int leaveTrace()
+{
+    QSaveFile trace(QCoreApplication::applicationFilePath() + QStringLiteral(".started"));
+    if (!trace.open(QIODevice::WriteOnly))
+        return EXIT_FAILURE;
+    const int arguments = QCoreApplication::arguments().size() - 1;
+    trace.write("started with " + QByteArray::number(arguments) + " arguments\n");
+    return trace.commit() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
