@@ -56,29 +56,15 @@ private Q_SLOTS:
 
     void wholeUpdate();
     void updateGoesOnOverEveryKill();
-    void killedInTheCoverTheVersionStands();
     void batchFileStartsOnceTheHostIsDone();
-    void killedBatchFileIsNotContinued();
 
 private:
-    //! A package without an editor: the old one is to start again.
-    void offerTexts();
-
     ReleaseServer m_server;
 };
 
 void TestE2eUpdateRestart::init()
 {
     m_server.reset();
-}
-
-void TestE2eUpdateRestart::offerTexts()
-{
-    ZipArchive archive;
-    archive.add("first.txt", "new");
-    archive.add("qml/Main.qml", "Item {}");
-    archive.add("second.txt", "new");
-    m_server.offer(archive.bytes());
 }
 
 void TestE2eUpdateRestart::wholeUpdate()
@@ -209,27 +195,13 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
     QCOMPARE(m_server.ranges().size(), 2);
 }
 
-void TestE2eUpdateRestart::killedInTheCoverTheVersionStands()
-{
-    Installation host(QStringLiteral(UPDATEHOST));
-    // A pipe that nobody reads holds the cover at the history.
-    if (!makeFifo(host.path("NelvoUpdateLog.txt")))
-        QSKIP("Windows has no named pipes in directories, and the test stops the host at one");
-    host.start(m_server.arguments("update"));
-    QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
-    host.kill();
-    QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
-    QCOMPARE(host.state(), 2);
-    QVERIFY(!host.exists("cover.bat"));
-
-    QVERIFY2(host.run(m_server.arguments("check")), host.output().constData());
-    QVERIFY(host.events().contains("needUpdate 0"));
-    QCOMPARE(host.state(), 2);
-}
-
 void TestE2eUpdateRestart::batchFileStartsOnceTheHostIsDone()
 {
-    offerTexts();
+    // A package without an editor: the old one is to start again.
+    ZipArchive archive;
+    archive.add("first.txt", "new");
+    archive.add("qml/Main.qml", "Item {}");
+    m_server.offer(archive.bytes());
     Installation host(QStringLiteral(UPDATEHOST), QStringLiteral(COVER_HOME));
     const BatchFile batch(host, installCover(host));
     host.write("first.txt", "old");
@@ -242,27 +214,6 @@ void TestE2eUpdateRestart::batchFileStartsOnceTheHostIsDone()
     QVERIFY2(host.run(m_server.arguments("check")), host.output().constData());
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.configVersion(), QStringLiteral("1.0.1"));
-}
-
-void TestE2eUpdateRestart::killedBatchFileIsNotContinued()
-{
-    offerTexts();
-    Installation host(QStringLiteral(UPDATEHOST), QStringLiteral(COVER_HOME));
-    const BatchFile batch(host, installCover(host));
-    host.write("second.txt", "old");
-    if (!batch.hold())
-        QSKIP("nothing can hold the batch file here");
-    QVERIFY2(host.run(m_server.arguments("update")), host.output().constData());
-    QTRY_VERIFY_WITH_TIMEOUT(batch.isHeld(), Patience);
-    QVERIFY(batch.kill());
-    QCOMPARE(host.content("first.txt"), QByteArray("new"));
-    QVERIFY(host.content("second.txt") != "new");
-
-    QVERIFY2(host.run(m_server.arguments("check")), host.output().constData());
-    QVERIFY(host.events().contains("needUpdate 0"));
-    QCOMPARE(host.state(), 0);
-    QVERIFY(host.content("second.txt") != "new");
-    QCOMPARE(host.content("NelvoUnCompress/second.txt"), QByteArray("new"));
 }
 
 QTEST_GUILESS_MAIN(TestE2eUpdateRestart)
