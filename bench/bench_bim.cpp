@@ -1,20 +1,20 @@
 #include "bench/measure.h"
 #include "bim/pdsmgr.h"
-#include "services/services.h"
 #include "tests/bim/pdsstandins.h"
 #include "tests/support/pluginshell.h"
+#include "tests/support/startedservices.h"
 #include "web/webclient.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QSet>
-#include <QUuid>
 
 //! The model lists beside a bare parse of the same body, and the choice of a department beside one pass over
 //! the same list.
@@ -34,22 +34,14 @@ QString departmentId(int number)
     return QStringLiteral("1001-%1").arg(number);
 }
 
-//! As the service sends them: half of the models are of the departments below the chosen one.
-QByteArray answerBody()
+//! Half of the models are of the departments below the chosen one.
+NelvoDevkit::HttpReply answer()
 {
-    QJsonArray rows;
-    for (int index = 0; index < Rows; ++index) {
-        rows.append(QJsonObject{
-            {QStringLiteral("nelvo3dId"),
-             QUuid::createUuidV5(QUuid(), QByteArray::number(index)).toString(QUuid::WithoutBraces)},
-            {QStringLiteral("ppName"), QStringLiteral("高铁新城综合枢纽 模型 %1").arg(index)},
-            {QStringLiteral("deptId"), departmentId(index % (2 * Departments))},
-            {QStringLiteral("ppid"), index},
-            {QStringLiteral("projType"), 1 + index % 13},
-            {QStringLiteral("projectSize"), index * 1024.0}});
-    }
-    const QJsonObject answer{{QStringLiteral("code"), 0}, {QStringLiteral("data"), rows}};
-    return QJsonDocument(answer).toJson(QJsonDocument::Compact);
+    QVector<QString> departments;
+    for (int number = 0; number < 2 * Departments; ++number)
+        departments.append(departmentId(number));
+    const QVector<NelvoDevkit::BimModel> models = NelvoDevkit::generatedModels(Rows, departments).models;
+    return NelvoDevkit::jsonReply(QJsonObject{{QStringLiteral("data"), NelvoDevkit::modelRows(models)}});
 }
 
 //! A department with all others below it, ten below each.
@@ -151,18 +143,16 @@ void measureSearch(CPdsMgr& manager)
 int main(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
-    NelvoDevkit::Services services;
-    if (!services.start())
-        return 1;
+    TestSupport::StartedServices services;
     // Formatted and not shown: the log is part of the work, a terminal is not.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     QCoreApplication::instance()->setProperty("sdkAddr", services.editorUrl());
-    const QByteArray body = answerBody();
-    services.setReply("GET", BimPath, {200, "application/json", body, {}});
+    const NelvoDevkit::HttpReply models = answer();
+    services.setReply("GET", BimPath, models);
     Manager manager;
-    measureList("list of 50,000 models, last byte to page / parse", manager.manager, body);
+    measureList("list of 50,000 models, last byte to page / parse", manager.manager, models.body);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-    measureList("the same without debug output / parse", manager.manager, body);
+    measureList("the same without debug output / parse", manager.manager, models.body);
     measureSearch(manager.manager);
     return 0;
 }

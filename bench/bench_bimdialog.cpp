@@ -1,9 +1,9 @@
 #include "bench/measure.h"
-#include "services/services.h"
 #include "tests/bim/pdsstandins.h"
 #include "tests/e2e/bimscene.h"
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 #include "userinput/userinput.h"
 
 #include <NelvoSDK/IPdsMgr.h>
@@ -174,9 +174,7 @@ int main(int argc, char** argv)
     // Everything in one thread: what is asked of the scene when a frame begins is what the frame shows.
     qputenv("QSG_RENDER_LOOP", "basic");
     const QGuiApplication application(argc, argv);
-    NelvoDevkit::Services services;
-    if (!services.start())
-        return 1;
+    TestSupport::StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
         if (type == QtFatalMsg)

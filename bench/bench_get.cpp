@@ -1,5 +1,5 @@
 #include "bench/measure.h"
-#include "services/services.h"
+#include "tests/support/startedservices.h"
 #include "web/webclient.h"
 
 #include <QCoreApplication>
@@ -44,9 +44,7 @@ bool blockingGet(const QString& url)
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    NelvoDevkit::Services services;
-    if (!services.start())
-        return 1;
+    TestSupport::StartedServices services;
     services.setReply("GET", Path, {});
     const QString url = services.editorUrl();
 

@@ -1,11 +1,13 @@
 #include "bench/measure.h"
 #include "bench/processmemory.h"
 #include "project/projectinfomgr.h"
-#include "services/services.h"
+#include "tests/support/startedservices.h"
 #include "web/webclient.h"
 
 #include <QCoreApplication>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QTimerEvent>
 
 #include <cmath>
@@ -18,48 +20,30 @@ namespace {
 
 using NelvoDevkit::HttpReply;
 using NelvoPlugin::CProjectInfoMgr;
+using TestSupport::json;
+using TestSupport::StartedServices;
 
 const auto TreePath = QStringLiteral("/org/tree");
 const auto ScenePath = QStringLiteral("/scene/project");
-const auto HeartbeatPath = QStringLiteral("/org/heartbeat");
+
+const auto TreeMemoryMode = QStringLiteral("--tree-memory");
 
 constexpr int Rounds = 7;
 
-void appendUnit(QByteArray& body, int& next, int& left, int depth)
+HttpReply treeReply(StartedServices& services, int nodes)
 {
-    constexpr int FanOut = 10;
-    const QByteArray id = QByteArray::number(next++);
-    --left;
-    body += R"({"value":"u)" + id + R"(","name":"部门 )" + id + R"(","type":)" +
-            (depth % 2 == 0 ? "1" : "2") + R"(,"parId":"p","children":[)";
-    for (int child = 0; child < FanOut && left > 0 && depth < 6; ++child) {
-        if (child > 0)
-            body += ',';
-        appendUnit(body, next, left, depth + 1);
-    }
-    body += "]}";
+    NelvoDevkit::EditorData& data = services.editorData();
+    data.generateTree(nodes);
+    return json(data.treeJson(data.defaultEnterprise()));
 }
 
-QByteArray treeBody(int nodes)
+HttpReply projectsReply(StartedServices& services, int count)
 {
-    QByteArray body = "{\"code\":0,\"data\":";
-    int next = 0;
-    int left = nodes;
-    appendUnit(body, next, left, 0);
-    return body + '}';
-}
-
-QByteArray projectsBody(int count)
-{
-    QByteArray body = "{\"code\":0,\"data\":[";
-    for (int index = 0; index < count; ++index) {
-        const QByteArray id = QByteArray::number(index);
-        body += (index > 0 ? ",{" : "{");
-        body += R"("id":"p)" + id + R"(","name":"项目 )" + id +
-                R"(","deptId":"d","deptName":"工程部","code":"C)" + id +
-                R"(","basemap":"osm","proj4":"+proj=utm +zone=51","x":121.473701,"y":31.230416})";
-    }
-    return body + "]}";
+    NelvoDevkit::EditorData& data = services.editorData();
+    data.generateProjects(count);
+    const QJsonArray projects = NelvoDevkit::toJson(data.projects(data.defaultEnterprise()));
+    data.reset();
+    return NelvoDevkit::jsonReply(QJsonObject{{QStringLiteral("data"), projects}});
 }
 
 NelvoSDK::LoginSession sessionAt(const QString& url)
@@ -136,55 +120,63 @@ void measureGrowth(const char* what, const QVector<int>& sizes, const QVector<do
                       nLogN(sizes.constLast()) / nLogN(sizes.constFirst()), "x", Slack);
 }
 
-void measureTree(NelvoDevkit::Services& services, const QString& url)
+void measureTree(StartedServices& services, const QString& url)
 {
     const QVector<int> sizes{10000, 50000, 100000};
     QVector<double> own;
     for (const int size : sizes) {
-        const QByteArray body = treeBody(size);
-        services.setReply("GET", TreePath, HttpReply{200, "application/json", body, {}});
+        const HttpReply reply = treeReply(services, size);
+        services.setReply("GET", TreePath, reply);
         own.append(treeMilliseconds(url) - transferMilliseconds(url, TreePath));
         if (size == sizes.constLast())
-            Bench::printRatio("tree of 100,000 nodes / parse", own.constLast(), parseMilliseconds(body), "ms",
-                              4);
+            Bench::printRatio("tree of 100,000 nodes / parse", own.constLast(), parseMilliseconds(reply.body),
+                              "ms", 4);
     }
     measureGrowth("tree", sizes, own);
 }
 
-void measureProjects(NelvoDevkit::Services& services, const QString& url)
+void measureProjects(StartedServices& services, const QString& url)
 {
     const QVector<int> sizes{10000, 50000, 100000};
     QVector<double> own;
     for (const int size : sizes) {
-        const QByteArray body = projectsBody(size);
-        services.setReply("GET", ScenePath, HttpReply{200, "application/json", body, {}});
+        const HttpReply reply = projectsReply(services, size);
+        services.setReply("GET", ScenePath, reply);
         own.append(projectsMilliseconds(url) - transferMilliseconds(url, ScenePath));
         if (size == 50000)
-            Bench::printRatio("list of 50,000 projects / parse", own.constLast(), parseMilliseconds(body),
-                              "ms", 4);
+            Bench::printRatio("list of 50,000 projects / parse", own.constLast(),
+                              parseMilliseconds(reply.body), "ms", 4);
     }
     measureGrowth("list", sizes, own);
 }
 
-void measureTreeMemory(NelvoDevkit::Services& services, const QString& url)
+//! In a process of its own, which has nothing else in memory.
+int printTreeMemory(const QString& url)
 {
-    constexpr int Nodes = 100000;
-    services.setReply("GET", TreePath, HttpReply{200, "application/json", treeBody(Nodes), {}});
     const double before = Bench::residentBytes();
     CProjectInfoMgr manager;
     NelvoSDK::OrgTreeNode root;
     manager.ReflushProjOrgInfo(sessionAt(url));
     manager.GetOrgTree(root);
-    std::printf("tree of 100,000 nodes, both copies and the reply: %.0f bytes a node at the peak\n",
-                (Bench::peakResidentBytes() - before) / Nodes);
+    std::printf("%f\n", Bench::peakResidentBytes() - before);
+    return root.children.empty() ? 1 : 0;
 }
 
-void measureTicks(NelvoDevkit::Services& services, const QString& url)
+void measureTreeMemory(StartedServices& services, const QString& url)
+{
+    constexpr int Nodes = 100000;
+    services.setReply("GET", TreePath, treeReply(services, Nodes));
+    const QStringList arguments{TreeMemoryMode, url};
+    const double bytes = Bench::outputOf(QCoreApplication::applicationFilePath(), arguments).toDouble();
+    std::printf("tree of 100,000 nodes, both copies and the reply: %.0f bytes a node at the peak\n",
+                bytes / Nodes);
+}
+
+void measureTicks(const QString& url)
 {
     constexpr int Ticks = 2000;
     constexpr int WarmUp = 200;
     constexpr double TicksPerDay = 8640;
-    services.setReply("GET", HeartbeatPath, HttpReply{200, "application/json", R"({"code":0})", {}});
     CProjectInfoMgr manager;
     manager.ReflushProjOrgInfo(sessionAt(url));
     QTimerEvent event(0);
@@ -203,16 +195,18 @@ void measureTicks(NelvoDevkit::Services& services, const QString& url)
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    NelvoDevkit::Services services;
-    if (!services.start())
-        return 1;
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == TreeMemoryMode)
+        return printTreeMemory(arguments.value(2));
+
+    StartedServices services;
     const QString url = services.editorUrl();
-    services.setReply("GET", TreePath, HttpReply{200, "application/json", "{}", {}});
+    services.setReply("GET", TreePath, json("{}"));
     // What a little memory tells comes first, while the process is small.
-    measureTicks(services, url);
+    measureTicks(url);
     measureTreeMemory(services, url);
     measureTree(services, url);
-    services.setReply("GET", TreePath, HttpReply{200, "application/json", "{}", {}});
+    services.setReply("GET", TreePath, json("{}"));
     measureProjects(services, url);
     return 0;
 }

@@ -1,76 +1,49 @@
 #include "bench/measure.h"
-#include "services/services.h"
 #include "tests/e2e/pluginhost.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/startedservices.h"
 
 #include <QGuiApplication>
-#include <QMetaObject>
 #include <QProcess>
 
 //! A whole sign-in in the loaded library, from `login` to OnLoginSucceeded and without the page's closing
-//! progress: beside the delays of its seven calls, and beside one curl process that sends the same requests.
+//! progress: beside the delays of its calls, and beside one curl process that sends the same requests.
 
 namespace {
 
-using NelvoDevkit::HttpReply;
-
-struct Call {
-    const char* method;
-    const char* path;
-    const char* contentType;
-    QByteArray reply;
-};
-
-const QByteArray FormPage =
-    "<!DOCTYPE html><html><head><title>CAS</title></head><body id=\"cas\"><div id=\"container\">"
-    "<div id=\"content\"><div id=\"login\"><form><section class=\"row btn-row\">"
-    "<input name=\"lt\" value=\"LT-1\"/><input name=\"execution\" value=\"e1s1\"/>"
-    "<input name=\"_eventId\" value=\"submit\"/></section></form></div></div></div></body></html>";
-
-//! The seven calls, answered the same for everybody: curl cannot read the ticket out of the form.
-QVector<Call> signInCalls(const QString& editorUrl)
-{
-    return {
-        {"GET", "/login", "text/html", FormPage},
-        {"POST", "/login", "text/html", "<html><body id=\"cas\"/></html>"},
-        {"GET", "/rs/casLogin/listCompany", "application/json",
-         R"([{"enterpriseId": 1, "enterpriseName": "x"}])"},
-        {"POST", "/rs/casLogin/casLogin", "application/json", "{}"},
-        {"GET", "/rs/casLogin/serverUrl", "application/json",
-         R"([{"serverName": "varlo-editor", "serverURL": ")" + editorUrl.toUtf8() + R"("}])"},
-        {"GET", "/rs/cim/nelvo/client_token", "text/plain", "token"},
-        {"GET", "/org/heartbeat", "application/json", "{}"},
-    };
-}
+using NelvoDevkit::Exchange;
+using TestSupport::StartedServices;
 
 void signIn(const E2e::PluginHost& host, const QString& url)
 {
-    QObject* loginCtrl = host.loginCtrl();
-    QString message;
-    QMetaObject::invokeMethod(
-        loginCtrl, "login", Q_RETURN_ARG(QString, message), Q_ARG(QString, QStringLiteral("user")),
-        Q_ARG(QString, QStringLiteral("password")), Q_ARG(QString, url), Q_ARG(QString, QString()));
-    if (!message.isEmpty())
-        qFatal("sign-in failed: %s", qUtf8Printable(message));
-    QMetaObject::invokeMethod(loginCtrl, "onLogin", Q_ARG(QString, url), Q_ARG(QString, QStringLiteral("1")),
-                              Q_ARG(QString, QStringLiteral("x")));
-    QMetaObject::invokeMethod(loginCtrl, "onShowHome");
-    if (host.observer.sessions.constLast().sdkAddr.empty())
+    if (host.signIn(url, QStringLiteral("zhangwei")).sdkAddr.empty())
         qFatal("sign-in without an editor service");
 }
 
-QStringList curlArguments(const QVector<Call>& calls, const NelvoDevkit::Services& services)
+//! The calls of a sign-in. From now on everybody gets the same answers to them: curl cannot read the ticket
+//! out of the form.
+QVector<Exchange> recordSignIn(StartedServices& services, const E2e::PluginHost& host)
+{
+    signIn(host, services.signInUrl());
+    const QVector<Exchange> calls = services.log().exchanges();
+    for (const Exchange& call : calls)
+        services.setReply(call.request.method, QString::fromLatin1(call.request.path()), call.reply);
+    return calls;
+}
+
+QStringList curlArguments(const QVector<Exchange>& calls, const StartedServices& services)
 {
     QStringList arguments;
-    for (const Call& call : calls) {
+    for (const Exchange& call : calls) {
         if (!arguments.isEmpty())
             arguments << QStringLiteral("--next");
-        const bool editor = QByteArray(call.path) == "/org/heartbeat";
+        const bool isEditor = call.request.service == "editor";
         arguments << QStringLiteral("--silent") << QStringLiteral("--fail") << QStringLiteral("--cookie")
                   << QStringLiteral("a=b") << QStringLiteral("--output") << QStringLiteral("/dev/null")
-                  << (editor ? services.editorUrl() : services.signInUrl()) + QLatin1String(call.path);
-        if (QByteArray(call.method) == "POST")
-            arguments << QStringLiteral("--data") << QStringLiteral("epid=1&version=1.0.0");
+                  << (isEditor ? services.editorUrl() : services.signInUrl()) +
+                         QString::fromLatin1(call.request.target);
+        if (call.request.method == "POST")
+            arguments << QStringLiteral("--data") << QString::fromLatin1(call.request.body);
     }
     return arguments;
 }
@@ -80,29 +53,22 @@ QStringList curlArguments(const QVector<Call>& calls, const NelvoDevkit::Service
 int main(int argc, char** argv)
 {
     QGuiApplication application(argc, argv);
-    NelvoDevkit::Services services;
-    if (!services.start())
-        return 1;
-    const QVector<Call> calls = signInCalls(services.editorUrl());
-    for (const Call& call : calls)
-        services.setReply(call.method, QLatin1String(call.path),
-                          HttpReply{200, call.contentType, call.reply, {}});
-
+    NelvoDevkit::ServicesOptions options;
+    options.keepsReplies = true;
+    StartedServices services(options);
     const E2e::PluginHost host(services.signInUrl());
     const TestSupport::MessageLog log;
     const QString url = services.signInUrl();
-    signIn(host, url); // connections and caches are there from the second one on
+    // Connections and caches are there from the second sign-in on.
+    const QVector<Exchange> calls = recordSignIn(services, host);
 
     constexpr int DelayMilliseconds = 20;
     constexpr int DelayedRounds = 15;
-    for (const Call& call : calls) {
-        services.addFault(
-            {NelvoDevkit::Fault::Delay, QLatin1String(call.path), call.method, DelayMilliseconds, false});
-    }
+    services.addFault({NelvoDevkit::Fault::Delay, {}, {}, DelayMilliseconds, false});
     QVector<double> delayed;
     for (int round = 0; round < DelayedRounds; ++round)
         delayed.append(Bench::milliseconds([&] { signIn(host, url); }));
-    Bench::printRatio("sign-in, 20 ms a call / its seven delays", Bench::median(delayed),
+    Bench::printRatio("sign-in, 20 ms a call / its delays", Bench::median(delayed),
                       DelayMilliseconds * static_cast<double>(calls.size()), "ms", 1.25);
 
     services.clearFaults();

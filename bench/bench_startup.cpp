@@ -3,7 +3,6 @@
 #include "tests/support/messagelog.h"
 
 #include <QGuiApplication>
-#include <QProcess>
 #include <QQuickView>
 
 #include <atomic>
@@ -57,12 +56,9 @@ int startFloor()
 
 double startIn(const QString& mode)
 {
-    QProcess process;
     // Two arguments: a single one would be a sign-in without a window.
-    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--start"), mode});
-    if (!process.waitForFinished(60000) || process.exitCode() != 0)
-        qFatal("start failed: %s", process.readAllStandardError().constData());
-    return process.readAllStandardOutput().trimmed().toDouble();
+    const QStringList arguments{QStringLiteral("--start"), mode};
+    return Bench::outputOf(QCoreApplication::applicationFilePath(), arguments).trimmed().toDouble();
 }
 
 } // namespace

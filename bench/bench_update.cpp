@@ -1,8 +1,9 @@
 #include "bench/measure.h"
 #include "bench/processmemory.h"
 #include "package/updatepackage.h"
-#include "services/services.h"
+#include "services/generatedfile.h"
 #include "tasks/threadpool.h"
+#include "tests/support/startedservices.h"
 #include "updater/unzippackage.h"
 #include "updater/updatehelper.h"
 #include "web/downloader.h"
@@ -13,7 +14,6 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QNetworkAccessManager>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -36,16 +36,6 @@ struct Transfer {
     double milliseconds = 0;
     double growth = 0; //!< bytes of peak resident memory
 };
-
-//! Runs a tool to its end and returns what it wrote.
-QByteArray outputOf(const QString& program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
-        qFatal("%s failed: %s", qUtf8Printable(program), process.readAllStandardError().constData());
-    return process.readAllStandardOutput();
-}
 
 void requireSize(const QString& path, qint64 size)
 {
@@ -74,24 +64,24 @@ int downloadHere(const QString& url, const QString& path)
 
 Transfer downloadBeside(const QString& url, const QString& path)
 {
-    const QByteArray output = outputOf(QCoreApplication::applicationFilePath(), {DownloadMode, url, path});
+    const QByteArray output =
+        Bench::outputOf(QCoreApplication::applicationFilePath(), {DownloadMode, url, path});
     const QList<QByteArray> figures = output.simplified().split(' ');
     return {figures.at(0).toDouble(), figures.at(1).toDouble()};
 }
 
 double curlMilliseconds(const QString& url, const QString& path)
 {
-    return 1000 * outputOf(QStringLiteral("curl"),
+    return 1000 *
+           Bench::outputOf(QStringLiteral("curl"),
                            {QStringLiteral("--silent"), QStringLiteral("--fail"), QStringLiteral("--output"),
                             path, QStringLiteral("--write-out"), QStringLiteral("%{time_total}"), url})
-                      .toDouble();
+               .toDouble();
 }
 
 void measureDownload(const QString& directory)
 {
-    NelvoDevkit::Services services;
-    if (!services.start())
-        qFatal("no services");
+    TestSupport::StartedServices services;
     const auto name = QStringLiteral("package.zip");
     services.packages().addGenerated(name, Gibibyte);
     const QString url = services.packageUrl(name);
@@ -116,17 +106,14 @@ void measureDownload(const QString& directory)
     Bench::printFigure("  growth of the peak resident memory", growth / Mebibyte, "MiB", 32);
 }
 
-//! A file of that size, no two blocks of it alike.
 void writeLargeFile(const QString& path, qint64 size)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
+    NelvoDevkit::GeneratedFile content(size);
+    if (!file.open(QIODevice::WriteOnly) || !content.open(QIODevice::ReadOnly))
         qFatal("no file");
-    QByteArray block(Mebibyte, 'x');
-    for (qint64 at = 0; at < size; at += block.size()) {
-        block.replace(0, 8, QByteArray::number(at).leftJustified(8));
-        file.write(block);
-    }
+    while (!content.atEnd())
+        file.write(content.read(Mebibyte));
 }
 
 void measureChecksum(const QString& directory)
@@ -137,8 +124,9 @@ void measureChecksum(const QString& directory)
     QVector<double> own;
     QVector<double> md5sum;
     for (int round = 0; round < Rounds; ++round) {
-        md5sum.append(Bench::milliseconds(
-            [&] { expected = QString::fromLatin1(outputOf(QStringLiteral("md5sum"), {path}).left(32)); }));
+        md5sum.append(Bench::milliseconds([&] {
+            expected = QString::fromLatin1(Bench::outputOf(QStringLiteral("md5sum"), {path}).left(32));
+        }));
         bool right = false;
         own.append(Bench::milliseconds([&] { right = checkMd5(path, expected); }));
         if (!right)
@@ -218,7 +206,7 @@ double longestGap(const std::function<bool()>& task)
 
 bool unzip(const QString& package, const QString& target)
 {
-    outputOf(QStringLiteral("unzip"), {QStringLiteral("-q"), package, QStringLiteral("-d"), target});
+    Bench::outputOf(QStringLiteral("unzip"), {QStringLiteral("-q"), package, QStringLiteral("-d"), target});
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "bench/measure.h"
 
+#include <QProcess>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -28,6 +30,15 @@ double median(QVector<double> values)
     std::sort(values.begin(), values.end());
     const int middle = values.size() / 2;
     return values.size() % 2 == 1 ? values.at(middle) : (values.at(middle - 1) + values.at(middle)) / 2;
+}
+
+QByteArray outputOf(const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished(-1) || process.exitCode() != 0)
+        qFatal("%s failed: %s", qUtf8Printable(program), process.readAllStandardError().constData());
+    return process.readAllStandardOutput();
 }
 
 void printRatio(const char* name, double own, double other, const char* unit, double bound)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QVector>
 
 #include <functional>
@@ -9,6 +10,8 @@ namespace Bench {
 //! Milliseconds that `work` takes.
 double milliseconds(const std::function<void()>& work);
 double median(QVector<double> values);
+//! Runs a program to its end and returns what it wrote. If it fails, so does the measurement.
+QByteArray outputOf(const QString& program, const QStringList& arguments);
 
 //! Prints one line: the figure, what it stands beside, their ratio, and the bound that it is meant to keep.
 void printRatio(const char* name, double own, double other, const char* unit, double bound);
