@@ -1,3 +1,5 @@
+#include "tests/support/row.h"
+
 #include <VLSmartDB/DevkitDatabase.h>
 #include <VLSmartDB/IVLDBDirector.h>
 
@@ -7,6 +9,8 @@
 #include <memory>
 
 using namespace VLSmartDB;
+
+using TestSupport::row;
 
 namespace {
 
@@ -212,23 +216,12 @@ void TestDatabase::addIsRefused_data()
     QTest::addColumn<QString>("childId");
     QTest::addColumn<QString>("complaint");
     const QString taken = QString(Bridge).toUpper();
-    QTest::newRow("empty") << ""
-                           << "c"
-                           << "\"\" names no object";
-    QTest::newRow("none") << "none"
-                          << "c"
-                          << "\"none\" names no object";
-    QTest::newRow("taken") << taken << "c"
-                           << "there is an object \"" + taken + "\" already";
-    QTest::newRow("child taken") << "new"
-                                 << "pier-1"
-                                 << "there is an object \"pier-1\" already";
-    QTest::newRow("child as its parent") << "new"
-                                         << "new"
-                                         << "there is an object \"new\" already";
-    QTest::newRow("child without id") << "new"
-                                      << ""
-                                      << "\"\" names no object";
+    row("empty", "", "c", "\"\" names no object");
+    row("none", "none", "c", "\"none\" names no object");
+    row("taken", taken, "c", "there is an object \"" + taken + "\" already");
+    row("child taken", "new", "pier-1", "there is an object \"pier-1\" already");
+    row("child as its parent", "new", "new", "there is an object \"new\" already");
+    row("child without id", "new", "", "\"\" names no object");
 }
 
 void TestDatabase::addIsRefused()
@@ -292,29 +285,27 @@ void TestDatabase::fileIsChecked_data()
     const auto child = [](const QByteArray& members) {
         return R"({"objects": [{"id": "a", "name": "n", "type": "t", "children": [{)" + members + "}]}]}";
     };
-    QTest::newRow("empty") << QByteArray() << "no JSON, line 1: ";
-    QTest::newRow("no JSON") << QByteArray("{\n\"objects\": [,]\n}") << "no JSON, line 2: ";
-    QTest::newRow("an array") << QByteArray("[]") << "must hold a JSON object";
-    QTest::newRow("no objects") << QByteArray("{}") << "\"objects\" must be an array";
-    QTest::newRow("more than objects")
-        << QByteArray(R"({"objects": [], "object": 1})") << "the file has an unknown member \"object\"";
-    QTest::newRow("a number") << QByteArray(R"({"objects": [1]})") << "objects[0] must be an object";
-    QTest::newRow("no name") << child(R"("id": "b", "type": "t")")
-                             << "objects[0]: children[0] needs a text \"name\"";
-    QTest::newRow("id no text") << child(R"("id": 1, "name": "n", "type": "t")")
-                                << "objects[0]: children[0] needs a text \"id\"";
-    QTest::newRow("empty type") << child(R"("id": "b", "name": "n", "type": "")")
-                                << "objects[0]: children[0] needs a text \"type\"";
-    QTest::newRow("misspelt") << child(R"("id": "b", "name": "n", "type": "t", "childs": [])")
-                              << "objects[0]: children[0] has an unknown member \"childs\"";
-    QTest::newRow("children") << child(R"("id": "b", "name": "n", "type": "t", "children": {})")
-                              << "objects[0]: children[0]: \"children\" must be an array";
-    QTest::newRow("properties") << child(R"("id": "b", "name": "n", "type": "t", "properties": [])")
-                                << "objects[0]: children[0]: properties must be an object";
-    QTest::newRow("property") << child(R"("id": "b", "name": "n", "type": "t", "properties": {"p": 1})")
-                              << "objects[0]: children[0]: property \"p\" is no text";
-    QTest::newRow("id twice") << child(R"("id": "a", "name": "n", "type": "t")")
-                              << "there is an object \"a\" already";
+    row("empty", QByteArray(), "no JSON, line 1: ");
+    row("no JSON", QByteArray("{\n\"objects\": [,]\n}"), "no JSON, line 2: ");
+    row("an array", QByteArray("[]"), "must hold a JSON object");
+    row("no objects", QByteArray("{}"), "\"objects\" must be an array");
+    row("more than objects", QByteArray(R"({"objects": [], "object": 1})"),
+        "the file has an unknown member \"object\"");
+    row("a number", QByteArray(R"({"objects": [1]})"), "objects[0] must be an object");
+    row("no name", child(R"("id": "b", "type": "t")"), "objects[0]: children[0] needs a text \"name\"");
+    row("id no text", child(R"("id": 1, "name": "n", "type": "t")"),
+        "objects[0]: children[0] needs a text \"id\"");
+    row("empty type", child(R"("id": "b", "name": "n", "type": "")"),
+        "objects[0]: children[0] needs a text \"type\"");
+    row("misspelt", child(R"("id": "b", "name": "n", "type": "t", "childs": [])"),
+        "objects[0]: children[0] has an unknown member \"childs\"");
+    row("children", child(R"("id": "b", "name": "n", "type": "t", "children": {})"),
+        "objects[0]: children[0]: \"children\" must be an array");
+    row("properties", child(R"("id": "b", "name": "n", "type": "t", "properties": [])"),
+        "objects[0]: children[0]: properties must be an object");
+    row("property", child(R"("id": "b", "name": "n", "type": "t", "properties": {"p": 1})"),
+        "objects[0]: children[0]: property \"p\" is no text");
+    row("id twice", child(R"("id": "a", "name": "n", "type": "t")"), "there is an object \"a\" already");
 }
 
 void TestDatabase::fileIsChecked()

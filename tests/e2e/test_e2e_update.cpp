@@ -5,6 +5,7 @@
 #include "tests/support/accounts.h"
 #include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/systemtexts.h"
 #include "tests/support/wine.h"
@@ -29,6 +30,7 @@ using TestSupport::ApplicationFile;
 using TestSupport::json;
 using TestSupport::md5;
 using TestSupport::MessageLog;
+using TestSupport::row;
 
 namespace {
 
@@ -542,41 +544,37 @@ void TestE2eUpdate::serversOfAllKinds_data()
     ignoring.ignoresRange = true;
 
     const QString wholeText = progressed("0.29", "0.29");
-    const Outcome complete{finishedWith(206, Passed), {}, true, wholeText};
+    const auto passed = [](int code, const QString& text) {
+        return Outcome{finishedWith(code, Passed), {}, true, text};
+    };
+    const auto wrong = [](int code, const QString& text) {
+        return Outcome{finishedWith(code, Wrong), {}, false, text};
+    };
+    const Outcome complete = passed(206, wholeText);
 
-    QTest::newRow("right") << Server{} << complete;
-    QTest::newRow("slow") << Server{paced, {}, {}, {}} << complete;
-    QTest::newRow("late") << Server{{}, rule(Fault::Delay, 500), {}, {}} << complete;
-    QTest::newRow("redirecting") << Server{{}, rule(Fault::Redirect), {}, {}} << complete;
-    QTest::newRow("slow, for the rest") << Server{paced, {}, 100000, {}} << complete;
-    QTest::newRow("200 to the first Range")
-        << Server{ignoring, {}, {}, {}} << Outcome{finishedWith(200, Passed), {}, true, wholeText};
-    QTest::newRow("release that tells a larger size")
-        << Server{{}, {}, {}, {}, 600000}
-        << Outcome{finishedWith(206, Passed), {}, true, progressed("0.29", "0.57")};
-    QTest::newRow("release that tells a smaller size")
-        << Server{{}, {}, {}, {}, 150000}
-        << Outcome{finishedWith(206, Passed), {}, true, progressed("0.29", "0.14")};
-    QTest::newRow("release that tells no size")
-        << Server{{}, {}, {}, {}, 0}
-        << Outcome{finishedWith(206, Passed), {}, true, progressed("0.29", "0.00")};
-    QTest::newRow("release whose size exceeds 32 bits")
-        << Server{{}, {}, 100000, {}, Q_INT64_C(1) << 32}
-        << Outcome{finishedWith(206, Passed), {}, true, progressed("0.29", "0.00")};
+    row("right", Server{}, complete);
+    row("slow", Server{paced, {}, {}, {}}, complete);
+    row("late", Server{{}, rule(Fault::Delay, 500), {}, {}}, complete);
+    row("redirecting", Server{{}, rule(Fault::Redirect), {}, {}}, complete);
+    row("slow, for the rest", Server{paced, {}, 100000, {}}, complete);
+    row("200 to the first Range", Server{ignoring, {}, {}, {}}, passed(200, wholeText));
+    row("release that tells a larger size", Server{{}, {}, {}, {}, 600000},
+        passed(206, progressed("0.29", "0.57")));
+    row("release that tells a smaller size", Server{{}, {}, {}, {}, 150000},
+        passed(206, progressed("0.29", "0.14")));
+    row("release that tells no size", Server{{}, {}, {}, {}, 0}, passed(206, progressed("0.29", "0.00")));
+    row("release whose size exceeds 32 bits", Server{{}, {}, 100000, {}, Q_INT64_C(1) << 32},
+        passed(206, progressed("0.29", "0.00")));
 
-    QTest::newRow("wrong checksum") << Server{{}, {}, {}, md5("another package")}
-                                    << Outcome{finishedWith(206, Wrong), {}, false, wholeText};
-    QTest::newRow("no checksum") << Server{{}, {}, {}, QStringLiteral("")}
-                                 << Outcome{finishedWith(206, Wrong), {}, false, wholeText};
-    QTest::newRow("200 to the Range of the rest")
-        << Server{ignoring, {}, 100000, {}}
-        << Outcome{finishedWith(200, Wrong), {}, false, progressed("0.38", "0.29")};
-    QTest::newRow("announces less than it sends")
-        << Server{shortened, {}, {}, {}}
-        << Outcome{finishedWith(206, Wrong), {}, false, progressed("0.10", "0.29")};
+    row("wrong checksum", Server{{}, {}, {}, md5("another package")}, wrong(206, wholeText));
+    row("no checksum", Server{{}, {}, {}, QStringLiteral("")}, wrong(206, wholeText));
+    row("200 to the Range of the rest", Server{ignoring, {}, 100000, {}},
+        wrong(200, progressed("0.38", "0.29")));
+    row("announces less than it sends", Server{shortened, {}, {}, {}},
+        wrong(206, progressed("0.10", "0.29")));
 
     const auto failing = [&](const char* name, const Server& server, int code, const QString& error) {
-        QTest::newRow(name) << server << Outcome{failedWith(code, error), error, false, {}};
+        row(name, server, Outcome{failedWith(code, error), error, false, {}});
     };
     failing("416", Server{{}, {}, PackageSize, {}, 400000}, 416,
             QStringLiteral("Error transferring %1 - server replied: Range Not Satisfiable").arg(url));

@@ -1,10 +1,13 @@
 #include "commandline/commandline.h"
+
 #include "host/hostoptions.h"
+#include "tests/support/row.h"
 
 #include <QtTest>
 
 using NelvoDevkit::Failure;
 using NelvoDevkit::HostOptions;
+using TestSupport::row;
 
 class TestHostOptions : public QObject
 {
@@ -66,16 +69,13 @@ void TestHostOptions::mistakes_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("error");
-    QTest::newRow("unknown") << QStringList{"--setings", "s.json"}
-                             << QStringLiteral("Unknown option 'setings'");
-    QTest::newRow("no option") << QStringList{"s.json", "t.json"}
-                               << QStringLiteral("unknown argument 's.json'");
-    QTest::newRow("value missing") << QStringList{"--settings", "s.json", "--check-update"}
-                                   << QStringLiteral("Missing value after '--check-update'");
-    QTest::newRow("value empty") << QStringList{"--settings", ""}
-                                 << QStringLiteral("'--settings' needs a value");
-    QTest::newRow("unknown moment") << QStringList{"--check-update", "never"}
-                                    << QStringLiteral("'--check-update' takes 'start' or 'sign-in'");
+    row("unknown", QStringList{"--setings", "s.json"}, "Unknown option 'setings'");
+    row("no option", QStringList{"s.json", "t.json"}, "unknown argument 's.json'");
+    row("value missing", QStringList{"--settings", "s.json", "--check-update"},
+        "Missing value after '--check-update'");
+    row("value empty", QStringList{"--settings", ""}, "'--settings' needs a value");
+    row("unknown moment", QStringList{"--check-update", "never"},
+        "'--check-update' takes 'start' or 'sign-in'");
 }
 
 void TestHostOptions::mistakes()

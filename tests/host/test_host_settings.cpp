@@ -1,5 +1,6 @@
 #include "host/hostsettings.h"
 
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 
 #include <QNetworkAccessManager>
@@ -9,6 +10,7 @@
 #include <QtTest>
 
 using NelvoDevkit::HostSettings;
+using TestSupport::row;
 
 class TestHostSettings : public QObject
 {
@@ -73,21 +75,17 @@ void TestHostSettings::mistakes_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("error");
-    QTest::newRow("empty") << QByteArray() << QStringLiteral("at offset 0");
-    QTest::newRow("no JSON") << QByteArray("{\"caCertificate\": ca.pem}") << QStringLiteral("at offset");
-    QTest::newRow("no object") << QByteArray("[]") << QStringLiteral("not a JSON object");
-    QTest::newRow("unknown key") << QByteArray(R"({"caCertficate": "ca.pem"})")
-                                 << QStringLiteral("unknown key \"caCertficate\"");
-    QTest::newRow("no text") << QByteArray("{\"caCertificate\": 5}")
-                             << QStringLiteral("\"caCertificate\" is not a text");
-    QTest::newRow("no certificate") << QByteArray(R"({"caCertificate": "s.json"})")
-                                    << QStringLiteral("no PEM certificate in");
-    QTest::newRow("part of a service") << QByteArray(R"({"updateAddress": "http://u", "updateToken": "t"})")
-                                       << QStringLiteral("\"updateProduct\" go together");
-    QTest::newRow("token alone") << QByteArray(R"({"updateToken": "t"})") << QStringLiteral("go together");
-    QTest::newRow("unknown codec") << QByteArray(R"({"codec": "morse"})")
-                                   << QStringLiteral("there is no codec \"morse\"");
-    QTest::newRow("empty codec") << QByteArray(R"({"codec": ""})") << QStringLiteral("there is no codec");
+    row("empty", QByteArray(), "at offset 0");
+    row("no JSON", QByteArray("{\"caCertificate\": ca.pem}"), "at offset");
+    row("no object", QByteArray("[]"), "not a JSON object");
+    row("unknown key", QByteArray(R"({"caCertficate": "ca.pem"})"), "unknown key \"caCertficate\"");
+    row("no text", QByteArray("{\"caCertificate\": 5}"), "\"caCertificate\" is not a text");
+    row("no certificate", QByteArray(R"({"caCertificate": "s.json"})"), "no PEM certificate in");
+    row("part of a service", QByteArray(R"({"updateAddress": "http://u", "updateToken": "t"})"),
+        "\"updateProduct\" go together");
+    row("token alone", QByteArray(R"({"updateToken": "t"})"), "go together");
+    row("unknown codec", QByteArray(R"({"codec": "morse"})"), "there is no codec \"morse\"");
+    row("empty codec", QByteArray(R"({"codec": ""})"), "there is no codec");
 }
 
 void TestHostSettings::mistakes()

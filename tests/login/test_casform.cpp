@@ -1,12 +1,14 @@
 #include "login/casform.h"
 
 #include "tests/support/messagelog.h"
+#include "tests/support/row.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
 
 using NelvoPlugin::CasFormValues;
 using TestSupport::MessageLog;
+using TestSupport::row;
 
 class TestCasForm : public QObject
 {
@@ -141,18 +143,16 @@ void TestCasForm::pageWithinTheBoundsIsRead_data()
 {
     QTest::addColumn<QByteArray>("page");
     // The page has names, levels and attributes of its own.
-    QTest::newRow("names") << formPage(HiddenInputs + numbered("<n%/>", 950));
-    QTest::newRow("names of attributes") << formPage(HiddenInputs + numbered("<n a%=\"\"/>", 950));
-    QTest::newRow("one name over and over") << formPage(HiddenInputs + numbered("<n/>", 5000));
-    QTest::newRow("levels") << formPage(HiddenInputs + nested(240));
-    QTest::newRow("attributes") << formPage(HiddenInputs + "<n" + numbered(" a%='\"'", 950) + "/>");
-    QTest::newRow("quotes in a script") << formPage(HiddenInputs + "<script><![CDATA[if (a <b) c = [" +
-                                                    numbered("\"%\",", 2000) + "];]]></script>");
-    QTest::newRow("quotes in a comment")
-        << formPage(HiddenInputs + "<!-- <b " + numbered("it's '%', ", 2000) + "-->");
-    QTest::newRow("quotes in the text")
-        << formPage(HiddenInputs + "<b title=\">\">" + numbered("'%' ", 2000) + "</b>");
-    QTest::newRow("size") << paddedPage(MaxPageSize);
+    row("names", formPage(HiddenInputs + numbered("<n%/>", 950)));
+    row("names of attributes", formPage(HiddenInputs + numbered("<n a%=\"\"/>", 950)));
+    row("one name over and over", formPage(HiddenInputs + numbered("<n/>", 5000)));
+    row("levels", formPage(HiddenInputs + nested(240)));
+    row("attributes", formPage(HiddenInputs + "<n" + numbered(" a%='\"'", 950) + "/>"));
+    row("quotes in a script", formPage(HiddenInputs + "<script><![CDATA[if (a <b) c = [" +
+                                       numbered("\"%\",", 2000) + "];]]></script>"));
+    row("quotes in a comment", formPage(HiddenInputs + "<!-- <b " + numbered("it's '%', ", 2000) + "-->"));
+    row("quotes in the text", formPage(HiddenInputs + "<b title=\">\">" + numbered("'%' ", 2000) + "</b>"));
+    row("size", paddedPage(MaxPageSize));
 }
 
 void TestCasForm::pageWithinTheBoundsIsRead()
@@ -171,21 +171,20 @@ void TestCasForm::pageWithinTheBoundsIsRead()
 void TestCasForm::pageBeyondTheBoundsIsRefused_data()
 {
     QTest::addColumn<QByteArray>("page");
-    QTest::newRow("names") << formPage(HiddenInputs + numbered("<n%/>", 1001));
-    QTest::newRow("names of attributes") << formPage(HiddenInputs + numbered("<n a%=\"\"/>", 1001));
-    QTest::newRow("names of instructions") << formPage(HiddenInputs + numbered("<?n% ?>", 1001));
-    QTest::newRow("levels") << formPage(HiddenInputs + nested(251));
-    QTest::newRow("attributes") << formPage(HiddenInputs + "<n" + numbered(" a%=''", 1001) + "/>");
-    QTest::newRow("attributes of the page's own kind")
-        << "<!DOCTYPE html [<!ATTLIST html" + numbered(" a% CDATA 'x'", 1001) + ">]><html/>";
-    QTest::newRow("size") << paddedPage(MaxPageSize + 1);
+    row("names", formPage(HiddenInputs + numbered("<n%/>", 1001)));
+    row("names of attributes", formPage(HiddenInputs + numbered("<n a%=\"\"/>", 1001)));
+    row("names of instructions", formPage(HiddenInputs + numbered("<?n% ?>", 1001)));
+    row("levels", formPage(HiddenInputs + nested(251)));
+    row("attributes", formPage(HiddenInputs + "<n" + numbered(" a%=''", 1001) + "/>"));
+    row("attributes of the page's own kind",
+        "<!DOCTYPE html [<!ATTLIST html" + numbered(" a% CDATA 'x'", 1001) + ">]><html/>");
+    row("size", paddedPage(MaxPageSize + 1));
 
     // These have ended the process, or kept it busy for minutes.
-    QTest::newRow("names that crash") << formPage(HiddenInputs + numbered("<n%/>", 33000));
-    QTest::newRow("instructions that crash") << formPage(HiddenInputs + numbered("<?n% ?>", 33000));
-    QTest::newRow("levels that crash") << formPage(HiddenInputs + nested(200000));
-    QTest::newRow("attributes that take minutes")
-        << formPage(HiddenInputs + "<n" + numbered(" a%=\"\"", 200000) + "/>");
+    row("names that crash", formPage(HiddenInputs + numbered("<n%/>", 33000)));
+    row("instructions that crash", formPage(HiddenInputs + numbered("<?n% ?>", 33000)));
+    row("levels that crash", formPage(HiddenInputs + nested(200000)));
+    row("attributes that take minutes", formPage(HiddenInputs + "<n" + numbered(" a%=\"\"", 200000) + "/>"));
 }
 
 void TestCasForm::pageBeyondTheBoundsIsRefused()
@@ -205,11 +204,11 @@ void TestCasForm::pageBeyondTheBoundsIsRefused()
 void TestCasForm::anyReadablePageIsAResult_data()
 {
     QTest::addColumn<QByteArray>("page");
-    QTest::newRow("welcome") << QByteArray(
-        "<html><body id=\"cas\"><div id=\"msg\" class=\"success\">&nbsp;ok</div></body></html>");
-    QTest::newRow("rejection") << QByteArray(
-        "<html><body id=\"cas\"><div id=\"msg\" class=\"errors\">no</div></body></html>");
-    QTest::newRow("anything") << QByteArray("<x/>");
+    row("welcome",
+        QByteArray("<html><body id=\"cas\"><div id=\"msg\" class=\"success\">&nbsp;ok</div></body></html>"));
+    row("rejection",
+        QByteArray("<html><body id=\"cas\"><div id=\"msg\" class=\"errors\">no</div></body></html>"));
+    row("anything", QByteArray("<x/>"));
 }
 
 void TestCasForm::anyReadablePageIsAResult()

@@ -5,6 +5,7 @@
 #include "tests/support/files.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/recorders.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
@@ -22,6 +23,7 @@ using TestSupport::json;
 using TestSupport::md5;
 using TestSupport::MessageLog;
 using TestSupport::passwordOf;
+using TestSupport::row;
 
 namespace {
 
@@ -181,18 +183,17 @@ void TestCommandLineLogin::idsAreComparedAsNumbers_data()
     QTest::addColumn<bool>("matches");
     const QByteArray named = R"({"enterpriseName": "x", "enterpriseId": %1})";
     const auto withId = [&named](const char* id) { return QByteArray(named).replace("%1", id); };
-    QTest::newRow("equal") << withId("5") << QStringLiteral("5") << true;
-    QTest::newRow("another") << withId("5") << QStringLiteral("6") << false;
-    QTest::newRow("leading zero") << withId("5") << QStringLiteral("05") << true;
-    QTest::newRow("zero and zero") << withId("0") << QStringLiteral("0") << true;
-    QTest::newRow("text counts as zero") << withId("\"5\"") << QStringLiteral("0") << true;
-    QTest::newRow("text is not its number") << withId("\"5\"") << QStringLiteral("5") << false;
-    QTest::newRow("null counts as zero") << withId("null") << QStringLiteral("0") << true;
-    QTest::newRow("fraction counts as zero") << withId("5.5") << QStringLiteral("0") << true;
-    QTest::newRow("missing counts as zero")
-        << QByteArray(R"({"enterpriseName": "x"})") << QStringLiteral("0") << true;
-    QTest::newRow("no number asked for") << withId("0") << QStringLiteral("first") << true;
-    QTest::newRow("no number asked for among numbers") << withId("5") << QStringLiteral("first") << false;
+    row("equal", withId("5"), "5", true);
+    row("another", withId("5"), "6", false);
+    row("leading zero", withId("5"), "05", true);
+    row("zero and zero", withId("0"), "0", true);
+    row("text counts as zero", withId("\"5\""), "0", true);
+    row("text is not its number", withId("\"5\""), "5", false);
+    row("null counts as zero", withId("null"), "0", true);
+    row("fraction counts as zero", withId("5.5"), "0", true);
+    row("missing counts as zero", QByteArray(R"({"enterpriseName": "x"})"), "0", true);
+    row("no number asked for", withId("0"), "first", true);
+    row("no number asked for among numbers", withId("5"), "first", false);
 }
 
 void TestCommandLineLogin::idsAreComparedAsNumbers()
@@ -220,9 +221,8 @@ void TestCommandLineLogin::failureIsLoggedAndGoesThroughAllTheSame_data()
     QTest::addColumn<QString>("user");
     QTest::addColumn<QString>("url");
     QTest::addColumn<QString>("message");
-    QTest::newRow("wrong password") << QStringLiteral("lina") << m_services.signInUrl()
-                                    << QStringLiteral("read compList failed");
-    QTest::newRow("nothing given") << QString() << QString() << QStringLiteral("Protocol \"\" is unknown");
+    row("wrong password", "lina", m_services.signInUrl(), "read compList failed");
+    row("nothing given", QString(), QString(), "Protocol \"\" is unknown");
 }
 
 void TestCommandLineLogin::failureIsLoggedAndGoesThroughAllTheSame()

@@ -6,6 +6,7 @@
 #include "tests/support/files.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/recorders.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
@@ -30,6 +31,7 @@ using TestSupport::ApplicationFile;
 using TestSupport::json;
 using TestSupport::MessageLog;
 using TestSupport::passwordOf;
+using TestSupport::row;
 
 namespace {
 
@@ -331,32 +333,23 @@ void TestLoginActor::loginFailures_data()
     };
     const HttpReply unavailable{503, "text/plain", {}, {}};
     const auto loginPath = QStringLiteral("/login");
-    QTest::newRow("form page fails") << QByteArray("GET") << loginPath << unavailable << replied(loginPath)
-                                     << false;
-    QTest::newRow("form page unreadable")
-        << QByteArray("GET") << loginPath << HttpReply{200, "text/html", "<html>", {}}
-        << QStringLiteral("parseLoginArgs failed") << true;
-    QTest::newRow("form page empty") << QByteArray("GET") << loginPath << HttpReply{}
-                                     << QStringLiteral("parseLoginArgs failed") << true;
+    row("form page fails", QByteArray("GET"), loginPath, unavailable, replied(loginPath), false);
+    row("form page unreadable", QByteArray("GET"), loginPath, HttpReply{200, "text/html", "<html>", {}},
+        "parseLoginArgs failed", true);
+    row("form page empty", QByteArray("GET"), loginPath, HttpReply{}, "parseLoginArgs failed", true);
     const QByteArray tooDeep =
         "<html>" + QByteArray("<b>").repeated(20000) + QByteArray("</b>").repeated(20000) + "</html>";
-    QTest::newRow("form page too deep")
-        << QByteArray("GET") << loginPath << HttpReply{200, "text/html", tooDeep, {}}
-        << QStringLiteral("parseLoginArgs failed") << true;
-    QTest::newRow("post fails") << QByteArray("POST") << loginPath << unavailable << replied(loginPath)
-                                << false;
-    QTest::newRow("result unreadable")
-        << QByteArray("POST") << loginPath << HttpReply{200, "text/html", "<br>", {}}
-        << QStringLiteral("parsePostResult failed") << true;
-    QTest::newRow("result too deep") << QByteArray("POST") << loginPath
-                                     << HttpReply{200, "text/html", tooDeep, {}}
-                                     << QStringLiteral("parsePostResult failed") << true;
-    QTest::newRow("list fails") << QByteArray("GET") << ListPath << unavailable << replied(ListPath) << false;
-    QTest::newRow("list is no JSON") << QByteArray("GET") << ListPath
-                                     << HttpReply{200, "text/html", "<html/>", {}}
-                                     << QStringLiteral("read compList failed") << true;
-    QTest::newRow("list empty") << QByteArray("GET") << ListPath << HttpReply{}
-                                << QStringLiteral("read compList failed") << true;
+    row("form page too deep", QByteArray("GET"), loginPath, HttpReply{200, "text/html", tooDeep, {}},
+        "parseLoginArgs failed", true);
+    row("post fails", QByteArray("POST"), loginPath, unavailable, replied(loginPath), false);
+    row("result unreadable", QByteArray("POST"), loginPath, HttpReply{200, "text/html", "<br>", {}},
+        "parsePostResult failed", true);
+    row("result too deep", QByteArray("POST"), loginPath, HttpReply{200, "text/html", tooDeep, {}},
+        "parsePostResult failed", true);
+    row("list fails", QByteArray("GET"), ListPath, unavailable, replied(ListPath), false);
+    row("list is no JSON", QByteArray("GET"), ListPath, HttpReply{200, "text/html", "<html/>", {}},
+        "read compList failed", true);
+    row("list empty", QByteArray("GET"), ListPath, HttpReply{}, "read compList failed", true);
 }
 
 void TestLoginActor::loginFailures()
@@ -550,27 +543,25 @@ void TestLoginActor::serverWalk_data()
     const QByteArray iot = "iot_new";
     const QByteArray real = m_services.editorUrl().toLatin1();
     const QString found = m_services.editorUrl();
-    QTest::newRow("editor first") << QByteArrayList{editor, real, iot, "i"} << found << "i";
-    QTest::newRow("iot first") << QByteArrayList{iot, "i", editor, real} << found << "i";
-    QTest::newRow("others passed over")
-        << QByteArrayList{"pds", "p", editor, real, "x", "y", iot, "i"} << found << "i";
-    QTest::newRow("second editor wins before iot")
-        << QByteArrayList{editor, "http://no", editor, real, iot, "i"} << found << "i";
-    QTest::newRow("later editor never read once both known")
-        << QByteArrayList{editor, real, iot, "i", editor, "http://no", iot, "j"} << found << "i";
-    QTest::newRow("second iot wins before editor")
-        << QByteArrayList{iot, "h", iot, "i", editor, real, iot, "j"} << found << "i";
-    QTest::newRow("empty editor address goes on looking")
-        << QByteArrayList{editor, "", editor, real, iot, "i"} << found << "i";
-    QTest::newRow("empty editor address goes on looking, iot known")
-        << QByteArrayList{iot, "i", editor, "", editor, real} << found << "i";
-    QTest::newRow("empty iot address goes on looking")
-        << QByteArrayList{iot, "", editor, real, iot, "i"} << found << "i";
-    QTest::newRow("empty iot address goes on looking, editor known")
-        << QByteArrayList{editor, real, iot, "", iot, "i"} << found << "i";
-    QTest::newRow("no iot") << QByteArrayList{editor, real} << found << QString();
-    QTest::newRow("names are case-sensitive")
-        << QByteArrayList{"Varlo-Editor", "http://no", editor, real, "IOT_new", "i"} << found << QString();
+    row("editor first", QByteArrayList{editor, real, iot, "i"}, found, "i");
+    row("iot first", QByteArrayList{iot, "i", editor, real}, found, "i");
+    row("others passed over", QByteArrayList{"pds", "p", editor, real, "x", "y", iot, "i"}, found, "i");
+    row("second editor wins before iot", QByteArrayList{editor, "http://no", editor, real, iot, "i"}, found,
+        "i");
+    row("later editor never read once both known",
+        QByteArrayList{editor, real, iot, "i", editor, "http://no", iot, "j"}, found, "i");
+    row("second iot wins before editor", QByteArrayList{iot, "h", iot, "i", editor, real, iot, "j"}, found,
+        "i");
+    row("empty editor address goes on looking", QByteArrayList{editor, "", editor, real, iot, "i"}, found,
+        "i");
+    row("empty editor address goes on looking, iot known", QByteArrayList{iot, "i", editor, "", editor, real},
+        found, "i");
+    row("empty iot address goes on looking", QByteArrayList{iot, "", editor, real, iot, "i"}, found, "i");
+    row("empty iot address goes on looking, editor known", QByteArrayList{editor, real, iot, "", iot, "i"},
+        found, "i");
+    row("no iot", QByteArrayList{editor, real}, found, QString());
+    row("names are case-sensitive", QByteArrayList{"Varlo-Editor", "http://no", editor, real, "IOT_new", "i"},
+        found, QString());
 }
 
 void TestLoginActor::serverWalk()
@@ -634,17 +625,16 @@ void TestLoginActor::onLoginFailures_data()
     const HttpReply unavailable{503, "text/plain", {}, {}};
     const HttpReply noJson{200, "text/html", "<html/>", {}};
     const auto parse = QStringLiteral("parse json failed: illegal value");
-    QTest::newRow("binding fails") << BindPath << unavailable << replied(m_url, BindPath) << QString();
-    QTest::newRow("addresses fail") << ServersPath << unavailable << replied(m_url, ServersPath) << NoEditor;
-    QTest::newRow("addresses are no JSON") << ServersPath << noJson << parse << NoEditor;
-    QTest::newRow("addresses are an object") << ServersPath << json("{}") << QString() << NoEditor;
-    QTest::newRow("no editor service")
-        << ServersPath << json("[{\"serverName\":\"iot_new\",\"serverURL\":\"i\"}]") << QString() << NoEditor;
-    QTest::newRow("token fails") << TokenPath << unavailable << replied(m_url, TokenPath) << QString();
+    row("binding fails", BindPath, unavailable, replied(m_url, BindPath), QString());
+    row("addresses fail", ServersPath, unavailable, replied(m_url, ServersPath), NoEditor);
+    row("addresses are no JSON", ServersPath, noJson, parse, NoEditor);
+    row("addresses are an object", ServersPath, json("{}"), QString(), NoEditor);
+    row("no editor service", ServersPath, json("[{\"serverName\":\"iot_new\",\"serverURL\":\"i\"}]"),
+        QString(), NoEditor);
+    row("token fails", TokenPath, unavailable, replied(m_url, TokenPath), QString());
     const QString editor = m_services.editorUrl();
-    QTest::newRow("heartbeat fails") << HeartbeatPath << unavailable << replied(editor, HeartbeatPath)
-                                     << HeartbeatFailed;
-    QTest::newRow("heartbeat is no JSON") << HeartbeatPath << noJson << parse << HeartbeatFailed;
+    row("heartbeat fails", HeartbeatPath, unavailable, replied(editor, HeartbeatPath), HeartbeatFailed);
+    row("heartbeat is no JSON", HeartbeatPath, noJson, parse, HeartbeatFailed);
 }
 
 void TestLoginActor::onLoginFailures()

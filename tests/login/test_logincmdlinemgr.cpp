@@ -1,5 +1,7 @@
 #include "launch/callerhandshake.h"
+
 #include "login/logincmdlinemgr.h"
+#include "tests/support/row.h"
 
 #include <QUuid>
 #include <QtTest>
@@ -9,6 +11,7 @@
 #include <type_traits>
 
 using NelvoDevkit::CallerHandshake;
+using TestSupport::row;
 using Block = std::array<char, CallerHandshake::BlockSize>;
 
 namespace {
@@ -165,16 +168,15 @@ void TestLoginCmdLineMgr::addressGetsAScheme_data()
 {
     QTest::addColumn<QString>("part");
     QTest::addColumn<QString>("address");
-    QTest::newRow("http") << QStringLiteral("http://s:80") << QStringLiteral("http://s:80");
-    QTest::newRow("https") << QStringLiteral("https://s") << QStringLiteral("https://s");
-    QTest::newRow("host and port") << QStringLiteral("10.0.0.1:8080")
-                                   << QStringLiteral("http://10.0.0.1:8080");
-    QTest::newRow("upper case") << QStringLiteral("HTTP://s") << QStringLiteral("http://HTTP://s");
-    QTest::newRow("upper case https") << QStringLiteral("Https://s") << QStringLiteral("http://Https://s");
-    QTest::newRow("another scheme") << QStringLiteral("ftp://s") << QStringLiteral("http://ftp://s");
-    QTest::newRow("scheme without slashes") << QStringLiteral("http:s") << QStringLiteral("http://http:s");
-    QTest::newRow("scheme further on") << QStringLiteral(" http://s") << QStringLiteral("http:// http://s");
-    QTest::newRow("empty") << QString() << QStringLiteral("http://");
+    row("http", "http://s:80", "http://s:80");
+    row("https", "https://s", "https://s");
+    row("host and port", "10.0.0.1:8080", "http://10.0.0.1:8080");
+    row("upper case", "HTTP://s", "http://HTTP://s");
+    row("upper case https", "Https://s", "http://Https://s");
+    row("another scheme", "ftp://s", "http://ftp://s");
+    row("scheme without slashes", "http:s", "http://http:s");
+    row("scheme further on", " http://s", "http:// http://s");
+    row("empty", QString(), "http://");
 }
 
 void TestLoginCmdLineMgr::addressGetsAScheme()

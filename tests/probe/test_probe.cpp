@@ -1,6 +1,7 @@
 #include "tests/probe/proberun.h"
 #include "tests/support/accounts.h"
 #include "tests/support/files.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
 
@@ -20,6 +21,7 @@ using NelvoDevkit::Fault;
 using NelvoDevkit::Services;
 using TestSupport::json;
 using TestSupport::passwordOf;
+using TestSupport::row;
 using TestSupport::StartedServices;
 
 namespace {
@@ -394,12 +396,9 @@ void TestProbe::unreachableServers_data()
 {
     QTest::addColumn<QString>("url");
     QTest::addColumn<QString>("words");
-    QTest::newRow("refused") << "http://127.0.0.1:1"
-                             << "the connection was refused";
-    QTest::newRow("no such host") << "http://no-such-host.invalid"
-                                  << "no host of the name";
-    QTest::newRow("no TLS there") << m_services->signInUrl().replace("http:", "https:")
-                                  << "the port does not speak TLS";
+    row("refused", "http://127.0.0.1:1", "the connection was refused");
+    row("no such host", "http://no-such-host.invalid", "no host of the name");
+    row("no TLS there", m_services->signInUrl().replace("http:", "https:"), "the port does not speak TLS");
 }
 
 void TestProbe::unreachableServers()

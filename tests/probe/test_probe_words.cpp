@@ -1,14 +1,18 @@
 
 #include "commandline/commandline.h"
+
 #include "probe/explanation.h"
 #include "probe/formpage.h"
 #include "probe/probeoptions.h"
 #include "probe/redaction.h"
 #include "probe/report.h"
+#include "tests/support/row.h"
 
 #include <QtTest>
 
 using namespace NelvoDevkit;
+
+using TestSupport::row;
 
 namespace {
 
@@ -127,24 +131,21 @@ void TestProbeWords::formPages_data()
 {
     QTest::addColumn<QByteArray>("page");
     QTest::addColumn<QString>("fault");
-    QTest::newRow("right") << page("row btn-row", Inputs) << QString();
-    QTest::newRow("other section") << page("row", Inputs)
-                                   << "lacks the section that is looked for, html/body[@id='cas']";
-    QTest::newRow("no body") << QByteArray("<html><head/></html>")
-                             << "looked for, html/body[@id='cas']/div[@id='container']/div[@id='content']"
-                                "/div[@id='login']/form/section[@class='row btn-row']; "
-                                "it ends at html/body[@id='cas']";
-    QTest::newRow("no input")
-        << page("row btn-row", {})
-        << "the form page's section lacks the hidden inputs lt, execution, _eventId, or their values";
-    QTest::newRow("no value") << page("row btn-row", QByteArray(Inputs).replace("LT-1", " "))
-                              << "lacks the hidden inputs lt, or their values";
-    QTest::newRow("namespace") << page("row btn-row", Inputs, "<html xmlns=\"http://www.w3.org/1999/xhtml\">")
-                               << "XML namespace (xmlns)";
-    QTest::newRow("open tag") << QByteArray("<html>\n<body><br></body></html>")
-                              << "not well-formed XML: line 2, column ";
-    QTest::newRow("JSON") << QByteArray("{}") << "not well-formed XML: line 1, column ";
-    QTest::newRow("empty") << QByteArray() << "not well-formed XML";
+    row("right", page("row btn-row", Inputs), QString());
+    row("other section", page("row", Inputs), "lacks the section that is looked for, html/body[@id='cas']");
+    row("no body", QByteArray("<html><head/></html>"),
+        "looked for, html/body[@id='cas']/div[@id='container']/div[@id='content']"
+        "/div[@id='login']/form/section[@class='row btn-row']; "
+        "it ends at html/body[@id='cas']");
+    row("no input", page("row btn-row", {}),
+        "the form page's section lacks the hidden inputs lt, execution, _eventId, or their values");
+    row("no value", page("row btn-row", QByteArray(Inputs).replace("LT-1", " ")),
+        "lacks the hidden inputs lt, or their values");
+    row("namespace", page("row btn-row", Inputs, "<html xmlns=\"http://www.w3.org/1999/xhtml\">"),
+        "XML namespace (xmlns)");
+    row("open tag", QByteArray("<html>\n<body><br></body></html>"), "not well-formed XML: line 2, column ");
+    row("JSON", QByteArray("{}"), "not well-formed XML: line 1, column ");
+    row("empty", QByteArray(), "not well-formed XML");
 }
 
 void TestProbeWords::formPages()

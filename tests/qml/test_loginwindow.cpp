@@ -2,6 +2,7 @@
 #include "login/tools.h"
 #include "tests/qml/standins.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/row.h"
 #include "tests/support/updaterstandin.h"
 #include "updater/updater.h"
 
@@ -18,6 +19,8 @@
 #include <QtTest>
 
 #include <memory>
+
+using TestSupport::row;
 
 //! \brief The pages in a real login window, with an engine of its own and without a version check.
 class TestLoginWindow : public QObject
@@ -333,12 +336,9 @@ void TestLoginWindow::logoutPutsHttpInFrontOfWhatDoesNotStartWithIt_data()
     QTest::addColumn<QString>("address");
     QTest::addColumn<QString>("request");
     const QString path = QStringLiteral("/v1.0/service/uc/auth/logout");
-    QTest::newRow("http") << "http://host"
-                          << "GET http://host" + path;
-    QTest::newRow("no scheme") << "host"
-                               << "GET http://host" + path;
-    QTest::newRow("https") << "https://host"
-                           << "GET http://https//host" + path;
+    row("http", "http://host", "GET http://host" + path);
+    row("no scheme", "host", "GET http://host" + path);
+    row("https", "https://host", "GET http://https//host" + path);
 }
 
 void TestLoginWindow::logoutPutsHttpInFrontOfWhatDoesNotStartWithIt()

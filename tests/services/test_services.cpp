@@ -1,5 +1,6 @@
 #include "clients.h"
 
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 
 #include <QJsonArray>
@@ -13,6 +14,7 @@ using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
 using TestSupport::json;
+using TestSupport::row;
 using TestSupport::StartedServices;
 
 namespace {
@@ -161,21 +163,15 @@ void TestServices::signInListsTheCompanies_data()
     QTest::addColumn<int>("companies");
     QTest::addColumn<QJsonObject>("first");
 
-    QTest::newRow("one") << "zhangwei"
-                         << "123456" << 1
-                         << QJsonObject{{"enterpriseId", 1001}, {"enterpriseName", "远景建筑设计研究院"}};
-    QTest::newRow("many") << "lina"
-                          << "lina2024" << 12
-                          << QJsonObject{{"enterpriseId", 1001}, {"enterpriseName", "远景建筑设计研究院"}};
-    QTest::newRow("none") << "wangfang"
-                          << "wangfang" << 0 << QJsonObject();
-    QTest::newRow("password beyond ASCII")
-        << "müller"
-        << "Größe-9é" << 1 << QJsonObject{{"enterpriseId", 1002}, {"enterpriseName", "东方轨道交通有限公司"}};
-    QTest::newRow("Chinese user") << "陈晓明"
-                                  << "xiaoming" << 2
-                                  << QJsonObject{{"enterpriseId", 1003},
-                                                 {"enterpriseName", "江南水利工程局"}};
+    row("one", "zhangwei", "123456", 1,
+        QJsonObject{{"enterpriseId", 1001}, {"enterpriseName", "远景建筑设计研究院"}});
+    row("many", "lina", "lina2024", 12,
+        QJsonObject{{"enterpriseId", 1001}, {"enterpriseName", "远景建筑设计研究院"}});
+    row("none", "wangfang", "wangfang", 0, QJsonObject());
+    row("password beyond ASCII", "müller", "Größe-9é", 1,
+        QJsonObject{{"enterpriseId", 1002}, {"enterpriseName", "东方轨道交通有限公司"}});
+    row("Chinese user", "陈晓明", "xiaoming", 2,
+        QJsonObject{{"enterpriseId", 1003}, {"enterpriseName", "江南水利工程局"}});
 }
 
 void TestServices::signInListsTheCompanies()
@@ -224,20 +220,18 @@ void TestServices::signInIsRejected_data()
     const QString wrongPassword = "用户名或密码错误";
     const QString wrongTicket = "登录票据无效";
 
-    QTest::newRow("wrong password") << formBody("TICKET", "zhangwei", "1234567") << form << wrongPassword;
-    QTest::newRow("unknown user") << formBody("TICKET", "zhangsan", "123456") << form << wrongPassword;
-    QTest::newRow("user in the wrong case")
-        << formBody("TICKET", "Zhangwei", "123456") << form << wrongPassword;
-    QTest::newRow("clear password") << QByteArray("lt=TICKET&username=zhangwei&password=123456") << form
-                                    << wrongPassword;
-    QTest::newRow("hash in upper case")
-        << QByteArray("lt=TICKET&username=zhangwei&password=E10ADC3949BA59ABBE56E057F20F883E") << form
-        << wrongPassword;
-    QTest::newRow("unknown ticket") << formBody("LT-1-made-up", "zhangwei", "123456") << form << wrongTicket;
-    QTest::newRow("no ticket") << QByteArray("username=zhangwei&password=e10adc3949ba59abbe56e057f20f883e")
-                               << form << wrongTicket;
-    QTest::newRow("not sent as a form")
-        << formBody("TICKET", "zhangwei", "123456") << QByteArray("text/plain") << wrongTicket;
+    row("wrong password", formBody("TICKET", "zhangwei", "1234567"), form, wrongPassword);
+    row("unknown user", formBody("TICKET", "zhangsan", "123456"), form, wrongPassword);
+    row("user in the wrong case", formBody("TICKET", "Zhangwei", "123456"), form, wrongPassword);
+    row("clear password", QByteArray("lt=TICKET&username=zhangwei&password=123456"), form, wrongPassword);
+    row("hash in upper case",
+        QByteArray("lt=TICKET&username=zhangwei&password=E10ADC3949BA59ABBE56E057F20F883E"), form,
+        wrongPassword);
+    row("unknown ticket", formBody("LT-1-made-up", "zhangwei", "123456"), form, wrongTicket);
+    row("no ticket", QByteArray("username=zhangwei&password=e10adc3949ba59abbe56e057f20f883e"), form,
+        wrongTicket);
+    row("not sent as a form", formBody("TICKET", "zhangwei", "123456"), QByteArray("text/plain"),
+        wrongTicket);
 }
 
 void TestServices::signInIsRejected()
@@ -564,44 +558,39 @@ void TestServices::seedIsChecked_data()
     QTest::addColumn<QByteArray>("json");
     QTest::addColumn<QString>("complaint");
 
-    QTest::newRow("empty") << QByteArray() << "no JSON, line 1";
-    QTest::newRow("cut") << QByteArray("{\n\"enterprises\": [],\n\"acc") << "no JSON, line 3";
-    QTest::newRow("array") << QByteArray("[]") << "must hold a JSON object";
-    QTest::newRow("no enterprises") << QByteArray(R"({"accounts": []})")
-                                    << "the seed needs an array \"enterprises\"";
-    QTest::newRow("no accounts") << QByteArray(R"({"enterprises": []})")
-                                 << "the seed needs an array \"accounts\"";
-    QTest::newRow("enterprise of the wrong kind")
-        << QByteArray(R"({"enterprises": [1], "accounts": []})") << "enterprises[0] must be an object";
-    QTest::newRow("id of the wrong kind")
-        << QByteArray(R"({"enterprises": [{"id": "1", "name": "n"}], "accounts": []})")
-        << "enterprises[0]: \"id\" must be a whole number";
-    QTest::newRow("id with a fraction")
-        << QByteArray(R"({"enterprises": [{"id": 1.5, "name": "n"}], "accounts": []})")
-        << "enterprises[0]: \"id\" must be a whole number";
-    QTest::newRow("no name") << QByteArray(R"({"enterprises": [{"id": 1}], "accounts": []})")
-                             << "enterprises[0] needs a text \"name\"";
-    QTest::newRow("enterprise twice")
-        << QByteArray(R"({"enterprises": [{"id": 1, "name": "n"}, {"id": 1, "name": "m"}], "accounts": []})")
-        << "enterprises[1]: there is an enterprise 1 already";
-    QTest::newRow("account of the wrong kind")
-        << QByteArray(R"({"enterprises": [], "accounts": ["me"]})") << "accounts[0] must be an object";
-    QTest::newRow("no user") << QByteArray(R"({"enterprises": [], "accounts": [{"password": "p"}]})")
-                             << "accounts[0] needs a text \"user\"";
-    QTest::newRow("password of the wrong kind")
-        << QByteArray(R"({"enterprises": [], "accounts": [{"user": "u", "password": 123456}]})")
-        << "accounts[0] needs a text \"password\"";
-    QTest::newRow("no membership")
-        << QByteArray(R"({"enterprises": [], "accounts": [{"user": "u", "password": "p"}]})")
-        << "accounts[0] needs an array \"enterprises\"";
-    QTest::newRow("unknown enterprise")
-        << QByteArray(
-               R"({"enterprises": [], "accounts": [{"user": "u", "password": "p", "enterprises": [7]}]})")
-        << "accounts[0]: enterprises[0]: there is no enterprise 7";
-    QTest::newRow("account twice")
-        << QByteArray(R"({"enterprises": [], "accounts": [{"user": "u", "password": "p", "enterprises": []},
-                                                          {"user": "u", "password": "q", "enterprises": []}]})")
-        << "accounts[1]: there is an account \"u\" already";
+    row("empty", QByteArray(), "no JSON, line 1");
+    row("cut", QByteArray("{\n\"enterprises\": [],\n\"acc"), "no JSON, line 3");
+    row("array", QByteArray("[]"), "must hold a JSON object");
+    row("no enterprises", QByteArray(R"({"accounts": []})"), "the seed needs an array \"enterprises\"");
+    row("no accounts", QByteArray(R"({"enterprises": []})"), "the seed needs an array \"accounts\"");
+    row("enterprise of the wrong kind", QByteArray(R"({"enterprises": [1], "accounts": []})"),
+        "enterprises[0] must be an object");
+    row("id of the wrong kind", QByteArray(R"({"enterprises": [{"id": "1", "name": "n"}], "accounts": []})"),
+        "enterprises[0]: \"id\" must be a whole number");
+    row("id with a fraction", QByteArray(R"({"enterprises": [{"id": 1.5, "name": "n"}], "accounts": []})"),
+        "enterprises[0]: \"id\" must be a whole number");
+    row("no name", QByteArray(R"({"enterprises": [{"id": 1}], "accounts": []})"),
+        "enterprises[0] needs a text \"name\"");
+    row("enterprise twice",
+        QByteArray(R"({"enterprises": [{"id": 1, "name": "n"}, {"id": 1, "name": "m"}], "accounts": []})"),
+        "enterprises[1]: there is an enterprise 1 already");
+    row("account of the wrong kind", QByteArray(R"({"enterprises": [], "accounts": ["me"]})"),
+        "accounts[0] must be an object");
+    row("no user", QByteArray(R"({"enterprises": [], "accounts": [{"password": "p"}]})"),
+        "accounts[0] needs a text \"user\"");
+    row("password of the wrong kind",
+        QByteArray(R"({"enterprises": [], "accounts": [{"user": "u", "password": 123456}]})"),
+        "accounts[0] needs a text \"password\"");
+    row("no membership", QByteArray(R"({"enterprises": [], "accounts": [{"user": "u", "password": "p"}]})"),
+        "accounts[0] needs an array \"enterprises\"");
+    row("unknown enterprise",
+        QByteArray(
+            R"({"enterprises": [], "accounts": [{"user": "u", "password": "p", "enterprises": [7]}]})"),
+        "accounts[0]: enterprises[0]: there is no enterprise 7");
+    row("account twice",
+        QByteArray(R"({"enterprises": [], "accounts": [{"user": "u", "password": "p", "enterprises": []},
+                                                          {"user": "u", "password": "q", "enterprises": []}]})"),
+        "accounts[1]: there is an account \"u\" already");
 }
 
 void TestServices::seedIsChecked()

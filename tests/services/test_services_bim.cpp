@@ -1,6 +1,7 @@
 #include "clients.h"
 
 #include "tests/support/files.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 
 #include <QFile>
@@ -16,6 +17,7 @@ using NelvoDevkit::BimModel;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
 using TestSupport::contentOf;
+using TestSupport::row;
 using TestSupport::StartedServices;
 
 namespace {
@@ -401,28 +403,27 @@ void TestServicesBim::seedIsChecked_data()
         return R"("dwgModels": [)" + QByteArray(model).replace(from, to) + ']';
     };
 
-    QTest::newRow("models of the wrong kind")
-        << QByteArray(R"("bimModels": {})") << "enterprises[0] needs an array \"bimModels\"";
-    QTest::newRow("drawings of the wrong kind")
-        << QByteArray(R"("dwgModels": 1)") << "enterprises[0] needs an array \"dwgModels\"";
-    QTest::newRow("model of the wrong kind")
-        << listed("[]") << "enterprises[0]: bimModels[0] must be an object";
-    QTest::newRow("model without id")
-        << altered("\"g\"", "\"\"") << "enterprises[0]: bimModels[0] needs a text \"nelvo3dId\"";
-    QTest::newRow("model with the name of a drawing")
-        << altered("ppName", "dwgName") << "enterprises[0]: bimModels[0] needs a text \"ppName\"";
-    QTest::newRow("drawing with the name of a model")
-        << drawing("9", "8") << "enterprises[0]: dwgModels[0] needs a text \"dwgName\"";
-    QTest::newRow("model of an unknown unit")
-        << altered("\"u\"", "\"v\"") << "enterprises[0]: bimModels[0]: there is no unit \"v\"";
-    QTest::newRow("number as a text")
-        << altered("1", "\"1\"") << "enterprises[0]: bimModels[0]: \"ppid\" must be a whole number";
-    QTest::newRow("profession missing")
-        << altered("projType", "type") << "enterprises[0]: bimModels[0]: \"projType\" must be a whole number";
-    QTest::newRow("negative size") << altered("9", "-9")
-                                   << "enterprises[0]: bimModels[0]: \"projectSize\" must be a whole number";
-    QTest::newRow("id twice") << listed(model + ',' + model)
-                              << "enterprises[0]: bimModels[1]: there is a model \"g\" already";
+    row("models of the wrong kind", QByteArray(R"("bimModels": {})"),
+        "enterprises[0] needs an array \"bimModels\"");
+    row("drawings of the wrong kind", QByteArray(R"("dwgModels": 1)"),
+        "enterprises[0] needs an array \"dwgModels\"");
+    row("model of the wrong kind", listed("[]"), "enterprises[0]: bimModels[0] must be an object");
+    row("model without id", altered("\"g\"", "\"\""),
+        "enterprises[0]: bimModels[0] needs a text \"nelvo3dId\"");
+    row("model with the name of a drawing", altered("ppName", "dwgName"),
+        "enterprises[0]: bimModels[0] needs a text \"ppName\"");
+    row("drawing with the name of a model", drawing("9", "8"),
+        "enterprises[0]: dwgModels[0] needs a text \"dwgName\"");
+    row("model of an unknown unit", altered("\"u\"", "\"v\""),
+        "enterprises[0]: bimModels[0]: there is no unit \"v\"");
+    row("number as a text", altered("1", "\"1\""),
+        "enterprises[0]: bimModels[0]: \"ppid\" must be a whole number");
+    row("profession missing", altered("projType", "type"),
+        "enterprises[0]: bimModels[0]: \"projType\" must be a whole number");
+    row("negative size", altered("9", "-9"),
+        "enterprises[0]: bimModels[0]: \"projectSize\" must be a whole number");
+    row("id twice", listed(model + ',' + model),
+        "enterprises[0]: bimModels[1]: there is a model \"g\" already");
 }
 
 void TestServicesBim::seedIsChecked()

@@ -1,5 +1,6 @@
 #include "clients.h"
 
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 
 #include <QJsonArray>
@@ -9,6 +10,7 @@
 
 using NelvoDevkit::Fault;
 using NelvoDevkit::FaultRule;
+using TestSupport::row;
 using TestSupport::StartedServices;
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
@@ -137,22 +139,21 @@ void TestServicesControl::faultIsRefused_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
-    QTest::newRow("none") << ""
-                          << QByteArray(
-                                 "parameter \"fault\" is one of refuse, reset, stall, delay, cut-body, "
-                                 "status, not-json, wrong-json, redirect, endless-redirect, lose-session");
-    QTest::newRow("unknown fault") << "?fault=explode" << QByteArray("\"explode\" is no fault");
-    QTest::newRow("unknown parameter")
-        << "?fault=reset&when=now" << QByteArray("there are fault, path, method, value, once");
-    QTest::newRow("twice") << "?fault=reset&fault=stall" << QByteArray("\"fault\" stands there twice");
-    QTest::newRow("path") << "?fault=reset&path=login" << QByteArray("\"path\" must begin with /");
-    QTest::newRow("no status") << "?fault=status" << QByteArray("an HTTP status from 200 to 599");
-    QTest::newRow("low status") << "?fault=status&value=199" << QByteArray("an HTTP status from 200 to 599");
-    QTest::newRow("high status") << "?fault=status&value=600" << QByteArray("an HTTP status from 200 to 599");
-    QTest::newRow("no delay") << "?fault=delay&value=soon" << QByteArray("the milliseconds to wait");
-    QTest::newRow("negative delay") << "?fault=delay&value=-1" << QByteArray("the milliseconds to wait");
-    QTest::newRow("idle value") << "?fault=reset&value=1" << QByteArray("goes with delay and status only");
-    QTest::newRow("once") << "?fault=reset&once=twice" << QByteArray("\"once\" must be 0 or 1");
+    row("none", "",
+        QByteArray("parameter \"fault\" is one of refuse, reset, stall, delay, cut-body, "
+                   "status, not-json, wrong-json, redirect, endless-redirect, lose-session"));
+    row("unknown fault", "?fault=explode", QByteArray("\"explode\" is no fault"));
+    row("unknown parameter", "?fault=reset&when=now",
+        QByteArray("there are fault, path, method, value, once"));
+    row("twice", "?fault=reset&fault=stall", QByteArray("\"fault\" stands there twice"));
+    row("path", "?fault=reset&path=login", QByteArray("\"path\" must begin with /"));
+    row("no status", "?fault=status", QByteArray("an HTTP status from 200 to 599"));
+    row("low status", "?fault=status&value=199", QByteArray("an HTTP status from 200 to 599"));
+    row("high status", "?fault=status&value=600", QByteArray("an HTTP status from 200 to 599"));
+    row("no delay", "?fault=delay&value=soon", QByteArray("the milliseconds to wait"));
+    row("negative delay", "?fault=delay&value=-1", QByteArray("the milliseconds to wait"));
+    row("idle value", "?fault=reset&value=1", QByteArray("goes with delay and status only"));
+    row("once", "?fault=reset&once=twice", QByteArray("\"once\" must be 0 or 1"));
 }
 
 void TestServicesControl::faultIsRefused()

@@ -1,5 +1,6 @@
 #include "clients.h"
 
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 
 #include <QFile>
@@ -14,6 +15,7 @@ using NelvoDevkit::Fault;
 using NelvoDevkit::SceneProject;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
+using TestSupport::row;
 using TestSupport::StartedServices;
 
 namespace {
@@ -658,33 +660,31 @@ void TestServicesEditor::seedIsChecked_data()
         return projects(QByteArray(project).replace(from, to));
     };
 
-    QTest::newRow("organisation of the wrong kind")
-        << QByteArray(R"("organisation": [])") << "enterprises[0]: organisation must be an object";
-    QTest::newRow("unit without value") << QByteArray(R"("organisation": {"name": "n", "type": 1})")
-                                        << "enterprises[0]: organisation needs a text \"value\"";
-    QTest::newRow("unit of another type")
-        << QByteArray(R"("organisation": {"value": "u", "name": "n", "type": 3})")
-        << "enterprises[0]: organisation: \"type\" must be 1 or 2";
-    QTest::newRow("children of the wrong kind")
-        << QByteArray(R"("organisation": {"value": "u", "name": "n", "type": 1, "children": {}})")
-        << "enterprises[0]: organisation needs an array \"children\"";
-    QTest::newRow("unit twice") << QByteArray(R"("organisation": {"value": "u", "name": "n", "type": 1,
-                         "children": [{"value": "u", "name": "m", "type": 2}]})")
-                                << "enterprises[0]: organisation: children[0]: there is a unit \"u\" already";
-    QTest::newRow("projects of the wrong kind")
-        << QByteArray(R"("projects": {})") << "enterprises[0] needs an array \"projects\"";
-    QTest::newRow("project of the wrong kind")
-        << projects("1") << "enterprises[0]: projects[0] must be an object";
-    QTest::newRow("project without name")
-        << altered("\"name\"", "\"no\"") << "enterprises[0]: projects[0] needs a text \"name\"";
-    QTest::newRow("project of an unknown unit")
-        << altered("\"u\"", "\"v\"") << "enterprises[0]: projects[0]: there is no unit \"v\"";
-    QTest::newRow("empty basemap") << altered("\"x\"", R"("basemap": "", "x")")
-                                   << "enterprises[0]: projects[0] needs a text \"basemap\"";
-    QTest::newRow("coordinate of the wrong kind")
-        << altered("1", "\"1\"") << "enterprises[0]: projects[0] needs a number \"x\"";
-    QTest::newRow("project twice") << projects(project + ',' + project)
-                                   << "enterprises[0]: projects[1]: there is a project \"p\" already";
+    row("organisation of the wrong kind", QByteArray(R"("organisation": [])"),
+        "enterprises[0]: organisation must be an object");
+    row("unit without value", QByteArray(R"("organisation": {"name": "n", "type": 1})"),
+        "enterprises[0]: organisation needs a text \"value\"");
+    row("unit of another type", QByteArray(R"("organisation": {"value": "u", "name": "n", "type": 3})"),
+        "enterprises[0]: organisation: \"type\" must be 1 or 2");
+    row("children of the wrong kind",
+        QByteArray(R"("organisation": {"value": "u", "name": "n", "type": 1, "children": {}})"),
+        "enterprises[0]: organisation needs an array \"children\"");
+    row("unit twice", QByteArray(R"("organisation": {"value": "u", "name": "n", "type": 1,
+                         "children": [{"value": "u", "name": "m", "type": 2}]})"),
+        "enterprises[0]: organisation: children[0]: there is a unit \"u\" already");
+    row("projects of the wrong kind", QByteArray(R"("projects": {})"),
+        "enterprises[0] needs an array \"projects\"");
+    row("project of the wrong kind", projects("1"), "enterprises[0]: projects[0] must be an object");
+    row("project without name", altered("\"name\"", "\"no\""),
+        "enterprises[0]: projects[0] needs a text \"name\"");
+    row("project of an unknown unit", altered("\"u\"", "\"v\""),
+        "enterprises[0]: projects[0]: there is no unit \"v\"");
+    row("empty basemap", altered("\"x\"", R"("basemap": "", "x")"),
+        "enterprises[0]: projects[0] needs a text \"basemap\"");
+    row("coordinate of the wrong kind", altered("1", "\"1\""),
+        "enterprises[0]: projects[0] needs a number \"x\"");
+    row("project twice", projects(project + ',' + project),
+        "enterprises[0]: projects[1]: there is a project \"p\" already");
 }
 
 void TestServicesEditor::seedIsChecked()

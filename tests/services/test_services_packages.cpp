@@ -1,6 +1,7 @@
 #include "clients.h"
 
 #include "tests/support/files.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 
 #include <boost/asio/buffer.hpp>
@@ -25,6 +26,7 @@ using NelvoDevkit::LoggedRequest;
 using NelvoDevkit::PackageDelivery;
 using NelvoDevkit::ServicesOptions;
 using TestSupport::md5;
+using TestSupport::row;
 using TestSupport::StartedServices;
 
 using End = PackageDelivery::End;
@@ -663,14 +665,12 @@ void TestServicesPackages::controlRefusesAPackage_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
-    QTest::newRow("no name") << "?size=1" << QByteArray("\"name\" must be the name of a package");
-    QTest::newRow("neither") << "?name=a" << QByteArray("there must be either \"file\" or \"size\"");
-    QTest::newRow("both") << "?name=a&file=b&size=1"
-                          << QByteArray("there must be either \"file\" or \"size\"");
-    QTest::newRow("size") << "?name=a&size=big" << QByteArray("\"size\" must be a number of bytes");
-    QTest::newRow("missing file") << "?name=a&file=/nowhere/b"
-                                  << QByteArray("can't read a file \"/nowhere/b\"");
-    QTest::newRow("directory") << "?name=a&file=/" << QByteArray("can't read a file \"/\"");
+    row("no name", "?size=1", QByteArray("\"name\" must be the name of a package"));
+    row("neither", "?name=a", QByteArray("there must be either \"file\" or \"size\""));
+    row("both", "?name=a&file=b&size=1", QByteArray("there must be either \"file\" or \"size\""));
+    row("size", "?name=a&size=big", QByteArray("\"size\" must be a number of bytes"));
+    row("missing file", "?name=a&file=/nowhere/b", QByteArray("can't read a file \"/nowhere/b\""));
+    row("directory", "?name=a&file=/", QByteArray("can't read a file \"/\""));
 }
 
 void TestServicesPackages::controlRefusesAPackage()
@@ -718,21 +718,17 @@ void TestServicesPackages::controlRefusesADelivery_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
-    QTest::newRow("unknown package") << "?package=q.zip"
-                                     << QByteArray("\"q.zip\" is no package; parameter \"package\" is one of "
-                                                   "NelvoEditor-1.0.1.zip, p.zip");
-    QTest::newRow("end") << "?package=p.zip&end=bad"
-                         << QByteArray("\"end\" must be whole, cut, reset or stall");
-    QTest::newRow("no after") << "?package=p.zip&end=cut"
-                              << QByteArray("\"after\" must be a number of bytes");
-    QTest::newRow("idle after") << "?package=p.zip&after=1"
-                                << QByteArray("\"after\" goes with cut, reset and stall only");
-    QTest::newRow("pace") << "?package=p.zip&paceBytes=x" << QByteArray("\"paceBytes\" must be a number");
-    QTest::newRow("interval") << "?package=p.zip&paceBytes=1&paceMilliseconds=0"
-                              << QByteArray("\"paceMilliseconds\" must be a number from 1 to");
-    QTest::newRow("flag") << "?package=p.zip&ignoresRange=yes"
-                          << QByteArray("\"ignoresRange\" must be 0 or 1");
-    QTest::newRow("length") << "?package=p.zip&announced=-1" << QByteArray("\"announced\" must be a number");
+    row("unknown package", "?package=q.zip",
+        QByteArray("\"q.zip\" is no package; parameter \"package\" is one of "
+                   "NelvoEditor-1.0.1.zip, p.zip"));
+    row("end", "?package=p.zip&end=bad", QByteArray("\"end\" must be whole, cut, reset or stall"));
+    row("no after", "?package=p.zip&end=cut", QByteArray("\"after\" must be a number of bytes"));
+    row("idle after", "?package=p.zip&after=1", QByteArray("\"after\" goes with cut, reset and stall only"));
+    row("pace", "?package=p.zip&paceBytes=x", QByteArray("\"paceBytes\" must be a number"));
+    row("interval", "?package=p.zip&paceBytes=1&paceMilliseconds=0",
+        QByteArray("\"paceMilliseconds\" must be a number from 1 to"));
+    row("flag", "?package=p.zip&ignoresRange=yes", QByteArray("\"ignoresRange\" must be 0 or 1"));
+    row("length", "?package=p.zip&announced=-1", QByteArray("\"announced\" must be a number"));
 }
 
 void TestServicesPackages::controlRefusesADelivery()

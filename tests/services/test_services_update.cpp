@@ -1,6 +1,7 @@
 #include "clients.h"
 
 #include "tests/support/files.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 
 #include <QFile>
@@ -16,6 +17,7 @@ using NelvoDevkit::Release;
 using NelvoDevkit::Services;
 using NelvoDevkit::ServicesOptions;
 using TestSupport::json;
+using TestSupport::row;
 using TestSupport::StartedServices;
 
 namespace {
@@ -343,29 +345,28 @@ void TestServicesUpdate::seedIsChecked_data()
     QTest::addColumn<QByteArray>("seed");
     QTest::addColumn<QString>("complaint");
     const QByteArray head = R"("productId": "a", "version": "1", "remarks": "r", )";
-    QTest::newRow("array") << seedWith("[]") << "updates must be an object";
-    QTest::newRow("no token") << seedWith(R"({"releases": []})")
-                              << "updates needs a text \"token\" that is not empty";
-    QTest::newRow("no releases") << seedWith(R"({"token": "t"})") << "updates needs an array \"releases\"";
-    QTest::newRow("release") << seedWithRelease("1") << "updates: releases[0] must be an object";
-    QTest::newRow("no product") << seedWithRelease(R"({"version": "1"})")
-                                << "updates: releases[0] needs a text \"productId\"";
-    QTest::newRow("no version") << seedWithRelease(R"({"productId": "a"})")
-                                << "updates: releases[0] needs a text \"version\"";
-    QTest::newRow("no path") << seedWithRelease("{" + head + R"("md5": "m", "size": 1})")
-                             << "updates: releases[0] needs a text \"path\"";
-    QTest::newRow("no MD5") << seedWithRelease("{" + head + R"("path": "/p", "size": 1})")
-                            << "updates: releases[0] needs a text \"md5\"";
-    QTest::newRow("size") << seedWithRelease("{" + head + R"("path": "/p", "md5": "m", "size": "1"})")
-                          << "updates: releases[0]: \"size\" must be a whole number";
-    QTest::newRow("package without a name")
-        << seedWithRelease("{" + head + R"("files": {}})") << "updates: releases[0] needs a text \"package\"";
-    QTest::newRow("name of a file") << seedWithRelease("{" + head +
-                                                       R"("package": "p.zip", "files": {"镕": ""}})")
-                                    << "updates: releases[0]: GB2312 can't hold the name \"镕\"";
-    QTest::newRow("product twice") << seedWithRelease("{" + head + R"("package": "p", "files": {}}, {)" +
-                                                      head + R"("package": "p", "files": {}})")
-                                   << "updates: releases[1]: there is a release of \"a\" already";
+    row("array", seedWith("[]"), "updates must be an object");
+    row("no token", seedWith(R"({"releases": []})"), "updates needs a text \"token\" that is not empty");
+    row("no releases", seedWith(R"({"token": "t"})"), "updates needs an array \"releases\"");
+    row("release", seedWithRelease("1"), "updates: releases[0] must be an object");
+    row("no product", seedWithRelease(R"({"version": "1"})"),
+        "updates: releases[0] needs a text \"productId\"");
+    row("no version", seedWithRelease(R"({"productId": "a"})"),
+        "updates: releases[0] needs a text \"version\"");
+    row("no path", seedWithRelease("{" + head + R"("md5": "m", "size": 1})"),
+        "updates: releases[0] needs a text \"path\"");
+    row("no MD5", seedWithRelease("{" + head + R"("path": "/p", "size": 1})"),
+        "updates: releases[0] needs a text \"md5\"");
+    row("size", seedWithRelease("{" + head + R"("path": "/p", "md5": "m", "size": "1"})"),
+        "updates: releases[0]: \"size\" must be a whole number");
+    row("package without a name", seedWithRelease("{" + head + R"("files": {}})"),
+        "updates: releases[0] needs a text \"package\"");
+    row("name of a file", seedWithRelease("{" + head + R"("package": "p.zip", "files": {"镕": ""}})"),
+        "updates: releases[0]: GB2312 can't hold the name \"镕\"");
+    row("product twice",
+        seedWithRelease("{" + head + R"("package": "p", "files": {}}, {)" + head +
+                        R"("package": "p", "files": {}})"),
+        "updates: releases[1]: there is a release of \"a\" already");
 }
 
 void TestServicesUpdate::seedIsChecked()
@@ -430,15 +431,15 @@ void TestServicesUpdate::controlRefusesARelease_data()
 {
     QTest::addColumn<QString>("parameters");
     QTest::addColumn<QByteArray>("complaint");
-    QTest::newRow("nothing") << "" << QByteArray("\"productId\" must be the id of a product");
-    QTest::newRow("no version") << "?productId=p&path=/x" << QByteArray("\"version\" must be a version");
-    QTest::newRow("no path") << "?productId=p&version=1" << QByteArray("\"path\" must be the package's URL");
-    QTest::newRow("unknown package") << "?productId=p&version=1&package=x.zip"
-                                     << QByteArray("\"x.zip\" is no package; parameter \"package\" is one of "
-                                                   "NelvoEditor-1.0.1.zip");
-    QTest::newRow("size") << "?productId=p&version=1&path=/x&size=-1"
-                          << QByteArray("\"size\" must be a number of bytes from 0");
-    QTest::newRow("stray") << "?product=p" << QByteArray("unknown parameter \"product\"");
+    row("nothing", "", QByteArray("\"productId\" must be the id of a product"));
+    row("no version", "?productId=p&path=/x", QByteArray("\"version\" must be a version"));
+    row("no path", "?productId=p&version=1", QByteArray("\"path\" must be the package's URL"));
+    row("unknown package", "?productId=p&version=1&package=x.zip",
+        QByteArray("\"x.zip\" is no package; parameter \"package\" is one of "
+                   "NelvoEditor-1.0.1.zip"));
+    row("size", "?productId=p&version=1&path=/x&size=-1",
+        QByteArray("\"size\" must be a number of bytes from 0"));
+    row("stray", "?product=p", QByteArray("unknown parameter \"product\""));
 }
 
 void TestServicesUpdate::controlRefusesARelease()

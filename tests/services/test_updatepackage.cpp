@@ -1,5 +1,6 @@
 #include "package/updatepackage.h"
 #include "tests/support/files.h"
+#include "tests/support/row.h"
 
 #include <quazip/quazip.h>
 #include <quazip/quazipfile.h>
@@ -20,6 +21,7 @@ using NelvoDevkit::PackageEntry;
 using NelvoDevkit::packDirectory;
 using NelvoDevkit::packEntries;
 using TestSupport::contentOf;
+using TestSupport::row;
 
 namespace {
 
@@ -393,15 +395,9 @@ void TestUpdatePackage::programExplainsAFailure_data()
     QTest::addColumn<QString>("directory");
     QTest::addColumn<QString>("target");
     QTest::addColumn<QString>("complaint");
-    QTest::newRow("missing directory") << "missing"
-                                       << "p.zip"
-                                       << "there is no directory ";
-    QTest::newRow("unwritable target") << "tree"
-                                       << "missing/p.zip"
-                                       << "can't write ";
-    QTest::newRow("name") << "bad"
-                          << "p.zip"
-                          << "GB2312 can't hold the name \"größe.txt\"";
+    row("missing directory", "missing", "p.zip", "there is no directory ");
+    row("unwritable target", "tree", "missing/p.zip", "can't write ");
+    row("name", "bad", "p.zip", "GB2312 can't hold the name \"größe.txt\"");
 }
 
 void TestUpdatePackage::programExplainsAFailure()

@@ -1,8 +1,11 @@
+#include "tests/support/row.h"
 #include "tests/support/systemtexts.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
+
+using TestSupport::row;
 
 namespace {
 
@@ -50,15 +53,10 @@ void TestTour::failedStation_data()
     QTest::addColumn<QString>("variable");
     QTest::addColumn<QString>("value");
     QTest::addColumn<QString>("line");
-    QTest::newRow("no simulator") << "NELVO_TOUR"
-                                  << "windows"
-                                  << "MISSED: 00-simulator: the ready file ";
-    QTest::newRow("unknown stations") << "NELVO_TOUR"
-                                      << "all"
-                                      << "MISSED: unknown stations 'all'\n";
-    QTest::newRow("account without password") << "NELVO_TOUR_ACCOUNT"
-                                              << "lina"
-                                              << "MISSED: sign-in: the account is USER:PASSWORD\n";
+    row("no simulator", "NELVO_TOUR", "windows", "MISSED: 00-simulator: the ready file ");
+    row("unknown stations", "NELVO_TOUR", "all", "MISSED: unknown stations 'all'\n");
+    row("account without password", "NELVO_TOUR_ACCOUNT", "lina",
+        "MISSED: sign-in: the account is USER:PASSWORD\n");
 }
 
 void TestTour::failedStation()

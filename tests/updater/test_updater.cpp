@@ -3,6 +3,7 @@
 #include "tests/support/applicationfile.h"
 #include "tests/support/files.h"
 #include "tests/support/messagelog.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/systemtexts.h"
 
@@ -30,6 +31,7 @@ using TestSupport::ApplicationFile;
 using TestSupport::json;
 using TestSupport::md5;
 using TestSupport::MessageLog;
+using TestSupport::row;
 
 namespace {
 
@@ -381,14 +383,10 @@ void TestUpdater::numericPartOfAVersionCounts_data()
 {
     QTest::addColumn<QString>("version");
     QTest::addColumn<QString>("read");
-    QTest::newRow("suffix") << "1.2.3-beta4"
-                            << "1.2.3";
-    QTest::newRow("text behind a point") << "1.2.rc"
-                                         << "1.2";
-    QTest::newRow("text") << "beta"
-                          << "";
-    QTest::newRow("one segment") << "7"
-                                 << "7";
+    row("suffix", "1.2.3-beta4", "1.2.3");
+    row("text behind a point", "1.2.rc", "1.2");
+    row("text", "beta", "");
+    row("one segment", "7", "7");
 }
 
 void TestUpdater::numericPartOfAVersionCounts()
@@ -445,24 +443,15 @@ void TestUpdater::whatCountsAsNewer_data()
     QTest::addColumn<QString>("local");
     QTest::addColumn<QString>("offered");
     QTest::addColumn<bool>("newer");
-    QTest::newRow("higher") << "1.0.0"
-                            << "1.0.1" << true;
-    QTest::newRow("higher by number, not by text") << "1.9"
-                                                   << "1.10" << true;
-    QTest::newRow("longer") << "1.2"
-                            << "1.2.0" << true;
-    QTest::newRow("shorter") << "1.2.0"
-                             << "1.2" << false;
-    QTest::newRow("equal") << "1.0.1"
-                           << "1.0.1" << false;
-    QTest::newRow("equal but for its suffix") << "1.0.1"
-                                              << "1.0.1-beta" << false;
-    QTest::newRow("lower") << "1.1"
-                           << "1.0.9" << false;
-    QTest::newRow("no version") << "1.0"
-                                << "" << false;
-    QTest::newRow("neither has one") << ""
-                                     << "" << false;
+    row("higher", "1.0.0", "1.0.1", true);
+    row("higher by number, not by text", "1.9", "1.10", true);
+    row("longer", "1.2", "1.2.0", true);
+    row("shorter", "1.2.0", "1.2", false);
+    row("equal", "1.0.1", "1.0.1", false);
+    row("equal but for its suffix", "1.0.1", "1.0.1-beta", false);
+    row("lower", "1.1", "1.0.9", false);
+    row("no version", "1.0", "", false);
+    row("neither has one", "", "", false);
 }
 
 void TestUpdater::whatCountsAsNewer()
@@ -865,21 +854,15 @@ void TestUpdater::fileNameIsTheLastSegmentDecoded_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("fileName");
-    QTest::newRow("plain") << "/files/a/Nelvo.zip"
-                           << "Nelvo.zip";
-    QTest::newRow("query") << "/files/Nelvo.zip?file=other.zip&x=/y"
-                           << "Nelvo.zip";
-    QTest::newRow("fragment") << "/files/Nelvo.zip#part"
-                              << "Nelvo.zip";
-    QTest::newRow("encoded") << "/files/%E5%8C%85%20%231.zip"
-                             << "包 #1.zip";
-    QTest::newRow("encoded once, and not twice") << "/files/100%25%2541.zip"
-                                                 << "100%%41.zip";
+    row("plain", "/files/a/Nelvo.zip", "Nelvo.zip");
+    row("query", "/files/Nelvo.zip?file=other.zip&x=/y", "Nelvo.zip");
+    row("fragment", "/files/Nelvo.zip#part", "Nelvo.zip");
+    row("encoded", "/files/%E5%8C%85%20%231.zip", "包 #1.zip");
+    row("encoded once, and not twice", "/files/100%25%2541.zip", "100%%41.zip");
     const bool isSeparator = QDir::toNativeSeparators(QStringLiteral("/")) == QStringLiteral("\\");
-    QTest::newRow("backslashes") << "/files/..%5C..%5CNelvoEditor.exe"
-                                 << (isSeparator ? "NelvoEditor.exe" : "..\\..\\NelvoEditor.exe");
-    QTest::newRow("Chinese") << "/files/包.zip"
-                             << "包.zip";
+    row("backslashes", "/files/..%5C..%5CNelvoEditor.exe",
+        isSeparator ? "NelvoEditor.exe" : "..\\..\\NelvoEditor.exe");
+    row("Chinese", "/files/包.zip", "包.zip");
 }
 
 void TestUpdater::fileNameIsTheLastSegmentDecoded()
