@@ -120,10 +120,14 @@ function(nelvo_find_libraries name)
   endif()
 endfunction()
 
-# nelvo_test(name [LABELS ...] SOURCES ... LINK ...): a test program and its entry in CTest. Each program
-# has a directory of its own, since files beside the executable are part of what is tested.
+# nelvo_test(name [LABELS ...] [SOURCES ...] LINK ...): a test program and its entry in CTest. Its source is NAME.cpp
+# unless SOURCES says otherwise. Each program has a directory of its own, since files beside the executable are part of
+# what is tested.
 function(nelvo_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK;LABELS;ARGUMENTS;DEFINITIONS" ${ARGN})
+  if(NOT ARG_SOURCES)
+    set(ARG_SOURCES ${name}.cpp)
+  endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE nelvo_options Qt5::Test ${ARG_LINK})
   target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
