@@ -36,7 +36,7 @@ ProjectDesk::ProjectDesk(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log)
     : m_manager(*plugin.GetProjectInfoMgr()), m_log(log)
 {
     m_manager.SetPlugin(&plugin);
-    connect(&m_queue, &OrderQueue::failed, this, [this](const QString& activity, const QString& reason) {
+    connect(&m_queue, &OperationQueue::failed, this, [this](const QString& activity, const QString& reason) {
         m_log.logProblem(QStringLiteral("%1: std::out_of_range: %2").arg(activity, reason));
     });
 }

@@ -2,7 +2,7 @@
 
 #include "host/devicelist.h"
 #include "host/logmodel.h"
-#include "host/orderqueue.h"
+#include "host/operationqueue.h"
 #include "host/orgtreemodel.h"
 #include "host/projectlist.h"
 
@@ -22,7 +22,7 @@ namespace NelvoDevkit {
 class ProjectDesk : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(NelvoDevkit::OrderQueue* queue READ queue CONSTANT)
+    Q_PROPERTY(NelvoDevkit::OperationQueue* queue READ queue CONSTANT)
     Q_PROPERTY(NelvoDevkit::OrgTreeModel* tree READ tree CONSTANT)
     Q_PROPERTY(NelvoDevkit::ProjectList* serverProjects READ serverProjects CONSTANT)
     Q_PROPERTY(NelvoDevkit::ProjectList* localProjects READ localProjects CONSTANT)
@@ -41,7 +41,7 @@ public:
     //! `plugin` is initialised.
     ProjectDesk(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log);
 
-    OrderQueue* queue() { return &m_queue; }
+    OperationQueue* queue() { return &m_queue; }
     OrgTreeModel* tree() { return &m_tree; }
     ProjectList* serverProjects() { return &m_serverProjects; }
     ProjectList* localProjects() { return &m_localProjects; }
@@ -99,7 +99,7 @@ private:
 
     NelvoSDK::IProjectInfoMgr& m_manager;
     LogModel& m_log;
-    OrderQueue m_queue;
+    OperationQueue m_queue;
     OrgTreeModel m_tree;
     ProjectList m_serverProjects;
     ProjectList m_localProjects;

@@ -23,7 +23,7 @@ QString textOf(const QObject* object, const char* property)
 
 } // namespace
 
-UpdateDesk::UpdateDesk(LogModel& log, OrderQueue& queue) : m_log(log), m_queue(queue)
+UpdateDesk::UpdateDesk(LogModel& log, OperationQueue& queue) : m_log(log), m_queue(queue)
 {
     findUpdater();
     if (m_updater)

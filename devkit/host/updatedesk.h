@@ -2,7 +2,7 @@
 
 #include "host/hostsettings.h"
 #include "host/logmodel.h"
-#include "host/orderqueue.h"
+#include "host/operationqueue.h"
 
 #include <QObject>
 #include <QPointer>
@@ -55,7 +55,7 @@ public:
     Q_ENUM(State)
 
     //! Looks for the updater of the plug-in, which is initialised. `log` and `queue` are not owned.
-    UpdateDesk(LogModel& log, OrderQueue& queue);
+    UpdateDesk(LogModel& log, OperationQueue& queue);
 
     void setService(const UpdateSource& service);
 
@@ -106,7 +106,7 @@ private:
     void enter(State state);
 
     LogModel& m_log;
-    OrderQueue& m_queue;
+    OperationQueue& m_queue;
     UpdateSource m_service;
     QPointer<QQuickView> m_loginWindow;
     QPointer<QObject> m_updater;

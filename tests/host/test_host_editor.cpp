@@ -324,7 +324,7 @@ void TestHostEditor::earlierCookiesHoldOn()
     const auto cookiesAfter = [&](const NelvoSDK::LoginSession& session) {
         plugin.loginObserver->OnLoginSucceeded(session);
         if (!QTest::qWaitFor([&editor] { return !editor.projects()->queue()->isBusy(); }, 30000))
-            qFatal("the orders do not end");
+            qFatal("the operations do not end");
         return QString::fromStdWString(plugin.projects.session.cookies);
     };
     NelvoSDK::LoginSession session = fullSession();

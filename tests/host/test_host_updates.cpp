@@ -12,7 +12,7 @@
 
 using NelvoDevkit::LogEntry;
 using NelvoDevkit::LogModel;
-using NelvoDevkit::OrderQueue;
+using NelvoDevkit::OperationQueue;
 using NelvoDevkit::UpdateDesk;
 using TestSupport::UpdaterStandIn;
 using State = NelvoDevkit::UpdateDesk::State;
@@ -72,7 +72,7 @@ private:
     std::unique_ptr<QQuickView> m_window;
     std::unique_ptr<UpdaterStandIn> m_updater;
     std::unique_ptr<LogModel> m_log;
-    std::unique_ptr<OrderQueue> m_queue;
+    std::unique_ptr<OperationQueue> m_queue;
     std::unique_ptr<UpdateDesk> m_desk;
 };
 
@@ -98,7 +98,7 @@ void TestHostUpdates::init()
     m_window = std::make_unique<QQuickView>();
     m_window->rootContext()->setContextProperty(QStringLiteral("updater"), m_updater.get());
     m_log = std::make_unique<LogModel>();
-    m_queue = std::make_unique<OrderQueue>();
+    m_queue = std::make_unique<OperationQueue>();
     m_desk = std::make_unique<UpdateDesk>(*m_log, *m_queue);
     m_desk->setService({"http://update", "the token", "the product"});
 }

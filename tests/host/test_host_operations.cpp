@@ -1,12 +1,12 @@
-#include "host/orderqueue.h"
+#include "host/operationqueue.h"
 
 #include <QtTest>
 
 #include <stdexcept>
 
-using NelvoDevkit::OrderQueue;
+using NelvoDevkit::OperationQueue;
 
-class TestHostOrders : public QObject
+class TestHostOperations : public QObject
 {
     Q_OBJECT
 
@@ -19,16 +19,16 @@ private Q_SLOTS:
     void exceptionIsToldAndTheNextFollows();
 };
 
-void TestHostOrders::idleAtFirst()
+void TestHostOperations::idleAtFirst()
 {
-    const OrderQueue queue;
+    const OperationQueue queue;
     QVERIFY(!queue.isBusy());
     QCOMPARE(queue.activity(), QString());
 }
 
-void TestHostOrders::neverAtOnce()
+void TestHostOperations::neverAtOnce()
 {
-    OrderQueue queue;
+    OperationQueue queue;
     bool done = false;
     queue.add(QStringLiteral("a"), [&done] { done = true; });
     QVERIFY(!done);
@@ -37,9 +37,9 @@ void TestHostOrders::neverAtOnce()
     QTRY_VERIFY(!queue.isBusy());
 }
 
-void TestHostOrders::oneAfterTheOther()
+void TestHostOperations::oneAfterTheOther()
 {
-    OrderQueue queue;
+    OperationQueue queue;
     QStringList done;
     queue.add(QStringLiteral("a"), [&] {
         queue.add(QStringLiteral("c"), [&done] { done.append("c"); });
@@ -50,10 +50,10 @@ void TestHostOrders::oneAfterTheOther()
     QCOMPARE(done, (QStringList{"a", "b", "c"}));
 }
 
-//! As the plug-in does while it waits, an order lets events happen.
-void TestHostOrders::noneWithinAnother()
+//! As the plug-in does while it waits, an operation lets events happen.
+void TestHostOperations::noneWithinAnother()
 {
-    OrderQueue queue;
+    OperationQueue queue;
     QStringList done;
     queue.add(QStringLiteral("a"), [&] {
         done.append("begin a");
@@ -66,11 +66,11 @@ void TestHostOrders::noneWithinAnother()
     QCOMPARE(done, (QStringList{"begin a", "end a", "b"}));
 }
 
-void TestHostOrders::activityOfTheOneAtWork()
+void TestHostOperations::activityOfTheOneAtWork()
 {
-    OrderQueue queue;
+    OperationQueue queue;
     QStringList seen;
-    QSignalSpy changed(&queue, &OrderQueue::changed);
+    QSignalSpy changed(&queue, &OperationQueue::changed);
     queue.add(QStringLiteral("a"), [&] { seen.append(queue.activity()); });
     QCOMPARE(queue.activity(), QStringLiteral("a"));
     queue.add(QStringLiteral("b"), [&] { seen.append(queue.activity()); });
@@ -79,10 +79,10 @@ void TestHostOrders::activityOfTheOneAtWork()
     QCOMPARE(changed.size(), 4);
 }
 
-void TestHostOrders::exceptionIsToldAndTheNextFollows()
+void TestHostOperations::exceptionIsToldAndTheNextFollows()
 {
-    OrderQueue queue;
-    QSignalSpy failed(&queue, &OrderQueue::failed);
+    OperationQueue queue;
+    QSignalSpy failed(&queue, &OperationQueue::failed);
     bool done = false;
     queue.add(QStringLiteral("a"), [] { throw std::out_of_range("no such key"); });
     queue.add(QStringLiteral("b"), [&done] { done = true; });
@@ -91,5 +91,5 @@ void TestHostOrders::exceptionIsToldAndTheNextFollows()
     QCOMPARE(failed.first(), (QVariantList{"a", "no such key"}));
 }
 
-QTEST_GUILESS_MAIN(TestHostOrders)
-#include "test_host_orders.moc"
+QTEST_GUILESS_MAIN(TestHostOperations)
+#include "test_host_operations.moc"

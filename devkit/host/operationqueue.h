@@ -11,19 +11,19 @@ namespace NelvoDevkit {
 //!
 //! The plug-in's operations block while they pump events, and none may be called from within another:
 //! what comes up meanwhile waits here.
-class OrderQueue : public QObject
+class OperationQueue : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(bool busy READ isBusy NOTIFY changed)
     Q_PROPERTY(QString activity READ activity NOTIFY changed)
 
 public:
-    bool isBusy() const { return !m_orders.empty(); }
+    bool isBusy() const { return !m_operations.empty(); }
     //! What is being done, or done next, for the user; empty when nothing is.
     QString activity() const;
 
     //! Never does `work` at once. An std::out_of_range that leaves it is told by `failed`, and the next
-    //! order follows.
+    //! operation follows.
     void add(const QString& activity, std::function<void()> work);
 
 Q_SIGNALS:
@@ -31,7 +31,7 @@ Q_SIGNALS:
     void failed(const QString& activity, const QString& reason);
 
 private:
-    struct Order {
+    struct Operation {
         QString activity;
         std::function<void()> work;
     };
@@ -39,7 +39,7 @@ private:
     void schedule();
     void doNext();
 
-    std::deque<Order> m_orders; //!< the one at work stays in front until it is done
+    std::deque<Operation> m_operations; //!< the one at work stays in front until it is done
 };
 
 } // namespace NelvoDevkit
