@@ -47,11 +47,11 @@ NelvoDevkit::HttpReply answer()
 //! A department with all others below it, ten below each.
 NelvoSDK::OrgTreeNode unit(int number)
 {
-    constexpr int FanOut = 10;
+    constexpr int fanOut = 10;
     NelvoSDK::OrgTreeNode made;
     made.id = departmentId(number).toStdWString();
     made.name = L"部门";
-    for (int child = number * FanOut + 1; child <= (number + 1) * FanOut && child < Departments; ++child)
+    for (int child = number * fanOut + 1; child <= (number + 1) * fanOut && child < Departments; ++child)
         made.children.push_back(unit(child));
     return made;
 }

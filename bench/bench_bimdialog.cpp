@@ -145,17 +145,17 @@ private:
     //! Of a row, each in a frame of its own.
     double scroll()
     {
-        constexpr int Steps = 80;
-        constexpr int RowHeight = 40;
+        constexpr int steps = 80;
+        constexpr int rowHeight = 40;
         QQuickItem* const list = view();
         const double begin = list->property("contentY").toDouble();
         QElapsedTimer timer;
         timer.start();
-        for (int step = 1; step <= Steps; ++step) {
-            list->setProperty("contentY", begin + step * RowHeight);
+        for (int step = 1; step <= steps; ++step) {
+            list->setProperty("contentY", begin + step * rowHeight);
             waitForFrame([] { return true; });
         }
-        const double perRow = milliseconds(timer) / Steps;
+        const double perRow = milliseconds(timer) / steps;
         list->setProperty("contentY", begin);
         return perRow;
     }
@@ -183,16 +183,16 @@ int main(int argc, char** argv)
     QCoreApplication::instance()->setProperty("sdkAddr", services.editorUrl());
     host.signIn(services.signInUrl(), QStringLiteral("zhangwei"));
 
-    constexpr int Rounds = 5;
-    constexpr int Repetitions = 3;
+    constexpr int rounds = 5;
+    constexpr int repetitions = 3;
     Times few;
     Times many;
     {
         Desk desk(services);
-        for (int round = 0; round < Rounds; ++round) {
+        for (int round = 0; round < rounds; ++round) {
             for (const int count : {Few, Many}) {
                 desk.fill(count);
-                for (int repetition = 0; repetition < Repetitions; ++repetition)
+                for (int repetition = 0; repetition < repetitions; ++repetition)
                     desk.measure(count == Few ? few : many);
             }
         }

@@ -48,11 +48,11 @@ int main(int argc, char** argv)
     services.setReply("GET", Path, {});
     const QString url = services.editorUrl();
 
-    constexpr int Rounds = 500;
+    constexpr int rounds = 500;
     QNetworkAccessManager plain;
     QVector<double> own;
     QVector<double> other;
-    for (int round = 0; round < Rounds; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         own.append(Bench::milliseconds([&url] { blockingGet(url); }));
         other.append(Bench::milliseconds([&plain, &url] { plainGet(plain, url); }));
     }
@@ -60,8 +60,8 @@ int main(int argc, char** argv)
                       "ms", 0);
     Bench::printFigure("  added in the median", Bench::median(own) - Bench::median(other), "ms", 1.5);
 
-    constexpr int WaitMilliseconds = 5000;
-    services.addFault({NelvoDevkit::Fault::Delay, Path, {}, WaitMilliseconds, true});
+    constexpr int waitMilliseconds = 5000;
+    services.addFault({NelvoDevkit::Fault::Delay, Path, {}, waitMilliseconds, true});
     const double processorBefore = processorMilliseconds();
     const double waited = Bench::milliseconds([&url] { blockingGet(url); });
     Bench::printFigure("  processor time while waiting 5 s",

@@ -114,10 +114,10 @@ void measureGrowth(const char* what, const QVector<int>& sizes, const QVector<do
         std::printf("  %d in %.1f ms", sizes.at(index), times.at(index));
     std::printf("\n");
     // A larger body leaves the processor's caches, which costs a little on top of the steps.
-    constexpr double Slack = 1.25;
+    constexpr double slack = 1.25;
     const auto nLogN = [](int size) { return size * std::log2(size); };
     Bench::printRatio("  growth / n log n", times.constLast() / times.constFirst(),
-                      nLogN(sizes.constLast()) / nLogN(sizes.constFirst()), "x", Slack);
+                      nLogN(sizes.constLast()) / nLogN(sizes.constFirst()), "x", slack);
 }
 
 void measureTree(StartedServices& services, const QString& url)
@@ -164,30 +164,30 @@ int printTreeMemory(const QString& url)
 
 void measureTreeMemory(StartedServices& services, const QString& url)
 {
-    constexpr int Nodes = 100000;
-    services.setReply("GET", TreePath, treeReply(services, Nodes));
+    constexpr int nodes = 100000;
+    services.setReply("GET", TreePath, treeReply(services, nodes));
     const QStringList arguments{TreeMemoryMode, url};
     const double bytes = Bench::outputOf(QCoreApplication::applicationFilePath(), arguments).toDouble();
     std::printf("tree of 100,000 nodes, both copies and the reply: %.0f bytes a node at the peak\n",
-                bytes / Nodes);
+                bytes / nodes);
 }
 
 void measureTicks(const QString& url)
 {
-    constexpr int Ticks = 2000;
-    constexpr int WarmUp = 200;
-    constexpr double TicksPerDay = 8640;
+    constexpr int ticks = 2000;
+    constexpr int warmUp = 200;
+    constexpr double ticksPerDay = 8640;
     CProjectInfoMgr manager;
     manager.ReflushProjOrgInfo(sessionAt(url));
     QTimerEvent event(0);
-    for (int tick = 0; tick < WarmUp; ++tick)
+    for (int tick = 0; tick < warmUp; ++tick)
         QCoreApplication::sendEvent(&manager, &event);
     const double before = Bench::residentBytes();
-    for (int tick = 0; tick < Ticks; ++tick)
+    for (int tick = 0; tick < ticks; ++tick)
         QCoreApplication::sendEvent(&manager, &event);
-    const double perTick = (Bench::residentBytes() - before) / Ticks;
+    const double perTick = (Bench::residentBytes() - before) / ticks;
     std::printf("a tick of the watch keeps %.0f bytes: %.1f MB a day for each refresh\n", perTick,
-                perTick * TicksPerDay / 1e6);
+                perTick * ticksPerDay / 1e6);
 }
 
 } // namespace

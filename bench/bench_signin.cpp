@@ -62,21 +62,21 @@ int main(int argc, char** argv)
     // Connections and caches are there from the second sign-in on.
     const QVector<Exchange> calls = recordSignIn(services, host);
 
-    constexpr int DelayMilliseconds = 20;
-    constexpr int DelayedRounds = 15;
-    services.addFault({NelvoDevkit::Fault::Delay, {}, {}, DelayMilliseconds, false});
+    constexpr int delayMilliseconds = 20;
+    constexpr int delayedRounds = 15;
+    services.addFault({NelvoDevkit::Fault::Delay, {}, {}, delayMilliseconds, false});
     QVector<double> delayed;
-    for (int round = 0; round < DelayedRounds; ++round)
+    for (int round = 0; round < delayedRounds; ++round)
         delayed.append(Bench::milliseconds([&] { signIn(host, url); }));
     Bench::printRatio("sign-in, 20 ms a call / its delays", Bench::median(delayed),
-                      DelayMilliseconds * static_cast<double>(calls.size()), "ms", 1.25);
+                      delayMilliseconds * static_cast<double>(calls.size()), "ms", 1.25);
 
     services.clearFaults();
-    constexpr int Rounds = 30;
+    constexpr int rounds = 30;
     const QStringList arguments = curlArguments(calls, services);
     QVector<double> own;
     QVector<double> curl;
-    for (int round = 0; round < Rounds; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         own.append(Bench::milliseconds([&] { signIn(host, url); }));
         curl.append(Bench::milliseconds([&arguments] {
             if (QProcess::execute(QStringLiteral("curl"), arguments) != 0)

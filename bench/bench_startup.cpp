@@ -72,12 +72,12 @@ int main(int argc, char** argv)
     if (arguments.contains(Floor))
         return startFloor();
 
-    constexpr int Rounds = 15;
+    constexpr int rounds = 15;
     QVector<double> own;
     QVector<double> floor;
     startIn(Plugin);
     startIn(Floor);
-    for (int round = 0; round < Rounds; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         own.append(startIn(Plugin));
         floor.append(startIn(Floor));
     }

@@ -87,11 +87,11 @@ void measureDownload(const QString& directory)
     const QString url = services.packageUrl(name);
     const QString path = directory + QLatin1String("/download");
 
-    constexpr int DownloadRounds = 11;
+    constexpr int downloadRounds = 11;
     QVector<double> own;
     QVector<double> curl;
     double growth = 0;
-    for (int round = 0; round < DownloadRounds; ++round) {
+    for (int round = 0; round < downloadRounds; ++round) {
         const Transfer transfer = downloadBeside(url, path);
         requireSize(path, Gibibyte);
         QFile::remove(path);
@@ -239,10 +239,10 @@ void measureUnpacking(const char* what, const QString& directory, int count, int
 
 void measureLargeEntry(const QString& directory)
 {
-    constexpr int Size = 256 * Mebibyte;
+    constexpr int size = 256 * Mebibyte;
     const QString package = directory + QLatin1String("/package.zip");
     const QString target = directory + QLatin1String("/unpacked");
-    writePackage(package, 1, Size);
+    writePackage(package, 1, size);
     const double growth = Bench::growthDuring(&Bench::ownBytes, [&] { unzipPackage(package, target); });
     requireFiles(target, 1);
     QDir(target).removeRecursively();
@@ -253,17 +253,17 @@ void measureLargeEntry(const QString& directory)
 //! for each file rises with their number, has the same to do for both.
 void measureGrowth(const char* what, const QString& directory, int packages)
 {
-    constexpr int Count = 1000;
+    constexpr int count = 1000;
     const QString small = directory + QLatin1String("/small.zip");
     const QString large = directory + QLatin1String("/large.zip");
     const QString target = directory + QLatin1String("/unpacked");
-    writePackage(small, Count, SmallFile);
-    writePackage(large, packages * Count, SmallFile);
+    writePackage(small, count, SmallFile);
+    writePackage(large, packages * count, SmallFile);
     QVector<double> one;
     QVector<double> several;
     for (int round = 0; round < Rounds; ++round) {
         one.append(Bench::milliseconds([&] { unzipPackage(large, target); }));
-        requireFiles(target, packages * Count);
+        requireFiles(target, packages * count);
         QDir(target).removeRecursively();
         several.append(Bench::milliseconds([&] {
             for (int index = 0; index < packages; ++index)

@@ -58,9 +58,9 @@ QJsonValue text(const QJsonObject& row, QLatin1String key)
 //! As QJsonValue::toInt, but for every whole number that JSON carries exactly: models pass 2 GiB.
 qint64 wholeNumber(const QJsonObject& row, QLatin1String key)
 {
-    constexpr double ExactLimit = 9007199254740992.0;
+    constexpr double exactLimit = 9007199254740992.0;
     const double number = row.value(key).toDouble();
-    return std::trunc(number) == number && std::abs(number) <= ExactLimit ? static_cast<qint64>(number) : 0;
+    return std::trunc(number) == number && std::abs(number) <= exactLimit ? static_cast<qint64>(number) : 0;
 }
 
 //! What both kinds of row have.

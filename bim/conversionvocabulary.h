@@ -10,6 +10,7 @@
 
 namespace NelvoPlugin {
 
+// NOLINTBEGIN(readability-identifier-naming): each is spelled as the host knows it.
 extern const QString BVConverter;
 extern const QString convertState;
 extern const QString convertPds;
@@ -29,5 +30,6 @@ extern const QString asComp;
 extern const QString uid;
 //! Key of the property that says where the host has imported an object from.
 extern const std::wstring editor_import_source_type;
+// NOLINTEND(readability-identifier-naming)
 
 } // namespace NelvoPlugin

@@ -293,10 +293,10 @@ void CProjectInfoMgr::WalkOrgTree(const QJsonObject& object, OrgUnit& node)
 
 void CProjectInfoMgr::CopyOrgTree(const OrgUnit& node, NelvoSDK::OrgTreeNode& out)
 {
-    constexpr qint32 SelectableType = 2;
+    constexpr qint32 selectableType = 2;
     out.id = node.value;
     out.name = node.name;
-    out.canSelect = node.type == SelectableType;
+    out.canSelect = node.type == selectableType;
     for (const OrgUnit& child : node.children) {
         out.children.emplace_back();
         CopyOrgTree(child, out.children.back());

@@ -16,6 +16,7 @@ std::wstring ModelKindName(quint8 kind);
 extern const QString CimModelKind;
 extern const QString BimModelKind;
 
+// NOLINTBEGIN(readability-identifier-naming): each is spelled as the host knows it.
 //! Keys of the properties of a device.
 extern const QString SDK_Propertys;
 extern const QString SDK_LogoID;
@@ -26,6 +27,7 @@ extern const QString NelvoEditorSDK_VendorId;
 extern const QString NelvoEditorSDK_VendorName;
 extern const QString NelvoEditorSDK_IotType;
 extern const QString NelvoEditorSDK_IotName;
+// NOLINTEND(readability-identifier-naming)
 
 //! Keys of the parameters of a component.
 namespace ComponentParameter {

@@ -20,13 +20,13 @@ namespace {
 //! The current entry, open; null if it can't be read.
 std::unique_ptr<QIODevice> openEntry(QuaZip& zip)
 {
-    constexpr int Bzip2 = 12;
+    constexpr int bzip2 = 12;
     int method = 0;
     int level = 0;
     auto plain = std::make_unique<QuaZipFile>(&zip);
     if (!plain->open(QIODevice::ReadOnly, &method, &level, false))
         return nullptr;
-    if (method != Bzip2)
+    if (method != bzip2)
         return plain;
     plain.reset();
     std::unique_ptr<QIODevice> entry = bzip2Entry(zip);
@@ -75,19 +75,19 @@ private:
 bool writeEntry(const QString& target, QIODevice* entry)
 {
     // A piece in which the entry turns out to be damaged is lost, so its size shows in what is installed.
-    constexpr int PieceSize = 16 * 1024;
-    constexpr int BufferSize = 16 * PieceSize;
+    constexpr int pieceSize = 16 * 1024;
+    constexpr int bufferSize = 16 * pieceSize;
     const QDir dir = QFileInfo(target).dir();
     if (!dir.exists())
         dir.mkpath(QStringLiteral("."));
     QFile file(target);
     if (!file.open(QIODevice::WriteOnly))
         return false;
-    QByteArray buffer(BufferSize, Qt::Uninitialized);
+    QByteArray buffer(bufferSize, Qt::Uninitialized);
     for (bool more = entry != nullptr; more;) {
         qint64 filled = 0;
-        while (more && filled <= BufferSize - PieceSize) {
-            const qint64 size = entry->read(buffer.data() + filled, PieceSize);
+        while (more && filled <= bufferSize - pieceSize) {
+            const qint64 size = entry->read(buffer.data() + filled, pieceSize);
             more = size > 0;
             if (more)
                 filled += size;
@@ -101,14 +101,14 @@ bool writeEntry(const QString& target, QIODevice* entry)
 //! Whether the file is an archive's end and nothing else, which the library doesn't open.
 bool isEmptyPackage(const QString& zipFile)
 {
-    constexpr int EndSize = 22;
-    constexpr int CommentLengthSize = 2;
+    constexpr int endSize = 22;
+    constexpr int commentLengthSize = 2;
     QFile file(zipFile);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    const QByteArray end = file.read(EndSize);
-    const QByteArray noEntries = QByteArray("PK\x05\x06").leftJustified(EndSize - CommentLengthSize, '\0');
-    return end.size() == EndSize && end.startsWith(noEntries);
+    const QByteArray end = file.read(endSize);
+    const QByteArray noEntries = QByteArray("PK\x05\x06").leftJustified(endSize - commentLengthSize, '\0');
+    return end.size() == endSize && end.startsWith(noEntries);
 }
 
 bool unpackEntries(QuaZip& zip, const QString& destDir)

@@ -86,8 +86,8 @@ void TestListStorm::fetchesBesideCalls()
         if (replacesTheJar)
             sharedCookieJar()->setAllCookies(sharedCookieJar()->allCookies().mid(0, call % 3));
     }
-    constexpr int PatienceMilliseconds = 600000;
-    QTRY_COMPARE_WITH_TIMEOUT(lists, Fetches, PatienceMilliseconds);
+    constexpr int patienceMilliseconds = 600000;
+    QTRY_COMPARE_WITH_TIMEOUT(lists, Fetches, patienceMilliseconds);
     thread.quit();
     QVERIFY(thread.wait(60000));
 

@@ -45,12 +45,12 @@ QString folded(const QJsonValue& value, int indent)
         return scalarText(value);
     const QString open = value.isObject() ? QStringLiteral("{") : QStringLiteral("[");
     const QString close = value.isObject() ? QStringLiteral("}") : QStringLiteral("]");
-    constexpr int Step = 2;
-    const QStringList texts = parts(value, indent + Step);
+    constexpr int step = 2;
+    const QStringList texts = parts(value, indent + step);
     QString onOneLine = open + texts.join(QStringLiteral(", ")) + close;
     if (indent + onOneLine.size() <= LineLength && !onOneLine.contains(QLatin1Char('\n')))
         return onOneLine;
-    const QString margin = QLatin1Char('\n') + QString(indent + Step, QLatin1Char(' '));
+    const QString margin = QLatin1Char('\n') + QString(indent + step, QLatin1Char(' '));
     return open + margin + texts.join(QLatin1Char(',') + margin) + QLatin1Char('\n') +
            QString(indent, QLatin1Char(' ')) + close;
 }

@@ -192,10 +192,10 @@ QQuickItem* BimScene::part(const QString& name)
 
 void BimScene::turnWheel(int steps)
 {
-    constexpr int Step = 120;
+    constexpr int step = 120;
     const QQuickItem* view = part(QStringLiteral("searchView"));
     const QPointF place = view->mapToScene({view->width() / 2, view->height() / 2});
-    QWheelEvent event(place, m_window.mapToGlobal(place.toPoint()), {}, {0, steps * Step}, Qt::NoButton,
+    QWheelEvent event(place, m_window.mapToGlobal(place.toPoint()), {}, {0, steps * step}, Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
     // Without a time, a view takes all turns for one.
     event.setTimestamp(static_cast<ulong>(QDateTime::currentMSecsSinceEpoch()));

@@ -19,7 +19,7 @@ private Q_SLOTS:
 
 void TestE2eHeartbeat::pushOutArrivesByItself()
 {
-    constexpr int Patience = 60000;
+    constexpr int patience = 60000;
     TestSupport::StartedServices services;
     const E2e::PluginHost host(services.signInUrl());
     TestSupport::MessageRecorder observer;
@@ -35,7 +35,7 @@ void TestE2eHeartbeat::pushOutArrivesByItself()
     services.log().clear();
 
     // The cookies that the sign-in captured identify the client.
-    QTRY_VERIFY_WITH_TIMEOUT(!services.log().requests().isEmpty(), Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!services.log().requests().isEmpty(), patience);
     QCOMPARE(services.log().requests().constFirst().target, QByteArray("/org/heartbeat"));
     const QString cookies = QString::fromStdWString(session.cookies);
     const QByteArray sent = services.log().requests().constFirst().header("Cookie");
@@ -44,7 +44,7 @@ void TestE2eHeartbeat::pushOutArrivesByItself()
     QVERIFY(observer.heard.isEmpty());
 
     services.editor().pushOut(QStringLiteral("zhangwei"));
-    QTRY_VERIFY_WITH_TIMEOUT(!observer.heard.isEmpty(), Patience);
+    QTRY_VERIFY_WITH_TIMEOUT(!observer.heard.isEmpty(), patience);
     QCOMPARE(observer.heard.constFirst(), QStringLiteral("first:您的帐号在另一地点登录，您被迫下线"));
     E2e::plugin()->GetMessageMgr()->Detach(&observer);
 }

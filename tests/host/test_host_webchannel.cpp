@@ -53,7 +53,7 @@ private:
     QStringList m_messages;
 };
 
-constexpr char init[] = R"({"type": 3, "id": 5})";
+constexpr char Init[] = R"({"type": 3, "id": 5})";
 
 //! \brief An object with something to call, so that a message is seen to reach it.
 class Counter : public QObject
@@ -116,14 +116,14 @@ void TestHostWebChannel::handshakeTellsTheObjects()
     server->channel()->registerObject("bimObject", &early);
     ChannelClient client(server->socketUrl());
     QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
-    client.send(init);
+    client.send(Init);
     QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, Patience);
     QCOMPARE(client.lastMessage()["type"].toInt(), 10);
     QCOMPARE(client.lastMessage()["id"].toInt(), 5);
     QCOMPARE(client.objects(), QStringList("bimObject"));
 
     server->channel()->registerObject("another", &late);
-    client.send(init);
+    client.send(Init);
     QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 2, Patience);
     QCOMPARE(client.objects(), (QStringList{"another", "bimObject"}));
 }
@@ -136,9 +136,9 @@ void TestHostWebChannel::handshakeOfSeveralClients()
     ChannelClient first(server->socketUrl());
     ChannelClient second(server->socketUrl());
     QTRY_VERIFY_WITH_TIMEOUT(first.isConnected() && second.isConnected(), Patience);
-    second.send(init);
+    second.send(Init);
     QTRY_COMPARE_WITH_TIMEOUT(second.messageCount(), 1, Patience);
-    first.send(init);
+    first.send(Init);
     QTRY_COMPARE_WITH_TIMEOUT(first.messageCount(), 1, Patience);
     QCOMPARE(first.objects(), second.objects());
     QCOMPARE(second.messageCount(), 1);
@@ -162,7 +162,7 @@ void TestHostWebChannel::nonsenseIsIgnored()
     QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
     client.send("no JSON");
     client.send("[3]");
-    client.send(init);
+    client.send(Init);
     QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, Patience);
     QVERIFY(client.objects().isEmpty());
     QVERIFY(client.isConnected());
@@ -185,7 +185,7 @@ void TestHostWebChannel::clientComesAndGoes()
     }
     ChannelClient client(server->socketUrl());
     QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
-    client.send(init);
+    client.send(Init);
     QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, Patience);
 }
 
@@ -195,7 +195,7 @@ void TestHostWebChannel::destructionEndsTheConnections()
     const QUrl page = server->pageUrl();
     ChannelClient client(server->socketUrl());
     QTRY_VERIFY_WITH_TIMEOUT(client.isConnected(), Patience);
-    client.send(init);
+    client.send(Init);
     QTRY_COMPARE_WITH_TIMEOUT(client.messageCount(), 1, Patience);
     server.reset();
     QTRY_VERIFY_WITH_TIMEOUT(!client.isConnected(), Patience);

@@ -283,15 +283,15 @@ void TestSubject::otherSubjectsAreLeftAlone()
 
 void TestSubject::attachAndDetachFromManyThreads()
 {
-    constexpr std::size_t ThreadCount = 8;
-    constexpr std::size_t PerThread = 500;
+    constexpr std::size_t threadCount = 8;
+    constexpr std::size_t perThread = 500;
     Subject subject;
-    std::vector<Observer> observers(ThreadCount * PerThread);
+    std::vector<Observer> observers(threadCount * perThread);
     std::vector<std::thread> threads;
-    for (std::size_t thread = 0; thread < ThreadCount; ++thread) {
+    for (std::size_t thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([&subject, &observers, thread] {
-            for (std::size_t i = 0; i < PerThread; ++i) {
-                Observer* observer = &observers[thread * PerThread + i];
+            for (std::size_t i = 0; i < perThread; ++i) {
+                Observer* observer = &observers[thread * perThread + i];
                 subject.Attach(observer);
                 if (i % 2 == 0)
                     subject.Detach(observer);
@@ -300,13 +300,13 @@ void TestSubject::attachAndDetachFromManyThreads()
     }
     for (std::thread& thread : threads)
         thread.join();
-    QCOMPARE(subject.reached(), int(ThreadCount * PerThread / 2));
+    QCOMPARE(subject.reached(), int(threadCount * perThread / 2));
 }
 
 //! An observer that stays is called by each notification, whatever comes and goes beside it.
 void TestSubject::attachAndDetachDuringNotifications()
 {
-    constexpr int Notifications = 2000;
+    constexpr int notifications = 2000;
     Subject subject;
     Observer stays;
     subject.Attach(&stays);
@@ -321,11 +321,11 @@ void TestSubject::attachAndDetachDuringNotifications()
         }
     });
     int calls = 0;
-    for (int i = 0; i < Notifications; ++i)
+    for (int i = 0; i < notifications; ++i)
         subject.notifyWith([&](Observer& observer, int) { calls += &observer == &stays ? 1 : 0; });
     done = true;
     other.join();
-    QCOMPARE(calls, Notifications);
+    QCOMPARE(calls, notifications);
     QCOMPARE(subject.reached(), 1);
 }
 

@@ -678,17 +678,17 @@ void TestProjectInfoMgr::replyWithoutDataClearsTheRoot()
 //! Qt's parser takes 1024 levels: one around the data, two for each level of the tree, one for the last node.
 void TestProjectInfoMgr::treeAsDeepAsTheParserAllows()
 {
-    constexpr int Deepest = 511;
-    m_services.setReply("GET", TreePath, json(nested(Deepest, "{}")));
+    constexpr int deepest = 511;
+    m_services.setReply("GET", TreePath, json(nested(deepest, "{}")));
     Project project;
     MessageLog log;
     project.manager.ReflushProjOrgInfo(session());
     OrgTreeNode root;
     project.manager.GetOrgTree(root);
-    QCOMPARE(depthOf(root), Deepest);
+    QCOMPARE(depthOf(root), deepest);
     QVERIFY(log.entries().isEmpty());
 
-    m_services.setReply("GET", TreePath, json(nested(Deepest, "{\"children\":[]}")));
+    m_services.setReply("GET", TreePath, json(nested(deepest, "{\"children\":[]}")));
     project.manager.ReflushProjOrgInfo(session());
     QCOMPARE(log.warnings(), QStringList{TooDeep});
     QCOMPARE(log.debugs(), QStringList{TreeFailed});
@@ -843,7 +843,7 @@ void TestProjectInfoMgr::listWithoutASessionFails()
 //! Three levels are the reply, its list and the project, the rest is what nobody reads.
 void TestProjectInfoMgr::listAsDeepAsTheParserAllows()
 {
-    constexpr int Deepest = 1021;
+    constexpr int deepest = 1021;
     const auto reply = [](int levels) {
         return json(R"({"data":[{"id":"a","further":)" + QByteArray("[").repeated(levels) +
                     QByteArray("]").repeated(levels) + "}]}");
@@ -851,11 +851,11 @@ void TestProjectInfoMgr::listAsDeepAsTheParserAllows()
     Project project;
     refresh(project);
     std::list<ProjectNode> projects;
-    m_services.setReply("GET", ScenePath, reply(Deepest));
+    m_services.setReply("GET", ScenePath, reply(deepest));
     QVERIFY(project.manager.GetServerProjectTree(projects));
     QCOMPARE(projects.size(), std::size_t(1));
 
-    m_services.setReply("GET", ScenePath, reply(Deepest + 1));
+    m_services.setReply("GET", ScenePath, reply(deepest + 1));
     MessageLog log;
     QVERIFY(!project.manager.GetServerProjectTree(projects));
     QCOMPARE(projects.size(), std::size_t(1));
@@ -1249,7 +1249,7 @@ void TestProjectInfoMgr::pushOutWithoutAPluginEndsTheProcess()
 
 void TestProjectInfoMgr::tickAsDeepAsTheParserAllows()
 {
-    constexpr int Deepest = 1023;
+    constexpr int deepest = 1023;
     const auto reply = [](int levels) {
         return json(R"({"infoCode":"1007","further":)" + QByteArray("[").repeated(levels) +
                         QByteArray("]").repeated(levels) + "}",
@@ -1258,11 +1258,11 @@ void TestProjectInfoMgr::tickAsDeepAsTheParserAllows()
     Project project;
     refresh(project);
     MessageLog log;
-    m_services.setReply("GET", HeartbeatPath, reply(Deepest));
+    m_services.setReply("GET", HeartbeatPath, reply(deepest));
     project.tick();
     QCOMPARE(project.messages.first, QStringList{PushedOut});
     log.clear();
-    m_services.setReply("GET", HeartbeatPath, reply(Deepest + 1));
+    m_services.setReply("GET", HeartbeatPath, reply(deepest + 1));
     project.tick();
     QCOMPARE(project.messages.first.size(), 1);
     QCOMPARE(log.warnings().size(), 2);

@@ -34,9 +34,9 @@ QByteArray piece(qint64 number)
 
 bool writeEntry(QuaZip& zip, const QString& name, qint64 size)
 {
-    constexpr int Fast = 1;
+    constexpr int fast = 1;
     QuaZipFile entry(&zip);
-    if (!entry.open(QIODevice::WriteOnly, QuaZipNewInfo(name), nullptr, 0, Z_DEFLATED, Fast))
+    if (!entry.open(QIODevice::WriteOnly, QuaZipNewInfo(name), nullptr, 0, Z_DEFLATED, fast))
         return false;
     for (qint64 i = 0; i < size / MiB; ++i) {
         if (entry.write(piece(i)) != MiB)
@@ -135,11 +135,11 @@ void TestUnzipLarge::init()
 
 void TestUnzipLarge::entryOfMoreThanTwoGibibytes()
 {
-    constexpr qint64 Size = 5 * GiB / 2;
-    QVERIFY(writePackage(m_package, 1, Size));
+    constexpr qint64 size = 5 * GiB / 2;
+    QVERIFY(writePackage(m_package, 1, size));
     const Unpacking seen = unpack(m_package, m_dest);
     QVERIFY(*seen.success);
-    QVERIFY(isWhole(m_dest + "/entry0", Size));
+    QVERIFY(isWhole(m_dest + "/entry0", size));
     // The window is alive: this thread didn't stand still for any large part of it.
     QVERIFY2(seen.longestGap < seen.duration / 3,
              qPrintable(QStringLiteral("%1 ms of %2 ms").arg(seen.longestGap).arg(seen.duration)));
@@ -149,12 +149,12 @@ void TestUnzipLarge::entryOfMoreThanTwoGibibytes()
 
 void TestUnzipLarge::packageOfAGibibyte()
 {
-    constexpr int Entries = 32;
-    QVERIFY(writePackage(m_package, Entries, GiB / Entries));
+    constexpr int entries = 32;
+    QVERIFY(writePackage(m_package, entries, GiB / entries));
     const Unpacking seen = unpack(m_package, m_dest);
     QVERIFY(*seen.success);
-    for (int i = 0; i < Entries; ++i)
-        QVERIFY2(isWhole(m_dest + QStringLiteral("/entry%1").arg(i), GiB / Entries),
+    for (int i = 0; i < entries; ++i)
+        QVERIFY2(isWhole(m_dest + QStringLiteral("/entry%1").arg(i), GiB / entries),
                  qPrintable(QString::number(i)));
     QVERIFY2(seen.longestGap < seen.duration / 3,
              qPrintable(QStringLiteral("%1 ms of %2 ms").arg(seen.longestGap).arg(seen.duration)));

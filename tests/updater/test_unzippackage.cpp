@@ -648,11 +648,11 @@ void TestUnzipPackage::tenThousandEntries()
 
 void TestUnzipPackage::duplicatesTakeNoLongerThanOthers()
 {
-    constexpr int Names = 4000;
+    constexpr int names = 4000;
     ZipArchive twice;
     ZipArchive once;
     for (const QByteArray content : {"first", "second"}) {
-        for (int i = 0; i < Names; ++i) {
+        for (int i = 0; i < names; ++i) {
             const QByteArray name = "file" + QByteArray::number(i);
             twice.add(name, content);
             once.add(name + content, content);
@@ -667,7 +667,7 @@ void TestUnzipPackage::duplicatesTakeNoLongerThanOthers()
     QVERIFY2(time.elapsed() < 20 * timeOfOthers,
              qPrintable(QStringLiteral("%1 ms, %2 ms").arg(time.elapsed()).arg(timeOfOthers)));
     const Tree tree = unpacked();
-    QCOMPARE(tree.size(), Names);
+    QCOMPARE(tree.size(), names);
     QVERIFY(
         std::all_of(tree.begin(), tree.end(), [](const QByteArray& content) { return content == "first"; }));
 }

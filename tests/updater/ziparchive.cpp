@@ -21,19 +21,19 @@ void append32(QByteArray& bytes, quint32 value)
 //! What zlib makes of the data, without its own frame and the length that Qt puts in front.
 QByteArray deflate(const QByteArray& data, int level = -1)
 {
-    constexpr int HeadSize = 4 + 2;
-    constexpr int TailSize = 4;
+    constexpr int headSize = 4 + 2;
+    constexpr int tailSize = 4;
     const QByteArray framed = qCompress(data, level);
-    return framed.mid(HeadSize, framed.size() - HeadSize - TailSize);
+    return framed.mid(headSize, framed.size() - headSize - tailSize);
 }
 
 //! A first block that is right, and a second of a kind that there isn't. Level 0 makes blocks of plain data,
 //! which tell their length.
 QByteArray deflateWithDamage(const QByteArray& data)
 {
-    constexpr int BlockHeadSize = 5;
+    constexpr int blockHeadSize = 5;
     QByteArray packed = deflate(data, 0);
-    const int second = BlockHeadSize + qFromLittleEndian<quint16>(packed.constData() + 1);
+    const int second = blockHeadSize + qFromLittleEndian<quint16>(packed.constData() + 1);
     if (second >= packed.size())
         qFatal("the data doesn't fill two blocks");
     packed[second] = 7;
@@ -42,11 +42,11 @@ QByteArray deflateWithDamage(const QByteArray& data)
 
 int methodOf(const ZipArchive::Entry& entry)
 {
-    constexpr int Deflated = 8;
-    constexpr int Bzip2 = 12;
+    constexpr int deflated = 8;
+    constexpr int bzip2 = 12;
     if (!entry.bzip2.isNull())
-        return Bzip2;
-    return entry.deflated ? Deflated : 0;
+        return bzip2;
+    return entry.deflated ? deflated : 0;
 }
 
 QByteArray pack(const ZipArchive::Entry& entry)

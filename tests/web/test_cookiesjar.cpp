@@ -204,18 +204,18 @@ void TestCookiesJar::webServerHasAManagerOfItsOwn()
 
 void TestCookiesJar::jarMayBeUsedFromManyThreads()
 {
-    constexpr int Rounds = 2000;
+    constexpr int rounds = 2000;
     CCookiesJar jar;
     const QUrl url(QStringLiteral("http://127.0.0.1/"));
     jar.setAllCookies({cookie("both")});
     const auto set = [&](const QByteArray& name) {
-        for (int i = 0; i < Rounds; ++i) {
+        for (int i = 0; i < rounds; ++i) {
             jar.setCookiesFromUrl({cookie(name + QByteArray::number(i % 10)), cookie("both")}, url);
             jar.deleteCookie(cookie(name + QByteArray::number((i + 5) % 10)));
         }
     };
     const auto read = [&] {
-        for (int i = 0; i < Rounds; ++i) {
+        for (int i = 0; i < rounds; ++i) {
             const QList<QNetworkCookie> all = jar.allCookies();
             const QList<QNetworkCookie> some = jar.cookiesForUrl(url);
             QVERIFY(all.contains(cookie("both")));
@@ -223,7 +223,7 @@ void TestCookiesJar::jarMayBeUsedFromManyThreads()
         }
     };
     const auto replace = [&] {
-        for (int i = 0; i < Rounds; ++i)
+        for (int i = 0; i < rounds; ++i)
             jar.setAllCookies({cookie("both")});
     };
     std::vector<std::thread> threads;

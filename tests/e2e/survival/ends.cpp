@@ -150,14 +150,14 @@ void initializeAndShutDown(int times)
 int thousandTimes(Arguments arguments)
 {
     const QGuiApplication application(arguments.count, arguments.values);
-    constexpr int Rounds = 1000;
-    initializeAndShutDown(Rounds / 2);
+    constexpr int rounds = 1000;
+    initializeAndShutDown(rounds / 2);
     const double before = Bench::residentBytes();
-    initializeAndShutDown(Rounds);
+    initializeAndShutDown(rounds);
     const double growth = Bench::residentBytes() - before;
-    std::fprintf(stderr, "%.0f bytes in %d rounds\n", growth, Rounds);
-    constexpr double KB = 1024;
-    require(growth < 128 * KB, "no growth");
+    std::fprintf(stderr, "%.0f bytes in %d rounds\n", growth, rounds);
+    constexpr double kb = 1024;
+    require(growth < 128 * kb, "no growth");
     return Survived;
 }
 

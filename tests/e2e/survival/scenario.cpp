@@ -44,8 +44,8 @@ void showLogin()
 
 void waitUntil(const std::function<bool()>& condition, const char* conditionText)
 {
-    constexpr int HangMilliseconds = 60000;
-    require(QTest::qWaitFor(condition, HangMilliseconds), conditionText);
+    constexpr int hangMilliseconds = 60000;
+    require(QTest::qWaitFor(condition, hangMilliseconds), conditionText);
 }
 
 WhenRequested::WhenRequested(const NelvoDevkit::Services& services, const QByteArray& method,
