@@ -3,7 +3,7 @@ PRESET ?= release
 BUILD = build/$(PRESET)
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build run tour test lint format asan tsan soak bench docs gallery kit artwork clean
+.PHONY: help deps build run tour test lint format asan tsan fuzz soak bench docs gallery kit artwork clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -38,6 +38,11 @@ asan: ## every test under AddressSanitizer and UndefinedBehaviorSanitizer
 tsan: ## the tests that start threads, under ThreadSanitizer
 	@$(MAKE) --no-print-directory build PRESET=tsan
 	@ctest --preset tsan
+
+fuzz: ## the fuzz targets by clang, one after the other, each for FUZZ_SECONDS (60)
+	@tools/install-dependencies clang-14 libclang-rt-14-dev
+	@$(MAKE) --no-print-directory build PRESET=fuzz
+	@tools/fuzz build/fuzz
 
 soak: build ## what a long day of use leaves in memory, handles and threads; takes some minutes
 	@ctest --preset soak

@@ -120,6 +120,18 @@ function(nelvo_find_libraries name)
   endif()
 endfunction()
 
+# Every test sees the same locale and the same rendering, whatever the user has set.
+set(NELVO_TEST_ENVIRONMENT
+  "LC_ALL=C.UTF-8"
+  "QT_QUICK_CONTROLS_STYLE="
+  "QT_LOGGING_RULES="
+  "QT_MESSAGE_PATTERN="
+  "http_proxy="
+  "LSAN_OPTIONS=suppressions=${NELVO_ROOT}/tests/support/lsan.supp:print_suppressions=0"
+  "UBSAN_OPTIONS=print_stacktrace=1"
+  "ASAN_OPTIONS=detect_leaks=1"
+  "TSAN_OPTIONS=suppressions=${NELVO_ROOT}/tests/support/tsan.supp:history_size=7")
+
 # nelvo_test(name [LABELS ...] [SOURCES ...] LINK ...): a test program and its entry in CTest. Its source is NAME.cpp
 # unless SOURCES says otherwise. Each program has a directory of its own, since files beside the executable are part of
 # what is tested.

@@ -1,0 +1,32 @@
+#include "fuzz/support.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cstdio>
+
+//! Stands in for libFuzzer's own: feeds each file of the directory that it is given to the target, and names
+//! it.
+int main(int argc, char* argv[])
+{
+    LLVMFuzzerInitialize(&argc, &argv);
+    const QDir corpus(QString::fromLocal8Bit(argc == 2 ? argv[1] : ""));
+    const QStringList names = corpus.entryList(QDir::Files, QDir::Name);
+    if (argc != 2 || names.isEmpty()) {
+        std::fputs("No files to replay\n", stderr);
+        return 1;
+    }
+    for (const QString& name : names) {
+        QFile file(corpus.filePath(name));
+        if (!file.open(QIODevice::ReadOnly)) {
+            std::fprintf(stderr, "%s: %s\n", qUtf8Printable(name), qUtf8Printable(file.errorString()));
+            return 1;
+        }
+        std::printf("%s\n", qUtf8Printable(name));
+        std::fflush(stdout);
+        const QByteArray input = file.readAll();
+        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.constData()),
+                               static_cast<std::size_t>(input.size()));
+    }
+    return 0;
+}
