@@ -753,7 +753,7 @@ void TestLoginActor::sessionIsJsonText()
     QCOMPARE(text(session.extra.at(L"epId")), QStringLiteral("not a number"));
 }
 
-//! All of them, also those that are empty. The published copy does not tell those from missing ones.
+//! All of them, also those that are empty. The published copy does not distinguish those from missing ones.
 void TestLoginActor::sessionObjectHasItsSevenTexts()
 {
     SignIn signIn;
