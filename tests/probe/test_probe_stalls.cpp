@@ -2,14 +2,51 @@
 #include "tests/support/startedservices.h"
 
 #include <QJsonArray>
+#include <QSemaphore>
 #include <QtTest>
+
+#include <future>
+#include <map>
 
 using NelvoDevkit::Fault;
 
 namespace {
 
-//! For each walk. Enough to come to its last step on a machine that has much else to do.
-const auto Seconds = QStringLiteral("5");
+//! For each walk. Enough to reach its last step on a machine that has much else to do.
+const auto Seconds = QStringLiteral("10");
+//! Walks that run at the same time, each with services of its own.
+constexpr int SideBySide = 7;
+
+struct Stall {
+    const char* step;
+    const char* method;
+    const char* path;
+};
+
+const Stall Stalls[] = {
+    {"sign-in-form", "GET", "/login"},
+    {"sign-in", "POST", "/login"},
+    {"enterprises", "GET", "/rs/casLogin/listCompany"},
+    {"binding", "POST", "/rs/casLogin/casLogin"},
+    {"addresses", "GET", "/rs/casLogin/serverUrl"},
+    {"token", "GET", "/rs/cim/nelvo/client_token"},
+    {"heartbeat", "GET", "/org/heartbeat"},
+    {"organisation", "GET", "/org/tree"},
+    {"projects", "GET", "/scene/project"},
+    {"models", "GET", "/bim/relation/"},
+    {"drawings", "GET", "/bim/relation/dwg"},
+    {"updates", "POST", "/v1.0/service/sys/productVersion/findLatest"},
+    {"sign-out", "GET", "/rs/casLogin/logout"},
+};
+
+ProbeRun walkUnder(const Stall& stall)
+{
+    TestSupport::StartedServices services;
+    services.addFault({Fault::Stall, QString::fromLatin1(stall.path), stall.method, 0, false});
+    return ProbeRun::withJson(services.signInUrl(), QStringLiteral("lina"),
+                              {"--update-url", services.updateUrl(), "--product", "nelvo-editor",
+                               "--update-token", services.updates().token(), "--timeout", Seconds});
+}
 
 } // namespace
 
@@ -19,54 +56,39 @@ class TestProbeStalls : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void cleanup();
+    void initTestCase();
 
     void stalledServerEndsWithTheTimeout_data();
     void stalledServerEndsWithTheTimeout();
     void stalledQuestionOfItsOwnEndsToo();
 
 private:
-    TestSupport::StartedServices m_services;
+    QSemaphore m_places{SideBySide};
+    std::map<QByteArray, std::future<ProbeRun>> m_walks; //!< by the step that stalls
 };
 
-void TestProbeStalls::cleanup()
+void TestProbeStalls::initTestCase()
 {
-    m_services.clearFaults();
+    for (const Stall& stall : Stalls) {
+        m_walks[stall.step] = std::async(std::launch::async, [this, &stall] {
+            m_places.acquire();
+            const QSemaphoreReleaser place(m_places);
+            return walkUnder(stall);
+        });
+    }
 }
 
 void TestProbeStalls::stalledServerEndsWithTheTimeout_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("method");
     QTest::addColumn<QString>("step");
-    const auto row = [](const char* step, const char* method, const char* path) {
-        QTest::newRow(step) << QString::fromLatin1(path) << QByteArray(method) << QString::fromLatin1(step);
-    };
-    row("sign-in-form", "GET", "/login");
-    row("sign-in", "POST", "/login");
-    row("enterprises", "GET", "/rs/casLogin/listCompany");
-    row("binding", "POST", "/rs/casLogin/casLogin");
-    row("addresses", "GET", "/rs/casLogin/serverUrl");
-    row("token", "GET", "/rs/cim/nelvo/client_token");
-    row("heartbeat", "GET", "/org/heartbeat");
-    row("organisation", "GET", "/org/tree");
-    row("projects", "GET", "/scene/project");
-    row("models", "GET", "/bim/relation/");
-    row("drawings", "GET", "/bim/relation/dwg");
-    row("updates", "POST", "/v1.0/service/sys/productVersion/findLatest");
-    row("sign-out", "GET", "/rs/casLogin/logout");
+    for (const Stall& stall : Stalls)
+        QTest::newRow(stall.step) << QString::fromLatin1(stall.step);
 }
 
 void TestProbeStalls::stalledServerEndsWithTheTimeout()
 {
-    QFETCH(QString, path);
-    QFETCH(QByteArray, method);
     QFETCH(QString, step);
-    m_services.addFault({Fault::Stall, path, method, 0, false});
-    const ProbeRun run =
-        ProbeRun::withJson(m_services.signInUrl(), QStringLiteral("lina"),
-                           {"--update-url", m_services.updateUrl(), "--product", "nelvo-editor",
-                            "--update-token", m_services.updates().token(), "--timeout", Seconds});
+    const ProbeRun run = m_walks.at(step.toLatin1()).get();
     QCOMPARE(run.status, int(ProbeRun::Wrong));
     QCOMPARE(run.verdict(step), QStringLiteral("wrong"));
     QVERIFY2(run.words(step).startsWith("no answer when the " + Seconds + " s of this walk were over"),
@@ -86,11 +108,12 @@ void TestProbeStalls::stalledServerEndsWithTheTimeout()
 //! The form is read once by the plug-in; asked for directly, it never comes.
 void TestProbeStalls::stalledQuestionOfItsOwnEndsToo()
 {
-    m_services.addFault({Fault::NotJson, QStringLiteral("/rs/casLogin/listCompany"), {}, 0, false});
-    m_services.addFault({Fault::Delay, QStringLiteral("/login"), "GET", 0, true});
-    m_services.addFault({Fault::Stall, QStringLiteral("/login"), "GET", 0, false});
+    TestSupport::StartedServices services;
+    services.addFault({Fault::NotJson, QStringLiteral("/rs/casLogin/listCompany"), {}, 0, false});
+    services.addFault({Fault::Delay, QStringLiteral("/login"), "GET", 0, true});
+    services.addFault({Fault::Stall, QStringLiteral("/login"), "GET", 0, false});
     const ProbeRun run =
-        ProbeRun::withJson(m_services.signInUrl(), QStringLiteral("lina"), {"--timeout", Seconds});
+        ProbeRun::withJson(services.signInUrl(), QStringLiteral("lina"), {"--timeout", Seconds});
     QCOMPARE(run.status, int(ProbeRun::Wrong));
     QCOMPARE(run.verdict(QStringLiteral("enterprises")), QStringLiteral("wrong"));
     QVERIFY(
