@@ -280,5 +280,5 @@ void TestServicesReference::everyFieldIsExplained()
         QVERIFY2(m_page.text().contains(QLatin1Char('`') + field + QLatin1Char('`')), qPrintable(field));
 }
 
-QTEST_MAIN(TestServicesReference)
+E2E_MAIN(TestServicesReference)
 #include "test_services_reference.moc"

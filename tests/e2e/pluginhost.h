@@ -7,7 +7,9 @@
 #include <NelvoSDK/IMessageMgr.h>
 #include <NelvoSDK/INelvoSDKPlugin.h>
 
+#include <QGuiApplication>
 #include <QQuickView>
+#include <QtTest>
 
 #include <memory>
 
@@ -44,3 +46,16 @@ public:
 };
 
 } // namespace E2e
+
+//! \brief The main function of an end-to-end program: as QTEST_MAIN, but only Qt Test gets the arguments. The
+//! library takes a single argument of the application for a sign-in.
+#define E2E_MAIN(Test)                                                                                       \
+    int main(int argc, char** argv)                                                                          \
+    {                                                                                                        \
+        int onlyTheProgram = 1;                                                                              \
+        QCoreApplication::setAttribute(Qt::AA_Use96Dpi);                                                     \
+        const QGuiApplication application(onlyTheProgram, argv);                                             \
+        Test test;                                                                                           \
+        QTEST_SET_MAIN_SOURCE_PATH                                                                           \
+        return QTest::qExec(&test, argc, argv);                                                              \
+    }

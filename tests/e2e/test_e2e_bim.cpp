@@ -643,11 +643,10 @@ int exitWithoutShutdown(const QString& state)
 
 int main(int argc, char** argv)
 {
-    const QGuiApplication application(argc, argv);
-    const QStringList arguments = QCoreApplication::arguments();
-    const int mode = arguments.indexOf(ExitMode);
-    if (mode > 0)
-        return exitWithoutShutdown(arguments.value(mode + 1));
+    int onlyTheProgram = 1; // see E2E_MAIN
+    const QGuiApplication application(onlyTheProgram, argv);
+    if (argc == 3 && ExitMode == QLatin1String(argv[1]))
+        return exitWithoutShutdown(QString::fromLatin1(argv[2]));
     TestE2eBim test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -340,5 +340,5 @@ void TestE2eFaults::quitWhileTheFormWaits()
     QVERIFY(m_host->observer.sessions.isEmpty());
 }
 
-QTEST_MAIN(TestE2eFaults)
+E2E_MAIN(TestE2eFaults)
 #include "test_e2e_faults.moc"

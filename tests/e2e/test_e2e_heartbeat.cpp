@@ -49,5 +49,5 @@ void TestE2eHeartbeat::pushOutArrivesByItself()
     E2e::plugin()->GetMessageMgr()->Detach(&observer);
 }
 
-QTEST_MAIN(TestE2eHeartbeat)
+E2E_MAIN(TestE2eHeartbeat)
 #include "test_e2e_heartbeat.moc"

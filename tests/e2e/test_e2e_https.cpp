@@ -62,5 +62,5 @@ void TestE2eHttps::certificateThatTheHostTrustsPasses()
     QCOMPARE(QString::fromStdWString(host.observer.sessions.constFirst().sdkAddr), m_services->editorUrl());
 }
 
-QTEST_MAIN(TestE2eHttps)
+E2E_MAIN(TestE2eHttps)
 #include "test_e2e_https.moc"

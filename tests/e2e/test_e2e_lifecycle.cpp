@@ -84,5 +84,5 @@ void TestE2eLifecycle::shutdownWithAnOpenWindowIsQuiet()
     QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
 }
 
-QTEST_MAIN(TestE2eLifecycle)
+E2E_MAIN(TestE2eLifecycle)
 #include "test_e2e_lifecycle.moc"

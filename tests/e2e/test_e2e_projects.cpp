@@ -141,5 +141,5 @@ void TestE2eProjects::pushedOutClientIsTold()
     E2e::plugin()->GetMessageMgr()->Detach(&observer);
 }
 
-QTEST_MAIN(TestE2eProjects)
+E2E_MAIN(TestE2eProjects)
 #include "test_e2e_projects.moc"

@@ -120,5 +120,5 @@ void TestE2eProjectsWire::projectsToTheByte()
     QCOMPARE(bindings.elements, 2);
 }
 
-QTEST_MAIN(TestE2eProjectsWire)
+E2E_MAIN(TestE2eProjectsWire)
 #include "test_e2e_projects_wire.moc"

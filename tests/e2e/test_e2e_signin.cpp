@@ -363,5 +363,5 @@ void TestE2eSignIn::shutdownOnTheListPageIsQuiet()
     QVERIFY2(log.warnings().isEmpty(), qPrintable(log.warnings().join(QLatin1Char('\n'))));
 }
 
-QTEST_MAIN(TestE2eSignIn)
+E2E_MAIN(TestE2eSignIn)
 #include "test_e2e_signin.moc"

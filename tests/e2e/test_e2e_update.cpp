@@ -697,5 +697,5 @@ void TestE2eUpdate::failedUnpackStaysOnThePage()
     QCOMPARE(m_host->versionFile.content(), QByteArray(R"({"version": "1.0.0"})"));
 }
 
-QTEST_MAIN(TestE2eUpdate)
+E2E_MAIN(TestE2eUpdate)
 #include "test_e2e_update.moc"

@@ -49,5 +49,5 @@ void TestE2eUpdateTimeout::checkGivesUpAfterThirtySeconds()
     services.clearFaults();
 }
 
-QTEST_MAIN(TestE2eUpdateTimeout)
+E2E_MAIN(TestE2eUpdateTimeout)
 #include "test_e2e_update_timeout.moc"

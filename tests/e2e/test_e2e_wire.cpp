@@ -63,5 +63,5 @@ void TestE2eWire::signInToTheByte()
         QCOMPARE(sent.at(index), wire.at(index));
 }
 
-QTEST_MAIN(TestE2eWire)
+E2E_MAIN(TestE2eWire)
 #include "test_e2e_wire.moc"

@@ -172,5 +172,5 @@ void TestSoak::checksAndDownloads()
     packages.removeRecursively();
 }
 
-QTEST_MAIN(TestSoak)
+E2E_MAIN(TestSoak)
 #include "test_soak.moc"

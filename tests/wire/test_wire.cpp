@@ -164,5 +164,5 @@ void TestWire::everyAnswerToEveryOperation()
     m_services.clearReplies();
 }
 
-QTEST_MAIN(TestWire)
+E2E_MAIN(TestWire)
 #include "test_wire.moc"
