@@ -6,8 +6,6 @@ namespace NelvoDevkit {
 
 namespace {
 
-using std::chrono_literals::operator""ms;
-
 //! \brief Sends a raw answer, repeated bytes in pieces.
 class RawStream final : public BodyStream
 {
@@ -43,7 +41,7 @@ private:
 
     BodyStep repeatedStep()
     {
-        constexpr qint64 pieceSize = 16 * 1024;
+        constexpr qint64 pieceSize = 16384;
         const qint64 most = std::max<qint64>(1, pieceSize / std::max(1, m_answer.repeated.size()));
         const qint64 now = std::min(m_answer.times - m_repeated, most);
         m_repeated += now;
@@ -58,7 +56,7 @@ private:
         if (m_answer.end == RawAnswer::End::Reset)
             return {BodyStep::Kind::Reset};
         if (m_answer.end == RawAnswer::End::Hold && !m_owned.expired())
-            return {BodyStep::Kind::Wait, {}, 5ms};
+            return {BodyStep::Kind::Wait, {}, std::chrono::milliseconds(5)};
         return {BodyStep::Kind::End};
     }
 
