@@ -47,14 +47,14 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     network.answer("/login", {form});
     network.answer("/rs/casLogin/listCompany", {Fuzz::bytesOf(data, size)});
 
-    // Qt takes longer to load the pages than all the rest takes.
+    // Loading the pages takes longer than everything else, so all inputs share a window.
     static auto& window = *new LoginWindow;
     window.showList();
     const auto user = QStringLiteral("lina");
     const auto address = QStringLiteral("http://cim");
     if (!window.actor.login(user, {}, address, {}).isEmpty())
         return 0;
-    // A list of one leads on to the next page.
+    // With a single enterprise the page chooses it by itself.
     QCoreApplication::processEvents();
     if (QQuickItem* const page = window.item("applistComp")) {
         QMetaObject::invokeMethod(window.item("companyList"), "forceLayout");

@@ -5,8 +5,8 @@
 
 #include <cstdio>
 
-//! Stands in for libFuzzer's own: feeds each file of the directory that it is given to the target, and names
-//! it.
+//! Replaces the main function of libFuzzer: prints the name of each file in the given directory and passes
+//! its content to the target.
 int main(int argc, char* argv[])
 {
     LLVMFuzzerInitialize(&argc, &argv);

@@ -97,8 +97,8 @@ QNetworkReply* replyOf(QNetworkAccessManager& manager, const QNetworkRequest& re
 
 } // namespace
 
-// The linker takes these for Qt's, in the library as well as in Qt itself. Qt's XML patterns read a page by a
-// manager of a class of their own, which makes its replies itself.
+// The linker prefers these definitions to Qt's own, for the library and inside Qt. Qt's XML patterns read a
+// page through a subclass of the manager, which makes its replies itself.
 
 QNetworkReply* QNetworkAccessManager::get(const QNetworkRequest& request)
 {
@@ -122,7 +122,7 @@ int LLVMFuzzerInitialize(int* /*argc*/, char*** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    // It stays to the end of the process, as what the targets make for it does.
+    // Lives to the end of the process, like the windows that the targets make.
     static const auto* const application = new QGuiApplication(count, *argv);
     Q_UNUSED(application)
     return 0;

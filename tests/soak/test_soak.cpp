@@ -44,7 +44,6 @@ private Q_SLOTS:
     void checksAndDownloads();
 
 private:
-    //! A log for each step: one for all would be what grows.
     using Step = std::function<void()>;
     void start();
     //! Does the step a tenth as often first, to warm up. Then no step may leave more than `mostKilobytes`.
@@ -77,7 +76,7 @@ void TestSoak::soak(int times, double mostKilobytes, const Step& step)
     constexpr int slack = 4; // connections of Qt and of the simulator that are about to close
     const auto repeat = [&](int count) {
         for (int i = 0; i < count && !QTest::currentTestFailed(); ++i) {
-            const TestSupport::MessageLog log;
+            const TestSupport::MessageLog log; // a log for all steps would itself grow
             step();
             m_services->log().clear();
         }
@@ -151,7 +150,7 @@ void TestSoak::openedDialogs()
     models->Detach(&observer);
 }
 
-//! As far as a person who has not yet agreed to install comes.
+//! Everything before a person agrees to install.
 void TestSoak::checksAndDownloads()
 {
     constexpr int size = 300000;

@@ -65,7 +65,7 @@ private:
     std::unique_ptr<E2e::PluginHost> m_host;
 };
 
-//! A host that has signed in. One that a row has shut down makes way for another.
+//! Makes a host and signs it in, unless there is one that no row has shut down.
 void TestWire::enter()
 {
     if (m_host && E2e::plugin()->GetLoginMgr())
@@ -156,7 +156,7 @@ void TestWire::everyAnswerToEveryOperation()
         QCOMPARE(outcome, wanted);
     QVERIFY2(growth < MemoryBound, qPrintable(QStringLiteral("%1 MiB").arg(growth / Mebi)));
 
-    // The process goes on as if nothing had been.
+    // The same process works as before.
     m_services.clearReplies();
     enter();
     this->answer(*kind, Wire::answers().front().bytes(kind->sound));
