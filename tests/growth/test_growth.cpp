@@ -14,6 +14,8 @@
 #include "web/webclient.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QNetworkCookie>
 #include <QStandardItemModel>
 #include <QTemporaryDir>
@@ -21,8 +23,8 @@
 
 #include <algorithm>
 #include <functional>
-#include <limits>
 #include <memory>
+#include <vector>
 
 using NelvoPlugin::CProjectInfoMgr;
 using TestSupport::ApplicationFile;
@@ -147,9 +149,18 @@ Work cachedUsers(int n)
     };
 }
 
+//! A directory in memory, where the system has a place for that: what a disk costs depends on what else it
+//! does.
+std::shared_ptr<QTemporaryDir> fastDirectory()
+{
+    const QFileInfo memory(QStringLiteral("/dev/shm"));
+    const QString place = memory.isWritable() ? memory.filePath() : QDir::tempPath();
+    return std::make_shared<QTemporaryDir>(place + QStringLiteral("/nelvo-growth-XXXXXX"));
+}
+
 Work unpacking(int n, bool isEachNameThereTwice)
 {
-    const auto directory = std::make_shared<QTemporaryDir>();
+    const auto directory = fastDirectory();
     ZipArchive archive;
     for (int i = 0; i < n; ++i)
         archive.add("file" + QByteArray::number(isEachNameThereTwice ? i % (n / 2) : i), "content");
@@ -184,8 +195,8 @@ const Input Inputs[] = {
     {"projects", projects, 10000},
     {"models", models, 10000},
     {"users in the cache", cachedUsers, 5000},
-    {"entries of a package", entries, 500},
-    {"entries of a package, each name twice", duplicates, 500},
+    {"entries of a package", entries, 1000},
+    {"entries of a package, each name twice", duplicates, 1000},
 };
 
 TestSupport::StartedServices* services = nullptr;
@@ -193,6 +204,13 @@ TestSupport::StartedServices* services = nullptr;
 void answer(const QString& path, const QByteArray& reply)
 {
     services->setRawAnswer("GET", path, {reply});
+}
+
+double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
 }
 
 double processorSeconds(const Work& work)
@@ -249,14 +267,13 @@ void TestGrowth::twiceAsMuchCostsTwiceAsMuch()
     constexpr double bound = 3;
     QFETCH(const Input*, input);
     const TestSupport::MessageLog log;
-    double once = std::numeric_limits<double>::max();
-    double twice = once;
-    // Others that use the processor slow some rounds down, and none is faster than the work itself.
-    for (int round = 0; round < mostRounds && (round < fewestRounds || twice >= bound * once); ++round) {
-        once = std::min(once, processorSeconds(input->prepare(input->n)));
-        twice = std::min(twice, processorSeconds(input->prepare(2 * input->n)));
+    // Others that use the processor disturb some rounds, but hardly ever most of them.
+    std::vector<double> ratios;
+    for (int round = 0; round < mostRounds && (round < fewestRounds || median(ratios) >= bound); ++round) {
+        const double once = processorSeconds(input->prepare(input->n));
+        ratios.push_back(processorSeconds(input->prepare(2 * input->n)) / once);
     }
-    QVERIFY2(twice < bound * once, qPrintable(QStringLiteral("%1 s, %2 s").arg(once).arg(twice)));
+    QVERIFY2(median(ratios) < bound, qPrintable(QString::number(median(ratios))));
 }
 
 QTEST_GUILESS_MAIN(TestGrowth)

@@ -103,9 +103,9 @@ const std::vector<Answer>& answers()
         {"chunk extension and trailer", [](const SoundReply& s) { return chunked(s, QByteArray::number(s.body.size(), 16) + ";a=b\r\n" + s.body + "\r\n0\r\nX-End: 1\r\n\r\n"); }, Outcome::Used},
         {"chunk size of 64 bits", [](const SoundReply& s) { return chunked(s, "FFFFFFFFFFFFFFFF\r\n" + s.body); }, Outcome::Failed},
         {"chunk size beyond 64 bits", [](const SoundReply& s) { return chunked(s, "1FFFFFFFFFFFFFFFF\r\n" + s.body); }, Outcome::Failed},
-        {"chunk size below zero", [](const SoundReply& s) { return chunked(s, "-5\r\n" + s.body); }, Outcome::WaitsForShutdown},
+        {"chunk size below zero", [](const SoundReply& s) { return chunked(s, "-5\r\n" + s.body); }, Outcome::MayNeverEnd},
         {"chunk size without a number", [](const SoundReply& s) { return chunked(s, "size\r\n" + s.body); }, Outcome::Failed},
-        {"chunk size without end", [](const SoundReply& s) { return RawAnswer{statusLine(s) + Chunked + "\r\n", "0", 100000}; }, Outcome::WaitsForShutdown},
+        {"chunk size without end", [](const SoundReply& s) { return RawAnswer{statusLine(s) + Chunked + "\r\n", "0", 100000}; }, Outcome::MayNeverEnd},
 
         // Status lines and headers
         {"one 100 Continue", [](const SoundReply& s) { return RawAnswer{"HTTP/1.1 100 Continue\r\n\r\n" + whole(s)}; }, Outcome::Used},
@@ -180,8 +180,8 @@ char* toString(Outcome outcome)
         return qstrdup("used or failed");
     case Outcome::WaitsForClose:
         return qstrdup("waits for the close");
-    case Outcome::WaitsForShutdown:
-        return qstrdup("waits for the shutdown");
+    case Outcome::MayNeverEnd:
+        return qstrdup("may never end");
     }
     return qstrdup("unknown");
 }

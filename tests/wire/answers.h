@@ -8,11 +8,11 @@ namespace Wire {
 
 //! \brief How an operation ends under an answer.
 enum class Outcome {
-    Used,             //!< it takes the answer for a sound one
-    Failed,           //!< it fails as documented, and no byte of the answer has an effect
-    UsedOrFailed,     //!< Qt decides by a race
-    WaitsForClose,    //!< it waits as long as the connection is open, and fails then
-    WaitsForShutdown, //!< Qt never finishes the reply; only the plug-in's shutdown ends the wait
+    Used,          //!< it takes the answer for a sound one
+    Failed,        //!< it fails as documented, and no byte of the answer has an effect
+    UsedOrFailed,  //!< Qt decides by a race
+    WaitsForClose, //!< it waits as long as the connection is open, and fails then
+    MayNeverEnd,   //!< fails; or Qt never finishes the reply, and only the plug-in's shutdown ends the wait
 };
 
 //! \brief What a sound service would have answered.

@@ -114,7 +114,7 @@ Outcome TestWire::run(const OperationKind& kind, const std::function<void()>& re
     if (!isAsked(kind))
         qFatal("the request was not sent");
     if (waited && operation->outcome() != Outcome::Used)
-        return isShutDown() ? Outcome::WaitsForShutdown : Outcome::WaitsForClose;
+        return isShutDown() ? Outcome::MayNeverEnd : Outcome::WaitsForClose;
     return *operation->outcome();
 }
 
@@ -125,7 +125,7 @@ void TestWire::everyAnswerToEveryOperation_data()
     for (const OperationKind& kind : Wire::operations()) {
         for (const Answer& answer : Wire::answers()) {
             // The shutdown waits for the thread that reads the models, and with it for their service.
-            const bool isEndless = expected(kind, answer) == Outcome::WaitsForShutdown;
+            const bool isEndless = expected(kind, answer) == Outcome::MayNeverEnd;
             if (!isEndless || qstrcmp(kind.name, "models") != 0)
                 QTest::addRow("%s: %s", kind.name, answer.name) << &kind << &answer;
         }
@@ -145,16 +145,20 @@ void TestWire::everyAnswerToEveryOperation()
     std::function<void()> release;
     if (wanted == Outcome::WaitsForClose)
         release = [this, kind] { this->answer(*kind, {}); };
-    if (wanted == Outcome::WaitsForShutdown)
+    if (wanted == Outcome::MayNeverEnd)
         release = [] { E2e::plugin()->Shutdown(); };
 
     Outcome outcome{};
     const double growth = Bench::growthDuring(Bench::ownBytes, [&] { outcome = run(*kind, release); });
-    if (wanted == Outcome::UsedOrFailed)
-        QVERIFY(outcome == Outcome::Used || outcome == Outcome::Failed);
-    else
+    // Where Qt decides by a race.
+    const bool isEither =
+        (wanted == Outcome::UsedOrFailed && (outcome == Outcome::Used || outcome == Outcome::Failed)) ||
+        (wanted == Outcome::MayNeverEnd && outcome == Outcome::Failed);
+    if (!isEither)
         QCOMPARE(outcome, wanted);
-    QVERIFY2(growth < MemoryBound, qPrintable(QStringLiteral("%1 MiB").arg(growth / Mebi)));
+    // A sanitizer holds freed memory back.
+    QVERIFY2(NELVO_SANITIZED || growth < MemoryBound,
+             qPrintable(QStringLiteral("%1 MiB").arg(growth / Mebi)));
 
     // The same process works as before.
     m_services.clearReplies();
