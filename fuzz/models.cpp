@@ -12,7 +12,7 @@ using namespace NelvoPlugin;
 
 namespace {
 
-//! Asks for a list and waits until it has come from the thread that fetches it.
+//! Requests a list and waits until the worker thread delivers it.
 void fetch(CPdsMgr& manager, void (CPdsMgr::*request)())
 {
     bool came = false;

@@ -53,7 +53,7 @@ public:
     ~Network();
     Q_DISABLE_COPY(Network)
 
-    //! The answer to requests whose path ends with `path`. What has none is not found.
+    //! Sets the answer to requests whose path ends with `path`. Requests without an answer get status 404.
     void answer(const char* path, const Answer& answer);
     //! Answers a request of `manager`; any thread.
     QNetworkReply* reply(QNetworkAccessManager& manager, const QNetworkRequest& request);

@@ -151,7 +151,7 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the unpack at its second entry.
     if (!makeFifo(host.path("held")))
-        QSKIP("Windows has no named pipes in directories, and the test stops the host at one");
+        QSKIP("stops the host at a named pipe in its directory; Windows keeps named pipes elsewhere");
 
     m_server.stallAfter(70000);
     host.start(m_server.arguments("update"));

@@ -169,7 +169,7 @@ void TestCover::versionIsCommittedBeforeTheState()
     host.writeState(2);
     // A pipe that nobody reads holds the cover at the history, between the two.
     if (!makeFifo(host.path("NelvoUpdateLog.txt")))
-        QSKIP("Windows has no named pipes in directories, and the test stops the host at one");
+        QSKIP("stops the host at a named pipe in its directory; Windows keeps named pipes elsewhere");
     host.start({"cover"});
     QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
     QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
@@ -375,7 +375,7 @@ void TestCover::killedInTheUnpackItIsUnpackedAnew()
     Installation host(QStringLiteral(UPDATEHOST));
     // A pipe that nobody reads holds the unpack at its second entry.
     if (!makeFifo(host.path("held")))
-        QSKIP("Windows has no named pipes in directories, and the test stops the host at one");
+        QSKIP("stops the host at a named pipe in its directory; Windows keeps named pipes elsewhere");
     host.start(updateArguments());
     QTRY_VERIFY_WITH_TIMEOUT(host.exists("NelvoUnCompress/first"), Patience);
     host.kill();
@@ -395,7 +395,7 @@ void TestCover::killedInTheCoverTheVersionStands()
 {
     Installation host(QStringLiteral(UPDATEHOST));
     if (!makeFifo(host.path("NelvoUpdateLog.txt")))
-        QSKIP("Windows has no named pipes in directories, and the test stops the host at one");
+        QSKIP("stops the host at a named pipe in its directory; Windows keeps named pipes elsewhere");
     host.start(updateArguments());
     QTRY_COMPARE_WITH_TIMEOUT(host.configVersion(), QStringLiteral("1.0.1"), Patience);
     host.kill();
