@@ -1,5 +1,7 @@
 #include "tests/wire/answers.h"
 
+#include <algorithm>
+
 namespace Wire {
 
 namespace {
@@ -73,6 +75,8 @@ QByteArray half(const QByteArray& bytes)
 {
     return bytes.left(bytes.size() / 2);
 }
+
+constexpr auto RedirectElsewhere = "redirect to another origin";
 
 } // namespace
 
@@ -152,6 +156,7 @@ const std::vector<Answer>& answers()
         {"redirect to data", [](const SoundReply& s) { return redirect("data:text/plain;base64," + s.body.toBase64()); }, Outcome::Failed},
         {"redirect to a resource", [](const SoundReply&) { return redirect("qrc:/qml/Main.qml"); }, Outcome::Failed},
         {"redirect to FTP", [](const SoundReply&) { return redirect("ftp://127.0.0.1/a"); }, Outcome::Failed},
+        {RedirectElsewhere, [](const SoundReply& s) { return redirect(s.elsewhere); }, Outcome::Used},
         {"redirect to nothing", [](const SoundReply&) { return redirect({}); }, Outcome::Failed},
         {"redirect to no address", [](const SoundReply&) { return redirect("http://["); }, Outcome::Failed},
         {"redirect to a closed port", [](const SoundReply&) { return redirect("http://127.0.0.1:1/"); }, Outcome::Failed},
@@ -167,6 +172,12 @@ const std::vector<Answer>& answers()
     };
     // clang-format on
     return all;
+}
+
+const Answer& redirectElsewhere()
+{
+    return *std::find_if(answers().begin(), answers().end(),
+                         [](const Answer& answer) { return answer.name == RedirectElsewhere; });
 }
 
 char* toString(Outcome outcome)

@@ -19,6 +19,7 @@ enum class Outcome {
 struct SoundReply {
     QByteArray status; //!< such as "200 OK"
     QByteArray body;
+    QByteArray elsewhere = {}; //!< an HTTP address of another origin, which gives this reply
 };
 
 //! \brief A way to answer wrongly.
@@ -30,6 +31,8 @@ struct Answer {
 
 //! Every answer, whatever is asked. The first one is sound.
 const std::vector<Answer>& answers();
+//! The answer that redirects to SoundReply::elsewhere, one of `answers`.
+const Answer& redirectElsewhere();
 //! The name of an outcome, for Qt Test. The caller deletes it.
 char* toString(Outcome outcome);
 

@@ -210,6 +210,12 @@ const std::vector<OperationKind>& operations()
     static const Exceptions ofQtsEncoding{{"compressed", Outcome::Used},
                                           {"compressed by deflate", Outcome::Used},
                                           {"not compressed, but said to be", Outcome::Failed}};
+    // The check follows no redirect.
+    static const Exceptions ofTheCheck = [] {
+        Exceptions exceptions = ofQtsEncoding;
+        exceptions.emplace_back(redirectElsewhere().name, Outcome::Failed);
+        return exceptions;
+    }();
     static const std::vector<OperationKind> all{
         {"form page",
          "GET",
@@ -246,7 +252,7 @@ const std::vector<OperationKind>& operations()
          QStringLiteral("/v1.0/service/sys/productVersion/findLatest"),
          {"200 OK", R"({"code": 200, "data": {"pVersion": "1.0.1"}})"},
          make<CheckForUpdate>,
-         ofQtsEncoding},
+         ofTheCheck},
         {"package",
          "GET",
          QStringLiteral("/packages/package.zip"),

@@ -9,6 +9,8 @@
 #include <NelvoSDK/IProjectInfoMgr.h>
 
 #include <QGuiApplication>
+#include <QSslCertificate>
+#include <QSslConfiguration>
 #include <QTimer>
 #include <QtTest>
 
@@ -48,22 +50,52 @@ class TestWire : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void init();
+
     void everyAnswerToEveryOperation_data();
     void everyAnswerToEveryOperation();
+    void redirectFromHttpsToHttp_data();
+    void redirectFromHttpsToHttp();
 
 private:
+    void startServices(bool https);
     void enter();
+    //! The operation's sound reply, which the other origin gives from now on.
+    Wire::SoundReply soundReplyOf(const OperationKind& operation);
+    void check(const OperationKind& kind, const Answer& answer, Outcome wanted);
     bool isAsked(const OperationKind& operation) const;
     //! Runs the operation to its end, and calls `release` as soon as it has waited for a while.
     Outcome run(const OperationKind& kind, const std::function<void()>& release);
     void answer(const OperationKind& kind, const NelvoDevkit::RawAnswer& answer)
     {
-        m_services.setRawAnswer(kind.method, kind.path, answer);
+        m_services->setRawAnswer(kind.method, kind.path, answer);
     }
 
-    TestSupport::StartedServices m_services;
+    std::unique_ptr<TestSupport::StartedServices> m_services;
+    TestSupport::StartedServices m_otherOrigin;
     std::unique_ptr<E2e::PluginHost> m_host;
 };
+
+void TestWire::init()
+{
+    startServices(QByteArray(QTest::currentTestFunction()) == "redirectFromHttpsToHttp");
+}
+
+//! Unless they run.
+void TestWire::startServices(bool https)
+{
+    if (m_services && m_services->certificatePem().isEmpty() != https)
+        return;
+    m_host.reset();
+    NelvoDevkit::ServicesOptions options;
+    options.https = https;
+    m_services = std::make_unique<TestSupport::StartedServices>(options);
+    if (!https)
+        return;
+    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
+    configuration.addCaCertificates(QSslCertificate::fromData(m_services->certificatePem()));
+    QSslConfiguration::setDefaultConfiguration(configuration);
+}
 
 //! Makes a host and signs it in, unless there is one that no row has shut down.
 void TestWire::enter()
@@ -72,17 +104,26 @@ void TestWire::enter()
         return;
     m_host.reset();
     QTRY_VERIFY(QGuiApplication::topLevelWindows().isEmpty()); // the old window goes with the next events
-    m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
+    m_host = std::make_unique<E2e::PluginHost>(m_services->signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
     NelvoSDK::IProjectInfoMgr* const projects = E2e::plugin()->GetProjectInfoMgr();
     projects->SetPlugin(E2e::plugin());
     E2e::plugin()->GetPdsMgr()->SetPlugin(E2e::plugin());
-    projects->ReflushProjOrgInfo(m_host->signIn(m_services.signInUrl(), QStringLiteral("zhangwei")));
+    projects->ReflushProjOrgInfo(m_host->signIn(m_services->signInUrl(), QStringLiteral("zhangwei")));
+}
+
+Wire::SoundReply TestWire::soundReplyOf(const OperationKind& operation)
+{
+    const auto path = QStringLiteral("/elsewhere");
+    Wire::SoundReply sound = operation.sound;
+    m_otherOrigin.setRawAnswer("GET", path, Wire::answers().front().bytes(sound));
+    sound.elsewhere = (m_otherOrigin.editorUrl() + path).toLatin1();
+    return sound;
 }
 
 bool TestWire::isAsked(const OperationKind& operation) const
 {
-    const QVector<NelvoDevkit::LoggedRequest> requests = m_services.log().requests();
+    const QVector<NelvoDevkit::LoggedRequest> requests = m_services->log().requests();
     return std::any_of(
         requests.begin(), requests.end(), [&operation](const NelvoDevkit::LoggedRequest& request) {
             return request.method == operation.method && request.path() == operation.path.toLatin1();
@@ -92,8 +133,8 @@ bool TestWire::isAsked(const OperationKind& operation) const
 Outcome TestWire::run(const OperationKind& kind, const std::function<void()>& release)
 {
     constexpr int aWhile = 20;
-    m_services.log().clear();
-    const std::unique_ptr<Wire::Operation> operation = kind.make(m_services, *m_host);
+    m_services->log().clear();
+    const std::unique_ptr<Wire::Operation> operation = kind.make(*m_services, *m_host);
     bool waited = false;
     int ticks = 0;
     QTimer watch;
@@ -138,18 +179,37 @@ void TestWire::everyAnswerToEveryOperation()
     QFETCH(const Answer*, answer);
     if (QByteArray(answer->name).startsWith("reset") && TestSupport::isUnderWine())
         QSKIP(TestSupport::ResetsGoUnnoticed);
+    check(*kind, *answer, expected(*kind, *answer));
+}
+
+void TestWire::redirectFromHttpsToHttp_data()
+{
+    QTest::addColumn<const OperationKind*>("kind");
+    for (const OperationKind& kind : Wire::operations())
+        QTest::addRow("%s", kind.name) << &kind;
+}
+
+void TestWire::redirectFromHttpsToHttp()
+{
+    QFETCH(const OperationKind*, kind);
+    m_otherOrigin.log().clear();
+    check(*kind, Wire::redirectElsewhere(), Outcome::Failed);
+    QVERIFY(m_otherOrigin.log().requests().isEmpty());
+}
+
+void TestWire::check(const OperationKind& kind, const Answer& answer, Outcome wanted)
+{
     const TestSupport::MessageLog log;
     enter();
-    this->answer(*kind, answer->bytes(kind->sound));
-    const Outcome wanted = expected(*kind, *answer);
+    this->answer(kind, answer.bytes(soundReplyOf(kind)));
     std::function<void()> release;
     if (wanted == Outcome::WaitsForClose)
-        release = [this, kind] { this->answer(*kind, {}); };
+        release = [this, &kind] { this->answer(kind, {}); };
     if (wanted == Outcome::MayNeverEnd)
         release = [] { E2e::plugin()->Shutdown(); };
 
     Outcome outcome{};
-    const double growth = Bench::growthDuring(Bench::ownBytes, [&] { outcome = run(*kind, release); });
+    const double growth = Bench::growthDuring(Bench::ownBytes, [&] { outcome = run(kind, release); });
     // Where Qt decides by a race.
     const bool isEither =
         (wanted == Outcome::UsedOrFailed && (outcome == Outcome::Used || outcome == Outcome::Failed)) ||
@@ -161,11 +221,11 @@ void TestWire::everyAnswerToEveryOperation()
              qPrintable(QStringLiteral("%1 MiB").arg(growth / Mebi)));
 
     // The same process works as before.
-    m_services.clearReplies();
+    m_services->clearReplies();
     enter();
-    this->answer(*kind, Wire::answers().front().bytes(kind->sound));
-    QCOMPARE(run(*kind, {}), Outcome::Used);
-    m_services.clearReplies();
+    this->answer(kind, Wire::answers().front().bytes(kind.sound));
+    QCOMPARE(run(kind, {}), Outcome::Used);
+    m_services->clearReplies();
 }
 
 E2E_MAIN(TestWire)
