@@ -44,7 +44,7 @@ fuzz: ## the fuzz targets by clang, one after the other, each for FUZZ_SECONDS (
 	@$(MAKE) --no-print-directory build PRESET=fuzz
 	@tools/fuzz build/fuzz
 
-soak: build ## what a long day of use leaves in memory, handles and threads; takes some minutes
+soak: build ## what a long day of use leaves in memory, handles and threads; takes six minutes
 	@ctest --preset soak
 
 bench: build ## the measurements, each beside a peer or a floor

@@ -6,13 +6,18 @@
 #include "tests/soak/processcounts.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/startedservices.h"
+#include "tests/updater/ziparchive.h"
 
 #include <NelvoSDK/IPdsMgr.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QScopeGuard>
+#include <QSettings>
 #include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTimer>
 #include <QTimerEvent>
 #include <QtTest>
 
@@ -41,7 +46,7 @@ private Q_SLOTS:
     void ticksOfTheWatch();
     void initializeAndShutdown();
     void openedDialogs();
-    void checksAndDownloads();
+    void updatesUpToTheCover();
 
 private:
     using Step = std::function<void()>;
@@ -150,25 +155,38 @@ void TestSoak::openedDialogs()
     models->Detach(&observer);
 }
 
-//! Everything before a person agrees to install.
-void TestSoak::checksAndDownloads()
+//! Each release is newer than what the one before it recorded.
+void TestSoak::updatesUpToTheCover()
 {
-    constexpr int size = 300000;
-    m_services->packages().addGenerated(PackageName, size);
-    m_services->updates().setRelease(
-        Product, m_services->packageRelease(PackageName, QStringLiteral("1.0.1"), QStringLiteral("notes")));
+    ZipArchive archive;
+    archive.add("NelvoEditor", QByteArray("a part of the editor\n").repeated(10000));
+    m_services->packages().add(PackageName, archive.bytes());
     const TestSupport::ApplicationFile state(QStringLiteral("NelvoUpdateState.dat"));
-    QDir packages(QCoreApplication::applicationDirPath() + QStringLiteral("/NelvoUpdate"));
+    const TestSupport::ApplicationFile history(QStringLiteral("NelvoUpdateLog.txt"));
+    const TestSupport::ApplicationFile batch(QStringLiteral("cover.bat"));
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
+    const auto removeDirectories = qScopeGuard([] {
+        for (const char* directory : {"/NelvoUpdate", "/NelvoUnCompress"})
+            QDir(QCoreApplication::applicationDirPath() + QLatin1String(directory)).removeRecursively();
+    });
     start();
+    int release = 0;
     soak(100, 20, [&] {
-        packages.removeRecursively();
-        state.remove();
+        const auto version = QStringLiteral("1.0.%1").arg(++release);
+        m_services->updates().setRelease(
+            Product, m_services->packageRelease(PackageName, version, QStringLiteral("notes")));
+        batch.remove();
         const QSignalSpy finished(E2e::updater(), SIGNAL(downloadFinished(QString)));
         E2e::checkVersion(m_services->updateUrl(), m_services->updates().token(), Product);
         QVERIFY(E2e::callUpdater("download"));
         QTRY_VERIFY_WITH_TIMEOUT(!finished.isEmpty(), Patience);
+        QVERIFY(E2e::callUpdater("upgrade"));
+        QTimer::singleShot(Patience, &finished, &QCoreApplication::quit);
+        QCoreApplication::exec(); // until the updater asks the application to quit
+        QVERIFY(batch.exists());
+        QCOMPARE(E2e::updater()->property("localVersion").toString(), version);
     });
-    packages.removeRecursively();
 }
 
 E2E_MAIN(TestSoak)
