@@ -17,6 +17,7 @@ namespace {
 struct Arguments {
     QString directory;
     QString package;
+    NameEncoding names = NameEncoding::Gb2312;
 };
 
 //! Nothing if the help is asked for.
@@ -24,9 +25,15 @@ std::optional<Arguments> parseArguments()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Packs what is below a directory into an update package, a zip archive with names in GB2312, and\n"
-        "prints its MD5, its size and what else one needs to offer it, as JSON. The same files give the\n"
-        "same package, byte for byte."));
+        "Packs what is below a directory into an update package, a zip archive, and prints its MD5, its "
+        "size\n"
+        "and what else a release needs, as JSON. The same files give the same package, byte for byte."));
+    const QCommandLineOption utf8(
+        QStringLiteral("utf8"),
+        QStringLiteral(
+            "Marks names as UTF-8, which every system reads. Otherwise names are GB2312; a system of\n"
+            "another code page unpacks other names than ASCII to empty files."));
+    parser.addOption(utf8);
     parser.addPositionalArgument(QStringLiteral("directory"),
                                  QStringLiteral("Directory that becomes the root of the package."));
     parser.addPositionalArgument(QStringLiteral("package"),
@@ -36,7 +43,8 @@ std::optional<Arguments> parseArguments()
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() != 2)
         throw wrongUsage(QStringLiteral("it takes a directory and a package"));
-    return Arguments{arguments.first(), arguments.last()};
+    return Arguments{arguments.first(), arguments.last(),
+                     parser.isSet(utf8) ? NameEncoding::Utf8 : NameEncoding::Gb2312};
 }
 
 QByteArray report(const QString& package, const PackageSummary& summary)
@@ -48,12 +56,26 @@ QByteArray report(const QString& package, const PackageSummary& summary)
         .toJson();
 }
 
+void warnOfNames(const QStringList& names)
+{
+    if (names.isEmpty())
+        return;
+    errorOutput() << QStringLiteral(
+                         "nelvo-package: %1 of the names need a system whose code page holds GB2312, such as "
+                         "\"%2\"; elsewhere use --utf8\n")
+                         .arg(names.size())
+                         .arg(names.first());
+    errorOutput().flush();
+}
+
 void pack(const Arguments& arguments)
 {
     QString error;
-    const auto summary = packDirectory(arguments.directory, arguments.package, &error);
+    const auto summary = packDirectory(arguments.directory, arguments.package, &error, arguments.names);
     if (!summary)
         throw Failure{error};
+    if (arguments.names == NameEncoding::Gb2312)
+        warnOfNames(summary->namesBeyondAscii);
     output() << QString::fromUtf8(report(arguments.package, *summary));
 }
 

@@ -75,10 +75,11 @@ void addEntry(QuaZip& zip, const Source& source)
         throw PackageError{QStringLiteral("can't pack %1").arg(source.name)};
 }
 
-void writeZip(QIODevice& target, const QVector<Source>& sources)
+void writeZip(QIODevice& target, const QVector<Source>& sources, NameEncoding names)
 {
     QuaZip zip(&target);
     zip.setFileNameCodec("GB2312");
+    zip.setUtf8Enabled(names == NameEncoding::Utf8);
     zip.setAutoClose(false);
     if (!zip.open(QuaZip::mdCreate))
         throw PackageError{QStringLiteral("can't begin the archive")};
@@ -132,13 +133,23 @@ PackageError cannotWrite(const QFileDevice& file)
     return {QStringLiteral("can't write %1: %2").arg(file.fileName(), file.errorString())};
 }
 
-PackageSummary summaryOf(const QString& fileName, int entries)
+QStringList namesBeyondAscii(const QVector<Source>& sources)
+{
+    QStringList names;
+    for (const Source& source : sources) {
+        if (source.name.toUtf8().size() != source.name.size())
+            names.append(source.name);
+    }
+    return names;
+}
+
+PackageSummary summaryOf(const QString& fileName, const QVector<Source>& sources)
 {
     QFile file(fileName);
     const QString md5 = file.open(QIODevice::ReadOnly) ? md5Of(file) : QString();
     if (md5.isEmpty())
         throw PackageError{QStringLiteral("can't read %1: %2").arg(fileName, file.errorString())};
-    return {md5, file.size(), entries};
+    return {md5, file.size(), sources.size(), namesBeyondAscii(sources)};
 }
 
 } // namespace
@@ -157,7 +168,7 @@ std::optional<QByteArray> packEntries(const QVector<PackageEntry>& entries, QStr
         checkNames(sources);
         QBuffer target;
         target.open(QIODevice::WriteOnly);
-        writeZip(target, sources);
+        writeZip(target, sources, NameEncoding::Gb2312);
         return target.data();
     } catch (const PackageError& failure) {
         *error = failure.text;
@@ -165,19 +176,21 @@ std::optional<QByteArray> packEntries(const QVector<PackageEntry>& entries, QStr
     }
 }
 
-std::optional<PackageSummary> packDirectory(const QString& directory, const QString& target, QString* error)
+std::optional<PackageSummary> packDirectory(const QString& directory, const QString& target, QString* error,
+                                            NameEncoding names)
 {
     try {
         const QVector<Source> sources = sourcesIn(directory);
-        checkNames(sources);
+        if (names == NameEncoding::Gb2312)
+            checkNames(sources);
         checkIsOutside(target, directory);
         QSaveFile file(target);
         if (!file.open(QIODevice::WriteOnly))
             throw cannotWrite(file);
-        writeZip(file, sources);
+        writeZip(file, sources, names);
         if (!file.commit())
             throw cannotWrite(file);
-        return summaryOf(target, sources.size());
+        return summaryOf(target, sources);
     } catch (const PackageError& failure) {
         *error = failure.text;
         return std::nullopt;

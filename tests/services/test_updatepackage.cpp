@@ -87,6 +87,7 @@ private Q_SLOTS:
     void directoryIsMissing_data();
     void directoryIsMissing();
     void directoryWithANameThatIsRefused();
+    void directoryWithNamesInUtf8();
     void targetIsReplaced();
     void targetCannotBeWritten_data();
     void targetCannotBeWritten();
@@ -94,6 +95,8 @@ private Q_SLOTS:
     void targetStaysAsItIsOnFailure();
 
     void programPacksAndReports();
+    void programWarnsOfNamesThatNeedACodePage_data();
+    void programWarnsOfNamesThatNeedACodePage();
     void programTakesRelativePaths();
     void programHelps();
     void programExplainsAFailure_data();
@@ -300,6 +303,21 @@ void TestUpdatePackage::directoryWithANameThatIsRefused()
     QVERIFY(!QFile::exists(path("p.zip")));
 }
 
+//! Also a name that GB2312 cannot hold.
+void TestUpdatePackage::directoryWithNamesInUtf8()
+{
+    writeFile(path(QStringLiteral("tree/说明😀.txt")), "text");
+    writeFile(path(QStringLiteral("tree/plain.txt")), "text");
+    QString error;
+    const auto summary = packDirectory(path("tree"), path("p.zip"), &error, NelvoDevkit::NameEncoding::Utf8);
+    QVERIFY2(summary, qPrintable(error));
+    QCOMPARE(summary->namesBeyondAscii, QStringList{QStringLiteral("说明😀.txt")});
+    const QByteArray package = contentOf(path("p.zip"));
+    // Read with the codec of the other kind, as every client does: the archive says that its names are UTF-8.
+    QCOMPARE(namesOf(package), (QStringList{"plain.txt", QStringLiteral("说明😀.txt")}));
+    QVERIFY(package.contains("说明😀.txt"));
+}
+
 void TestUpdatePackage::targetIsReplaced()
 {
     writeTree("tree");
@@ -355,7 +373,6 @@ void TestUpdatePackage::programPacksAndReports()
     writeTree("tree");
     run({path("tree"), path("包.zip")});
     QCOMPARE(m_program->exitCode(), 0);
-    QCOMPARE(m_program->readAllStandardError(), QByteArray());
     const QByteArray package = contentOf(path("包.zip"));
     QCOMPARE(namesOf(package).size(), 6);
     const QJsonObject expected = {{"package", path("包.zip")},
@@ -363,6 +380,31 @@ void TestUpdatePackage::programPacksAndReports()
                                   {"size", package.size()},
                                   {"entries", 6}};
     QCOMPARE(QJsonDocument::fromJson(m_program->readAllStandardOutput()).object(), expected);
+}
+
+void TestUpdatePackage::programWarnsOfNamesThatNeedACodePage_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("warning");
+    row("ASCII", "plain.txt", QStringList(), "");
+    row("GB2312", "图标.png", QStringList(),
+        "nelvo-package: 1 of the names need a system whose code page holds GB2312, such as \"图标.png\"; "
+        "elsewhere use "
+        "--utf8\n");
+    row("marked as UTF-8", "图标.png", QStringList{"--utf8"}, "");
+}
+
+void TestUpdatePackage::programWarnsOfNamesThatNeedACodePage()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, options);
+    QFETCH(QString, warning);
+    writeFile(path("tree/" + name), "content");
+    run(options + QStringList{path("tree"), path("p.zip")});
+    QCOMPARE(m_program->exitCode(), 0);
+    QCOMPARE(QString::fromUtf8(m_program->readAllStandardError()), warning);
+    QCOMPARE(namesOf(contentOf(path("p.zip"))), QStringList{name});
 }
 
 void TestUpdatePackage::programTakesRelativePaths()
