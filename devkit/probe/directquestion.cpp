@@ -29,6 +29,7 @@ DirectAnswer answerOf(QNetworkReply& reply)
         answer.error = reply.errorString();
     answer.certificateError = certificateErrors.join(QStringLiteral("; "));
     answer.body = reply.readAll();
+    answer.status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     return answer;
 }
 
@@ -40,6 +41,21 @@ DirectAnswer askDirectly(const QUrl& url)
     manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
     const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
     return answerOf(*reply);
+}
+
+DirectAnswer askForHead(const QUrl& url)
+{
+    QNetworkAccessManager manager;
+    manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
+    const std::unique_ptr<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
+    QEventLoop loop;
+    QObject::connect(reply.get(), &QNetworkReply::readyRead, &loop, &QEventLoop::quit);
+    QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    loop.exec();
+    const bool isThere = reply->error() == QNetworkReply::NoError;
+    DirectAnswer answer = isThere ? DirectAnswer{} : answerOf(*reply);
+    answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    return answer;
 }
 
 DirectAnswer askDirectly(const QUrl& url, const QByteArray& json)

@@ -95,4 +95,12 @@ QString explain(const QString& text)
     return {};
 }
 
+QString httpErrorWords(int status, const QString& error, const QUrl& url)
+{
+    const QString reason = error.section(QStringLiteral("server replied:"), 1).trimmed();
+    return QStringLiteral("the server answered with HTTP %1%2 at %3")
+        .arg(QString::number(status), reason.isEmpty() ? QString() : QStringLiteral(" (%1)").arg(reason),
+             url.path());
+}
+
 } // namespace NelvoDevkit

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QUrl>
 
 namespace NelvoDevkit {
 
@@ -8,5 +9,9 @@ namespace NelvoDevkit {
 //!
 //! Empty for a text that is not known.
 QString explain(const QString& text);
+
+//! What a reply with an HTTP error says: its status, the reason phrase that Qt's text ends with, and the
+//! path.
+QString httpErrorWords(int status, const QString& error, const QUrl& url);
 
 } // namespace NelvoDevkit

@@ -3,6 +3,10 @@
 #include "probe/directquestion.h"
 #include "probe/explanation.h"
 
+#include <QDateTime>
+#include <QNetworkCookie>
+#include <QRegularExpression>
+
 #include <algorithm>
 
 namespace NelvoDevkit {
@@ -37,6 +41,46 @@ QString wordsFor(const QString& reason)
     if (!words.isEmpty())
         return words;
     return reason.isEmpty() ? QStringLiteral("it failed, and the plug-in does not say why") : reason;
+}
+
+bool isBehindSignIn(Step step)
+{
+    return step > Step::SignIn && step < Step::SignOut && step != Step::Updates;
+}
+
+//! The cookies that the request did not carry, with what kept them back.
+QStringList cookiesLeftBehind(const QString& cookies, const QStringList& sent)
+{
+    // A comma in a date has no name and no equals sign behind it.
+    static const QRegularExpression betweenCookies(QStringLiteral(",(?=[^;,=\\s]+=)"));
+    QStringList names;
+    const QStringList all = cookies.split(betweenCookies, Qt::SkipEmptyParts);
+    for (const QString& text : all) {
+        const QList<QNetworkCookie> parsed = QNetworkCookie::parseCookies(text.toUtf8());
+        if (parsed.isEmpty() || sent.contains(QString::fromUtf8(parsed.first().name())))
+            continue;
+        const QNetworkCookie& cookie = parsed.first();
+        QString words = QStringLiteral("%1 (Domain %2, Path %3")
+                            .arg(QString::fromUtf8(cookie.name()), cookie.domain(), cookie.path());
+        if (cookie.isSecure())
+            words += QStringLiteral(", Secure");
+        if (!cookie.isSessionCookie())
+            words += QStringLiteral(", expires ") + cookie.expirationDate().toString(Qt::ISODate);
+        names.append(words + QLatin1Char(')'));
+    }
+    return names;
+}
+
+QString unknownSessionWords(const TracedExchange& exchange, const QString& cookies)
+{
+    QString words = exchange.cookies.isEmpty()
+                        ? QStringLiteral("the session is unknown; the request carried no cookie")
+                        : QStringLiteral("the session is unknown; the request carried the cookies ") +
+                              exchange.cookies.join(QStringLiteral(", "));
+    const QStringList left = cookiesLeftBehind(cookies, exchange.cookies);
+    if (!left.isEmpty())
+        words += QStringLiteral(", but not ") + left.join(QStringLiteral(", "));
+    return words + QStringLiteral(": look at Domain, Path and expiry of the service's cookies");
 }
 
 } // namespace
@@ -74,12 +118,11 @@ std::optional<TracedExchange> Judge::exchangeOf(Step step) const
 bool Judge::judge(Step step, const QString& wordsIfWell)
 {
     const auto exchange = exchangeOf(step);
-    const bool isBehindSignIn = step > Step::SignIn && step < Step::SignOut;
     if (!exchange)
         setFailed(step, {});
     else if (!exchange->error.isEmpty())
         setFailed(step, exchange->error);
-    else if (isBehindSignIn && isSentToForm(*exchange))
+    else if (isBehindSignIn(step) && isSentToForm(*exchange))
         setWrong(step, QStringLiteral(
                            "the service sends the question back to its sign-in form: the session is lost"));
     else if (isUnfit(step, *exchange))
@@ -102,10 +145,21 @@ void Judge::setWrong(Step step, const QString& words)
     m_findings.set({step, Verdict::Wrong, exchange ? exchange->milliseconds : -1, words});
 }
 
+//! A service that does not know the session answers with 401.
+QString Judge::httpWords(Step step, const TracedExchange& exchange) const
+{
+    constexpr int unauthorized = 401;
+    const QString words = httpErrorWords(exchange.status, exchange.error, exchange.answeredBy);
+    const bool isOfSession = exchange.status == unauthorized && isBehindSignIn(step);
+    return isOfSession ? words + QStringLiteral(": ") + unknownSessionWords(exchange, m_cookies) : words;
+}
+
 void Judge::setFailed(Step step, const QString& reason)
 {
-    setWrong(step, wordsFor(m_redaction.redacted(reason)));
     const auto exchange = exchangeOf(step);
+    setWrong(step, m_redaction.redacted(exchange && exchange->status >= 400
+                                            ? httpWords(step, *exchange)
+                                            : wordsFor(m_redaction.redacted(reason))));
     if (!exchange || !reason.startsWith(QStringLiteral("SSL handshake failed")))
         return;
     const QString certificateError = askDirectly(exchange->url).certificateError;

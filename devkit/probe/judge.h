@@ -31,12 +31,17 @@ public:
     void setWrong(Step step, const QString& words);
     //! Wrong for a reason that Qt or the plug-in gives.
     void setFailed(Step step, const QString& reason);
+    //! The cookies that the sign-in has left behind, as the session has them: joined with commas.
+    void setCookies(const QString& cookies) { m_cookies = cookies; }
 
 private:
+    QString httpWords(Step step, const TracedExchange& exchange) const;
+
     const Trace& m_trace;
     Findings& m_findings;
     const Redaction& m_redaction;
     Trace::Mark m_mark;
+    QString m_cookies;
 };
 
 } // namespace NelvoDevkit

@@ -19,13 +19,27 @@ using namespace NelvoDevkit;
 
 enum Status { Well, Wrong };
 
-bool trustCertificates(const QString& file)
+//! Qt reports its own affairs before the walk begins, such as a missing directory for temporary files. Only a
+//! reason to end the process concerns a person.
+void showFatalOnly(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
 {
-    const QList<QSslCertificate> certificates = QSslCertificate::fromPath(file);
+    if (type == QtFatalMsg)
+        errorOutput() << "nelvo-probe: " << message << Qt::endl;
+}
+
+void trustCertificates(const QString& fileName)
+{
+    // QSslCertificate::fromPath takes the name of a missing file for a pattern, and looks through all
+    // directories.
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        throw wrongUsage(QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+    const QList<QSslCertificate> certificates = QSslCertificate::fromDevice(&file);
+    if (certificates.isEmpty())
+        throw wrongUsage(QStringLiteral("no certificate in %1").arg(fileName));
     QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
     configuration.addCaCertificates(certificates);
     QSslConfiguration::setDefaultConfiguration(configuration);
-    return !certificates.isEmpty();
 }
 
 //! Prints what was found, writes the report, and returns the status.
@@ -75,8 +89,8 @@ std::optional<ProbeOptions> parseArguments(int argc, char** argv)
 
 int run(ProbeOptions options)
 {
-    if (!options.certificateFile.isEmpty() && !trustCertificates(options.certificateFile))
-        throw wrongUsage(QStringLiteral("no certificate in %1").arg(options.certificateFile));
+    if (!options.certificateFile.isEmpty())
+        trustCertificates(options.certificateFile);
     QFile reportFile(options.reportFile);
     if (!options.reportFile.isEmpty() && !reportFile.open(QIODevice::WriteOnly))
         throw wrongUsage(QStringLiteral("%1: %2").arg(options.reportFile, reportFile.errorString()));
@@ -96,6 +110,7 @@ int main(int argc, char* argv[])
         // The login window is never shown.
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(&showFatalOnly);
         int nameOnly = 1;
         const QGuiApplication application(nameOnly, argv);
         return run(*options);

@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QMutexLocker>
 #include <QNetworkAccessManager>
+#include <QNetworkCookie>
+#include <QNetworkCookieJar>
 #include <QNetworkReply>
 
 #include <algorithm>
@@ -20,8 +22,10 @@ std::mutex mutex; // guards messageLog
 QVector<LoggedMessage> messageLog;
 QtMessageHandler previousHandler = nullptr;
 
-void handleMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
+    if (type == QtFatalMsg)
+        previousHandler(type, context, message);
     const std::lock_guard<std::mutex> lock(mutex);
     messageLog.append({type, message.left(MaxTextLength)});
 }
@@ -30,6 +34,16 @@ int messageCount()
 {
     const std::lock_guard<std::mutex> lock(mutex);
     return messageLog.size();
+}
+
+//! Before the reply has set its own.
+QStringList cookiesOf(const QNetworkReply& reply)
+{
+    QStringList names;
+    const QList<QNetworkCookie> cookies = reply.manager()->cookieJar()->cookiesForUrl(reply.request().url());
+    for (const QNetworkCookie& cookie : cookies)
+        names.append(QString::fromUtf8(cookie.name()));
+    return names;
 }
 
 QByteArray methodOf(const QNetworkReply& reply)
@@ -118,8 +132,11 @@ bool Trace::eventFilter(QObject* receiver, QEvent* event)
 void Trace::begin(QNetworkReply& reply)
 {
     m_replies.insert(&reply);
-    m_requests.append(
-        {&reply, messageCount(), 0, {methodOf(reply), reply.request().url(), {}, false, {}, 0, {}}});
+    TracedExchange exchange;
+    exchange.method = methodOf(reply);
+    exchange.url = reply.request().url();
+    exchange.cookies = cookiesOf(reply);
+    m_requests.append({&reply, messageCount(), 0, exchange});
     connect(&reply, &QObject::destroyed, this, &Trace::forget, Qt::DirectConnection);
 }
 
@@ -133,6 +150,7 @@ void Trace::end(QNetworkReply* reply)
     request->end = m_clock.elapsed();
     request->exchange.isFinished = true;
     request->exchange.answeredBy = reply->url();
+    request->exchange.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (reply->error() != QNetworkReply::NoError)
         request->exchange.error = reply->errorString();
 }

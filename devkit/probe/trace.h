@@ -5,6 +5,7 @@
 #include <QObject>
 #include <QSet>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <QVector>
 
@@ -27,6 +28,10 @@ struct TracedExchange {
     bool isFinished = false;
     //! Qt's text for a reply that failed; empty for a success.
     QString error;
+    //! The HTTP status; 0 if no reply came so far.
+    int status = 0;
+    //! The names of the cookies that the request carried.
+    QStringList cookies;
     //! From the end of the one before it, or the mark, to its own end, or so far.
     qint64 milliseconds = 0;
     //! What was logged from there to the next request, or to the end.

@@ -1,6 +1,5 @@
 #include "probe/walk.h"
 
-#include "probe/directquestion.h"
 #include "probe/explanation.h"
 #include "probe/formpage.h"
 
@@ -50,14 +49,15 @@ bool isWelcomed(const TracedExchange& form)
     return form.answeredBy != form.url && !isSentToForm(form);
 }
 
-//! Where the form page was redirected to another server, or to another scheme.
+//! Where the form was redirected to another server, or to another scheme.
 QString redirectWords(const TracedExchange& form)
 {
     const QUrl& last = form.answeredBy;
     if (last.scheme() == form.url.scheme() && last.authority() == form.url.authority())
         return {};
-    return QStringLiteral(
-               "redirected to %1://%2; give that address, since a form that is redirected arrives empty")
+    return QStringLiteral("redirected to %1://%2; give that address: a redirect turns the POST of the form "
+                          "into a GET, which "
+                          "carries no password")
         .arg(last.scheme(), last.authority(QUrl::EncodeUnicode));
 }
 
@@ -237,9 +237,16 @@ void Walk::explainRefusedSignIn()
     const auto list = m_judge.exchangeOf(Step::Enterprises);
     const DirectAnswer form = askDirectly(QUrl(m_options.url + LoginPath));
     const QString fault = form.error.isEmpty() ? formPageFault(form.body) : QString();
+    QString moved = redirectWords(*m_judge.exchangeOf(Step::SignInForm));
+    if (moved.isEmpty() && isSentToForm(answer))
+        moved = redirectWords(answer);
     if (!fault.isEmpty()) {
         m_judge.setWrong(Step::SignInForm, fault);
         m_findings.of(Step::SignInForm).askedDirectly = true;
+        m_findings.set({Step::SignIn});
+        m_findings.set({Step::Enterprises});
+    } else if (list && isSentToForm(*list) && !moved.isEmpty()) {
+        m_judge.setWrong(Step::SignInForm, moved);
         m_findings.set({Step::SignIn});
         m_findings.set({Step::Enterprises});
     } else if (list && isSentToForm(*list) && isWelcomed(answer)) {
@@ -254,7 +261,7 @@ void Walk::explainRefusedSignIn()
         m_findings.set({Step::Enterprises});
     } else if (list && !isWelcomed(answer)) {
         m_findings.of(Step::Enterprises).words +=
-            QStringLiteral(", which a rejected password can come to as well");
+            QStringLiteral(", which may also mean that the password was rejected");
     }
 }
 
@@ -295,7 +302,9 @@ bool Walk::enterEnterprise()
     });
     QMetaObject::invokeMethod(pages, "onShowHome");
     m_redaction.hide(QString::fromStdWString(m_session.iotToken).trimmed());
-    m_redaction.hideCookies(QString::fromStdWString(m_session.cookies));
+    const QString cookies = QString::fromStdWString(m_session.cookies);
+    m_redaction.hideCookies(cookies);
+    m_judge.setCookies(cookies);
     for (const Step step : steps) {
         if (m_judge.exchangeOf(step))
             m_judge.judge(step);
@@ -391,7 +400,33 @@ void Walk::askUpdates()
     if (version.isEmpty())
         explainFailedUpdates();
     else
-        m_judge.setWell(Step::Updates, QStringLiteral("offers %1 %2").arg(m_options.product, version));
+        judgeRelease(QStringLiteral("offers %1 %2").arg(m_options.product, version));
+}
+
+//! A release whose package cannot be downloaded is wrong. The plug-in does not say where the package is.
+void Walk::judgeRelease(const QString& offer)
+{
+    m_judge.setWell(Step::Updates, offer);
+    const QJsonObject release =
+        QJsonDocument::fromJson(askForRelease().body).object().value(QStringLiteral("data")).toObject();
+    const QUrl package(release.value(QStringLiteral("fullPath")).toString());
+    const DirectAnswer answer = askForHead(package);
+    if (answer.error.isEmpty())
+        return;
+    const QString reason =
+        answer.status >= 400 ? httpErrorWords(answer.status, answer.error, package) : explain(answer.error);
+    m_judge.setWrong(Step::Updates, m_redaction.redacted(QStringLiteral("%1, but not its package \"%2\": %3")
+                                                             .arg(offer, package.toString(),
+                                                                  reason.isEmpty() ? answer.error : reason)));
+    m_findings.of(Step::Updates).askedDirectly = true;
+}
+
+DirectAnswer Walk::askForRelease() const
+{
+    const QString question = QStringLiteral("%1%2?access_token=%3&productId=%4&productVersion=0.0.0")
+                                 .arg(m_options.updateUrl, QLatin1String(infoOf(Step::Updates).path),
+                                      m_options.updateToken, m_options.product);
+    return askDirectly(QUrl(question), QJsonDocument(QJsonObject()).toJson());
 }
 
 //! The plug-in tells a failure and the lack of a newer release alike, and does not say which it was.
@@ -408,10 +443,7 @@ void Walk::explainFailedUpdates()
         return;
     }
     m_judge.setFailed(Step::Updates, {});
-    const QString question = QStringLiteral("%1%2?access_token=%3&productId=%4&productVersion=0.0.0")
-                                 .arg(m_options.updateUrl, QLatin1String(infoOf(Step::Updates).path),
-                                      m_options.updateToken, m_options.product);
-    const DirectAnswer answer = askDirectly(QUrl(question), QJsonDocument(QJsonObject()).toJson());
+    const DirectAnswer answer = askForRelease();
     const QString fault =
         m_redaction.redacted(answer.error.isEmpty() ? releaseFault(answer.body) : answer.error);
     Finding& finding = m_findings.of(Step::Updates);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "probe/directquestion.h"
 #include "probe/findings.h"
 #include "probe/judge.h"
 #include "probe/probeoptions.h"
@@ -65,7 +66,9 @@ private:
     void askModels();
     void askModels(QObject& pages, Step step, const char* function);
     void askUpdates();
+    void judgeRelease(const QString& offer);
     void explainFailedUpdates();
+    DirectAnswer askForRelease() const;
     void signOut();
 
     //! Calls the plug-in, which makes the requests of these steps.
