@@ -38,7 +38,7 @@ void Host::start()
 //! [session]
 void Host::OnLoginSucceeded(const NelvoSDK::LoginSession& session)
 {
-    m_orders.add([this, session] { install(session); }); // a copy: the session is gone after the call
+    m_orders.add([this, session] { install(session); }); // the reference is valid for this call only
 }
 
 void Host::install(NelvoSDK::LoginSession session)
@@ -47,13 +47,15 @@ void Host::install(NelvoSDK::LoginSession session)
         Q_EMIT noService();
         return;
     }
-    // The service knew this client already: the cookies of the earlier sign-in hold on.
+    // The service knows this client already and sets no cookies: the earlier ones stay valid.
     if (session.cookies.empty() && session.sdkAddr == m_session.sdkAddr && !m_pushedOut)
         session.cookies = m_session.cookies;
     m_session = session;
     m_pushedOut = false;
+    NelvoSDK::OrgTreeNode earlier;
+    m_plugin.GetProjectInfoMgr()->GetOrgTree(earlier);
     m_plugin.GetProjectInfoMgr()->ReflushProjOrgInfo(m_session);
-    Q_EMIT sessionInstalled();
+    Q_EMIT sessionInstalled(int(earlier.children.size()));
 }
 //! [session]
 
@@ -61,7 +63,7 @@ void Host::install(NelvoSDK::LoginSession session)
 void Host::OnMessageFirst(const QString& text)
 {
     if (std::exchange(m_pushedOut, true))
-        return; // told every ten seconds; once is enough
+        return; // comes every ten seconds; handle it once
     m_orders.add([this, text] { Q_EMIT pushedOut(text); });
 }
 

@@ -29,13 +29,14 @@ public:
     Orders& orders() { return m_orders; }
 
 Q_SIGNALS:
-    void sessionInstalled();
+    //! The organisation tree begins with that many first-level units of earlier sign-ins.
+    void sessionInstalled(int earlierUnits);
     void noService();
     void pushedOut(const QString& message);
 
 private:
     void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override;
-    void OnLoginFailed() override {} // the login window has told the user
+    void OnLoginFailed() override {} // the login window shows the reason
     void OnMessageFirst(const QString& text) override;
     void OnMessageSecond(const QString& /*text*/) override {}
     void OnMessageThird(const QString& /*text*/) override {}

@@ -3,7 +3,10 @@
 #include <NelvoSDK/IPdsMgr.h>
 #include <NelvoSDK/IPdsObserver.h>
 
+#include <QAbstractItemModel>
 #include <QObject>
+#include <QPointer>
+#include <QQuickItem>
 #include <QSet>
 #include <QStringList>
 
@@ -18,8 +21,12 @@ class Models : public QObject, private NelvoSDK::IPdsObserver
 
 public:
     Models(NelvoSDK::IPdsMgr& manager, QQmlContext* context, QQuickItem* scene);
+    //! Before the scene ends, and before Shutdown.
     ~Models() override;
     Q_DISABLE_COPY(Models)
+
+    //! After each sign-in, with the number of Host::sessionInstalled. Closes the dialog.
+    void readModels(int earlierUnits);
 
     //! The dialog's pages call it on `bimControl`: whether the model may be imported.
     Q_INVOKABLE bool checkBimProjValid(const QString& guid, bool isMainProject);
@@ -37,7 +44,12 @@ private:
     void OnDownLoadBimProj(const QStringList& guids) override;
     void OnConvertSimplyMode(const QString& guid, bool completionFirst) override;
 
+    void createDialog();
+
     NelvoSDK::IPdsMgr& m_manager;
+    QQuickItem* m_scene;
+    QPointer<QQuickItem> m_dialog;
+    QPointer<QAbstractItemModel> m_organisation;
     QSet<QString> m_imported;
     bool m_isMainProject = true;
 };

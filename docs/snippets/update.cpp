@@ -14,7 +14,7 @@ QObject* findUpdater()
         const auto* const view = qobject_cast<QQuickView*>(window);
         if (!view)
             continue;
-        // A window that outlives a Shutdown for a moment has none any more.
+        // After Shutdown the window may stay for a moment; its property is null.
         const QVariant updater = view->rootContext()->contextProperty(QStringLiteral("updater"));
         if (auto* const object = updater.value<QObject*>())
             return object;
@@ -26,12 +26,12 @@ QObject* findUpdater()
 //! [update]
 Update::Update(QObject* updater) : m_updater(updater)
 {
-    // Its class is not in the headers, so the connections go by name.
+    // Its class is not in the headers: connect by name.
     connect(updater, SIGNAL(needUpdate(bool)), this, SLOT(answer(bool)));
     connect(updater, SIGNAL(downloadProgress(QString, qint64, qint64)), this,
             SIGNAL(progress(QString, qint64, qint64)));
     connect(updater, SIGNAL(downloadFinished(QString)), this, SIGNAL(downloaded()));
-    connect(updater, SIGNAL(readyUpdateInfo(QString)), this, SIGNAL(told(QString)));
+    connect(updater, SIGNAL(readyUpdateInfo(QString)), this, SIGNAL(message(QString)));
 }
 
 void Update::check(const QString& url, const QString& token, const QString& productId)

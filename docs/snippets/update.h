@@ -19,14 +19,14 @@ public:
     //! Blocks up to 30 seconds.
     void check(const QString& url, const QString& token, const QString& productId);
     void download();
-    //! The application ends when it is done.
+    //! Ends the application. On Windows only: see below.
     void install();
 
 Q_SIGNALS:
     void offered(const QString& version, const QString& notes);
     void progress(const QString& package, qint64 received, qint64 total);
     void downloaded();
-    void told(const QString& message);
+    void message(const QString& text);
 
 private Q_SLOTS:
     void answer(bool isNewer);

@@ -1,6 +1,7 @@
 #include "docs/snippets/devices.h"
 #include "docs/snippets/host.h"
 #include "docs/snippets/loading.h"
+#include "docs/snippets/logging.h"
 #include "docs/snippets/models.h"
 #include "docs/snippets/projects.h"
 #include "docs/snippets/update.h"
@@ -13,20 +14,36 @@
 #include "userinput/userinput.h"
 
 #include <NelvoSDK/ILoginMgr.h>
+#include <NelvoSDK/IPdsMgr.h>
+#include <NelvoSDK/IPdsObserver.h>
+#include <NelvoSDK/IProjectInfoMgr.h>
 
+#include <QAbstractItemModel>
 #include <QDir>
+#include <QFile>
 #include <QGuiApplication>
+#include <QMap>
+#include <QPair>
+#include <QQmlComponent>
+#include <QQmlContext>
 #include <QQuickView>
 #include <QSignalSpy>
+#include <QTranslator>
+#include <QUrl>
+#include <QXmlStreamReader>
 #include <QtTest>
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
+#include <utility>
 
 using TestSupport::json;
 
 namespace {
 
 const auto User = QStringLiteral("zhangwei");
+const auto OtherUser = QStringLiteral("müller"); // of another enterprise
 constexpr qint64 Enterprise = 1001;
 const std::wstring Department = L"1001-11";
 constexpr int WaitMilliseconds = 30000;
@@ -39,6 +56,90 @@ NelvoSDK::ProjectNode newProject(const std::wstring& id, const std::wstring& nam
     project.attrs = {{L"deptId", Department}};
     return project;
 }
+
+//! A host's window with the dialog's scene in it.
+class SceneWindow : public QQuickView
+{
+public:
+    SceneWindow()
+    {
+        setResizeMode(QQuickView::SizeRootObjectToView);
+        resize(800, 600);
+        QQmlComponent component(engine());
+        component.setData("import QtQuick 2.15\nItem { Item { objectName: 'place'; anchors.fill: parent } }",
+                          {});
+        setContent({}, nullptr, component.create(rootContext()));
+    }
+
+    QQuickItem* place() const { return rootObject()->findChild<QQuickItem*>(QStringLiteral("place")); }
+};
+
+//! \brief Counts how often the dialog closes while the plug-in still calls the host.
+class Closings : public NelvoSDK::IPdsObserver
+{
+public:
+    explicit Closings(NelvoSDK::IPdsMgr& manager) : m_manager(manager) { m_manager.Attach(this); }
+    virtual ~Closings() { m_manager.Detach(this); }
+    Q_DISABLE_COPY(Closings)
+
+    int count() const { return m_count; }
+
+private:
+    void OnBimDialogOpened(QQuickItem* /*dialog*/) override {}
+    void OnBimDialogClosed(QQuickItem* /*dialog*/) override { ++m_count; }
+    void OnBimProjListCleared() override {}
+    void OnBimProjListSynced() override {}
+    void OnDownLoadBimProj(const QStringList& /*guids*/) override {}
+    void OnConvertSimplyMode(const QString& /*guid*/, bool /*completionFirst*/) override {}
+
+    NelvoSDK::IPdsMgr& m_manager;
+    int m_count = 0;
+};
+
+//! Ids of a branch and of what is below it, as the dialog's tree shows them.
+QStringList departmentIds(const QAbstractItemModel& model, const QModelIndex& parent = {})
+{
+    QStringList ids;
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        ids.append(model.data(index, Qt::UserRole + 1).toMap().value(QStringLiteral("id")).toString());
+        ids += departmentIds(model, index);
+    }
+    return ids;
+}
+
+//! \brief The English texts of the examples, which a host compiles with lrelease.
+class EnglishPages : public QTranslator
+{
+public:
+    EnglishPages()
+    {
+        QFile file(QStringLiteral(NELVO_EXAMPLES_DIR "/translation/nelvo_en.ts"));
+        file.open(QIODevice::ReadOnly);
+        QXmlStreamReader reader(&file);
+        QString context;
+        QString source;
+        while (!reader.atEnd()) {
+            if (reader.readNext() != QXmlStreamReader::StartElement)
+                continue;
+            if (reader.name() == QStringLiteral("name"))
+                context = reader.readElementText();
+            else if (reader.name() == QStringLiteral("source"))
+                source = reader.readElementText();
+            else if (reader.name() == QStringLiteral("translation"))
+                m_texts.insert({context, source}, reader.readElementText());
+        }
+    }
+    bool isEmpty() const override { return m_texts.isEmpty(); }
+    QString translate(const char* context, const char* source, const char* /*disambiguation*/,
+                      int /*n*/) const override
+    {
+        return m_texts.value({QString::fromUtf8(context), QString::fromUtf8(source)});
+    }
+
+private:
+    QMap<QPair<QString, QString>, QString> m_texts;
+};
 
 } // namespace
 
@@ -60,6 +161,13 @@ private Q_SLOTS:
     void uploadIsReadAgain();
     void bindingsReachTheService();
     void dialogHandsAModelOver();
+    void openDialogEndsQuietly();
+    void anotherEnterpriseReplacesTheDepartments();
+    void closeButtonEndsTheApplicationUnannounced();
+    void secretsStayOutOfTheLog();
+    void translatorReachesThePages();
+    void cookieOfTheSignInServiceStaysAtItsHost();
+    void enterpriseIdMayBeAText();
     void pushOutIsToldOnce();
     void secondSignInWorksOn();
     void updateIsOfferedAndDownloaded();
@@ -68,9 +176,9 @@ private Q_SLOTS:
 
 private:
     //! Waits for the login window and sends its form off. False if it didn't come.
-    bool sendForm() const;
+    bool sendForm(const QString& user) const;
     //! The same, and waits for the session.
-    bool signIn();
+    bool signIn(const QString& user = User);
     void beat() const;
     NelvoSDK::IProjectInfoMgr& projects() const { return *m_plugin->GetProjectInfoMgr(); }
 
@@ -111,20 +219,20 @@ void TestSnippets::cleanup()
     QDir(QCoreApplication::applicationDirPath() + QStringLiteral("/NelvoUpdate")).removeRecursively();
 }
 
-bool TestSnippets::sendForm() const
+bool TestSnippets::sendForm(const QString& user) const
 {
     const auto isShown = [] { return E2e::loginWindow() && E2e::loginWindow()->isVisible(); };
     if (!QTest::qWaitFor(isShown, WaitMilliseconds) || !UserInput::activate(E2e::loginWindow()))
         return false;
-    E2e::submitForm(E2e::loginWindow(), User, TestSupport::passwordOf(User), m_services->signInUrl());
+    E2e::submitForm(E2e::loginWindow(), user, TestSupport::passwordOf(user), m_services->signInUrl());
     return true;
 }
 
-bool TestSnippets::signIn()
+bool TestSnippets::signIn(const QString& user)
 {
     const int before = m_installed->size();
     const auto isInstalled = [&] { return m_installed->size() == before + 1; };
-    return sendForm() && QTest::qWaitFor(isInstalled, WaitMilliseconds);
+    return sendForm(user) && QTest::qWaitFor(isInstalled, WaitMilliseconds);
 }
 
 //! A tick of the watch, without waiting for its time.
@@ -186,7 +294,7 @@ void TestSnippets::missingServiceIsTold()
     m_services->setReply("GET", QStringLiteral("/rs/casLogin/serverUrl"), json("[]"));
     QSignalSpy missing(&*m_host, &Snippets::Host::noService);
     m_host->start();
-    QVERIFY(sendForm());
+    QVERIFY(sendForm(User));
     QTRY_COMPARE_WITH_TIMEOUT(missing.size(), 1, WaitMilliseconds);
     QCOMPARE(m_installed->size(), 0);
 }
@@ -232,17 +340,13 @@ void TestSnippets::dialogHandsAModelOver()
 {
     m_host->start();
     QVERIFY(signIn());
-    QQuickView window;
-    window.setResizeMode(QQuickView::SizeRootObjectToView);
-    window.resize(800, 600);
-    auto* const scene = new QQuickItem;
-    window.setContent({}, nullptr, scene);
-    Snippets::Models models(*m_plugin->GetPdsMgr(), window.rootContext(), scene);
+    SceneWindow window;
+    Snippets::Models models(*m_plugin->GetPdsMgr(), window.rootContext(), window.place());
     QSignalSpy imports(&models, &Snippets::Models::importWanted);
     QSignalSpy outlines(&models, &Snippets::Models::outlineWanted);
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
-    m_plugin->GetPdsMgr()->InitBimData();
+    models.readModels(0);
     m_plugin->GetPdsMgr()->OpenBimDialog();
 
     const auto button = [&window] { return UserInput::findItem(&window, QStringLiteral("downloadButton")); };
@@ -258,6 +362,177 @@ void TestSnippets::dialogHandsAModelOver()
     UserInput::click(UserInput::findItem(&window, QStringLiteral("outlineButton")));
     QTRY_COMPARE(outlines.size(), 1);
     QCOMPARE(outlines.constFirst(), (QVariantList{first.guid, false}));
+}
+
+//! \brief In the order of the guide: the dialog, the plug-in's managers, the window.
+void TestSnippets::openDialogEndsQuietly()
+{
+    m_host->start();
+    QVERIFY(signIn());
+    std::optional<SceneWindow> window(std::in_place);
+    std::optional<Snippets::Models> models;
+    models.emplace(*m_plugin->GetPdsMgr(), window->rootContext(), window->place());
+    window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(&*window));
+    models->readModels(0);
+    m_plugin->GetPdsMgr()->OpenBimDialog();
+    const auto isListed = [&] { return UserInput::findItem(&*window, QStringLiteral("downloadButton")); };
+    QTRY_VERIFY_WITH_TIMEOUT(isListed(), WaitMilliseconds);
+    m_log->clear();
+
+    models.reset();
+    m_host.reset();
+    window.reset();
+    QCOMPARE(m_log->warnings(), QStringList());
+}
+
+void TestSnippets::anotherEnterpriseReplacesTheDepartments()
+{
+    m_host->start();
+    QVERIFY(signIn());
+    SceneWindow window;
+    Snippets::Models models(*m_plugin->GetPdsMgr(), window.rootContext(), window.place());
+    connect(&*m_host, &Snippets::Host::sessionInstalled, &models, &Snippets::Models::readModels);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    models.readModels(m_installed->constFirst().constFirst().toInt());
+    m_plugin->GetPdsMgr()->OpenBimDialog();
+    const auto button = [&window] { return UserInput::findItem(&window, QStringLiteral("downloadButton")); };
+    QTRY_VERIFY_WITH_TIMEOUT(button(), WaitMilliseconds);
+    const auto* const departments =
+        window.rootContext()->contextProperty(QStringLiteral("orgModel")).value<QAbstractItemModel*>();
+    const QStringList before = departmentIds(*departments);
+    QVERIFY(before.contains(QString::fromStdWString(Department)));
+
+    const Closings closings(*m_plugin->GetPdsMgr());
+    m_host->signInAgain();
+    QVERIFY(signIn(OtherUser));
+    QTRY_VERIFY(!button()); // the dialog of the first enterprise has closed
+    QCOMPARE(closings.count(), 0);
+    const QStringList after = departmentIds(*departments);
+    QCOMPARE(after.constFirst(), QStringLiteral("1002"));
+    QVERIFY(after.size() > 1);
+    for (const QString& id : after)
+        QVERIFY2(!before.contains(id), qPrintable(id));
+    m_plugin->GetPdsMgr()->OpenBimDialog();
+    QTRY_VERIFY_WITH_TIMEOUT(button(), WaitMilliseconds);
+
+    m_host->signInAgain(); // and back: the first enterprise's departments once
+    QVERIFY(signIn());
+    QCOMPARE(departmentIds(*departments), before);
+}
+
+void TestSnippets::closeButtonEndsTheApplicationUnannounced()
+{
+    const auto logouts = [this] {
+        const auto requests = m_services->log().requests();
+        return std::count_if(requests.begin(), requests.end(),
+                             [](const auto& request) { return request.path() == "/rs/casLogin/logout"; });
+    };
+    QVector<std::ptrdiff_t> logoutsWhenSaving;
+    m_host.reset();
+    // Before Initialize, as the guide advises.
+    const QObject saver;
+    connect(qApp, &QCoreApplication::aboutToQuit, &saver, [&] { logoutsWhenSaving.append(logouts()); });
+    m_host.emplace(*m_plugin, nullptr);
+    m_installed.emplace(&*m_host, &Snippets::Host::sessionInstalled);
+    QSignalSpy missing(&*m_host, &Snippets::Host::noService);
+    m_host->start();
+    QVERIFY(signIn());
+    m_host->signInAgain();
+    QVERIFY(UserInput::activate(E2e::loginWindow()));
+    QTimer::singleShot(0, this, [] {
+        UserInput::click(UserInput::findItem(E2e::loginWindow(), QStringLiteral("closeButton")));
+    });
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QCOMPARE(m_installed->size() + missing.size(), 1);
+    QCOMPARE(logoutsWhenSaving, QVector<std::ptrdiff_t>{0});
+    QCOMPARE(logouts(), 1);
+}
+
+void TestSnippets::secretsStayOutOfTheLog()
+{
+    const auto isSecret = [this] {
+        const QStringList lines = m_log->debugs();
+        return std::any_of(lines.begin(), lines.end(), [](const QString& line) {
+            return line.contains(QStringLiteral("EDITORSESSION")) ||
+                   line.contains(QStringLiteral("nelvo3dId"));
+        });
+    };
+    const auto signInAndList = [this] {
+        SceneWindow window;
+        Snippets::Models models(*m_plugin->GetPdsMgr(), window.rootContext(), window.place());
+        QSignalSpy listed(window.rootContext()->contextProperty(QStringLiteral("pdsMgr")).value<QObject*>(),
+                          SIGNAL(bimProjListChanged()));
+        models.readModels(0);
+        return listed.wait(WaitMilliseconds);
+    };
+    m_host->start();
+    QVERIFY(signIn());
+    QVERIFY(signInAndList());
+    QVERIFY(isSecret());
+
+    m_log->clear();
+    Snippets::keepSecretsOutOfTheLog();
+    m_services->editor().pushOut(User); // so that the editor service sets new cookies
+    m_host->signInAgain();
+    const bool isSignedIn = signIn() && signInAndList();
+    qDebug("another line");
+    qInstallMessageHandler(nullptr);
+    QVERIFY(isSignedIn);
+    QVERIFY(!isSecret());
+    QVERIFY(m_log->debugs().contains(QStringLiteral("another line")));
+}
+
+void TestSnippets::translatorReachesThePages()
+{
+    EnglishPages english;
+    QVERIFY(!english.isEmpty());
+    QCoreApplication::installTranslator(&english);
+    m_host->start();
+    QTRY_VERIFY(E2e::loginWindow() && E2e::loginWindow()->isVisible());
+    QCOMPARE(
+        UserInput::findItem(E2e::loginWindow(), QStringLiteral("loginButton"))->property("text").toString(),
+        QStringLiteral("Sign in"));
+    QVERIFY(signIn());
+    SceneWindow window;
+    Snippets::Models models(*m_plugin->GetPdsMgr(), window.rootContext(), window.place());
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    models.readModels(0);
+    m_plugin->GetPdsMgr()->OpenBimDialog();
+    const auto title = [&window] { return UserInput::findItem(&window, QStringLiteral("dialogTitle")); };
+    QTRY_VERIFY(title());
+    QCOMPARE(title()->property("title").toString(), QStringLiteral("BIM models"));
+}
+
+void TestSnippets::cookieOfTheSignInServiceStaysAtItsHost()
+{
+    const QString elsewhere = QStringLiteral("http://localhost:%1").arg(QUrl(m_services->editorUrl()).port());
+    m_services->setReply("GET", QStringLiteral("/rs/casLogin/serverUrl"),
+                         json(QStringLiteral(R"([{"serverName": "varlo-editor", "serverURL": "%1"}])")
+                                  .arg(elsewhere)
+                                  .toUtf8()));
+    m_host->start();
+    QVERIFY(signIn());
+    int heartbeats = 0;
+    const auto requests = m_services->log().requests();
+    for (const auto& request : requests) {
+        if (request.path() == "/rs/casLogin/serverUrl")
+            QVERIFY(request.header("Cookie").contains("JSESSIONID"));
+        if (request.path() == "/org/heartbeat" && heartbeats++ == 0)
+            QCOMPARE(request.header("Cookie"), QByteArray());
+    }
+    QVERIFY(heartbeats > 0);
+}
+
+void TestSnippets::enterpriseIdMayBeAText()
+{
+    m_services->setReply("GET", QStringLiteral("/rs/casLogin/listCompany"),
+                         json(R"([{"enterpriseId": "1001", "enterpriseName": "x"}])"));
+    m_host->start();
+    QVERIFY(signIn());
+    QCOMPARE(qApp->property("epId").toString(), QString::number(Enterprise));
 }
 
 void TestSnippets::pushOutIsToldOnce()
@@ -299,13 +574,13 @@ void TestSnippets::updateIsOfferedAndDownloaded()
     QSignalSpy offered(&update, &Snippets::Update::offered);
     QSignalSpy progress(&update, &Snippets::Update::progress);
     QSignalSpy downloaded(&update, &Snippets::Update::downloaded);
-    QSignalSpy told(&update, &Snippets::Update::told);
+    QSignalSpy messages(&update, &Snippets::Update::message);
 
     update.check(m_services->updateUrl(), QStringLiteral("wrong"), QStringLiteral("nelvo-editor"));
     QCOMPARE(offered.size(), 0);
     update.check(m_services->updateUrl(), m_services->updates().token(), QStringLiteral("nelvo-editor"));
     QCOMPARE(offered.value(0).value(0).toString(), QStringLiteral("1.0.1"));
-    QCOMPARE(told.size(), 1);
+    QCOMPARE(messages.size(), 1);
     update.download();
     QTRY_COMPARE_WITH_TIMEOUT(downloaded.size(), 1, WaitMilliseconds);
     QVERIFY(!progress.isEmpty());

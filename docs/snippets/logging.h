@@ -1,0 +1,7 @@
+#pragma once
+
+namespace Snippets {
+
+void keepSecretsOutOfTheLog();
+
+} // namespace Snippets
