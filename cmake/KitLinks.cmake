@@ -1,16 +1,44 @@
-# Links in the installed documents: those into folders of the repository lead to where the kit has them, and
-# those to what it doesn't have become plain text. A script of the installation, which sets the folder of
-# the documents and those of the kit:
+# The installed documents, as they have to read in the kit: without the parts between the lines `<!-- repository -->`
+# and `<!-- end -->`, with the kit's paths, and with links that lead to a file of the kit or become plain text. A
+# script of the installation, which sets the folder of the documents and those of the kit:
 #   DOCUMENTS INCLUDES DATA
+function(remove_repository_parts variable)
+  set(begin "<!-- repository -->\n")
+  set(end "<!-- end -->\n")
+  string(LENGTH "${end}" end_length)
+  set(text "${${variable}}")
+  string(FIND "${text}" "${begin}" from)
+  while(from GREATER_EQUAL 0)
+    string(SUBSTRING "${text}" 0 ${from} before)
+    string(SUBSTRING "${text}" ${from} -1 rest)
+    string(FIND "${rest}" "${end}" to)
+    if(to LESS 0)
+      message(FATAL_ERROR "a part of the repository without an end in ${page}")
+    endif()
+    math(EXPR to "${to} + ${end_length}")
+    string(SUBSTRING "${rest}" ${to} -1 after)
+    set(text "${before}${after}")
+    string(FIND "${text}" "${begin}" from)
+  endwhile()
+  set(${variable} "${text}" PARENT_SCOPE)
+endfunction()
+
 file(GLOB_RECURSE pages "${DOCUMENTS}/*.md")
 foreach(page IN LISTS pages)
   get_filename_component(folder "${page}" DIRECTORY)
   file(RELATIVE_PATH includes "${folder}" "${INCLUDES}")
   file(RELATIVE_PATH data "${folder}" "${DATA}")
   file(READ "${page}" text)
+  remove_repository_parts(text)
   string(REGEX REPLACE "\\]\\((\\.\\./)?sdk/" "](${includes}/" text "${text}")
   string(REGEX REPLACE "\\]\\((\\.\\./)?examples/" "](${data}/examples/" text "${text}")
   string(REGEX REPLACE "\\]\\((\\.\\./)?devkit/host/modules" "](${data}/hostmodules" text "${text}")
-  string(REGEX REPLACE "\\[([^]]+)\\]\\((\\.\\./)?(devkit|closedlibs)[^)]*\\)" "\\1" text "${text}")
+  string(REGEX REPLACE "\\[([^]]+)\\]\\((\\.\\./)?(devkit|closedlibs|tests|tools)[^)]*\\)" "\\1" text "${text}")
+  string(REGEX REPLACE "\\[([^]]+)\\]\\((\\.\\./|docs/)?(README|README\\.zh-CN|CONTRIBUTING|development|performance|style)\\.md[^)]*\\)"
+    "\\1" text "${text}")
+  string(REGEX REPLACE "build/release/(app|bin)" "\\1" text "${text}")
+  string(REPLACE "devkit/services/seed.json" "share/nelvo/seed.json" text "${text}")
+  string(REPLACE "devkit/host/modules/" "share/nelvo/hostmodules/" text "${text}")
+  string(REPLACE "devkit/host/" "app/" text "${text}")
   file(WRITE "${page}" "${text}")
 endforeach()

@@ -65,9 +65,12 @@ if(NELVO_DEVKIT)
 endif()
 
 # doc
-file(GLOB documents CONFIGURE_DEPENDS *.md)
-install(FILES ${documents} DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+install(FILES CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
+# What only those read who work on the repository stays there.
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
+  REGEX "/(api-mainpage|development|performance|style)\\.md$" EXCLUDE
+  PATTERN Doxyfile EXCLUDE PATTERN gallery.txt EXCLUDE)
+install(FILES cmake/kit/README.md DESTINATION . COMPONENT doc)
 install(CODE "set(prefix \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\")
 set(DOCUMENTS \"\${prefix}/${CMAKE_INSTALL_DOCDIR}\")
 set(INCLUDES \"\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}\")

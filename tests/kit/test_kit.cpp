@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -75,6 +76,7 @@ private Q_SLOTS:
     void kitIsWhole();
     void kitNamesNoPathOfTheBuild();
     void kitHasWhatItsDocumentsLinkTo();
+    void documentsNameNoPathOfTheRepository();
     void packageOffersItsVersionOnly();
     void archiveHoldsTheKit();
     void minimalListsTheProjects();
@@ -179,7 +181,9 @@ void TestKit::kitIsWhole_data()
     for (const char* file :
          {"include/NelvoSDK/INelvoSDKPlugin.h", "include/NelvoSDK/LoadPlugin.h",
           "include/BVUtility/ISubject.h", "app/defaultServerAddress.json", "app/ProxyUrlSuffix.json",
-          "app/updateConfig.json", "share/doc/NelvoPlugin/README.md", "share/doc/NelvoPlugin/docs/kit.md",
+          "app/updateConfig.json", "README.md", "share/doc/NelvoPlugin/CHANGELOG.md",
+          "share/doc/NelvoPlugin/SECURITY.md", "share/doc/NelvoPlugin/docs/compatibility.md",
+          "share/doc/NelvoPlugin/docs/kit.md", "share/nelvo/examples/translation/nelvo_en.ts",
           "share/doc/NelvoPlugin/docs/deployment.md", "share/doc/NelvoPlugin/docs/third-party.md",
           "share/nelvo/examples/minimal/main.cpp", "share/nelvo/hostmodules/hostmodules.qrc"})
         QTest::newRow(file) << file;
@@ -207,14 +211,28 @@ void TestKit::kitNamesNoPathOfTheBuild()
 
 void TestKit::kitHasWhatItsDocumentsLinkTo()
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("NELVO_DOCUMENTS", inKit("share/doc/NelvoPlugin"));
-    const Outcome outcome =
-        run("python3", {"-B", SourceDir + "/tests/docs/test_links.py", "TestLinks.test_links_lead_somewhere"},
+    for (const QString& folder : {m_kit, inKit("share/doc/NelvoPlugin")}) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("NELVO_DOCUMENTS", folder);
+        const Outcome outcome = run(
+            "python3", {"-B", SourceDir + "/tests/docs/test_links.py", "TestLinks.test_links_lead_somewhere"},
             environment);
-    QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
+        QVERIFY2(outcome.status == 0, qPrintable(outcome.all()));
+    }
     QVERIFY(contentOf(inKit("share/doc/NelvoPlugin/docs/integration.md"))
                 .contains("](../../../../include/NelvoSDK/LoginSession.h)"));
+}
+
+void TestKit::documentsNameNoPathOfTheRepository()
+{
+    const QStringList files = filesIn(m_kit).filter(QRegularExpression("^[^/]+\\.md$|^share/doc/.*\\.md$"));
+    QVERIFY(files.size() > 10);
+    for (const QString& file : files) {
+        const QString text = QString::fromUtf8(contentOf(inKit(file)));
+        for (const char* path :
+             {"build/release", "devkit/", "tests/", "tools/", "<!-- repository", "make run"})
+            QVERIFY2(!text.contains(path), qPrintable(file + QStringLiteral(": ") + path));
+    }
 }
 
 void TestKit::packageOffersItsVersionOnly()
