@@ -8,7 +8,7 @@ namespace Snippets {
 void uploadDevices(NelvoSDK::IProjectInfoMgr& manager, const QString& sceneProjectId,
                    const QMap<QString, QString>& serialOfComponent)
 {
-    // The id becomes the end of a path as it stands.
+    // The library appends the id to a path without escaping it.
     const QString pathPart = QString::fromLatin1(QUrl::toPercentEncoding(sceneProjectId));
     manager.OnUploadSdkProperty(pathPart, serialOfComponent);
 }

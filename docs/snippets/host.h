@@ -25,11 +25,11 @@ public:
     void start();
     void signInAgain();
 
-    //! Whatever calls the plug-in goes through here.
+    //! All calls to the plug-in go through this queue.
     Orders& orders() { return m_orders; }
 
 Q_SIGNALS:
-    //! The organisation tree begins with that many first-level units of earlier sign-ins.
+    //! The first level of the organisation tree begins with this number of units of earlier sign-ins.
     void sessionInstalled(int earlierUnits);
     void noService();
     void pushedOut(const QString& message);

@@ -14,7 +14,7 @@ QtMessageHandler& nextHandler()
     return handler;
 }
 
-//! Any thread calls it.
+//! Called on any thread.
 void dropSecrets(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     const bool hasCookies = text.startsWith(QLatin1String("cookiesList:"));
@@ -25,7 +25,7 @@ void dropSecrets(QtMsgType type, const QMessageLogContext& context, const QStrin
 
 } // namespace
 
-//! At the start of main, after the host has installed its own handler, if it has one.
+//! Call it at the start of main, after the host has installed its own handler.
 void keepSecretsOutOfTheLog()
 {
     nextHandler() = qInstallMessageHandler(nullptr);

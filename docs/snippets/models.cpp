@@ -35,7 +35,7 @@ void Models::createDialog()
 void Models::readModels(int earlierUnits)
 {
     createDialog(); // an open dialog would keep the rows and the department of the earlier enterprise
-    // The earlier tree as a whole, and its units at the head of the new one.
+    // Remove the earlier tree, and the earlier units at the beginning of the new tree.
     m_organisation->removeRows(0, m_organisation->rowCount());
     m_manager.InitBimData();
     m_organisation->removeRows(0, earlierUnits, m_organisation->index(0, 0));

@@ -21,14 +21,14 @@ class Models : public QObject, private NelvoSDK::IPdsObserver
 
 public:
     Models(NelvoSDK::IPdsMgr& manager, QQmlContext* context, QQuickItem* scene);
-    //! Before the scene ends, and before Shutdown.
+    //! Delete this object before its scene and before Shutdown.
     ~Models() override;
     Q_DISABLE_COPY(Models)
 
-    //! After each sign-in, with the number of Host::sessionInstalled. Closes the dialog.
+    //! Call it after each sign-in with the number of Host::sessionInstalled. Closes the dialog.
     void readModels(int earlierUnits);
 
-    //! The dialog's pages call it on `bimControl`: whether the model may be imported.
+    //! The dialog's pages call it on `bimControl`. Returns whether the model may be imported.
     Q_INVOKABLE bool checkBimProjValid(const QString& guid, bool isMainProject);
 
 Q_SIGNALS:

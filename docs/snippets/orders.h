@@ -8,7 +8,7 @@
 namespace Snippets {
 
 //! [orders-class]
-//! Does one thing after the other, each from the event loop.
+//! Runs one order after the other, each from the event loop.
 class Orders : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ Q_SIGNALS:
 private:
     void doNext();
 
-    std::deque<std::function<void()>> m_orders; // the one at work stays in front
+    std::deque<std::function<void()>> m_orders; // the running order is the first
 };
 //! [orders-class]
 

@@ -21,7 +21,7 @@ bool isOnService(NelvoSDK::IProjectInfoMgr& manager, const NelvoSDK::ProjectNode
 //! [list]
 std::optional<std::list<NelvoSDK::ProjectNode>> listProjects(NelvoSDK::IProjectInfoMgr& manager)
 {
-    std::list<NelvoSDK::ProjectNode> projects; // appended to, so begin with an empty one
+    std::list<NelvoSDK::ProjectNode> projects; // the call appends: start with an empty list
     if (!manager.GetServerProjectTree(projects))
         return std::nullopt;
     return projects;
@@ -31,7 +31,7 @@ std::optional<std::list<NelvoSDK::ProjectNode>> listProjects(NelvoSDK::IProjectI
 //! [upload]
 bool uploadNewProject(NelvoSDK::IProjectInfoMgr& manager, const NelvoSDK::ProjectNode& project)
 {
-    // `project` has an id of the host's, and "deptId" in its attrs.
+    // `project` has an id that the host made, and "deptId" in its attrs.
     manager.AddLocalProject({project.id, project.name, project.attrs});
     manager.OnUploadProject(project, nullptr, true);
     return isOnService(manager, project);
@@ -40,7 +40,7 @@ bool uploadNewProject(NelvoSDK::IProjectInfoMgr& manager, const NelvoSDK::Projec
 bool renameProject(NelvoSDK::IProjectInfoMgr& manager, NelvoSDK::ProjectNode project,
                    const std::wstring& name)
 {
-    // `project` comes from the last list.
+    // `project` is an entry of the last list.
     project.name = name;
     manager.OnUploadProject(project, nullptr, true);
     return isOnService(manager, project);

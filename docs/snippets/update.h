@@ -19,7 +19,7 @@ public:
     //! Blocks up to 30 seconds.
     void check(const QString& url, const QString& token, const QString& productId);
     void download();
-    //! Ends the application. On Windows only: see below.
+    //! For Windows only. Ends the application.
     void install();
 
 Q_SIGNALS:
