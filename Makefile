@@ -1,9 +1,15 @@
 # The project's commands. `make help` explains them.
 PRESET ?= release
 BUILD = build/$(PRESET)
+# What `run` and `kit` use: the build of the preset if there is one or somebody asks for it, otherwise one without tests.
+HOST_PRESET := $(if $(wildcard $(BUILD)/build.ninja)$(filter command line,$(origin PRESET)),$(PRESET),kit)
+HOST_BUILD = build/$(HOST_PRESET)
+# Configures preset $(1) if it is new, or if NELVO_CLOSED_SDK is set and differs.
+configure = [ -f build/$(1)/build.ninja ] $(if $(NELVO_CLOSED_SDK),&& grep -qx 'NELVO_CLOSED_SDK:PATH=$(NELVO_CLOSED_SDK)' \
+	build/$(1)/CMakeCache.txt) || cmake --preset $(1) $(if $(NELVO_CLOSED_SDK),-DNELVO_CLOSED_SDK='$(NELVO_CLOSED_SDK)') >/dev/null
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build run tour test lint format asan tsan fuzz soak bench docs gallery kit artwork clean
+.PHONY: help deps build run tour test lint format asan tsan fuzz soak bench mutate docs gallery kit artwork clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -13,14 +19,20 @@ deps:
 	@tools/install-dependencies
 
 build: deps ## build everything
-	@[ -f $(BUILD)/build.ninja ] || cmake --preset $(PRESET) >/dev/null
+	@$(call configure,$(PRESET))
 	@cmake --build --preset $(PRESET)
 
-run: build ## the reference host with the simulated services; without a display, its tour with pictures
-	@tools/run $(BUILD)
+run: ## the reference host with the simulated services; without a display, its tour with pictures
+	@tools/install-dependencies build run
+	@$(call configure,$(HOST_PRESET))
+	@cmake --build --preset $(HOST_PRESET) --target nelvo_run
+	@tools/run $(HOST_BUILD)
 
-tour: build ## the reference host's tour, also where there is a display
-	@tools/run $(BUILD) tour
+tour: ## the reference host's tour, also where there is a display
+	@tools/install-dependencies build run tour
+	@$(call configure,$(HOST_PRESET))
+	@cmake --build --preset $(HOST_PRESET) --target nelvo_run
+	@tools/run $(HOST_BUILD) tour
 
 test: build lint ## every check and every test
 	@ctest --preset $(PRESET)
@@ -47,6 +59,9 @@ fuzz: ## the fuzz targets by clang, one after the other, each for FUZZ_SECONDS (
 soak: build ## what a long day of use leaves in memory, handles and threads; takes six minutes
 	@ctest --preset soak
 
+mutate: deps ## which one-line changes of the library no test notices: N changes (60), chosen by SEED (1)
+	@tools/mutate --number $(or $(N),60) --seed $(or $(SEED),1)
+
 bench: build ## the measurements, each beside a peer or a floor
 	@tools/bench $(BUILD)
 
@@ -60,8 +75,11 @@ gallery: build ## docs/gallery.md, with the pictures of a tour
 artwork: deps ## render the pictures from their SVG sources
 	@tools/render-artwork
 
-kit: build ## the archive for those who write a host
-	@cpack --config $(BUILD)/CPackConfig.cmake -B $(BUILD)/kit
+kit: ## the archive for those who write a host
+	@tools/install-dependencies build
+	@$(call configure,$(HOST_PRESET))
+	@cmake --build --preset $(HOST_PRESET) --target nelvo_kit
+	@cpack --config $(HOST_BUILD)/CPackConfig.cmake -B $(HOST_BUILD)/kit
 
 clean: ## remove everything that was built
 	@rm -rf build
