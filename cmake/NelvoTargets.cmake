@@ -3,6 +3,7 @@ include_guard()
 include(CheckLinkerFlag)
 
 cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH NELVO_ROOT)
+cmake_path(RELATIVE_PATH NELVO_ROOT BASE_DIRECTORY ${CMAKE_BINARY_DIR} OUTPUT_VARIABLE NELVO_ROOT_FROM_BUILD)
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -47,8 +48,9 @@ if(MSVC)
 else()
   target_compile_options(nelvo_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror
-    # Source locations in log lines are relative to the repository.
-    -fmacro-prefix-map=${NELVO_ROOT}/=)
+    # Source locations in log lines are relative to the repository, also where ccache makes the paths of sources
+    # relative to the build directory (CCACHE_BASEDIR).
+    -fmacro-prefix-map=${NELVO_ROOT}/= -fmacro-prefix-map=${NELVO_ROOT_FROM_BUILD}/=)
 endif()
 if(NELVO_SANITIZE)
   target_compile_options(nelvo_options INTERFACE -fsanitize=${NELVO_SANITIZE} -fno-omit-frame-pointer
