@@ -67,7 +67,9 @@ PageTest {
         updater.readyUpdateInfo("稍后将自动重启,请等待");
         compare(log.text, "下载失败Connection closed<br/>broken<br/>稍后将自动重启,请等待<br/>");
         compare(lines(log), ["下载失败Connection closed", "broken", "稍后将自动重启,请等待"]);
-        compare(findChild(log, "edit").readOnly, true);
+        const edit = findChild(log, "edit");
+        compare(edit.readOnly, true);
+        compare([edit.font.family, edit.font.pixelSize], ["微软雅黑", 12]);
     }
 
     // A text that is no rich text shows as it is, and fetches nothing.
@@ -82,10 +84,17 @@ PageTest {
 
     function compareLogShowsItsEnd() {
         const flickable = findChild(part("log"), "flickable");
-        for (let i = 0; i < 60; ++i)
-            updater.readyUpdateInfo("line " + i);
+        const log = count => {
+            for (let i = 0; i < count; ++i)
+                updater.readyUpdateInfo("line " + i);
+        };
+        log(3);
+        compare(flickable.contentY, 0);
+        log(60);
         tryVerify(() => flickable.contentHeight > flickable.height && flickable.atYEnd);
-        compare(findChild(part("log"), "scrollBar").visible, true);
+        compare(flickable.contentY, flickable.contentHeight - flickable.height);
+        const bar = findChild(part("log"), "scrollBar");
+        compare([bar.visible, bar.width, bar.contentItem.width], [true, 4, 4]);
     }
 
     Connections {

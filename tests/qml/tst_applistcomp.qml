@@ -51,7 +51,7 @@ Item {
             compare(String(panel.color), "#353749");
             const [title, fold, line, list] = Array.from(panel.children);
             compare([title.x, title.y, title.height, title.text], [15, 10, 30, "选择企业:"]);
-            compare(title.font.pixelSize, 14);
+            compare([title.font.family, title.font.pixelSize], ["微软雅黑", 14]);
             compare(String(title.color), "#ffffff");
             compare([fold.y, 288 - fold.x - fold.width], [15, 15]);
             compare([line.x, line.y, line.width, line.height], [15, 46, 258, 1]);
@@ -71,10 +71,17 @@ Item {
             const label = face.children[0];
             compare(label.text, "company 1");
             compare(label.x, 10);
-            compare(label.font.pixelSize, 13);
+            compare([label.font.family, label.font.pixelSize], ["微软雅黑", 13]);
             compare(String(label.color), "#dddddd");
             compare(rowColor(1), "#353749");
             compare(findChild(row(1), "tick").visible, false);
+        }
+
+        function test_rowsStandInTheOrderOfTheService() {
+            openList(0);
+            loginCtrl.appList = ["b", "c", "a", "b"].map(name => ({ enterpriseId: 1, enterpriseName: name }));
+            compare([0, 1, 2, 3].map(index => findChild(row(index), "companyFace").children[0].text),
+                    ["b", "c", "a", "b"]);
         }
 
         function test_rowDarkensUnderTheMouse() {
@@ -99,6 +106,7 @@ Item {
             compare(tick.visible, true);
             compare(tick.source, picture("logIn_ic_xuanzhong.png"));
             compare(tick.status, Image.Ready);
+            compare([258 - tick.x - tick.width, tick.y + tick.height / 2], [10, 17]);
             compare(loginCtrl.calls, []);
             compare(item("confirmButton").mouseEnabled, true);
         }
@@ -164,7 +172,7 @@ Item {
             const bar = scrollBar();
             compare(bar.visible, true);
             compare(bar.width, 4);
-            compare(bar.contentItem.radius, 2);
+            compare([bar.contentItem.width, bar.contentItem.radius], [4, 2]);
             compare(bar.contentItem.opacity, 0.2);
             compare(String(bar.contentItem.color), "#ffffff");
             compare(String(bar.background.color), "#535353");
@@ -220,7 +228,9 @@ Item {
             mouseClick(row(1));
             during.onLogin = () => {
                 mouseClick(item("confirmButton"));
+                mouseMove(row(2), 50, 20);
                 mouseClick(row(2));
+                compare(rowColor(2), "#353749");
                 compare(item("applistComp").selIndex1, 1);
             };
             mouseClick(item("confirmButton"));

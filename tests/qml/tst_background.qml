@@ -29,6 +29,10 @@ Item {
             compare(titleBar.y, 0);
         }
 
+        function test_titleBarShowsThePointingHand() {
+            compare(findChild(background, "titleBar").children[0].cursorShape, Qt.PointingHandCursor);
+        }
+
         function test_closeButtonStandsAtTheTopRight() {
             const button = findChild(background, "closeButton");
             compare(button.width, 16);

@@ -56,6 +56,10 @@ Item {
             return findChild(box, "field");
         }
 
+        function hint(box) {
+            return field(box).children[0];
+        }
+
         function openPopup(box) {
             mouseClick(box, box.width - 12, 18);
             tryCompare(box.popup, "opened", true);
@@ -95,7 +99,7 @@ Item {
             const box = createTemporaryObject(plainBox, stage);
             compare(box.indicator.width, 12);
             compare(box.indicator.height, 8);
-            compare(box.indicator.x, 200 - box.rightPadding - 12);
+            compare(box.indicator.x, 200 - 10 - 12);
             compare(box.indicator.y, 14);
             compare(box.indicator.source, picture("arrowDown.png"));
             compare(box.indicator.status, Image.Ready);
@@ -114,14 +118,14 @@ Item {
             compare([header.children[0].width, header.children[0].height], [32, 32]);
             compare(header.children[0].status, Image.Ready);
             compare(field(box).x, 36);
-            compare(field(box).x + field(box).width, 200 - box.rightPadding - 15);
+            compare(field(box).x + field(box).width, 200 - 10 - 15);
         }
 
         function test_withoutAHeadImageTheFieldStartsAtTheLeftEdge() {
             const box = createTemporaryObject(plainBox, stage);
             compare(findChild(box, "header").width, 0);
             compare(field(box).mapToItem(box, 0, 0).x, 0);
-            compare(field(box).width, 200 - box.rightPadding - 15);
+            compare(field(box).width, 200 - 10 - 15);
         }
 
         function test_headerSwallowsClicks() {
@@ -144,6 +148,26 @@ Item {
             tryCompare(field(box), "selectedText", "some text");
             type("x");
             compare(box.outText, "x");
+        }
+
+        function test_fieldSelectsByMouse() {
+            const box = createTemporaryObject(plainBox, stage, { outText: "some text" });
+            mouseClick(field(box), 150, 18);
+            tryCompare(field(box), "activeFocus", true);
+            mousePress(field(box), 2, 18);
+            mouseMove(field(box), 80, 18);
+            mouseMove(field(box), 150, 18);
+            mouseRelease(field(box), 150, 18);
+            compare(field(box).selectedText, "some text");
+        }
+
+        function test_hintShowsWhileThereIsNoText() {
+            const box = createTemporaryObject(plainBox, stage, { placeholderText: "hint" });
+            compare([hint(box).text, hint(box).visible], ["hint", true]);
+            compare(String(hint(box).color), "#8b8fa6");
+            compare([hint(box).font.family, hint(box).font.pixelSize], ["微软雅黑", 12]);
+            box.outText = "x";
+            compare(hint(box).visible, false);
         }
 
         function test_popupOpensJustUnderTheBox() {
@@ -177,7 +201,12 @@ Item {
             openPopup(box);
             compare(entry(box, 1).text, "pear");
             compare(entry(box, 1).width, 200);
-            compare(entry(box, 1).contentItem.elide, Text.ElideRight);
+            const label = entry(box, 1).contentItem;
+            compare([label.text, label.elide], ["pear", Text.ElideRight]);
+            compare([label.font.family, label.font.pixelSize], ["微软雅黑", 12]);
+            compare(String(label.color), "#ffffff");
+            box.textColor = "#123456";
+            compare(String(label.color), "#123456");
             compare(String(entry(box, 1).background.color), "#414458");
             mouseMove(entry(box, 1), 50, 10);
             tryVerify(() => String(entry(box, 1).background.color) === "#313343");
@@ -223,6 +252,14 @@ Item {
             type(data.text);
             compare(box.outText, data.text);
             compare(box.currentIndex, data.index);
+        }
+
+        function test_everyTextIsMatchedAnew() {
+            const box = createTemporaryObject(fruitBox, stage);
+            const indices = [];
+            box.currentIndexChanged.connect(() => indices.push(box.currentIndex));
+            box.outText = "app";
+            compare(indices, [-1, 0]);
         }
 
         function test_substringIsEnoughEvenBeforeAnEqualEntry() {

@@ -61,6 +61,8 @@ Item {
         }
 
         function test_gradientRunsThroughItsThreeColours() {
+            const stops = Array.from(button.children[0].gradient.stops);
+            compare(stops.map(stop => stop.position), [0, 0.4, 1]);
             const image = grabImage(button);
             comparePixel(image, 0, "#2997b4");
             comparePixel(image, 80, "#277ca3");
@@ -90,6 +92,11 @@ Item {
             compare(String(glow.item.color), "#ff0000");
             mouseMove(stage, 300, 300);
             tryCompare(glow, "visible", false);
+        }
+
+        function test_mouseBecomesAPointingHand() {
+            compare(Array.from(button.children).find(child => child.cursorShape !== undefined).cursorShape,
+                    Qt.PointingHandCursor);
         }
 
         function test_clickIsSignalledOnce() {

@@ -73,6 +73,18 @@ Item {
             const line = item("errorItem");
             compare(line.y + line.height, 350 - 76);
             compare([line.x, line.width], [26, 288]);
+            compare([line.verticalAlignment, line.bottomPadding], [Text.AlignBottom, 6]);
+            compare(String(line.color), "#1473e6");
+        }
+
+        function test_checkBoxStandsBeforeItsLabel() {
+            openWindow();
+            const { indicator, contentItem: label } = item("keepPassword");
+            compare([indicator.x, indicator.y, label.x, label.y], [0, 1.5, 0, 0]);
+            compare([label.leftPadding, label.height, label.verticalAlignment], [19, 16, Text.AlignVCenter]);
+            compare(String(label.color), "#dddddd");
+            item("keepPassword").forceActiveFocus(Qt.TabFocusReason);
+            compare(String(label.color), "#ffffff");
         }
 
         function test_texts() {
@@ -82,10 +94,11 @@ Item {
             compare(item("addressBox").placeholderText, "Nelvo服务器地址");
             compare(item("keepPassword").text, "记住密码");
             compare(item("loginButton").text, "登录");
-            for (const name of ["userNameBox", "passwordField", "addressBox", "keepPassword", "errorItem"]) {
-                compare(item(name).font.family, "微软雅黑");
-                compare(item(name).font.pixelSize, 12);
-            }
+            const texts = ["userNameBox", "passwordField", "addressBox", "errorItem"].map(item);
+            texts.push(findChild(item("userNameBox"), "field"), findChild(item("addressBox"), "field"),
+                       item("keepPassword").contentItem);
+            for (const text of texts)
+                compare([text.font.family, text.font.pixelSize], ["微软雅黑", 12]);
         }
 
         function test_pictures() {
@@ -168,6 +181,14 @@ Item {
             compare(item("contentLoader").source, loginWindow.compList["AppListComp"]);
         }
 
+        function test_successHandsOutBothAddresses() {
+            openWindow();
+            fill("ann", "pw", "https://a");
+            item("loginComp").pdsUrl = "https://p";
+            mouseClick(item("loginButton"));
+            compare([loginWindow.cimServer, loginWindow.pdsServer], ["https://a", "https://p"]);
+        }
+
         function test_successKeepsThePageUntilTheCacheIsWritten() {
             openWindow();
             fill("ann", "pw", "https://a");
@@ -216,6 +237,19 @@ Item {
             compare(loginCalls().length, 1);
             compare(item("keepPassword").checked, false);
             compareError("refused");
+        }
+
+        function test_waitingSignInShowsNoHover() {
+            openWindow();
+            mouseMove(loginWindow, 5, 400);
+            fill("ann", "pw", "http://a");
+            let glows;
+            during.login = () => {
+                mouseMove(item("loginButton"), 50, 18);
+                glows = item("loginButton").glowVisible;
+            };
+            keyClick(Qt.Key_Return);
+            compare(glows, false);
         }
 
         function test_editsDuringTheWaitDoNotReachTheCache() {

@@ -48,8 +48,8 @@ Item {
 
         function test_accountsGiveTheUserListInOrder() {
             openWindow();
-            loginWindow.userInfos = [account("bob", "", []), account("ann", "", [])];
-            compare(loginWindow.userList, ["bob", "ann"]);
+            loginWindow.userInfos = ["bob", "ann", "bob"].map(user => account(user, "", []));
+            compare(loginWindow.userList, ["bob", "ann", "bob"]);
             loginWindow.userInfos = [];
             compare(loginWindow.userList, []);
         }
