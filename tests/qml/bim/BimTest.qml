@@ -127,6 +127,19 @@ TestCase {
             keyClick(character);
     }
 
+    // What `seen` gives from within the call of that name, which `act` leads to.
+    function compareDuring(name, seen, expected, act) {
+        const found = [];
+        const look = called => {
+            if (called === name)
+                found.push(seen());
+        };
+        callLog.called.connect(look);
+        act();
+        callLog.called.disconnect(look);
+        compare(found, [expected]);
+    }
+
     function names(calls) {
         return calls.map(call => call[0]);
     }

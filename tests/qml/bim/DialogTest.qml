@@ -177,6 +177,17 @@ BimTest {
         compare(view().count, 3);
     }
 
+    function test_reopeningResetsNothingElse() {
+        createAndOpen();
+        click(item("completionCheck"));
+        panel.x = 12;
+        panel.y = 7;
+        panel.close();
+        open("BIM");
+        compare([item("completionCheck").checked, item("speedProprityCheck").checked], [true, false]);
+        compare([panel.x, panel.y], [12, 7]);
+    }
+
     function test_reopeningClearsTheDepartmentAndTheMessage() {
         createAndOpen();
         bimControl.importAllowed = false;

@@ -28,6 +28,7 @@ BimTest {
         const box = createTemporaryObject(plainBox, parent);
         compare(String(box.eCheckedUrl), "");
         compare(String(box.eUnCheckedUrl), "");
+        compare(box.partCheckColor.valid, false);
         compare(box.partCheck, false);
         compare(box.checked, false);
     }

@@ -16,6 +16,15 @@ BimTest {
         EProjOrgCheck {}
     }
 
+    // Hides the tree of the context from the box.
+    Component {
+        id: boxOfAnotherTree
+
+        EProjOrgCheck {
+            property var orgModel: null
+        }
+    }
+
     function openBox(shownRows) {
         click(box);
         tryCompare(box.popup, "opened", true);
@@ -147,6 +156,18 @@ BimTest {
         compare(deptNames(), ["集团", "甲"]);
     }
 
+    function test_boxOpensWithAnyTree_data() {
+        return [{ tag: "none", tree: null }, { tag: "one that cannot be folded", tree: flatModel }];
+    }
+
+    function test_boxOpensWithAnyTree(data) {
+        const other = createTemporaryObject(boxOfAnotherTree, parent, { orgModel: data.tree });
+        click(other);
+        tryCompare(other.popup, "opened", true);
+        compare(findChild(other.popup.contentItem, "orgTree").model, data.tree);
+        compare(names(callLog.calls), data.tree ? ["expandAll", "expandAll"] : []);
+    }
+
     function test_layoutOfATreeRow() {
         createAndOpen();
         openBox();
@@ -213,6 +234,13 @@ BimTest {
         const tick = findChild(deptRow(data.row), "chosenImage");
         compare(tick.status, Image.Ready);
         compare(tick.x + tick.width, 320 - 25);
+    }
+
+    function test_filterIsAskedForWhileTheTreeShows() {
+        createAndOpen();
+        openBox();
+        compareDuring("searchBydeptId", () => box.popup.opened, true,
+                      () => mouseClick(deptRow("一部"), 120, 16));
     }
 
     function test_choosingTheSameDepartmentAgainFiltersAgain() {

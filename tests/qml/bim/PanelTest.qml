@@ -61,6 +61,16 @@ BimTest {
         compare(inRow(0, "downloadButton").visible, true);
     }
 
+    function test_withoutAProjectThereIsNoOutline() {
+        createAndOpen();
+        const shown = () => [item("radioRow").visible, inRow(0, "outlineButton").visible];
+        setup.offerProject(false);
+        const withoutProject = shown();
+        setup.offerProject(true);
+        compare(withoutProject, [false, false]);
+        compare(shown(), [true, true]);
+    }
+
     function test_radioButtonsExcludeEachOther() {
         createAndOpen();
         const speed = item("speedProprityCheck");

@@ -111,16 +111,34 @@ BimTest {
     }
 
     function test_downloadAsksFirst_data() {
-        return [{ tag: "main project", main: true }, { tag: "other project", main: false }];
+        return [
+            { tag: "BIM, main", kind: "BIM", main: true },
+            { tag: "BIM, other", kind: "BIM", main: false },
+            { tag: "DWG, main", kind: "DWG", main: true },
+            { tag: "DWG, other", kind: "DWG", main: false },
+        ];
     }
 
     function test_downloadAsksFirst(data) {
         editConext.isMainProject = data.main;
-        createAndOpen();
+        create();
+        open(data.kind);
+        pdsMgr.deliver(threeModels());
+        waitForRows(3);
+        callLog.clear();
         click(inRow(1, "downloadButton"));
         compare(callLog.calls, [["checkBimProjValid", "guid-2", data.main], ["downLoadBimProj", "guid-2"]]);
         compare(item("errorText").text, "");
         compare(panel.visible, true);
+    }
+
+    function test_downloadFindsTheMessageEmpty() {
+        createAndOpen();
+        bimControl.importAllowed = false;
+        click(inRow(0, "downloadButton"));
+        bimControl.importAllowed = true;
+        compareDuring("downLoadBimProj", () => item("errorText").text, "",
+                      () => click(inRow(0, "downloadButton")));
     }
 
     function test_refusedDownloadShowsTheMessageUntilTheNextPress() {

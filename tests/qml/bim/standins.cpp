@@ -117,6 +117,11 @@ void OrgModel::append(QStandardItem* parent, const QVariantList& nodes)
     }
 }
 
+void FlatModel::expandAll()
+{
+    m_log.record(QStringLiteral("expandAll"));
+}
+
 bool HostContext::checkBimProjValid(const QVariant& guid, const QVariant& isMainProject)
 {
     m_log.record(QStringLiteral("checkBimProjValid"), {guid, isMainProject});

@@ -4,6 +4,7 @@
 
 #include <QJsonArray>
 #include <QObject>
+#include <QStandardItemModel>
 #include <QVariantList>
 
 //! \brief Records what the pages call, on whatever object, in order.
@@ -87,6 +88,20 @@ public:
 private:
     void append(QStandardItem* parent, const QVariantList& nodes);
 
+    CallLog& m_log;
+};
+
+//! \brief A tree without the signals that fold its rows.
+class FlatModel : public QStandardItemModel
+{
+    Q_OBJECT
+
+public:
+    explicit FlatModel(CallLog& log) : m_log(log) {}
+
+    Q_INVOKABLE void expandAll();
+
+private:
     CallLog& m_log;
 };
 

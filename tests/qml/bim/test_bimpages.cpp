@@ -11,10 +11,14 @@ class Setup : public QObject
     Q_OBJECT
 
 public:
-    //! Takes the manager out of the context, as the plug-in's shutdown does, or puts it back.
+    //! Takes the manager or the host's `editConext` out of the context, as a shutdown does, or puts it back.
     Q_INVOKABLE void offerManager(bool offered)
     {
-        m_context->setContextProperty(QStringLiteral("pdsMgr"), offered ? &m_pdsMgr : nullptr);
+        offer(QStringLiteral("pdsMgr"), offered ? &m_pdsMgr : nullptr);
+    }
+    Q_INVOKABLE void offerProject(bool offered)
+    {
+        offer(QStringLiteral("editConext"), offered ? &m_host : nullptr);
     }
 
 public Q_SLOTS:
@@ -25,6 +29,7 @@ public Q_SLOTS:
         context->setContextProperty(QStringLiteral("callLog"), &m_log);
         context->setContextProperty(QStringLiteral("warningLog"), &m_warnings);
         context->setContextProperty(QStringLiteral("orgModel"), &m_orgModel);
+        context->setContextProperty(QStringLiteral("flatModel"), &m_flatModel);
         for (const char* name :
              {"bimControl", "editConext", "globalEditColor", "compCardData", "webViewMgr", "componentObject"})
             context->setContextProperty(QString::fromLatin1(name), &m_host);
@@ -34,11 +39,14 @@ public Q_SLOTS:
     }
 
 private:
+    void offer(const QString& name, QObject* object) { m_context->setContextProperty(name, object); }
+
     QQmlContext* m_context = nullptr;
     CallLog m_log;
     TestSupport::WarningLog m_warnings;
     PdsManager m_pdsMgr{m_log};
     OrgModel m_orgModel{m_log};
+    FlatModel m_flatModel{m_log};
     HostContext m_host{m_log};
 };
 
