@@ -86,6 +86,7 @@ private Q_SLOTS:
     void contextForgetsADestroyedManager();
     void dialogIsAChildWithoutAVisualParent();
     void dialogSeesTheContextThatTheManagerHas();
+    void laterContextTakesTheFirstOnesPlace();
     void openingPlacesTheDialog();
     void openingGoesThroughTheParentsTransform();
     void openingTwicePlacesTheDialogAgain();
@@ -93,6 +94,7 @@ private Q_SLOTS:
     void observersHearOpeningAndClosing();
     void closingTakesTheDialogOutOfTheScene();
     void secondDialogTakesTheFirstOnesPlace();
+    void secondDialogShowsOverItsOwnParent();
     void dialogGoesWithTheHostsItem();
     void destroyedManagerLeavesTheDialog();
     void withoutItsContextThereIsNoDialog();
@@ -182,11 +184,29 @@ void TestBimDialogBridge::dialogSeesTheContextThatTheManagerHas()
     QVERIFY(!scene.engine.rootContext()->contextProperty(QStringLiteral("pdsMgr")).isValid());
 }
 
+void TestBimDialogBridge::laterContextTakesTheFirstOnesPlace()
+{
+    Scene scene;
+    QQmlContext first(scene.engine.rootContext());
+    QQmlContext second(scene.engine.rootContext());
+    CPdsMgr manager;
+    manager.SetQmlContext(&first);
+    manager.SetQmlContext(&second);
+    for (const QQmlContext* context : {&first, &second}) {
+        QCOMPARE(context->contextProperty(QStringLiteral("pdsMgr")).value<QObject*>(), &manager);
+        QVERIFY(modelIn(*context));
+    }
+    manager.CreateBimDialog(&scene.item);
+    QCOMPARE(scene.dialogs().size(), 1);
+    QCOMPARE(QQmlEngine::contextForObject(scene.dialogs().first())->parentContext(), &second);
+}
+
 void TestBimDialogBridge::openingPlacesTheDialog()
 {
     BuiltDialog built;
     built.manager.OpenBimDialog();
     const QQuickItem* dialog = built.dialog();
+    QCOMPARE(dialog->property("placeWhenAsked").toPointF(), QPointF(30, 40));
     QCOMPARE(dialog->parentItem(), &built.item);
     QCOMPARE(dialog->position(), QPointF(30, 40));
     QCOMPARE(callsOf(dialog), words("bim"));
@@ -267,6 +287,23 @@ void TestBimDialogBridge::secondDialogTakesTheFirstOnesPlace()
     QVERIFY(callsOf(built.dialog()).isEmpty());
     QVERIFY(!built.dialog()->parentItem());
     QCOMPARE(callsOf(built.dialogs().last()), words("bim"));
+}
+
+void TestBimDialogBridge::secondDialogShowsOverItsOwnParent()
+{
+    BuiltDialog built;
+    QQuickItem other(&built.frame);
+    other.setPosition({7, 8});
+    built.manager.CreateBimDialog(&other);
+    QCOMPARE(built.dialogs().size(), 1);
+    const auto* const dialog = other.findChild<QQuickItem*>(QString(), Qt::FindDirectChildrenOnly);
+    QVERIFY(dialog);
+    built.manager.OpenBimDialog();
+    QCOMPARE(dialog->parentItem(), &other);
+    QCOMPARE(dialog->position(), QPointF(7, 8));
+    built.manager.onCloseDialog();
+    built.manager.onOpenDialog();
+    QCOMPARE(dialog->parentItem(), &other);
 }
 
 void TestBimDialogBridge::dialogGoesWithTheHostsItem()

@@ -95,11 +95,15 @@ private Q_SLOTS:
 
     void listArrives_data();
     void listArrives();
+    void emptyingIsToldBeforeTheRequest_data();
+    void emptyingIsToldBeforeTheRequest();
     void nothingIsToldUntilTheListArrives();
     void observersAreToldBeforeTheListIsThere();
+    void listIsThereBeforeItsKindIsTold();
     void everythingIsToldOnTheGuiThread();
     void failedFetchIsAnEmptyList_data();
     void failedFetchIsAnEmptyList();
+    void failedFetchEmptiesWhatWasShown();
     void failedFetchKeepsTheNames();
     void namesAreKnownWhenTheListIsTold();
     void namesOfBothListsAnswer();
@@ -122,6 +126,7 @@ private Q_SLOTS:
     void checkingTwiceGivesTwoEntries();
     void uncheckingAStrangerStillTells();
     void emptyEntryCountsAsChecked();
+    void checkedEntriesSurviveAList();
     void checkingIsTheDefault();
 
     void departmentAndAllBelowIt();
@@ -344,6 +349,33 @@ void TestPdsMgr::listArrives()
     QCOMPARE(m_services.targets(), QByteArrayList{"GET " + (isDwg ? DwgPath : BimPath).toLatin1()});
 }
 
+void TestPdsMgr::emptyingIsToldBeforeTheRequest_data()
+{
+    listArrives_data();
+}
+
+void TestPdsMgr::emptyingIsToldBeforeTheRequest()
+{
+    QFETCH(bool, isDwg);
+    Pds pds;
+    // The list that is emptied is of the other kind.
+    const auto fetch = [&pds](bool dwg) { dwg ? pds.manager.getDWGBimProj() : pds.manager.getBimProj(); };
+    fetch(!isDwg);
+    QTRY_VERIFY(!pds.shown().isEmpty());
+    pds.calls();
+    pds.observer.whenCalled = [&](const QString&) {
+        QCOMPARE(pds.manager.isDWGBimListViewed(), isDwg);
+        QVERIFY(pds.shown().isEmpty());
+    };
+    QObject::connect(&pds.manager, &CPdsMgr::sigGetBimProjList,
+                     [&pds] { pds.observer.calls.append(QStringLiteral("bim asked for")); });
+    QObject::connect(&pds.manager, &CPdsMgr::sigGetDWGBimProjList,
+                     [&pds] { pds.observer.calls.append(QStringLiteral("dwg asked for")); });
+    fetch(isDwg);
+    QCOMPARE(pds.calls(), (QStringList{QStringLiteral("cleared"), QLatin1String(QTest::currentDataTag()) +
+                                                                      QStringLiteral(" asked for")}));
+}
+
 void TestPdsMgr::nothingIsToldUntilTheListArrives()
 {
     Pds pds;
@@ -369,6 +401,19 @@ void TestPdsMgr::observersAreToldBeforeTheListIsThere()
     pds.manager.getBimProj();
     QTRY_COMPARE(pds.shown(), words("bim"));
     QCOMPARE(sizes, (QVector<int>{0, 0, 0, 0}));
+}
+
+void TestPdsMgr::listIsThereBeforeItsKindIsTold()
+{
+    Pds pds;
+    QStringList shown;
+    QObject::connect(&pds.manager, &CPdsMgr::bViewDWGBimListChanged, [&] {
+        shown += pds.shown();
+        pds.manager.searchBydeptId({}); // from the whole list
+        shown += pds.shown();
+    });
+    pds.manager.getBimProj();
+    QTRY_COMPARE(shown, words("bim bim"));
 }
 
 void TestPdsMgr::everythingIsToldOnTheGuiThread()
@@ -416,6 +461,19 @@ void TestPdsMgr::failedFetchIsAnEmptyList()
     QCOMPARE(pds.calls(), words("cleared synced bViewDWGBimListChanged bimProjListChanged"));
     QVERIFY(pds.shown().isEmpty());
     QVERIFY(pds.manager.isDWGBimListViewed());
+    pds.manager.searchBydeptId({});
+    QVERIFY(pds.shown().isEmpty());
+}
+
+//! What asks for the list here leaves the one that is there as it is.
+void TestPdsMgr::failedFetchEmptiesWhatWasShown()
+{
+    Pds pds;
+    receiveBimList(pds, R"({"ppName":"old"})");
+    m_services.addFault({Fault::Status, {}, {}, 500, false});
+    receiveTree(pds, node(L"r"));
+    QCOMPARE(pds.calls(), words("synced bViewDWGBimListChanged bimProjListChanged"));
+    QVERIFY(pds.shown().isEmpty());
     pds.manager.searchBydeptId({});
     QVERIFY(pds.shown().isEmpty());
 }
@@ -696,6 +754,15 @@ void TestPdsMgr::emptyEntryCountsAsChecked()
     pds.manager.checkPdsProj({});
     QCOMPARE(pds.manager.getCheckList(), QStringList{QString()});
     QVERIFY(pds.manager.property("bCheckedPds").toBool());
+}
+
+void TestPdsMgr::checkedEntriesSurviveAList()
+{
+    Pds pds;
+    pds.manager.checkPdsProj(QStringLiteral("a"));
+    receiveBimList(pds, R"({"nelvo3dId":"b"})");
+    QCOMPARE(pds.manager.getCheckList(), words("a"));
+    QVERIFY(pds.manager.isPdsChecked());
 }
 
 void TestPdsMgr::checkingIsTheDefault()
