@@ -34,7 +34,7 @@ private Q_SLOTS:
     void invalidConfigurationIsLeftAlone();
     void versionIsCommittedBeforeTheState();
     void stateIsWrittenOnlyOnce();
-    void historyGrows();
+    void historyGrowsInUtf8();
     void coverGoesOnWithoutAHistory();
     void batchFileIsStarted();
     void batchFileReplacesTheInstallation();
@@ -71,12 +71,13 @@ void TestCover::wholeUpdate()
     Installation host(QStringLiteral(UPDATEHOST));
     QVERIFY(host.run(updateArguments()));
     const QString found = host.events().value(0).mid(QStringLiteral("log 4 > ").size());
-    QCOMPARE(host.orderedEvents(),
-             (QStringList{"log 4 > " + found, "info " + found, "needUpdate 1", "downloadStarted",
-                          "log 1 request finished with code 206", "log 4 > 下载完成，校验MD5",
-                          "log 4 > 校验通过", "downloadFinished", "log 4 > 解压中", "upgradeStart",
-                          "log 4 > 解压完成,开始升级", "log 4 > " + Farewell, "info " + Farewell,
-                          "upgradeProcess 1", "upgradeEnd", "left with 1.0.1"}));
+    QCOMPARE(
+        host.orderedEvents(),
+        (QStringList{"log 4 > " + found, "info " + found, "latestVersionChanged", "changeLogChanged",
+                     "needUpdate 1", "downloadStarted", "log 1 request finished with code 206",
+                     "log 4 > 下载完成，校验MD5", "log 4 > 校验通过", "downloadFinished", "log 4 > 解压中",
+                     "upgradeStart", "log 4 > 解压完成,开始升级", "log 4 > " + Farewell, "info " + Farewell,
+                     "upgradeProcess 1", "upgradeEnd", "timers 0", "left with 1.0.1"}));
     const QString before = QStringLiteral("settings= config=1.0.0 history=0 state=%1 batch=0");
     QCOMPARE(host.recordsAt("needUpdate"), before.arg(0));
     QCOMPARE(host.recordsAt("downloadStarted"), before.arg(1));
@@ -84,6 +85,7 @@ void TestCover::wholeUpdate()
     const QString committed = QStringLiteral("settings=1.0.1 config=1.0.1 history=1 state=0 batch=0");
     QCOMPARE(host.recordsAt("info " + Farewell), committed);
     QCOMPARE(host.recordsAt("upgradeEnd"), committed);
+    QCOMPARE(host.recordsAt("timers 0"), committed); // a second before the batch file is due
     QCOMPARE(host.recordsAt("left"), QStringLiteral("settings=1.0.1 config=1.0.1 history=1 state=0 batch=1"));
 
     QCOMPARE(host.content("updateConfig.json"),
@@ -193,13 +195,17 @@ void TestCover::stateIsWrittenOnlyOnce()
     QVERIFY(host.ends());
 }
 
-void TestCover::historyGrows()
+void TestCover::historyGrowsInUtf8()
 {
+    qputenv("NELVO_TEST_CODEC", "GBK");
+    const auto restored = qScopeGuard([] { qunsetenv("NELVO_TEST_CODEC"); });
     Installation host(QStringLiteral(UPDATEHOST));
-    host.writeState(2);
+    host.write("NelvoUpdateState.dat", R"({"pVersion": "1.0.1", "remarks": "更快"})");
     host.write("NelvoUpdateLog.txt", "what was there");
     QVERIFY(host.run({"cover"}));
-    QVERIFY(host.content("NelvoUpdateLog.txt").startsWith("what was there\n\r版本:"));
+    const QByteArray history = host.content("NelvoUpdateLog.txt");
+    QVERIFY2(history.startsWith("what was there\n\r版本:"), history.constData());
+    QVERIFY2(history.endsWith("更新说明:\n\r更快"), history.constData());
 }
 
 void TestCover::coverGoesOnWithoutAHistory()

@@ -6,7 +6,10 @@
 #include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/systemtexts.h"
+#include "tests/updater/installation.h"
 
+#include <QAbstractEventDispatcher>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QJsonDocument>
@@ -17,11 +20,13 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTextCodec>
+#include <QThread>
 #include <QThreadPool>
 #include <QTimerEvent>
 #include <QtTest>
 
 #include <memory>
+#include <thread>
 
 using NelvoDevkit::Fault;
 using NelvoDevkit::LoggedRequest;
@@ -135,10 +140,12 @@ private Q_SLOTS:
     void emptyPackageFileIsContinued();
     void fullSizedPackageInStateOneIsFetchedAgain();
     void sizeBeyond32BitsReadsAsZeroAndNeverContinues();
+    void packageOfAnotherReleaseIsRemovedFirst();
     void packageOfAnotherReleaseIsRemoved_data();
     void packageOfAnotherReleaseIsRemoved();
     void partialPackageWithoutAStateIsRemoved();
     void completePackageIsVerifiedWithoutATransfer();
+    void checksumIsThatOfThePackage();
     void damagedCompletePackageIsFetchedAgain();
     void missingCompletePackageIsFetchedAgain();
     void fileNameIsTheLastSegmentDecoded_data();
@@ -161,6 +168,7 @@ private Q_SLOTS:
     void progressComesOnceASecond();
     void timerGoesOnAfterAFailure();
     void secondUpgradeStartsTheBarAnew();
+    void everyUpgradeHasATimerOfItsOwn();
     void updaterMayGoWhileItUnpacks();
 
 private:
@@ -172,6 +180,8 @@ private:
     QString updatePath(const QString& name = PackageName) const;
     QByteArray packageOnDisk(const QString& name = PackageName) const;
     void writePackage(const QByteArray& content, const QString& name = PackageName) const;
+    //! Lets the package stop after so many bytes, without an end.
+    void stallPackage(qint64 bytes = 0);
     QVector<LoggedRequest> transfers() const;
 
     TestSupport::StartedServices m_services;
@@ -261,6 +271,14 @@ void TestUpdater::writePackage(const QByteArray& content, const QString& name) c
     QFile file(updatePath(name));
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("cannot write the package");
+}
+
+void TestUpdater::stallPackage(qint64 bytes)
+{
+    PackageDelivery stalled;
+    stalled.end = PackageDelivery::End::Stall;
+    stalled.endAfter = bytes;
+    m_services.packages().setDelivery(PackageName, stalled);
 }
 
 QVector<LoggedRequest> TestUpdater::transfers() const
@@ -763,6 +781,29 @@ void TestUpdater::sizeBeyond32BitsReadsAsZeroAndNeverContinues()
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
 }
 
+//! A crash in between must not leave it as a part of the new one.
+void TestUpdater::packageOfAnotherReleaseIsRemovedFirst()
+{
+    stallPackage();
+    writePackage("an earlier package");
+    CUpdater updater;
+    check(updater);
+    // A pipe holds the download where it reads the state file, and again where it writes that.
+    if (!makeFifo(m_state->path()))
+        QSKIP("stops the download at a named pipe in its directory; Windows keeps named pipes elsewhere");
+    QFile pipe(m_state->path());
+    bool removed = false;
+    std::thread otherEnd([this, &pipe, &removed] {
+        writeState(1, md5("an earlier package"));
+        for (const QDeadlineTimer end(10000); !removed && !end.hasExpired(); QThread::msleep(1))
+            removed = !QFile::exists(updatePath());
+        pipe.open(QIODevice::ReadWrite);
+    });
+    updater.download();
+    otherEnd.join();
+    QVERIFY(removed);
+}
+
 void TestUpdater::packageOfAnotherReleaseIsRemoved_data()
 {
     QTest::addColumn<int>("updateState");
@@ -819,6 +860,22 @@ void TestUpdater::completePackageIsVerifiedWithoutATransfer()
     QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
 }
 
+//! Whatever file is said to be finished.
+void TestUpdater::checksumIsThatOfThePackage()
+{
+    writeState(2, md5(m_package));
+    writePackage(m_package);
+    CUpdater updater;
+    check(updater);
+    updater.download();
+    m_log->clear();
+    Events events(updater);
+    QMetaObject::invokeMethod(&updater, "processDownloadFinished",
+                              Q_ARG(QString, updatePath(QStringLiteral("other.zip"))));
+    QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
+    QCOMPARE(events.take(), QStringList{"finished other.zip"});
+}
+
 void TestUpdater::damagedCompletePackageIsFetchedAgain()
 {
     writeState(2, md5(m_package));
@@ -833,6 +890,7 @@ void TestUpdater::damagedCompletePackageIsFetchedAgain()
     // Nothing else is under way here, so this retry does start a transfer.
     QTRY_COMPARE(events.all(), (QStringList{"started NelvoEditor.zip 300000", "finished NelvoEditor.zip"}));
     QCOMPARE(transfers().size(), 1);
+    QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
     QCOMPARE(packageOnDisk(), m_package);
     QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验失败", "> 重试",
                                                "> 下载完成，校验MD5", "> 校验通过"}));
@@ -902,10 +960,7 @@ void TestUpdater::downloadWithoutACheckRemovesNothing()
 
 void TestUpdater::secondDownloadIsRefused()
 {
-    PackageDelivery stalled;
-    stalled.end = PackageDelivery::End::Stall;
-    stalled.endAfter = 1000;
-    m_services.packages().setDelivery(PackageName, stalled);
+    stallPackage(1000);
     CUpdater updater;
     check(updater);
     Events events(updater);
@@ -930,10 +985,7 @@ void TestUpdater::secondDownloadWithoutASizeSpoilsTheFirst()
     Release sizeless = release();
     sizeless.size = 0;
     m_services.updates().setRelease(Product, sizeless);
-    PackageDelivery stalled;
-    stalled.end = PackageDelivery::End::Stall;
-    stalled.endAfter = 1000;
-    m_services.packages().setDelivery(PackageName, stalled);
+    stallPackage(1000);
     CUpdater updater;
     check(updater);
     m_log->clear();
@@ -1016,9 +1068,7 @@ void TestUpdater::serverThatIgnoresTheRangeIsCaughtByTheChecksum()
 
 void TestUpdater::retriesOfTheCheckEnd()
 {
-    PackageDelivery stalled;
-    stalled.end = PackageDelivery::End::Stall;
-    m_services.packages().setDelivery(PackageName, stalled);
+    stallPackage();
     CUpdater updater;
     check(updater);
     updater.download();
@@ -1042,9 +1092,7 @@ void TestUpdater::retriesOfTheCheckEnd()
 
 void TestUpdater::retriesOfTheTransferEnd()
 {
-    PackageDelivery stalled;
-    stalled.end = PackageDelivery::End::Stall;
-    m_services.packages().setDelivery(PackageName, stalled);
+    stallPackage();
     CUpdater updater;
     check(updater);
     updater.download();
@@ -1074,9 +1122,7 @@ void TestUpdater::retriesOfTheTransferEnd()
 
 void TestUpdater::bothKindsOfRetryShareTheLimit()
 {
-    PackageDelivery stalled;
-    stalled.end = PackageDelivery::End::Stall;
-    m_services.packages().setDelivery(PackageName, stalled);
+    stallPackage();
     CUpdater updater;
     check(updater);
     updater.download();
@@ -1096,9 +1142,7 @@ void TestUpdater::bothKindsOfRetryShareTheLimit()
 
 void TestUpdater::downloadStartsTheRetriesAnew()
 {
-    PackageDelivery stalled;
-    stalled.end = PackageDelivery::End::Stall;
-    m_services.packages().setDelivery(PackageName, stalled);
+    stallPackage();
     CUpdater updater;
     check(updater);
     updater.download();
@@ -1209,6 +1253,22 @@ void TestUpdater::secondUpgradeStartsTheBarAnew()
     QCoreApplication::sendEvent(&updater, &event);
     QCOMPARE(progress.last()[0].toFloat(), 0.05F);
     QTRY_VERIFY(updateTrace(*m_log).contains("> 解压失败"));
+}
+
+//! Also after a failure, when the first one is still there.
+void TestUpdater::everyUpgradeHasATimerOfItsOwn()
+{
+    CUpdater updater;
+    for (int upgrades = 1; upgrades <= 2; ++upgrades) {
+        updater.upgrade();
+        QTRY_COMPARE(updateTrace(*m_log).count("> 解压失败"), upgrades);
+        const auto timers = QAbstractEventDispatcher::instance()->registeredTimers(&updater);
+        QCOMPARE(timers.size(), upgrades);
+        for (const QAbstractEventDispatcher::TimerInfo& timer : timers) {
+            QCOMPARE(timer.interval, 1000);
+            QCOMPARE(timer.timerType, Qt::CoarseTimer);
+        }
+    }
 }
 
 void TestUpdater::updaterMayGoWhileItUnpacks()

@@ -13,13 +13,16 @@
 #include "tests/updater/hostvoice.h"
 #include "updater/updater.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSettings>
+#include <QTextCodec>
 #include <QTimer>
+#include <QTimerEvent>
 
 namespace {
 
@@ -37,6 +40,9 @@ void saySignals(CUpdater& updater)
 {
     QObject::connect(&updater, &CUpdater::needUpdate,
                      [](bool need) { say(QStringLiteral("needUpdate %1").arg(need)); });
+    QObject::connect(&updater, &CUpdater::localVersionChanged, [] { say("localVersionChanged"); });
+    QObject::connect(&updater, &CUpdater::latestVersionChanged, [] { say("latestVersionChanged"); });
+    QObject::connect(&updater, &CUpdater::changeLogChanged, [] { say("changeLogChanged"); });
     QObject::connect(&updater, &CUpdater::readyUpdateInfo, [](const QString& info) { say("info " + info); });
     QObject::connect(&updater, &CUpdater::downloadStarted, [] { say("downloadStarted"); });
     QObject::connect(&updater, &CUpdater::downloadFinished, [] { say("downloadFinished"); });
@@ -64,6 +70,8 @@ int main(int argc, char** argv)
     const QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("NelvoTests"));
     QCoreApplication::setApplicationName(qEnvironmentVariable("NELVO_TEST_SETTINGS"));
+    // The system's own encoding, or the one that a test wants.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName(qgetenv("NELVO_TEST_CODEC")));
     const QStringList arguments = QCoreApplication::arguments();
     const QString step = arguments.value(1);
     if (!QStringList{"version", "check", "download", "upgrade", "cover"}.contains(step))
@@ -86,7 +94,7 @@ int main(int argc, char** argv)
     };
     QObject::connect(&updater, &CUpdater::downloadFinished, &updater, &CUpdater::upgrade);
 
-    // How long the page can show the end, and whether it gets to.
+    // How long the page can show the end, and whether it gets to. Nothing moves the bar any more.
     QElapsedTimer sinceTheEnd;
     int ticks = 0;
     QTimer ticker;
@@ -94,6 +102,12 @@ int main(int argc, char** argv)
     QObject::connect(&updater, &CUpdater::upgradeEnd, [&] {
         ticks = 0;
         sinceTheEnd.start();
+        QTimer::singleShot(1000, &updater, [&updater] {
+            say(QStringLiteral("timers %1")
+                    .arg(QAbstractEventDispatcher::instance()->registeredTimers(&updater).size()));
+            QTimerEvent late(0);
+            QCoreApplication::sendEvent(&updater, &late);
+        });
     });
     ticker.start(50);
 
