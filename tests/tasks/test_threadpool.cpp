@@ -19,18 +19,29 @@ namespace {
 using JobResult = QPair<int, bool>; // number and verdict
 
 const char* const QuitFirst = "quit-first";
+const char* const OnThePool = "on-the-pool";
 
-//! What the process of processThatQuitsFirstNeverDelivers does.
-int runAndQuitFirst(int argc, char** argv)
+void startTalkingJob()
 {
-    const QCoreApplication application(argc, argv);
     ThreadPool::instance()->start(
         [] {
             puts("job done");
             return true;
         },
         [](bool) { puts("result delivered"); });
-    return QThreadPool::globalInstance()->waitForDone() ? 0 : 1;
+}
+
+//! What the process of processWithoutAnEventLoop does.
+int runWithoutAnEventLoop(int argc, char** argv)
+{
+    const QCoreApplication application(argc, argv);
+    QThreadPool& pool = *QThreadPool::globalInstance();
+    pool.setMaxThreadCount(1);
+    if (qstrcmp(argv[1], OnThePool) == 0)
+        pool.start(startTalkingJob);
+    else
+        startTalkingJob();
+    return pool.waitForDone() ? 0 : 1;
 }
 
 } // namespace
@@ -55,7 +66,9 @@ private Q_SLOTS:
     void taskIsGoneWhenItsResultArrives();
     void resultMayStartTheNextJob();
     void waitingJobsTakeTheirTurn();
-    void processThatQuitsFirstNeverDelivers();
+    void noJobGoesBeforeOthersOfThePool();
+    void processWithoutAnEventLoop_data();
+    void processWithoutAnEventLoop();
 };
 
 //! The machine may have one core; jobs that wait for each other need a thread each.
@@ -224,20 +237,51 @@ void TestThreadPool::waitingJobsTakeTheirTurn()
     QTRY_COMPARE(results, jobs);
 }
 
-void TestThreadPool::processThatQuitsFirstNeverDelivers()
+void TestThreadPool::noJobGoesBeforeOthersOfThePool()
 {
+    QThreadPool& pool = *QThreadPool::globalInstance();
+    const int threads = pool.maxThreadCount();
+    pool.setMaxThreadCount(1);
+    QSemaphore goOn;
+    pool.start([&goOn] { goOn.acquire(); });
+    QByteArrayList turns;
+    pool.start([&turns] { turns.append("before"); });
+    ThreadPool::instance()->start(
+        [&turns] {
+            turns.append("job");
+            return true;
+        },
+        [](bool) {});
+    pool.start([&turns] { turns.append("behind"); });
+    goOn.release();
+    QVERIFY(pool.waitForDone());
+    pool.setMaxThreadCount(threads);
+    QCOMPARE(turns, (QByteArrayList{"before", "job", "behind"}));
+}
+
+void TestThreadPool::processWithoutAnEventLoop_data()
+{
+    QTest::addColumn<QByteArray>("output");
+    QTest::newRow(QuitFirst) << QByteArray("job done");
+    // The thread that gets the result is the one that the job runs on, so nothing has to be posted.
+    QTest::newRow(OnThePool) << QByteArray("job done result delivered");
+}
+
+void TestThreadPool::processWithoutAnEventLoop()
+{
+    QFETCH(QByteArray, output);
     QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), {QLatin1String(QuitFirst)});
+    process.start(QCoreApplication::applicationFilePath(), {QLatin1String(QTest::currentDataTag())});
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 0);
-    QCOMPARE(process.readAllStandardOutput().trimmed(), QByteArray("job done"));
+    QCOMPARE(process.readAllStandardOutput().simplified(), output);
 }
 
 int main(int argc, char** argv)
 {
-    if (argc == 2 && qstrcmp(argv[1], QuitFirst) == 0)
-        return runAndQuitFirst(argc, argv);
+    if (argc == 2 && (qstrcmp(argv[1], QuitFirst) == 0 || qstrcmp(argv[1], OnThePool) == 0))
+        return runWithoutAnEventLoop(argc, argv);
     QCoreApplication application(argc, argv);
     TestThreadPool test;
     return QTest::qExec(&test, argc, argv);

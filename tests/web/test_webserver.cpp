@@ -7,13 +7,19 @@
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
 
+#include <QAbstractEventDispatcher>
+#include <QCursor>
 #include <QElapsedTimer>
 #include <QJsonObject>
 #include <QNetworkCookie>
 #include <QNetworkReply>
 #include <QTimer>
 #include <QUrl>
+#include <QWindow>
 #include <QtTest>
+
+#include <algorithm>
+#include <functional>
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 
@@ -34,6 +40,20 @@ QJsonObject message(const QString& text)
 {
     return {{QStringLiteral("message"), text}};
 }
+
+//! A window that says when the mouse moves over it.
+class Page : public QWindow
+{
+public:
+    std::function<void()> whenMouseMoves;
+
+protected:
+    void mouseMoveEvent(QMouseEvent* /*event*/) override
+    {
+        if (whenMouseMoves)
+            whenMouseMoves();
+    }
+};
 
 } // namespace
 
@@ -72,6 +92,8 @@ private Q_SLOTS:
     void replyIsReleased();
     void filledReplyGetsNoMessage();
     void eventsRunDuringACall();
+    void inputIsDeliveredDuringACall();
+    void theWaitNeverSleeps();
     void aCallInsideACallEndsFirst();
     void nothingIsLogged();
 
@@ -394,6 +416,43 @@ void TestWebServer::eventsRunDuringACall()
     QVERIFY(ticks >= 3);
 }
 
+void TestWebServer::inputIsDeliveredDuringACall()
+{
+    Page page;
+    page.setGeometry(100, 100, 200, 200);
+    QCursor::setPos(10, 10);
+    page.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&page));
+    QTRY_COMPARE(QCursor::pos(), QPoint(10, 10));
+    m_services.addFault({Fault::Stall, FindLatest, {}, 0, false});
+    page.whenMouseMoves = [this] { m_services.clearFaults(); };
+    QCursor::setPos(page.geometry().center());
+    QJsonObject reply;
+    QVERIFY(findLatest(reply, 20000));
+}
+
+//! A wait with the shortest sleep in each pass makes a pass a millisecond. The machine may be busy meanwhile,
+//! so that one wait of several counts.
+void TestWebServer::theWaitNeverSleeps()
+{
+    m_services.addFault({Fault::Stall, FindLatest, {}, 0, false});
+    const auto passesInAMillisecond = [this] {
+        qint64 passes = 0;
+        const auto counter = connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake,
+                                     this, [&passes] { ++passes; });
+        QElapsedTimer timer;
+        timer.start();
+        QJsonObject reply;
+        findLatest(reply, 50);
+        disconnect(counter);
+        return passes / timer.elapsed();
+    };
+    qint64 most = 0;
+    for (int i = 0; i < 40 && most < 3; ++i)
+        most = std::max(most, passesInAMillisecond());
+    QVERIFY2(most >= 3, qPrintable(QString::number(most)));
+}
+
 void TestWebServer::aCallInsideACallEndsFirst()
 {
     const auto inner = QStringLiteral("/inner");
@@ -426,5 +485,5 @@ void TestWebServer::nothingIsLogged()
     QVERIFY(log.entries().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestWebServer)
+QTEST_MAIN(TestWebServer)
 #include "test_webserver.moc"
