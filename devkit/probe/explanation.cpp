@@ -65,8 +65,7 @@ const std::vector<Explanation>& explanations()
             "itself"),
         // What the plug-in itself says.
         row("^parse json failed: *(.*)$", "the reply is no JSON: %1"),
-        row("^(?:parseLoginArgs failed|query error|evaluateTo error)$",
-            "the form page cannot be read: it is not well-formed"),
+        row("^(?:parseLoginArgs failed|query error)$", "the form page cannot be read: it is not well-formed"),
         row("^parsePostResult failed$",
             "the page that answers the form cannot be read: it is not well-formed"),
         row("^read compList failed$", "the enterprise list is no JSON"),

@@ -98,7 +98,6 @@ void TestProbeWords::textsAreExplained_data()
     row("parse json failed: illegal value", "the reply is no JSON: illegal value");
     row("parseLoginArgs failed", "the form page cannot be read");
     row("query error", "the form page cannot be read");
-    row("evaluateTo error", "the form page cannot be read");
     row("parsePostResult failed", "the page that answers the form cannot be read");
     row("read compList failed", "the enterprise list is no JSON");
     row("获取代理地址失败, 请检查服务器部署", "the address list names no editor service (\"varlo-editor\")");
