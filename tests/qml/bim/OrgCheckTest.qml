@@ -170,6 +170,7 @@ BimTest {
 
     function test_layoutOfATreeRow() {
         createAndOpen();
+        box.font.family = "serif";
         openBox();
         const rows = deptRows();
         for (let i = 0; i < rows.length; ++i) {
@@ -180,7 +181,7 @@ BimTest {
             const name = findChild(rows[i], "deptNameText");
             compare(image.x, 15 * (depth + 1));
             compare(name.x, image.x + image.width + 10);
-            compare(name.font.pixelSize, depth === 0 ? 14 : 12);
+            compare([name.font.family, name.font.pixelSize], ["serif", depth === 0 ? 14 : 12]);
             compare(name.elide, Text.ElideRight);
             compare(String(name.color), "#dddddd");
             compare(name.text, rows[i].dept.name);
