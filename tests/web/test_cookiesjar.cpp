@@ -26,6 +26,7 @@ private Q_SLOTS:
     void restoredCookiesStay();
     void restoredCookieThatAnAnswerSetsIsTheAnswers();
     void sharedJarBelongsToTheSharedManager();
+    void sharedManagerGetsItsJarBack();
     void webServerHasAManagerOfItsOwn();
     void jarMayBeUsedFromManyThreads();
 };
@@ -188,6 +189,18 @@ void TestCookiesJar::sharedJarBelongsToTheSharedManager()
     QCOMPARE(manager->cookieJar(), sharedCookieJar());
     QCOMPARE(sharedCookieJar()->parent(), manager);
     QVERIFY(!manager->parent());
+}
+
+//! A host that finds the manager may give it another jar.
+void TestCookiesJar::sharedManagerGetsItsJarBack()
+{
+    QNetworkAccessManager* manager = sharedNetworkManager();
+    // A manager deletes its jar when it gets another one.
+    sharedCookieJar()->setParent(nullptr);
+    manager->setCookieJar(new QNetworkCookieJar);
+    QCOMPARE(sharedNetworkManager(), manager);
+    QCOMPARE(manager->cookieJar(), sharedCookieJar());
+    QCOMPARE(sharedCookieJar()->parent(), manager);
 }
 
 void TestCookiesJar::webServerHasAManagerOfItsOwn()

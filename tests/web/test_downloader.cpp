@@ -138,6 +138,9 @@ private Q_SLOTS:
     void withoutResumeTheWholeIsAppendedToo();
     void addressIsReadTolerantly();
     void redirectIsFollowed();
+    void redirectToAnotherOriginIsFollowed();
+    void redirectAwayFromHttpsIsAnError();
+    void replyIsGoneRightAfterTheEnd();
     void downloadsFollowOneAnother();
 
     void totalIsTheCallers();
@@ -398,6 +401,51 @@ void TestDownloader::redirectIsFollowed()
     QTRY_VERIFY_WITH_TIMEOUT(m_report->ended(), Ample);
     QVERIFY(m_report->error.isEmpty());
     QCOMPARE(contentOf(target()), m_content);
+}
+
+void TestDownloader::redirectToAnotherOriginIsFollowed()
+{
+    const auto path = QStringLiteral("/moved");
+    const QString moved = m_services.packageUrl(Package);
+    m_services.setReply("GET", path, NelvoDevkit::redirectReply(moved.toLatin1()));
+    QVERIFY(QUrl(m_services.editorUrl()).authority() != QUrl(moved).authority());
+    QString error;
+    QVERIFY(m_downloader->download(m_services.editorUrl() + path, target(), PackageSize, error, true));
+    QTRY_VERIFY_WITH_TIMEOUT(m_report->ended(), Ample);
+    QCOMPARE(m_report->errors(), QStringList());
+    QCOMPARE(contentOf(target()), m_content);
+}
+
+void TestDownloader::redirectAwayFromHttpsIsAnError()
+{
+    NelvoDevkit::ServicesOptions options;
+    options.https = true;
+    TestSupport::StartedServices secure(options);
+    const auto path = QStringLiteral("/moved");
+    secure.setReply("GET", path, NelvoDevkit::redirectReply(m_services.packageUrl(Package).toLatin1()));
+    connect(m_manager.get(), &QNetworkAccessManager::sslErrors, this,
+            [](QNetworkReply* reply) { reply->ignoreSslErrors(); });
+    QString error;
+    QVERIFY(m_downloader->download(secure.editorUrl() + path, target(), PackageSize, error, true));
+    QTRY_VERIFY_WITH_TIMEOUT(m_report->ended(), Ample);
+    QCOMPARE(secure.log().requests().size(), 1);
+    const auto insecure = QStringLiteral("Insecure redirect");
+    QCOMPARE(m_report->errors(), (QStringList{insecure, insecure}));
+    QVERIFY(m_report->finished.isEmpty());
+    QVERIFY(m_services.log().requests().isEmpty());
+    QVERIFY(!QFileInfo::exists(target()));
+}
+
+//! Not at some later turn of the event loop: a slot in the queue finds it gone.
+void TestDownloader::replyIsGoneRightAfterTheEnd()
+{
+    int replies = -1;
+    connect(
+        m_downloader.get(), &CDownloader::downloadFinished, this,
+        [this, &replies] { replies = m_manager->replies(); }, Qt::QueuedConnection);
+    QVERIFY(download());
+    QTRY_VERIFY_WITH_TIMEOUT(replies != -1, Ample);
+    QCOMPARE(replies, 0);
 }
 
 void TestDownloader::downloadsFollowOneAnother()
