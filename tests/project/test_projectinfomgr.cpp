@@ -22,6 +22,7 @@
 #include <QUrl>
 #include <QtTest>
 
+#include <functional>
 #include <stdexcept>
 
 using NelvoDevkit::Fault;
@@ -145,6 +146,8 @@ private Q_SLOTS:
     void projectInfoBeforeASessionThrows();
     void projectInfoWithoutEnterpriseNameThrows();
     void foreignProjectsAreRemoved();
+    void foreignCheckIsExact();
+    void emptyEnterpriseIsOneLikeAnyOther();
     void projectsWithoutEnterpriseNeedNoSession();
     void foreignCheckWithoutSessionThrows();
 
@@ -156,6 +159,8 @@ private Q_SLOTS:
     void emptyCookieTextEmptiesTheJar();
     void unreadableCookieTextIsDropped();
     void cookieWithADateIsCutAtItsComma();
+    void cookieTextMayHoldAnyCharacter();
+    void handlerDuringTheRefreshSeesTheNewSession();
     void refreshReadsTheTree();
     void treeBeforeARefreshIsABareRoot();
     void treeTypes();
@@ -177,15 +182,18 @@ private Q_SLOTS:
     void emptyDataEmptiesTheSnapshot();
     void listWithoutASessionFails();
     void listAsDeepAsTheParserAllows();
+    void handlerDuringTheListSeesTheEarlierOne();
 
     void uploadThatIsNotWantedSendsNothing();
     void addToTheByte();
     void addedProjectIsInNeitherMap();
     void addWithoutDepartmentThrowsAndIsErased();
+    void emptyDepartmentGoesOutAsItIs();
     void renameToTheByte();
     void sameNameSendsNothing();
     void caseCountsAsAChange();
     void beginningOfANameCountsAsAChange();
+    void blankOfANameCountsAsAChange();
     void emptyIdMatchesTheServicesOnly();
     void uploadsDoNotLookAtTheReply_data();
     void uploadsDoNotLookAtTheReply();
@@ -202,6 +210,7 @@ private Q_SLOTS:
     void refusedDeleteIsTheOnlyRequest();
 
     void tickAsksTheHeartbeat();
+    void tickReadsTheAddressTolerantly();
     void pushedOutIsTold_data();
     void pushedOutIsTold();
     void otherRepliesTellNothing_data();
@@ -224,6 +233,8 @@ private:
     void refresh(Project& project);
     void knowsOnServer(Project& project, const QByteArray& elements);
     QByteArrayList targets() const;
+    //! Makes a call, and runs `handler` while it waits for its first answer.
+    void duringItsWait(const std::function<void()>& handler, const std::function<void()>& call);
 
     TestSupport::StartedServices m_services;
 };
@@ -278,6 +289,24 @@ QByteArrayList TestProjectInfoMgr::targets() const
     return lines;
 }
 
+void TestProjectInfoMgr::duringItsWait(const std::function<void()>& handler,
+                                       const std::function<void()>& call)
+{
+    m_services.log().clear();
+    m_services.addFault({Fault::Stall, {}, {}, 0, true});
+    QTimer watch;
+    connect(&watch, &QTimer::timeout, this, [&] {
+        if (m_services.log().requests().isEmpty())
+            return;
+        watch.stop();
+        handler();
+        m_services.clearFaults();
+    });
+    watch.start(1);
+    call();
+    QVERIFY(!watch.isActive());
+}
+
 void TestProjectInfoMgr::metaObject()
 {
     CProjectInfoMgr manager;
@@ -321,6 +350,10 @@ void TestProjectInfoMgr::emptyOperationsDoNothing()
     project.manager.GetProjectInfo(L"a", found);
     QVERIFY(found.id == L"a");
     QVERIFY(m_services.log().requests().isEmpty());
+    // The watch goes on until the manager is deleted.
+    QCOMPARE(timersOf(project.manager).size(), 1);
+    project.tick();
+    QCOMPARE(targets(), QByteArrayList{"GET /org/heartbeat"});
 }
 
 void TestProjectInfoMgr::firstAnnouncementStands()
@@ -447,6 +480,42 @@ void TestProjectInfoMgr::foreignProjectsAreRemoved()
     QVERIFY(projects.front().id == L"p0" && projects.back().id == L"p4");
 }
 
+void TestProjectInfoMgr::foreignCheckIsExact()
+{
+    Project project;
+    LoginSession made = session();
+    made.extra[L"epId"] = L"Ep1";
+    project.manager.ReflushProjOrgInfo(made);
+    std::list<ProjectRef> projects;
+    for (const wchar_t* epId : {L"ep1", L" Ep1", L"Ep1 ", L"Ep01", L"Ep1"}) {
+        projects.push_back(projectRef(epId));
+        projects.back().attrs[L"epId"] = epId;
+    }
+    project.manager.RemoveForeignProjects(projects);
+    QCOMPARE(projects.size(), std::size_t(1));
+    QVERIFY(projects.front().id == L"Ep1");
+}
+
+void TestProjectInfoMgr::emptyEnterpriseIsOneLikeAnyOther()
+{
+    Project project;
+    refresh(project);
+    LoginSession made = session();
+    made.extra[L"epId"] = L"";
+    project.manager.ReflushProjOrgInfo(made);
+    QCOMPARE(qApp->property("epId"), QVariant(QString("")));
+
+    project.manager.AddLocalProject(projectRef(L"a"));
+    ProjectRef found;
+    project.manager.GetProjectInfo(L"a", found);
+    QVERIFY(found.attrs.at(L"epId").empty());
+
+    std::list<ProjectRef> projects{found, projectRef(L"without")};
+    project.manager.RemoveForeignProjects(projects);
+    QCOMPARE(projects.size(), std::size_t(1));
+    QVERIFY(projects.front().id == L"a");
+}
+
 void TestProjectInfoMgr::projectsWithoutEnterpriseNeedNoSession()
 {
     CProjectInfoMgr manager;
@@ -566,6 +635,29 @@ void TestProjectInfoMgr::cookieWithADateIsCutAtItsComma()
     QCOMPARE(cookies.constFirst().value(), QByteArray("1"));
     QVERIFY(cookies.constFirst().isSessionCookie());
     QVERIFY(cookies.constFirst().domain().isEmpty());
+}
+
+void TestProjectInfoMgr::cookieTextMayHoldAnyCharacter()
+{
+    LoginSession made = session();
+    made.cookies = L"s=桥; domain=127.0.0.1; path=/";
+    Project project;
+    project.manager.ReflushProjOrgInfo(made);
+    QCOMPARE(m_services.onlyRequest().header("Cookie"), QByteArray("s=\xE6\xA1\xA5"));
+}
+
+void TestProjectInfoMgr::handlerDuringTheRefreshSeesTheNewSession()
+{
+    LoginSession made = session();
+    made.cookies = L"new=2";
+    Project project;
+    const auto handler = [this] {
+        QCOMPARE(qApp->property("sdkAddr").toString(), m_services.editorUrl());
+        QCOMPARE(qApp->property("iotToken").toString(), QStringLiteral("token"));
+        QCOMPARE(qApp->property("epId").toString(), QStringLiteral("1001"));
+        QCOMPARE(sharedCookieJar()->allCookies().constFirst().name(), QByteArray("new"));
+    };
+    duringItsWait(handler, [&] { project.manager.ReflushProjOrgInfo(made); });
 }
 
 void TestProjectInfoMgr::refreshReadsTheTree()
@@ -863,6 +955,21 @@ void TestProjectInfoMgr::listAsDeepAsTheParserAllows()
     QCOMPARE(log.debugs(), QStringList{ProjectsFailed});
 }
 
+void TestProjectInfoMgr::handlerDuringTheListSeesTheEarlierOne()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"n"})");
+    m_services.setReply("GET", ScenePath, json(R"({"data":[]})"));
+    std::list<ProjectNode> projects;
+    ProjectRef found;
+    duringItsWait([&] { project.manager.GetProjectInfo(L"a", found); },
+                  [&] { QVERIFY(project.manager.GetServerProjectTree(projects)); });
+    QVERIFY(found.id == L"a");
+    ProjectRef gone;
+    project.manager.GetProjectInfo(L"a", gone);
+    QVERIFY(gone.id.empty());
+}
+
 void TestProjectInfoMgr::uploadThatIsNotWantedSendsNothing()
 {
     Project project;
@@ -922,6 +1029,18 @@ void TestProjectInfoMgr::addWithoutDepartmentThrowsAndIsErased()
     QVERIFY(m_services.log().requests().isEmpty());
 }
 
+void TestProjectInfoMgr::emptyDepartmentGoesOutAsItIs()
+{
+    Project project;
+    refresh(project);
+    project.manager.AddLocalProject(projectRef(L"a"));
+    ProjectNode node = projectNode(L"a", L"n");
+    node.attrs[L"deptId"] = L"";
+    project.manager.OnUploadProject(node, nullptr, true);
+    QCOMPARE(m_services.onlyRequest().body,
+             QByteArray("{\n    \"deptId\": \"\",\n    \"id\": \"a\",\n    \"name\": \"n\"\n}\n"));
+}
+
 void TestProjectInfoMgr::renameToTheByte()
 {
     Project project;
@@ -956,6 +1075,16 @@ void TestProjectInfoMgr::beginningOfANameCountsAsAChange()
     project.manager.OnUploadProject(projectNode(L"a", L"Bridg"), nullptr, true);
     project.manager.OnUploadProject(projectNode(L"a", L""), nullptr, true);
     QCOMPARE(targets(), (QByteArrayList{"PUT /scene/project", "PUT /scene/project"}));
+}
+
+void TestProjectInfoMgr::blankOfANameCountsAsAChange()
+{
+    Project project;
+    knowsOnServer(project, R"({"id":"a","name":"Big Bridge"})");
+    for (const wchar_t* name : {L" Big Bridge", L"Big Bridge ", L"Big  Bridge"})
+        project.manager.OnUploadProject(projectNode(L"a", name), nullptr, true);
+    const QByteArray rename = "PUT /scene/project";
+    QCOMPARE(targets(), (QByteArrayList{rename, rename, rename}));
 }
 
 void TestProjectInfoMgr::emptyIdMatchesTheServicesOnly()
@@ -1056,19 +1185,9 @@ void TestProjectInfoMgr::handlerDuringTheAddSeesNeither()
     Project project;
     refresh(project);
     project.manager.AddLocalProject(projectRef(L"a"));
-    m_services.addFault({Fault::Stall, ScenePath, "POST", 0, false});
     ProjectRef found;
-    QTimer handler;
-    connect(&handler, &QTimer::timeout, this, [&] {
-        if (m_services.log().requests().isEmpty())
-            return;
-        handler.stop();
-        project.manager.GetProjectInfo(L"a", found);
-        m_services.clearFaults();
-    });
-    handler.start(1);
-    project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true);
-    QVERIFY(!handler.isActive());
+    duringItsWait([&] { project.manager.GetProjectInfo(L"a", found); },
+                  [&] { project.manager.OnUploadProject(projectNode(L"a", L"n"), nullptr, true); });
     QVERIFY(found.id.empty());
 }
 
@@ -1138,7 +1257,19 @@ void TestProjectInfoMgr::tickAsksTheHeartbeat()
     QVERIFY(m_services.log().requests().constFirst().header("Content-Type").isNull());
     QVERIFY(log.entries().isEmpty());
     QVERIFY(project.messages.first.isEmpty());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(sharedNetworkManager()->findChildren<QNetworkReply*>().size(), replies + 1);
+}
+
+void TestProjectInfoMgr::tickReadsTheAddressTolerantly()
+{
+    Project project;
+    LoginSession odd = session();
+    odd.sdkAddr += L"/a b";
+    project.manager.ReflushProjOrgInfo(odd);
+    m_services.log().clear();
+    project.tick();
+    QCOMPARE(targets(), QByteArrayList{"GET /a%20b/org/heartbeat"});
 }
 
 void TestProjectInfoMgr::pushedOutIsTold_data()
@@ -1174,6 +1305,8 @@ void TestProjectInfoMgr::otherRepliesTellNothing_data()
     QTest::newRow("success without JSON") << 200 << QByteArray("x") << 0;
     QTest::newRow("number") << 401 << QByteArray(R"({"infoCode":1007})") << 1;
     QTest::newRow("other code") << 401 << QByteArray(R"({"infoCode":"1001"})") << 1;
+    for (const char* code : {"1007 ", " 1007", "10070", "01007", "1002\\n", "10020"})
+        QTest::addRow("nearly: %s", code) << 401 << QByteArray(R"({"infoCode":")") + code + R"("})" << 1;
     QTest::newRow("no code") << 401 << QByteArray("{}") << 1;
     QTest::newRow("array") << 401 << QByteArray(R"(["1007"])") << 1;
     QTest::newRow("no JSON") << 401 << QByteArray("<html/>") << 2;
@@ -1275,19 +1408,9 @@ void TestProjectInfoMgr::tickGoesOnWhenAStalledReplyArrives()
     Project project;
     refresh(project);
     m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1002"})", 401));
-    m_services.addFault({Fault::Stall, HeartbeatPath, "GET", 0, false});
     bool toldBefore = true;
-    QTimer release;
-    connect(&release, &QTimer::timeout, this, [&] {
-        if (m_services.log().requests().isEmpty())
-            return;
-        release.stop();
-        toldBefore = !project.messages.first.isEmpty();
-        m_services.clearFaults();
-    });
-    release.start(1);
     MessageLog log;
-    project.tick();
+    duringItsWait([&] { toldBefore = !project.messages.first.isEmpty(); }, [&] { project.tick(); });
     QVERIFY(!toldBefore);
     QCOMPARE(project.messages.first, QStringList{PushedOut});
 }
@@ -1326,20 +1449,13 @@ void TestProjectInfoMgr::tickInsideATick()
     Project project;
     refresh(project);
     m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1007"})", 401));
-    m_services.addFault({Fault::Stall, HeartbeatPath, "GET", 0, true});
     int toldByTheInner = -1;
-    QTimer inner;
-    connect(&inner, &QTimer::timeout, this, [&] {
-        if (m_services.log().requests().isEmpty())
-            return;
-        inner.stop();
+    MessageLog log;
+    const auto inner = [&] {
         project.tick();
         toldByTheInner = project.messages.first.size();
-        m_services.clearFaults();
-    });
-    inner.start(1);
-    MessageLog log;
-    project.tick();
+    };
+    duringItsWait(inner, [&] { project.tick(); });
     QCOMPARE(toldByTheInner, 1);
     QCOMPARE(project.messages.first.size(), 2);
     QCOMPARE(targets(), (QByteArrayList{"GET /org/heartbeat", "GET /org/heartbeat"}));
@@ -1364,18 +1480,9 @@ void TestProjectInfoMgr::eachRefreshStartsOneMoreTimer()
 void TestProjectInfoMgr::noTimerDuringTheFirstRefresh()
 {
     Project project;
-    m_services.addFault({Fault::Stall, TreePath, "GET", 0, false});
     int during = -1;
-    QTimer release;
-    connect(&release, &QTimer::timeout, this, [&] {
-        if (m_services.log().requests().isEmpty())
-            return;
-        release.stop();
-        during = timersOf(project.manager).size();
-        m_services.clearFaults();
-    });
-    release.start(1);
-    project.manager.ReflushProjOrgInfo(session());
+    duringItsWait([&] { during = timersOf(project.manager).size(); },
+                  [&] { project.manager.ReflushProjOrgInfo(session()); });
     QCOMPARE(during, 0);
     QCOMPARE(timersOf(project.manager).size(), 1);
 }
