@@ -98,11 +98,13 @@ private Q_SLOTS:
     void pageWithoutTicketStillLeadsToThePost();
     void pagesPostResultIsNotLookedAt();
     void addressIsKeptOnlyOnceTheFormPassed();
+    void addressIsReadTolerantly();
     void loginRepliesAreKept();
     void aLoginInsideALoginEndsFirst();
 
     void onLoginFillsTheSession();
     void onLoginSendsFourRequests();
+    void onLoginBindsAtTheGivenAddress();
     void onLoginLogsTheRequestAfterEachCall();
     void tokenIsTakenAsItStands();
     void serverWalk_data();
@@ -110,15 +112,19 @@ private Q_SLOTS:
     void iotAddressBecomesAProperty();
     void withoutIotServiceThePropertyStays();
     void withoutSuffixBothAddressesAreEqual();
+    void addressFilesAreReadOnce();
     void onLoginFailures_data();
     void onLoginFailures();
     void failedOnLoginKeepsTheEarlierSession_data();
     void failedOnLoginKeepsTheEarlierSession();
     void repeatedSignInYieldsEmptyCookies();
     void changedCookieCountsAsNew();
+    void onlyCookiesOfTheHeartbeatCount();
     void cookieTextHoldsAttributesAndCommas();
+    void cookieTextMayHoldAnyCharacter();
     void sessionIsJsonText();
     void sessionObjectHasItsSevenTexts();
+    void sessionStaysUntilTheNextOne();
 
     void showHomeWithoutOnLogin();
     void showHomeClosesTheWindow();
@@ -128,11 +134,14 @@ private Q_SLOTS:
     void resetCacheDropsThePassword();
 
     void logoutGoesOutAtQuit();
+    void logoutLeavesJarAndAddress();
     void logoutWithoutSignInIsLogged();
 
 private:
     QString login(SignIn& signIn, const QString& user = QStringLiteral("lina"));
     QByteArrayList targets() const;
+    //! The editor service answers its next heartbeats with these cookies.
+    void setHeartbeatCookies(const QByteArrayList& cookies);
 
     TestSupport::StartedServices m_services;
     QString m_url;
@@ -169,6 +178,14 @@ QByteArrayList TestLoginActor::targets() const
     for (const LoggedRequest& request : requests)
         lines.append(request.method + ' ' + request.target);
     return lines;
+}
+
+void TestLoginActor::setHeartbeatCookies(const QByteArrayList& cookies)
+{
+    HttpReply reply = json("{}");
+    for (const QByteArray& cookie : cookies)
+        NelvoDevkit::setCookie(reply, cookie);
+    m_services.setReply("GET", HeartbeatPath, reply);
 }
 
 void TestLoginActor::metaObjectSurface()
@@ -427,11 +444,33 @@ void TestLoginActor::addressIsKeptOnlyOnceTheFormPassed()
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QVERIFY(!targets().contains("GET " + ServersPath.toLatin1()));
 
+    // Then at once, whether or not the company list comes.
     m_services.clearReplies();
-    m_services.setReply("GET", ListPath, HttpReply{});
-    QCOMPARE(login(signIn), QStringLiteral("read compList failed"));
+    m_services.addFault({Fault::Status, ListPath, {}, 503, false});
+    QVERIFY(!login(signIn).isEmpty());
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QVERIFY(targets().contains("GET " + ServersPath.toLatin1()));
+}
+
+void TestLoginActor::addressIsReadTolerantly()
+{
+    const auto path = [](const QString& tail) { return QStringLiteral("/a%20b") + tail; };
+    for (const char* method : {"GET", "POST"})
+        m_services.setReply(method, path(QStringLiteral("/login")), {200, "text/html", "<html/>", {}});
+    m_services.setReply("GET", path(ListPath), json("[]"));
+    m_services.setReply("POST", path(BindPath), json("{}"));
+    m_services.setReply("GET", path(TokenPath), json("{}"));
+    m_services.setReply("GET", path(HeartbeatPath), json("{}"));
+    const QString editor = m_services.editorUrl() + QStringLiteral("/a b");
+    m_services.setReply("GET", path(ServersPath),
+                        NelvoDevkit::jsonReply(QJsonDocument(
+                            QJsonArray{QJsonObject{{"serverName", "varlo-editor"}, {"serverURL", editor}}})));
+    SignIn signIn;
+    const QString address = m_url + QStringLiteral("/a b");
+    QCOMPARE(signIn.actor.login(QStringLiteral("lina"), QStringLiteral("x"), address, {}), QString());
+    signIn.actor.onLogin(address, QStringLiteral("1"), QStringLiteral("x"));
+    QCOMPARE(text(signIn.published().sdkAddr), editor);
+    QCOMPARE(targets().size(), 7);
 }
 
 void TestLoginActor::loginRepliesAreKept()
@@ -511,6 +550,17 @@ void TestLoginActor::onLoginSendsFourRequests()
         QVERIFY(m_services.log().requests().at(index).header("Content-Type").isNull());
 }
 
+void TestLoginActor::onLoginBindsAtTheGivenAddress()
+{
+    SignIn signIn;
+    login(signIn);
+    m_services.log().clear();
+    signIn.actor.onLogin(m_url + QStringLiteral("/other"), QStringLiteral("1"), QStringLiteral("x"));
+    QCOMPARE(targets().mid(0, 3),
+             (QByteArrayList{"POST /other" + BindPath.toLatin1(), "GET " + ServersPath.toLatin1(),
+                             "GET " + TokenPath.toLatin1()}));
+}
+
 void TestLoginActor::onLoginLogsTheRequestAfterEachCall()
 {
     SignIn signIn;
@@ -559,6 +609,12 @@ void TestLoginActor::serverWalk_data()
     row("empty iot address goes on looking", QByteArrayList{iot, "", editor, real, iot, "i"}, found, "i");
     row("empty iot address goes on looking, editor known", QByteArrayList{editor, real, iot, "", iot, "i"},
         found, "i");
+    row("empty editor addresses go on looking",
+        QByteArrayList{editor, "", iot, "i", editor, "", editor, real}, found, "i");
+    row("empty editor address wins before iot", QByteArrayList{editor, real, editor, "", iot, "i"}, QString(),
+        "i");
+    row("empty editor addresses only", QByteArrayList{editor, "", iot, "i", editor, ""}, QString(), "i");
+    row("no editor", QByteArrayList{iot, "i"}, QString(), "i");
     row("no iot", QByteArrayList{editor, real}, found, QString());
     row("names are case-sensitive", QByteArrayList{"Varlo-Editor", "http://no", editor, real, "IOT_new", "i"},
         found, QString());
@@ -609,6 +665,22 @@ void TestLoginActor::withoutSuffixBothAddressesAreEqual()
     const NelvoSDK::LoginSession session = signIn.published();
     QVERIFY(!session.sdkAddr.empty());
     QVERIFY(session.serverAddr == session.sdkAddr);
+}
+
+void TestLoginActor::addressFilesAreReadOnce()
+{
+    const ApplicationFile suffix(QStringLiteral("ProxyUrlSuffix.json"));
+    suffix.write(R"({"UrlSuffix": "/proxy"})");
+    SignIn signIn;
+    suffix.write(R"({"UrlSuffix": "/later"})");
+    m_defaultServer->write(R"({"defaultServer": "http://later"})");
+    signIn.actor.ShowLogin();
+    login(signIn);
+    signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
+    QCOMPARE(text(signIn.published().serverAddr), m_services.editorUrl() + QStringLiteral("/proxy"));
+    signIn.actor.ShowLogin();
+    QCOMPARE(signIn.view.rootContext()->contextProperty(QStringLiteral("defaultUrl")),
+             QVariant("http://default"));
 }
 
 void TestLoginActor::onLoginFailures_data()
@@ -710,35 +782,46 @@ void TestLoginActor::repeatedSignInYieldsEmptyCookies()
 
 void TestLoginActor::changedCookieCountsAsNew()
 {
-    const auto heartbeat = [this](const QByteArray& cookies) {
-        HttpReply reply = json("{}");
-        for (const QByteArray& cookie : cookies.split('|'))
-            reply.headers.append(NelvoDevkit::HttpHeader{"Set-Cookie", cookie});
-        m_services.setReply("GET", HeartbeatPath, reply);
-    };
     SignIn signIn;
     login(signIn);
-    heartbeat("a=1; Path=/|b=1; Path=/");
+    setHeartbeatCookies({"a=1; Path=/", "b=1; Path=/"});
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QCOMPARE(text(signIn.published().cookies),
              QStringLiteral("a=1; domain=127.0.0.1; path=/,b=1; domain=127.0.0.1; path=/"));
-    heartbeat("a=2; Path=/|b=1; Path=/");
+    setHeartbeatCookies({"a=2; Path=/", "b=1; Path=/"});
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QCOMPARE(text(signIn.published().cookies), QStringLiteral("a=2; domain=127.0.0.1; path=/"));
 }
 
+void TestLoginActor::onlyCookiesOfTheHeartbeatCount()
+{
+    SignIn signIn;
+    login(signIn);
+    m_services.setReply("GET", TokenPath,
+                        HttpReply{200, "text/plain", "t", {{"Set-Cookie", "before=1; Path=/"}}});
+    setHeartbeatCookies({"a=1; Path=/"});
+    signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
+    QCOMPARE(text(signIn.published().cookies), QStringLiteral("a=1; domain=127.0.0.1; path=/"));
+}
+
 void TestLoginActor::cookieTextHoldsAttributesAndCommas()
 {
-    HttpReply reply = json("{}");
-    reply.headers.append(NelvoDevkit::HttpHeader{
-        "Set-Cookie", "s=1; Path=/; HttpOnly; Expires=Wed, 09 Jun 2100 10:18:14 GMT"});
-    m_services.setReply("GET", HeartbeatPath, reply);
+    setHeartbeatCookies({"s=1; Path=/; HttpOnly; Expires=Wed, 09 Jun 2100 10:18:14 GMT"});
     SignIn signIn;
     login(signIn);
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QCOMPARE(
         text(signIn.published().cookies),
         QStringLiteral("s=1; HttpOnly; expires=Wed, 09-Jun-2100 10:18:14 GMT; domain=127.0.0.1; path=/"));
+}
+
+void TestLoginActor::cookieTextMayHoldAnyCharacter()
+{
+    setHeartbeatCookies({"s=\xE6\xA1\xA5; Path=/"});
+    SignIn signIn;
+    login(signIn);
+    signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
+    QCOMPARE(text(signIn.published().cookies), QStringLiteral("s=桥; domain=127.0.0.1; path=/"));
 }
 
 //! Names and ids pass unchanged, whatever they hold.
@@ -782,6 +865,19 @@ void TestLoginActor::sessionObjectHasItsSevenTexts()
     QCOMPARE(kept, expected);
 }
 
+void TestLoginActor::sessionStaysUntilTheNextOne()
+{
+    SignIn signIn;
+    login(signIn);
+    signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
+    const QJsonObject filled = signIn.actor.m_session;
+    QCOMPARE(text(signIn.published().sdkAddr), m_services.editorUrl());
+    QCOMPARE(signIn.actor.m_session, filled);
+    QCOMPARE(login(signIn, QStringLiteral("zhangwei")), QString());
+    QCOMPARE(signIn.actor.m_session, filled);
+    QCOMPARE(text(signIn.published().sdkAddr), m_services.editorUrl());
+}
+
 void TestLoginActor::showHomeWithoutOnLogin()
 {
     SignIn signIn;
@@ -801,7 +897,13 @@ void TestLoginActor::showHomeClosesTheWindow()
     SignIn signIn;
     signIn.view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&signIn.view));
+    // Each in its turn: what quits with the last window, the window, the observers.
+    connect(&signIn.view, &QWindow::visibleChanged, this,
+            [] { QVERIFY(!QGuiApplication::quitOnLastWindowClosed()); });
+    bool wasVisible = true;
+    signIn.observer.whenSucceeded = [&] { wasVisible = signIn.view.isVisible(); };
     signIn.actor.onShowHome();
+    QVERIFY(!wasVisible);
     QVERIFY(!signIn.view.isVisible());
     QVERIFY(!QGuiApplication::quitOnLastWindowClosed());
 }
@@ -882,6 +984,25 @@ void TestLoginActor::logoutGoesOutAtQuit()
     QCoreApplication::exec();
     QCOMPARE(targets(), QByteArrayList{"GET /rs/casLogin/logout"});
     QVERIFY(m_services.log().requests().constFirst().header("Cookie").contains("CASTGC="));
+}
+
+//! A quit may be called off, and the next one signs out again.
+void TestLoginActor::logoutLeavesJarAndAddress()
+{
+    SignIn signIn;
+    login(signIn);
+    const auto logoutPath = QStringLiteral("/rs/casLogin/logout");
+    m_services.setReply("GET", logoutPath, {});
+    const QList<QNetworkCookie> cookies = sharedCookieJar()->allCookies();
+    QVERIFY(!cookies.isEmpty());
+    m_services.log().clear();
+    for (int quits = 0; quits < 2; ++quits) {
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        QCoreApplication::exec();
+        QCOMPARE(sharedCookieJar()->allCookies(), cookies);
+    }
+    const QByteArray logout = "GET " + logoutPath.toLatin1();
+    QCOMPARE(targets(), (QByteArrayList{logout, logout}));
 }
 
 void TestLoginActor::logoutWithoutSignInIsLogged()

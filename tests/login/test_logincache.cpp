@@ -36,6 +36,7 @@ private Q_SLOTS:
     void knownAddressMovesToTheFrontAndStandsOnce();
     void userNamesAreCaseSensitive();
     void secondEntryOfAUserStays();
+    void usersAndAddressesHaveNoLimit();
     void emptyPasswordOverwritesTheStoredOne();
     void damagedCacheIsLostOnUpdate();
     void unwritableFileKeepsItsContent();
@@ -209,6 +210,25 @@ void TestLoginCache::secondEntryOfAUserStays()
     QCOMPARE(users(entries), (QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("a")}));
     QCOMPARE(entries.front().cimUrlList, (QStringList{QStringLiteral("3"), QStringLiteral("1")}));
     QCOMPARE(entries.back().cimUrlList, QStringList{QStringLiteral("2")});
+}
+
+void TestLoginCache::usersAndAddressesHaveNoLimit()
+{
+    constexpr int many = 1000;
+    std::list<UserCacheEntry> entries;
+    for (int i = 0; i < many; ++i)
+        entries.push_back({QString::number(i), {}, {}, {}});
+    for (int i = 0; i < many; ++i) {
+        entries.back().cimUrlList.append(QString::number(i));
+        entries.back().pdsUrlList.append(QString::number(i));
+    }
+    CLoginCache::writeUsers(entries);
+    CLoginCache::updateUser(entries.back().user, {}, QStringLiteral("cim"), QStringLiteral("pds"));
+    CLoginCache::updateUser(QStringLiteral("one more"), {}, {}, {});
+    const std::list<UserCacheEntry> all = read();
+    QCOMPARE(all.size(), std::size_t(many + 1));
+    QCOMPARE(std::next(all.begin())->cimUrlList.size(), many + 1);
+    QCOMPARE(std::next(all.begin())->pdsUrlList.size(), many + 1);
 }
 
 void TestLoginCache::emptyPasswordOverwritesTheStoredOne()

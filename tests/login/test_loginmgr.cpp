@@ -30,6 +30,8 @@ private Q_SLOTS:
     void preparedWindowIsFramelessAndHidden();
     void pagesFindTheirContext();
     void startShowsTheWindow();
+    void windowShowsBeforeItGetsTheUsers();
+    void homeKeepsTheApplicationFromThenOn();
     void pagesLoadWithoutAWarning();
     void withoutCacheTheUserListIsEmpty();
     void cachedUsersReachThePagesWithClearPasswords();
@@ -88,9 +90,10 @@ void TestLoginMgr::contextIsKeptForTheHost()
 
 void TestLoginMgr::preparedWindowIsFramelessAndHidden()
 {
+    const Qt::WindowFlags plain = QQuickView().flags();
     CLoginMgr manager;
     QVERIFY(view());
-    QVERIFY(view()->flags().testFlag(Qt::FramelessWindowHint));
+    QCOMPARE(view()->flags(), plain | Qt::FramelessWindowHint);
     QCOMPARE(view()->resizeMode(), QQuickView::SizeViewToRootObject);
     QVERIFY(view()->source().isEmpty());
     QVERIFY(!view()->isVisible());
@@ -124,6 +127,34 @@ void TestLoginMgr::startShowsTheWindow()
     QCOMPARE(view()->source(), QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml")));
     QVERIFY(QTest::qWaitForWindowExposed(view()));
     QCOMPARE(view()->size(), QSize(340, 642));
+}
+
+void TestLoginMgr::windowShowsBeforeItGetsTheUsers()
+{
+    m_cache->write(R"([{"user": "lina"}])");
+    CLoginMgr manager;
+    int usersWhenShown = -1;
+    connect(view(), &QWindow::visibleChanged, this, [this, &usersWhenShown](bool visible) {
+        if (visible)
+            usersWhenShown = userInfos().size();
+    });
+    manager.Start();
+    QCOMPARE(usersWhenShown, 0);
+    QCOMPARE(userInfos().size(), 1);
+}
+
+//! Before it the application ends with its last window, as Qt has it. After it a new sign-in changes nothing.
+void TestLoginMgr::homeKeepsTheApplicationFromThenOn()
+{
+    QGuiApplication::setQuitOnLastWindowClosed(true);
+    CLoginMgr manager;
+    manager.Start();
+    QVERIFY(QGuiApplication::quitOnLastWindowClosed());
+    auto* actor = view()->rootContext()->contextProperty(QStringLiteral("loginCtrl")).value<QObject*>();
+    QVERIFY(QMetaObject::invokeMethod(actor, "onShowHome"));
+    manager.GetLoginActor()->ShowLogin();
+    QVERIFY(view()->isVisible());
+    QVERIFY(!QGuiApplication::quitOnLastWindowClosed());
 }
 
 void TestLoginMgr::pagesLoadWithoutAWarning()
