@@ -6,7 +6,41 @@
 #include <QGuiApplication>
 #include <QtTest>
 
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <numeric>
+
 using NelvoPlugin::CBimPlugin;
+
+namespace {
+
+using Managers = std::array<const void*, 4>;
+
+Managers managersOf(CBimPlugin& plugin)
+{
+    return {plugin.GetLoginMgr(), plugin.GetProjectInfoMgr(), plugin.GetPdsMgr(), plugin.GetMessageMgr()};
+}
+
+int differences(const Managers& left, const Managers& right)
+{
+    return static_cast<int>(left.size()) -
+           std::inner_product(left.begin(), left.end(), right.begin(), 0, std::plus<>(), std::equal_to<>());
+}
+
+//! Hears of the end of each manager of a plug-in. The message manager can't tell of its own.
+void watchManagers(CBimPlugin& plugin, const std::function<void(const QString& name)>& gone)
+{
+    const auto watch = [&gone](auto* object, const char* name) {
+        QObject::connect(dynamic_cast<QObject*>(object), &QObject::destroyed,
+                         [gone, name] { gone(QString::fromLatin1(name)); });
+    };
+    watch(plugin.GetLoginMgr()->GetLoginActor(), "login");
+    watch(plugin.GetProjectInfoMgr(), "project");
+    watch(plugin.GetPdsMgr(), "pds");
+}
+
+} // namespace
 
 class TestBimPlugin : public QObject
 {
@@ -18,6 +52,9 @@ private Q_SLOTS:
     void nothingBeforeInitialize();
     void initializeCreatesTheManagers();
     void secondInitializeReplacesTheManagers();
+    void managersAreReplacedInOrder_data();
+    void managersAreReplacedInOrder();
+    void managersAreDeletedInReverseOrder();
     void shutdownKeepsTheMessageManager();
     void messagesPassAfterShutdown();
     void hostContextSurvives();
@@ -93,6 +130,44 @@ void TestBimPlugin::secondInitializeReplacesTheManagers()
     QCOMPARE(QGuiApplication::topLevelWindows().size(), 1);
     plugin.Shutdown();
     QVERIFY(QGuiApplication::topLevelWindows().isEmpty());
+}
+
+void TestBimPlugin::managersAreReplacedInOrder_data()
+{
+    QTest::addColumn<bool>("again");
+    QTest::newRow("by new ones") << true;
+    QTest::newRow("by none") << false;
+}
+
+//! A manager goes when the plug-in has it no more, and has all that come after it still.
+void TestBimPlugin::managersAreReplacedInOrder()
+{
+    QFETCH(bool, again);
+    CBimPlugin plugin;
+    plugin.Initialize();
+    const Managers before = managersOf(plugin);
+    QStringList steps;
+    watchManagers(plugin, [&](const QString& name) {
+        const Managers now = managersOf(plugin);
+        steps.append(QStringLiteral("%1 %2").arg(name).arg(differences(now, before)));
+        QCOMPARE(std::find(now.begin(), now.end(), nullptr) == now.end(), again);
+    });
+    if (again)
+        plugin.Initialize();
+    else
+        plugin.Shutdown();
+    QCOMPARE(steps, (QStringList{"login 1", "project 2", "pds 3"}));
+}
+
+void TestBimPlugin::managersAreDeletedInReverseOrder()
+{
+    QStringList gone;
+    {
+        CBimPlugin plugin;
+        plugin.Initialize();
+        watchManagers(plugin, [&gone](const QString& name) { gone.append(name); });
+    }
+    QCOMPARE(gone, (QStringList{"pds", "project", "login"}));
 }
 
 void TestBimPlugin::shutdownKeepsTheMessageManager()
