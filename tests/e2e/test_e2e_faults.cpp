@@ -1,9 +1,13 @@
 #include "tests/e2e/pluginhost.h"
+#include "tests/e2e/updatepages.h"
 #include "tests/support/accounts.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/startedservices.h"
 #include "tests/support/wine.h"
+#include "userinput/userinput.h"
 
+#include <QCursor>
+#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QtTest>
 
@@ -42,9 +46,25 @@ const Call Addresses{"addresses", "GET", "/rs/casLogin/serverUrl"};
 const Call Token{"token", "GET", "/rs/cim/nelvo/client_token"};
 const Call Heartbeat{"heartbeat", "GET", "/org/heartbeat"};
 
+const Call VersionCheck{"version check", "POST", "/v1.0/service/sys/productVersion/findLatest"};
+
 const auto User = QStringLiteral("zhangwei");
 const QStringList NoEditorText{QStringLiteral("获取代理地址失败, 请检查服务器部署")};
 const QStringList HeartbeatText{QStringLiteral("CLoginActor::onLogin getprojList /org/heartbeat falied!")};
+
+//! \brief Counts how often the mouse moves in a window.
+class MouseWatch final : public QObject
+{
+public:
+    explicit MouseWatch(QObject* window) { window->installEventFilter(this); }
+    bool eventFilter(QObject* /*window*/, QEvent* event) override
+    {
+        moves += event->type() == QEvent::MouseMove ? 1 : 0;
+        return false;
+    }
+
+    int moves = 0;
+};
 
 } // namespace
 
@@ -64,6 +84,8 @@ private Q_SLOTS:
     void everyCallInEveryWay();
     void stalledCallGoesOnWhenReleased_data();
     void stalledCallGoesOnWhenReleased();
+    void mouseMovesDuringACall_data();
+    void mouseMovesDuringACall();
     void formPageThatWouldCrashTheQuery();
     void quitWhileTheFormWaits();
 
@@ -299,6 +321,52 @@ void TestE2eFaults::stalledCallGoesOnWhenReleased()
     signIn();
     QCOMPARE(ticks, 10);
     expectSession(m_services.editorUrl(), [](const QString& token) { return !token.isEmpty(); });
+}
+
+void TestE2eFaults::mouseMovesDuringACall_data()
+{
+    QTest::addColumn<QString>("path");
+    // One for each kind of wait.
+    for (const Call& call : {FormPage, Addresses, VersionCheck})
+        QTest::newRow(call.name) << QString::fromLatin1(call.path);
+}
+
+//! What a person does reaches the window while the service is silent.
+void TestE2eFaults::mouseMovesDuringACall()
+{
+    QFETCH(QString, path);
+    m_services.log().clear();
+    m_host = std::make_unique<E2e::PluginHost>(m_services.signInUrl());
+    E2e::plugin()->GetLoginMgr()->Start();
+    QVERIFY(UserInput::activate(m_host->window()));
+    m_services.addFault({Fault::Stall, path, {}, 0, false});
+
+    MouseWatch watch(m_host->window());
+    const QPoint place = m_host->window()->geometry().center();
+    const QDeadlineTimer giveUp(10000);
+    int sent = 0;
+    bool came = false;
+    QTimer mouse;
+    connect(&mouse, &QTimer::timeout, this, [&] {
+        if (!asked(path)) {
+            watch.moves = 0;
+            return;
+        }
+        came = sent > 0 && watch.moves > 0;
+        if (!came && !giveUp.hasExpired()) {
+            // Through the system: what Qt Test sends is never held back.
+            QCursor::setPos(place + QPoint(++sent % 2, 0));
+            return;
+        }
+        mouse.stop();
+        m_services.clearFaults();
+    });
+    mouse.start(2);
+    MessageLog log;
+    E2e::checkVersion(m_services.updateUrl(), QStringLiteral("token"), QStringLiteral("product"));
+    signIn();
+    QVERIFY(!mouse.isActive());
+    QVERIFY(came);
 }
 
 void TestE2eFaults::formPageThatWouldCrashTheQuery()
