@@ -91,8 +91,10 @@ int TestE2eSignIn::count(const QByteArray& method, const QByteArray& path) const
 void TestE2eSignIn::oneEnterprisePassesWithoutAClick()
 {
     QGuiApplication::setQuitOnLastWindowClosed(true); // as in a host that has set nothing
+    const TestSupport::MessageLog log;
     signIn(QStringLiteral("zhangwei"));
     QTRY_COMPARE(host().observer.sessions.size(), 1);
+    QCOMPARE(log.categories(QStringLiteral(" login success....")), QStringList{"qml"});
     const NelvoSDK::LoginSession session = host().observer.sessions.constFirst();
     QVERIFY(session.loggedIn);
     QCOMPARE(QString::fromStdWString(session.sdkAddr), m_services.editorUrl());

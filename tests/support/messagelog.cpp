@@ -12,7 +12,7 @@ QVector<MessageLog::Entry> recorded;
 void record(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     const std::lock_guard<std::mutex> lock(entriesMutex);
-    recorded.append({type, text, QString::fromUtf8(context.file)});
+    recorded.append({type, text, QString::fromUtf8(context.file), QString::fromUtf8(context.category)});
 }
 
 } // namespace
@@ -42,6 +42,18 @@ QStringList MessageLog::texts(QtMsgType type) const
         if (entry.type == type)
             found.append(entry.text);
     }
+    return found;
+}
+
+QStringList MessageLog::categories(const QString& text) const
+{
+    QStringList found;
+    const QVector<Entry> all = entries();
+    for (const Entry& entry : all) {
+        if (entry.text.contains(text))
+            found.append(entry.category);
+    }
+    found.removeDuplicates();
     return found;
 }
 

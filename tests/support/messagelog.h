@@ -17,6 +17,7 @@ public:
         QtMsgType type;
         QString text;
         QString file;
+        QString category;
     };
 
     MessageLog();
@@ -28,6 +29,8 @@ public:
     QStringList texts(QtMsgType type) const;
     QStringList warnings() const { return texts(QtWarningMsg); }
     QStringList debugs() const { return texts(QtDebugMsg); }
+    //! The categories of the messages that hold that text, each once.
+    QStringList categories(const QString& text) const;
     void clear();
 
 private:

@@ -12,9 +12,11 @@ void say(const QString& event)
     std::fflush(stdout);
 }
 
-void sayMessage(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+void sayMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
-    say(QStringLiteral("log %1 %2").arg(type).arg(text));
+    const QLatin1String category(context.category);
+    const QString place = category == QLatin1String("default") ? QString() : category + QLatin1Char(' ');
+    say(QStringLiteral("log %1 ").arg(type) + place + text);
 }
 
 //! Whoever waits for the file finds it whole.

@@ -11,7 +11,7 @@ QString knowledge();
 
 //! Writes an event to the standard output, and what the host knows behind a tab.
 void say(const QString& event);
-//! A message handler that says every log line.
+//! A message handler that says every log line, behind its category if that isn't the default one.
 void sayMessage(QtMsgType type, const QMessageLogContext& context, const QString& text);
 //! Leaves NAME.started beside the program, with the number of its arguments. The status to end with.
 int leaveTrace();
