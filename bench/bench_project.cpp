@@ -10,11 +10,12 @@
 #include <QJsonObject>
 #include <QTimerEvent>
 
-#include <cmath>
 #include <cstdio>
+#include <functional>
 
-//! The organisation tree and the project list beside a bare parse of the same bodies, how their cost grows,
-//! and what a tick of the watch on the session leaves in memory.
+//! The organisation tree and the project list beside a bare parse of the same bodies, in processor time of
+//! the thread that does it all, how their cost grows, and what a tick of the watch on the session leaves in
+//! memory.
 
 namespace {
 
@@ -53,101 +54,88 @@ NelvoSDK::LoginSession sessionAt(const QString& url)
     return session;
 }
 
-double parseMilliseconds(const QByteArray& body)
+//! Of so many rounds, one after the other, what the calling thread works in one.
+double medianOf(const std::function<double()>& round)
 {
     QVector<double> times;
-    for (int round = 0; round < Rounds; ++round) {
-        times.append(Bench::milliseconds([&body] {
+    for (int index = 0; index < Rounds; ++index)
+        times.append(round());
+    return Bench::median(times);
+}
+
+double parseMilliseconds(const QByteArray& body)
+{
+    return medianOf([&body] {
+        return Bench::processorMilliseconds([&body] {
             if (QJsonDocument::fromJson(body).isNull())
                 qFatal("the body is no JSON");
-        }));
-    }
-    return Bench::median(times);
+        });
+    });
 }
 
 double transferMilliseconds(const QString& url, const QString& path)
 {
-    QVector<double> times;
-    for (int round = 0; round < Rounds; ++round) {
-        times.append(Bench::milliseconds(
-            [&] { httpGet(sharedNetworkManager(), url, path, {}, [](const QByteArray&) { return true; }); }));
-    }
-    return Bench::median(times);
+    return medianOf([&] {
+        return Bench::processorMilliseconds(
+            [&] { httpGet(sharedNetworkManager(), url, path, {}, [](const QByteArray&) { return true; }); });
+    });
 }
 
 //! The refresh of a new manager and the copy of its tree for the host.
 double treeMilliseconds(const QString& url)
 {
-    QVector<double> times;
-    for (int round = 0; round < Rounds; ++round) {
-        CProjectInfoMgr manager;
-        NelvoSDK::OrgTreeNode root;
-        times.append(Bench::milliseconds([&] {
-            manager.ReflushProjOrgInfo(sessionAt(url));
-            manager.GetOrgTree(root);
-        }));
-        if (root.children.empty())
-            qFatal("no tree");
-    }
-    return Bench::median(times);
+    CProjectInfoMgr manager;
+    NelvoSDK::OrgTreeNode root;
+    const double elapsed = Bench::processorMilliseconds([&] {
+        manager.ReflushProjOrgInfo(sessionAt(url));
+        manager.GetOrgTree(root);
+    });
+    if (root.children.empty())
+        qFatal("no tree");
+    return elapsed;
 }
 
 //! The list as a new manager reads it.
 double projectsMilliseconds(const QString& url)
 {
-    QVector<double> times;
-    for (int round = 0; round < Rounds; ++round) {
-        CProjectInfoMgr manager;
-        manager.ReflushProjOrgInfo(sessionAt(url));
-        std::list<NelvoSDK::ProjectNode> projects;
-        times.append(Bench::milliseconds([&] { manager.GetServerProjectTree(projects); }));
-        if (projects.empty())
-            qFatal("no projects");
-    }
-    return Bench::median(times);
-}
-
-void measureGrowth(const char* what, const QVector<int>& sizes, const QVector<double>& times)
-{
-    std::printf("%s:", what);
-    for (int index = 0; index < sizes.size(); ++index)
-        std::printf("  %d in %.1f ms", sizes.at(index), times.at(index));
-    std::printf("\n");
-    // A larger body leaves the processor's caches, which costs a little on top of the steps.
-    constexpr double slack = 1.25;
-    const auto nLogN = [](int size) { return size * std::log2(size); };
-    Bench::printRatio("  growth / n log n", times.constLast() / times.constFirst(),
-                      nLogN(sizes.constLast()) / nLogN(sizes.constFirst()), "x", slack);
+    CProjectInfoMgr manager;
+    manager.ReflushProjOrgInfo(sessionAt(url));
+    std::list<NelvoSDK::ProjectNode> projects;
+    const double elapsed = Bench::processorMilliseconds([&] { manager.GetServerProjectTree(projects); });
+    if (projects.empty())
+        qFatal("no projects");
+    return elapsed;
 }
 
 void measureTree(StartedServices& services, const QString& url)
 {
-    const QVector<int> sizes{10000, 50000, 100000};
+    const QVector<int> sizes{25000, 50000, 100000};
     QVector<double> own;
+    double parse = 0;
     for (const int size : sizes) {
         const HttpReply reply = treeReply(services, size);
         services.setReply("GET", TreePath, reply);
-        own.append(treeMilliseconds(url) - transferMilliseconds(url, TreePath));
-        if (size == sizes.constLast())
-            Bench::printRatio("tree of 100,000 nodes / parse", own.constLast(), parseMilliseconds(reply.body),
-                              "ms", 4);
+        own.append(medianOf([&url] { return treeMilliseconds(url); }) - transferMilliseconds(url, TreePath));
+        parse = parseMilliseconds(reply.body);
     }
-    measureGrowth("tree", sizes, own);
+    Bench::printRatio("organisation of 100,000 units / parse", own.constLast(), parse, "ms", 2);
+    Bench::printScaling("  units", sizes, own, "ms");
 }
 
 void measureProjects(StartedServices& services, const QString& url)
 {
-    const QVector<int> sizes{10000, 50000, 100000};
+    const QVector<int> sizes{12500, 25000, 50000};
     QVector<double> own;
+    double parse = 0;
     for (const int size : sizes) {
         const HttpReply reply = projectsReply(services, size);
         services.setReply("GET", ScenePath, reply);
-        own.append(projectsMilliseconds(url) - transferMilliseconds(url, ScenePath));
-        if (size == 50000)
-            Bench::printRatio("list of 50,000 projects / parse", own.constLast(),
-                              parseMilliseconds(reply.body), "ms", 4);
+        own.append(medianOf([&url] { return projectsMilliseconds(url); }) -
+                   transferMilliseconds(url, ScenePath));
+        parse = parseMilliseconds(reply.body);
     }
-    measureGrowth("list", sizes, own);
+    Bench::printRatio("50,000 scene projects / parse", own.constLast(), parse, "ms", 2.5);
+    Bench::printScaling("  projects", sizes, own, "ms");
 }
 
 //! In a process of its own, which has nothing else in memory.
@@ -168,8 +156,7 @@ void measureTreeMemory(StartedServices& services, const QString& url)
     services.setReply("GET", TreePath, treeReply(services, nodes));
     const QStringList arguments{TreeMemoryMode, url};
     const double bytes = Bench::outputOf(QCoreApplication::applicationFilePath(), arguments).toDouble();
-    std::printf("tree of 100,000 nodes, both copies and the reply: %.0f bytes a node at the peak\n",
-                bytes / nodes);
+    Bench::printFigure("organisation of 100,000 units: peak for each", bytes / nodes, "bytes", 600);
 }
 
 void measureTicks(const QString& url)
@@ -186,8 +173,8 @@ void measureTicks(const QString& url)
     for (int tick = 0; tick < ticks; ++tick)
         QCoreApplication::sendEvent(&manager, &event);
     const double perTick = (Bench::residentBytes() - before) / ticks;
-    std::printf("a tick of the watch keeps %.0f bytes: %.1f MB a day for each refresh\n", perTick,
-                perTick * ticksPerDay / 1e6);
+    Bench::printFigure("a tick of the watch keeps", perTick, "bytes", 0);
+    Bench::printFigure("  in a day, for each refresh", perTick * ticksPerDay / 1e6, "MB", 0);
 }
 
 } // namespace

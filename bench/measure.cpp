@@ -1,5 +1,8 @@
 #include "bench/measure.h"
 
+#include "bench/processortime.h"
+
+#include <QFile>
 #include <QProcess>
 
 #include <algorithm>
@@ -10,9 +13,30 @@ namespace Bench {
 
 namespace {
 
-const char* verdict(double value, double bound)
+//! The row goes to the terminal, too.
+void print(const char* name, const QString& figure, const QString& ratio, const QString& bound)
 {
-    return value <= bound ? "within" : "OVER";
+    std::printf("%-52s %-46s %8s   %s\n", name, qUtf8Printable(figure), qUtf8Printable(ratio),
+                qUtf8Printable(bound));
+    std::fflush(stdout);
+    QFile table(qEnvironmentVariable("NELVO_BENCH_TABLE"));
+    if (table.fileName().isEmpty())
+        return;
+    const QString row = QStringLiteral("| %1 | %2 | %3 | %4 |\n").arg(name, figure, ratio, bound);
+    if (!table.open(QIODevice::Append) || table.write(row.toUtf8()) < 0)
+        qFatal("no row in %s", qUtf8Printable(table.fileName()));
+}
+
+QString number(double value)
+{
+    return QString::number(value, 'f', 2);
+}
+
+QString verdict(double value, double bound)
+{
+    if (bound <= 0)
+        return {};
+    return (value <= bound ? QStringLiteral("%1") : QStringLiteral("%1 **over**")).arg(number(bound));
 }
 
 } // namespace
@@ -23,6 +47,13 @@ double milliseconds(const std::function<void()>& work)
     work();
     const std::chrono::duration<double, std::milli> elapsed = std::chrono::steady_clock::now() - start;
     return elapsed.count();
+}
+
+double processorMilliseconds(const std::function<void()>& work)
+{
+    const double start = threadSeconds();
+    work();
+    return 1000 * (threadSeconds() - start);
 }
 
 double median(QVector<double> values)
@@ -43,20 +74,26 @@ QByteArray outputOf(const QString& program, const QStringList& arguments)
 
 void printRatio(const char* name, double own, double other, const char* unit, double bound)
 {
-    const double ratio = own / other;
-    if (bound > 0) {
-        std::printf("%-46s %9.2f / %9.2f %s = %5.2f   %s the bound of %.2f\n", name, own, other, unit, ratio,
-                    verdict(ratio, bound), bound);
-    } else {
-        std::printf("%-46s %9.2f / %9.2f %s = %5.2f\n", name, own, other, unit, ratio);
-    }
-    std::fflush(stdout);
+    const auto figure = QStringLiteral("%1 / %2 %3").arg(number(own), number(other), unit);
+    print(name, figure, number(own / other), verdict(own / other, bound));
 }
 
 void printFigure(const char* name, double value, const char* unit, double bound)
 {
-    std::printf("%-46s %9.2f %s   %s the bound of %.2f\n", name, value, unit, verdict(value, bound), bound);
-    std::fflush(stdout);
+    print(name, QStringLiteral("%1 %2").arg(number(value), unit), {}, verdict(value, bound));
+}
+
+void printScaling(const char* name, const QVector<int>& sizes, const QVector<double>& values,
+                  const char* unit)
+{
+    QStringList figures;
+    QStringList ratios;
+    for (int index = 0; index < sizes.size(); ++index) {
+        figures.append(QStringLiteral("%1: %2 %3").arg(sizes.at(index)).arg(number(values.at(index)), unit));
+        if (index > 0)
+            ratios.append(QString::number(values.at(index) / values.at(index - 1), 'f', 1));
+    }
+    print(name, figures.join(QStringLiteral(", ")), ratios.join(QStringLiteral(", ")), {});
 }
 
 } // namespace Bench

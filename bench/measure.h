@@ -9,13 +9,21 @@ namespace Bench {
 
 //! Milliseconds that `work` takes.
 double milliseconds(const std::function<void()>& work);
+//! Milliseconds that a processor works for it on the calling thread, whatever else the machine does.
+double processorMilliseconds(const std::function<void()>& work);
 double median(QVector<double> values);
 //! Runs a program to its end and returns what it wrote. If it fails, so does the measurement.
 QByteArray outputOf(const QString& program, const QStringList& arguments);
 
-//! Prints one line: the figure, what it stands beside, their ratio, and the bound that it is meant to keep.
+// Each prints one line and adds it as a row to the file that the variable NELVO_BENCH_TABLE names. A bound of
+// 0 is none.
+
+//! The figure, what it stands beside and their ratio, which is to keep the bound.
 void printRatio(const char* name, double own, double other, const char* unit, double bound);
-//! Prints one line for a figure that is bounded by itself.
+//! A figure that is bounded by itself.
 void printFigure(const char* name, double value, const char* unit, double bound);
+//! A figure for each size, and how many times the one before it each is.
+void printScaling(const char* name, const QVector<int>& sizes, const QVector<double>& values,
+                  const char* unit);
 
 } // namespace Bench

@@ -24,4 +24,14 @@ double processorSeconds()
     return seconds(kernel) + seconds(user);
 }
 
+double threadSeconds()
+{
+    FILETIME created{};
+    FILETIME ended{};
+    FILETIME kernel{};
+    FILETIME user{};
+    GetThreadTimes(GetCurrentThread(), &created, &ended, &kernel, &user);
+    return seconds(kernel) + seconds(user);
+}
+
 } // namespace Bench
