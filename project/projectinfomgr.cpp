@@ -46,6 +46,14 @@ std::wstring wideNumber(const QJsonObject& object, const char* key)
     return QString::number(object.value(QLatin1String(key)).toDouble(), 'g', 6).toStdWString();
 }
 
+//! Leaves null in its place, so that what is made of the object gets its memory.
+QJsonObject takeObject(QJsonArray& array, int index)
+{
+    const QJsonObject object = array.at(index).toObject();
+    array.replace(index, {});
+    return object;
+}
+
 std::wstring valueOrEmpty(const std::map<std::wstring, std::wstring>& map, const std::wstring& key)
 {
     const auto found = map.find(key);
@@ -94,10 +102,13 @@ void CProjectInfoMgr::ReflushProjOrgInfo(const NelvoSDK::LoginSession& newSessio
         httpGetJson(sharedNetworkManager(), baseUrl(), QStringLiteral("/org/tree"), {}, reply, this);
     if (!self)
         return;
-    if (read)
-        WalkOrgTree(reply.value(QStringLiteral("data")).toObject(), orgRoot);
-    else
+    if (read) {
+        QJsonObject root = reply.value(QStringLiteral("data")).toObject();
+        reply = {};
+        WalkOrgTree(std::move(root), orgRoot);
+    } else {
         qDebug("CProjectInfoMgr::ReflushProjOrgInfo /org/tree error!");
+    }
 
     // One more with each call, and none is ever stopped: that is meant.
     startTimer(HeartbeatMilliseconds, Qt::CoarseTimer);
@@ -277,25 +288,27 @@ CProjectInfoMgr::LocalProject CProjectInfoMgr::ToLocalProject(const NelvoSDK::Pr
 }
 
 //! Appends to the children that the node has. Only the root ever has any before, from an earlier call, and
-//! so doubles its first level: that is meant.
-void CProjectInfoMgr::WalkOrgTree(const QJsonObject& object, OrgUnit& node)
+//! so doubles its first level: that is meant. Frees the object while it makes the nodes, since a large tree
+//! takes much memory in either form.
+void CProjectInfoMgr::WalkOrgTree(QJsonObject object, OrgUnit& node)
 {
-    node.value = wideText(object, "value");
-    node.name = wideText(object, "name");
-    node.type = object.value(QStringLiteral("type")).toInt();
-    node.parId = wideText(object, "parId");
-    const QJsonArray children = object.value(QStringLiteral("children")).toArray();
-    for (const QJsonValue child : children) {
+    node.value = object.value(QLatin1String("value")).toString();
+    node.name = object.value(QLatin1String("name")).toString();
+    node.type = object.value(QLatin1String("type")).toInt();
+    node.parId = object.value(QLatin1String("parId")).toString();
+    QJsonArray children = object.value(QLatin1String("children")).toArray();
+    object = {};
+    for (int index = 0; index < children.size(); ++index) {
         node.children.emplace_back();
-        WalkOrgTree(child.toObject(), node.children.back());
+        WalkOrgTree(takeObject(children, index), node.children.back());
     }
 }
 
 void CProjectInfoMgr::CopyOrgTree(const OrgUnit& node, NelvoSDK::OrgTreeNode& out)
 {
     constexpr qint32 selectableType = 2;
-    out.id = node.value;
-    out.name = node.name;
+    out.id = node.value.toStdWString();
+    out.name = node.name.toStdWString();
     out.canSelect = node.type == selectableType;
     for (const OrgUnit& child : node.children) {
         out.children.emplace_back();

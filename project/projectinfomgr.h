@@ -74,11 +74,12 @@ private:
         std::wstring deptName;
     };
 
-    //! A unit of the organisation with its sub-units.
+    //! A unit of the organisation with its sub-units. Its texts are wide only in the host's copy, since there
+    //! they take twice the memory.
     struct OrgUnit {
-        std::wstring value;
-        std::wstring name;
-        std::wstring parId;
+        QString value;
+        QString name;
+        QString parId;
         qint32 type = 1;
         std::list<OrgUnit> children;
     };
@@ -86,7 +87,7 @@ private:
     static ServerProject ToServerProject(const QJsonObject& object);
     static NelvoSDK::ProjectNode ToProjectNode(const ServerProject& record);
     static LocalProject ToLocalProject(const NelvoSDK::ProjectRef& project);
-    static void WalkOrgTree(const QJsonObject& object, OrgUnit& node);
+    static void WalkOrgTree(QJsonObject object, OrgUnit& node);
     static void CopyOrgTree(const OrgUnit& node, NelvoSDK::OrgTreeNode& out);
     static void BuildEquipmentBinding(const QString& sceneProjId, const QString& compGuid,
                                       const QString& serialNumber, const QJsonObject& element);

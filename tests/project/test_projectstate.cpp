@@ -42,7 +42,8 @@ QString joined(std::initializer_list<std::wstring> texts)
 template <typename Unit>
 void appendUnits(const Unit& unit, const QString& indent, QStringList& lines)
 {
-    lines.append(indent + joined({unit.value, unit.name, unit.parId, std::to_wstring(unit.type)}));
+    lines.append(indent + QStringList{unit.value, unit.name, unit.parId, QString::number(unit.type)}.join(
+                              QLatin1Char('|')));
     for (const Unit& child : unit.children)
         appendUnits(child, indent + QLatin1Char('>'), lines);
 }
