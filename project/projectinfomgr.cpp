@@ -135,14 +135,18 @@ bool CProjectInfoMgr::GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& pro
             qDebug("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
         return false;
     }
-    serverProjects.clear();
     const QJsonArray elements = reply.value(QStringLiteral("data")).toArray();
-    for (const QJsonValue element : elements) {
-        ServerProject project = ToServerProject(element.toObject());
-        serverProjects[project.id] = std::move(project);
-    }
-    for (const ServerProject& project : qAsConst(serverProjects))
-        projects.push_back(ToProjectNode(project));
+    reply = {};
+    std::list<NelvoSDK::ProjectNode> listed;
+    // From the last one on: of several with one id, the later one counts.
+    for (int index = elements.size() - 1; index >= 0; --index)
+        listed.push_back(ToProjectNode(elements.at(index).toObject()));
+    listed.sort([](const auto& left, const auto& right) { return left.id < right.id; });
+    listed.unique([](const auto& left, const auto& right) { return left.id == right.id; });
+    serverProjects.clear();
+    for (const NelvoSDK::ProjectNode& project : listed)
+        serverProjects.insert(serverProjects.constEnd(), project.id, project.name);
+    projects.splice(projects.end(), listed);
     return true;
 }
 
@@ -163,8 +167,8 @@ void CProjectInfoMgr::GetProjectInfo(const std::wstring id, NelvoSDK::ProjectRef
     const auto onServer = serverProjects.constFind(id);
     const auto local = localProjects.constFind(id);
     if (onServer != serverProjects.constEnd()) {
-        project.id = onServer->id;
-        project.name = onServer->name;
+        project.id = onServer.key();
+        project.name = onServer.value();
     } else if (local != localProjects.constEnd()) {
         project.id = local->id;
         project.name = local->name;
@@ -199,7 +203,7 @@ void CProjectInfoMgr::OnUploadProject(const NelvoSDK::ProjectNode& project, void
         return;
     }
     const auto onServer = serverProjects.constFind(project.id);
-    if (onServer == serverProjects.constEnd() || onServer->name == project.name)
+    if (onServer == serverProjects.constEnd() || onServer.value() == project.name)
         return;
     if (!renameProject(project) && self)
         qDebug("CProjectInfoMgr::OnUploadProject update project /scene/project falid");
@@ -250,34 +254,18 @@ void CProjectInfoMgr::timerEvent(QTimerEvent* /*event*/)
         messages->NotifyFirst(QStringLiteral("您的帐号在另一地点登录，您被迫下线"));
 }
 
-CProjectInfoMgr::ServerProject CProjectInfoMgr::ToServerProject(const QJsonObject& object)
-{
-    ServerProject project;
-    project.id = wideText(object, "id");
-    project.name = wideText(object, "name");
-    project.deptId = wideText(object, "deptId");
-    project.deptName = wideText(object, "deptName");
-    project.code = wideText(object, "code");
-    project.basemap = wideText(object, "basemap");
-    project.proj4 = wideText(object, "proj4");
-    project.x = wideNumber(object, "x");
-    project.y = wideNumber(object, "y");
-    return project;
-}
-
-NelvoSDK::ProjectNode CProjectInfoMgr::ToProjectNode(const ServerProject& record)
+NelvoSDK::ProjectNode CProjectInfoMgr::ToProjectNode(const QJsonObject& object)
 {
     NelvoSDK::ProjectNode node;
-    node.name = record.name;
-    node.id = record.id;
-    node.x = record.x;
-    node.y = record.y;
-    node.serverFlag = record.serverFlag;
-    node.code = record.code;
-    node.basemap = record.basemap;
-    node.proj4 = record.proj4;
-    node.attrs[RecordKeys::DeptId] = record.deptId;
-    node.attrs[RecordKeys::DeptName] = record.deptName;
+    node.name = wideText(object, "name");
+    node.id = wideText(object, "id");
+    node.x = wideNumber(object, "x");
+    node.y = wideNumber(object, "y");
+    node.code = wideText(object, "code");
+    node.basemap = wideText(object, "basemap");
+    node.proj4 = wideText(object, "proj4");
+    node.attrs[RecordKeys::DeptId] = wideText(object, "deptId");
+    node.attrs[RecordKeys::DeptName] = wideText(object, "deptName");
     return node;
 }
 

@@ -52,20 +52,6 @@ protected:
 private:
     friend class ::TestProjectState;
 
-    //! A scene project as the service lists it.
-    struct ServerProject {
-        std::wstring id;
-        std::wstring name;
-        std::wstring x;
-        std::wstring y;
-        bool serverFlag = false;
-        std::wstring code;
-        std::wstring basemap;
-        std::wstring proj4;
-        std::wstring deptId;
-        std::wstring deptName;
-    };
-
     //! A scene project that only the host knows.
     struct LocalProject {
         std::wstring id;
@@ -84,8 +70,7 @@ private:
         std::list<OrgUnit> children;
     };
 
-    static ServerProject ToServerProject(const QJsonObject& object);
-    static NelvoSDK::ProjectNode ToProjectNode(const ServerProject& record);
+    static NelvoSDK::ProjectNode ToProjectNode(const QJsonObject& object);
     static LocalProject ToLocalProject(const NelvoSDK::ProjectRef& project);
     static void WalkOrgTree(QJsonObject object, OrgUnit& node);
     static void CopyOrgTree(const OrgUnit& node, NelvoSDK::OrgTreeNode& out);
@@ -100,7 +85,8 @@ private:
 
     NelvoSDK::INelvoSDKPlugin* plugin = nullptr;
     NelvoSDK::LoginSession session;
-    QMap<std::wstring, ServerProject> serverProjects;
+    //! Names of the scene projects that the service listed last, by id.
+    QMap<std::wstring, std::wstring> serverProjects;
     QMap<std::wstring, LocalProject> localProjects;
     OrgUnit orgRoot;
 };
