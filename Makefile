@@ -9,7 +9,7 @@ configure = [ -f build/$(1)/build.ninja ] $(if $(NELVO_CLOSED_SDK),&& grep -qx '
 	build/$(1)/CMakeCache.txt) || cmake --preset $(1) $(if $(NELVO_CLOSED_SDK),-DNELVO_CLOSED_SDK='$(NELVO_CLOSED_SDK)') >/dev/null
 
 .DEFAULT_GOAL := help
-.PHONY: help deps build run tour test lint format asan tsan fuzz soak bench mutate docs gallery kit artwork clean
+.PHONY: help deps build run tour test lint format asan tsan fuzz soak bench mutate docs gallery kit deb artwork clean
 
 help: ## this list
 	@grep -hE '^[a-z]+:.*## ' $(MAKEFILE_LIST) | sed -E 's/^([a-z]+):.*## (.*)/  make \1\t\2/' | expand -t 16
@@ -80,6 +80,12 @@ kit: ## the archive for those who write a host
 	@$(call configure,$(HOST_PRESET))
 	@cmake --build --preset $(HOST_PRESET) --target nelvo_kit
 	@cpack --config $(HOST_BUILD)/CPackConfig.cmake -B $(HOST_BUILD)/kit
+
+deb: ## the same as Debian packages, with packages of debug symbols and checksums
+	@tools/install-dependencies build dpkg-dev
+	@$(call configure,$(HOST_PRESET))
+	@cmake --build --preset $(HOST_PRESET) --target nelvo_kit
+	@cpack --config $(HOST_BUILD)/CPackConfig.cmake -G DEB -B $(HOST_BUILD)/deb
 
 clean: ## remove everything that was built
 	@rm -rf build

@@ -97,5 +97,30 @@ set(CPACK_PACKAGE_VENDOR Nelvo)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "What a host of the Nelvo plug-in is built with")
 set(CPACK_PACKAGE_FILE_NAME NelvoSDK-${PROJECT_VERSION}-${CMAKE_SYSTEM_NAME}-${CMAKE_SYSTEM_PROCESSOR})
 set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGE_CHECKSUM SHA256)
 set(CPACK_VERBATIM_VARIABLES ON)
+
+# Debian packages, by `cpack -G DEB`: three of them, each with a package of its debug symbols where it has programs. All
+# share one folder, since the kit's parts find one another in it.
+set(CPACK_PACKAGE_CONTACT Nelvo)
+set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_LIST_DIR}/NelvoDebian.cmake)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${NELVO_APP_DIR})
+set(CPACK_DEBIAN_DEBUGINFO_PACKAGE ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME nelvo-plugin)
+set(CPACK_DEBIAN_SDK_PACKAGE_NAME nelvo-sdk)
+set(CPACK_DEBIAN_DEVKIT_PACKAGE_NAME nelvo-devkit)
+set(CPACK_DEBIAN_DOC_PACKAGE_NAME nelvo-doc)
+# The library loads the modules of its pages by name.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "qml-module-qtqml, qml-module-qtqml-models2, qml-module-qtquick2, \
+qml-module-qtquick-window2, qml-module-qtquick-controls, qml-module-qtquick-controls2, qml-module-qtquick-layouts, \
+qml-module-qtquick-templates2, qml-module-qtgraphicaleffects")
 include(CPack)
+cpack_add_component(runtime DESCRIPTION "Nelvo plug-in for the web services of a scene editor")
+cpack_add_component(sdk DESCRIPTION "Headers and CMake package of the Nelvo plug-in" DEPENDS runtime)
+cpack_add_component(devkit DESCRIPTION "Simulated services, reference host, probe and examples of the Nelvo plug-in"
+  DEPENDS runtime)
+cpack_add_component(doc DESCRIPTION "Documents of the Nelvo plug-in, and licences of what it links")

@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -79,6 +80,7 @@ private Q_SLOTS:
     void documentsNameNoPathOfTheRepository();
     void packageOffersItsVersionOnly();
     void archiveHoldsTheKit();
+    void debianPackagesHoldTheKit();
     void minimalListsTheProjects();
     void minimalTellsThatTheSignInFailed();
     void bimDialogOffersTheModels();
@@ -263,6 +265,37 @@ void TestKit::archiveHoldsTheKit()
     const QStringList top = QDir(unpacked).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QCOMPARE(top.size(), 1);
     QCOMPARE(filesIn(unpacked + QLatin1Char('/') + top.constFirst()), filesIn(m_kit));
+}
+
+void TestKit::debianPackagesHoldTheKit()
+{
+    if (QStandardPaths::findExecutable("dpkg-shlibdeps").isEmpty())
+        QSKIP("dpkg-dev is not installed");
+    const QString folder = m_folder.filePath("debian");
+    const Outcome packed = run(
+        NELVO_CPACK, {"--config", BuildDir + "/CPackConfig.cmake", "-C", Config, "-G", "DEB", "-B", folder});
+    QVERIFY2(packed.status == 0, qPrintable(packed.all()));
+    const auto namesOf = [&folder](const QString& pattern) {
+        QStringList names;
+        for (const QString& file : QDir(folder).entryList({pattern}, QDir::Files))
+            names.append(file.section('_', 0, 0));
+        return names;
+    };
+    const QStringList packages{"nelvo-devkit", "nelvo-doc", "nelvo-plugin", "nelvo-sdk"};
+    QCOMPARE(namesOf("*.deb"), packages);
+    QCOMPARE(namesOf("*.deb.sha256"), packages);
+    QCOMPARE(namesOf("*.ddeb"), (QStringList{"nelvo-devkit-dbgsym", "nelvo-plugin-dbgsym"}));
+
+    const QString root = m_folder.filePath("root");
+    for (const QString& file : QDir(folder).entryList({"*.deb"}, QDir::Files)) {
+        const Outcome unpacked = run("dpkg-deb", {"-x", folder + QLatin1Char('/') + file, root});
+        QVERIFY2(unpacked.status == 0, qPrintable(unpacked.all()));
+    }
+    QCOMPARE(filesIn(root + "/opt/nelvo"), filesIn(m_kit));
+    const QString plugin = QDir(folder).entryList({"nelvo-plugin_*.deb"}).value(0);
+    const QString needed = run("dpkg-deb", {"-f", folder + QLatin1Char('/') + plugin, "Depends"}).out;
+    for (const char* package : {"libquazip1-qt5-1", "libqt5quick5", "qml-module-qtgraphicaleffects"})
+        QVERIFY2(needed.contains(QLatin1String(package)), qPrintable(needed));
 }
 
 void TestKit::minimalListsTheProjects()
