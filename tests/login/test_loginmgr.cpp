@@ -143,7 +143,8 @@ void TestLoginMgr::windowShowsBeforeItGetsTheUsers()
     QCOMPARE(userInfos().size(), 1);
 }
 
-//! Before it the application ends with its last window, as Qt has it. After it a new sign-in changes nothing.
+//! Until the first home the application ends with its last window, as Qt has it. Later sign-ins change
+//! nothing.
 void TestLoginMgr::homeKeepsTheApplicationFromThenOn()
 {
     QGuiApplication::setQuitOnLastWindowClosed(true);

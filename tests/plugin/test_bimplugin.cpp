@@ -28,7 +28,7 @@ int differences(const Managers& left, const Managers& right)
            std::inner_product(left.begin(), left.end(), right.begin(), 0, std::plus<>(), std::equal_to<>());
 }
 
-//! Hears of the end of each manager of a plug-in. The message manager can't tell of its own.
+//! Hears of the end of each manager of a plug-in. The message manager has no such signal.
 void watchManagers(CBimPlugin& plugin, const std::function<void(const QString& name)>& gone)
 {
     const auto watch = [&gone](auto* object, const char* name) {
@@ -139,7 +139,7 @@ void TestBimPlugin::managersAreReplacedInOrder_data()
     QTest::newRow("by none") << false;
 }
 
-//! A manager goes when the plug-in has it no more, and has all that come after it still.
+//! Each goes once the plug-in no longer has it, while the plug-in still has all that follow.
 void TestBimPlugin::managersAreReplacedInOrder()
 {
     QFETCH(bool, again);
