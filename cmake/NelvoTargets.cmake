@@ -134,11 +134,22 @@ set(NELVO_TEST_ENVIRONMENT
   "ASAN_OPTIONS=detect_leaks=1"
   "TSAN_OPTIONS=suppressions=${NELVO_ROOT}/tests/support/tsan.supp:history_size=7")
 
+# nelvo_test_entry(name program [argument...]): an entry in CTest.
+function(nelvo_test_entry name program)
+  add_test(NAME ${name} COMMAND ${NELVO_TEST_LAUNCHER} $<TARGET_FILE:${program}> ${ARGN})
+  set_tests_properties(${name} PROPERTIES
+    LABELS "${ARG_LABELS}"
+    TIMEOUT 300
+    ENVIRONMENT "${NELVO_TEST_ENVIRONMENT}")
+  nelvo_find_libraries(${name})
+endfunction()
+
 # nelvo_test(name [LABELS ...] [SOURCES ...] LINK ...): a test program and its entry in CTest. Its source is NAME.cpp
 # unless SOURCES says otherwise. Each program has a directory of its own, since files beside the executable are part of
-# what is tested.
+# what is tested. With INPUTS, files of Qt Quick Test, it has an entry for each of them: `test_pages_main` for
+# `tst_main.qml`.
 function(nelvo_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINK;LABELS;ARGUMENTS;DEFINITIONS" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK;LABELS;ARGUMENTS;INPUTS;DEFINITIONS" ${ARGN})
   if(NOT ARG_SOURCES)
     set(ARG_SOURCES ${name}.cpp)
   endif()
@@ -146,13 +157,15 @@ function(nelvo_test name)
   target_link_libraries(${name} PRIVATE nelvo_options Qt5::Test ${ARG_LINK})
   target_compile_definitions(${name} PRIVATE ${ARG_DEFINITIONS})
   nelvo_place(${CMAKE_CURRENT_BINARY_DIR}/${name}.dir ${name})
-  add_test(NAME ${name} COMMAND ${NELVO_TEST_LAUNCHER} $<TARGET_FILE:${name}> ${ARG_ARGUMENTS})
-  set_tests_properties(${name} PROPERTIES
-    LABELS "${ARG_LABELS}"
-    TIMEOUT 300
-    ENVIRONMENT "${NELVO_TEST_ENVIRONMENT}")
   if("threads" IN_LIST ARG_LABELS)
     add_dependencies(nelvo_thread_tests ${name})
   endif()
-  nelvo_find_libraries(${name})
+  foreach(input IN LISTS ARG_INPUTS)
+    cmake_path(GET input STEM page)
+    string(REGEX REPLACE "^tst_" "" page ${page})
+    nelvo_test_entry(${name}_${page} ${name} -input ${input})
+  endforeach()
+  if(NOT ARG_INPUTS)
+    nelvo_test_entry(${name} ${name} ${ARG_ARGUMENTS})
+  endif()
 endfunction()
