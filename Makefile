@@ -76,13 +76,13 @@ artwork: deps ## render the pictures from their SVG sources
 	@tools/render-artwork
 
 kit: ## the archive for those who write a host
-	@tools/install-dependencies build
+	@tools/install-dependencies build doxygen
 	@$(call configure,$(HOST_PRESET))
 	@cmake --build --preset $(HOST_PRESET) --target nelvo_kit
 	@cpack --config $(HOST_BUILD)/CPackConfig.cmake -B $(HOST_BUILD)/kit
 
 deb: ## the same as Debian packages, with packages of debug symbols and checksums
-	@tools/install-dependencies build dpkg-dev
+	@tools/install-dependencies build doxygen dpkg-dev
 	@$(call configure,$(HOST_PRESET))
 	@cmake --build --preset $(HOST_PRESET) --target nelvo_kit
 	@cpack --config $(HOST_BUILD)/CPackConfig.cmake -G DEB -B $(HOST_BUILD)/deb

@@ -71,6 +71,20 @@ install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
   REGEX "/(api-mainpage|development|performance|style)\\.md$" EXCLUDE
   PATTERN Doxyfile EXCLUDE PATTERN gallery.txt EXCLUDE)
 install(FILES cmake/kit/README.md DESTINATION . COMPONENT doc)
+# The API reference, where there is a Doxygen to make it.
+find_program(NELVO_DOXYGEN doxygen)
+if(NELVO_DOXYGEN AND NOT WIN32)
+  set(api_dir ${CMAKE_BINARY_DIR}/docs)
+  file(GLOB api_sources CONFIGURE_DEPENDS sdk/*/*.h docs/Doxyfile docs/api-mainpage.md)
+  add_custom_command(OUTPUT ${api_dir}/html/index.html
+    COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/tools/docs ${api_dir}
+    DEPENDS ${api_sources})
+  add_custom_target(nelvo_api ALL DEPENDS ${api_dir}/html/index.html)
+  install(DIRECTORY ${api_dir}/html/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/api COMPONENT doc)
+  if(NELVO_DEVKIT)
+    add_dependencies(nelvo_kit nelvo_api)
+  endif()
+endif()
 install(CODE "set(prefix \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\")
 set(DOCUMENTS \"\${prefix}/${CMAKE_INSTALL_DOCDIR}\")
 set(INCLUDES \"\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}\")
