@@ -122,7 +122,8 @@ void CPdsMgr::Detach(IPdsObserver* observer)
 
 std::wstring CPdsMgr::GetBimProjName(const std::wstring& guid)
 {
-    takeInNames();
+    if (m_names.valid())
+        m_bimNameMap = m_names.get();
     return guid.empty() ? std::wstring() : m_bimNameMap.value(QString::fromStdWString(guid)).toStdWString();
 }
 
@@ -174,27 +175,32 @@ void CPdsMgr::onSyncBimProjList(const QJsonArray& array, bool bSuccess)
         return;
     m_allBimProjList = array;
     bimProjList = array;
-    takeInNames();
     if (bSuccess)
-        m_unnamed = array;
-    QMetaObject::invokeMethod(this, &CPdsMgr::takeInNames, Qt::QueuedConnection);
+        takeInNames(array);
     Q_EMIT bViewDWGBimListChanged();
     if (self)
         Q_EMIT bimProjListChanged();
 }
 
-//! A page waits for its list and nobody for the names, so those of a long list are taken in behind the page's
-//! back, or once somebody asks for one.
-void CPdsMgr::takeInNames()
+//! A page waits for its list and nobody for the names, so a helper thread takes in those of a long list.
+//! Whoever asks for a name waits for it.
+void CPdsMgr::takeInNames(QJsonArray list)
 {
-    const QJsonArray list = std::exchange(m_unnamed, {});
-    for (const QJsonValue& element : list) {
-        const QJsonObject record = element.toObject();
-        const auto guid = record.constFind(QLatin1String("guid"));
-        const auto name = record.constFind(QLatin1String("name"));
-        if (guid != record.constEnd() && name != record.constEnd())
-            m_bimNameMap.insert(guid->toString(), name->toString());
-    }
+    if (m_names.valid())
+        m_bimNameMap = m_names.get();
+    m_names = std::async(std::launch::async,
+                         [list = std::move(list), names = std::exchange(m_bimNameMap, {})]() mutable {
+                             // The task itself stays until the names are asked for.
+                             const QJsonArray all = std::exchange(list, {});
+                             for (const QJsonValue& element : all) {
+                                 const QJsonObject record = element.toObject();
+                                 const auto guid = record.constFind(QLatin1String("guid"));
+                                 const auto name = record.constFind(QLatin1String("name"));
+                                 if (guid != record.constEnd() && name != record.constEnd())
+                                     names.insert(guid->toString(), name->toString());
+                             }
+                             return std::exchange(names, {});
+                         });
 }
 
 void CPdsMgr::getPdsProj(const QString& strGuid)

@@ -15,6 +15,7 @@
 #include <QStringList>
 #include <QThread>
 
+#include <future>
 #include <memory>
 
 class QQmlComponent;
@@ -29,8 +30,9 @@ namespace NelvoPlugin {
 //!
 //! Imports and converts nothing itself: what the user chooses goes to the observers. All of it runs on the
 //! GUI thread but the fetches of the lists, which have a thread of their own from construction to
-//! destruction. No list is shared with that thread: requests and answers cross by queued signals, and a
-//! list that has had its time goes there once more, to be freed.
+//! destruction, and the taking in of the names of each list, which has a helper thread. No list that changes
+//! is shared: requests and answers cross by queued signals, and a list that has had its time goes to the
+//! fetching thread once more, to be freed.
 //!
 //! An observer may delete this object within its call.
 //!
@@ -109,7 +111,7 @@ private:
     void onSyncBimProjList(const QJsonArray& array, bool bSuccess);
     //! Returns false if an observer has deleted this object.
     bool clearBimProjLists(bool bViewDWG);
-    void takeInNames();
+    void takeInNames(QJsonArray list);
     void openDialog(const char* function);
 
     // In this order: what the worker needs is destroyed after it, and the thread after the worker.
@@ -129,10 +131,10 @@ private:
     NelvoSDK::INelvoSDKPlugin* m_plugin = nullptr;
     std::unique_ptr<BVUTILITY::CTreeModel> m_orgModel;
     bool bViewDWGBimList = false;
-    //! Name of every model seen so far, by GUID; it only grows.
+    //! Name of every model seen so far, by GUID; it only grows. Empty while a helper thread adds to it.
     QMap<QString, QString> m_bimNameMap;
-    //! The last list, until its names have been taken in.
-    QJsonArray m_unnamed;
+    //! The map with the names of the last list, if it has not been asked for yet.
+    std::future<QMap<QString, QString>> m_names;
 };
 
 } // namespace NelvoPlugin
