@@ -11,6 +11,7 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QJsonArray>
+#include <QMap>
 #include <QQmlEngine>
 #include <QtTest>
 
@@ -221,30 +222,42 @@ int main(int argc, char** argv)
     QCoreApplication::instance()->setProperty("sdkAddr", services.editorUrl());
     host.signIn(services.signInUrl(), QStringLiteral("zhangwei"));
 
-    constexpr int rounds = 5;
+    constexpr int rounds = 3;
     constexpr int repetitions = 3;
-    Times few;
-    Times many;
+    const QVector<int> sizes{Many / 4, Many / 2, Many};
+    QMap<int, Times> times;
     {
         Desk desk(services);
         for (int round = 0; round < rounds; ++round) {
-            for (const int count : {Few, Many}) {
+            for (const int count : QVector<int>{Few} + sizes) {
                 desk.fill(count);
                 for (int repetition = 0; repetition < repetitions; ++repetition)
-                    desk.measure(count == Few ? few : many);
+                    desk.measure(times[count]);
             }
         }
     }
+    const Times& few = times[Few];
+    const Times& many = times[Many];
+    const auto printScaling = [&](const char* name, QVector<double> Times::*figure) {
+        QVector<double> medians;
+        for (const int size : sizes)
+            medians.append(Bench::median(times[size].*figure));
+        Bench::printScaling(name, sizes, medians, "ms");
+    };
     const auto print = [](const char* name, const QVector<double>& own, const QVector<double>& other,
                           double bound) {
         Bench::printRatio(name, Bench::median(own), Bench::median(other), "ms", bound);
     };
     print("dialog opened, 50,000 models / 100", many.opening, few.opening, 3);
+    printScaling("  models", &Times::opening);
     print("one row scrolled, 50,000 models / 100", many.row, few.row, 3);
+    printScaling("  models", &Times::row);
     print("50,000 models arrive / 100", many.arrival, few.arrival, 0);
     print("50,000 models arrive / converted once", many.arrival, many.conversion, 1.5);
+    printScaling("  models", &Times::arrival);
     Bench::printFigure("  longest gap of the GUI thread", Bench::median(many.arrivalGap), "ms", 0);
     print("one letter typed, 50,000 models / 100", many.letter, few.letter, 0);
+    printScaling("  models", &Times::letter);
     Bench::printFigure("  longest gap of the GUI thread", Bench::median(many.letterGap), "ms", 50);
     Bench::printFigure("  of which the host's list looks through the names", Bench::median(many.search), "ms",
                        0);
