@@ -80,7 +80,6 @@ public:
 
     void measure(Times& times)
     {
-        collectGarbage();
         // The list is there from before; the one that is asked for waits.
         m_services.addFault({NelvoDevkit::Fault::Stall, BimPath, "GET", 0, false});
         QElapsedTimer sinceOpening;
@@ -89,7 +88,6 @@ public:
         waitForFrame([this] { return m_scene.isDialogShown() && hasRow(view()); });
         times.opening.append(milliseconds(sinceOpening));
 
-        collectGarbage();
         const int synced = m_observer.calls.count(QStringLiteral("synced"));
         m_services.clearFaults();
         times.arrivalGap.append(waitForFrame(
@@ -119,15 +117,11 @@ private:
         require(QTest::qWaitFor([this] { return !m_scene.isDialogShown(); }, WaitMilliseconds), "not closed");
     }
 
-    //! What an earlier measurement has left is no part of the next one.
-    void collectGarbage() { m_scene.window()->engine()->collectGarbage(); }
-
     //! What a page's mere reading of the list costs.
     double convert()
     {
         const QJsonArray list = dynamic_cast<QObject&>(manager()).property("bimProjList").toJsonArray();
         QJSEngine* const engine = m_scene.window()->engine();
-        collectGarbage();
         QElapsedTimer timer;
         timer.start();
         const QJSValue converted = engine->toScriptValue(list);
