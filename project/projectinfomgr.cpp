@@ -49,7 +49,7 @@ std::wstring wideNumber(const QJsonObject& object, const char* key)
 //! Leaves null in its place, so that what is made of the object gets its memory.
 QJsonObject takeObject(QJsonArray& array, int index)
 {
-    const QJsonObject object = array.at(index).toObject();
+    QJsonObject object = array.at(index).toObject();
     array.replace(index, {});
     return object;
 }
