@@ -1,7 +1,11 @@
 #pragma once
 
 //! \file
-//! \brief What keeps the observers of the plug-in's managers.
+//! \brief The observer list of the plug-in's managers.
+//!
+//! A host does not use this class directly: it calls the Attach and Detach operations of
+//! NelvoSDK::ILoginActor, NelvoSDK::IMessageMgr and NelvoSDK::IPdsMgr, which the plug-in implements with this
+//! class. The comments here document the guarantees of these operations.
 
 #include <QList>
 #include <QMap>
@@ -10,24 +14,24 @@
 #include <mutex>
 #include <utility>
 
-//! \brief What the editor and its plug-ins share.
+//! \brief Classes that the editor and its plug-ins share.
 namespace BVUTILITY {
 
-//! \brief Keeps the observers of a subject.
+//! \brief Base class of an object that has observers.
 //!
-//! Attach and Detach may be called from any thread and at any time, also from within an observer's call. An
-//! observer that is detached during a notification is not called by it any more; one that is attached during
-//! a notification is called from the next one on. The subject itself may be deleted within a call of its own.
-//! A Detach on another thread than the notification's may return while the observer's call is still running.
+//! Attach and Detach may be called on any thread and at any time, also inside an observer's call. An observer
+//! that is detached during a notification is not called by it any more; an observer that is attached during a
+//! notification is called from the next one on. The subject may be deleted inside a call of one of its
+//! observers. If Detach runs on another thread than the notification, it may return while the observer is
+//! still being called.
 //! \tparam T the observer interface. Observers are not owned.
 template <typename T>
 class ISubject
 {
 public:
-    //! A subject without observers.
+    //! Creates a subject without observers.
     ISubject() = default;
-    //! Forgets the observers and leaves them as they are. A notification that is running ends with the call
-    //! that it is in.
+    //! Does not delete the observers. A running notification ends after its current call.
     virtual ~ISubject()
     {
         forEachWalk([](Walk& walk) {
@@ -38,8 +42,8 @@ public:
     Q_DISABLE_COPY(ISubject)
 
     //! Adds an observer. Cannot fail.
-    //! \param observer not owned; one that is attached already stays attached once. A null pointer would be
-    //!   kept like any other, and the next notification would call it.
+    //! \param observer not owned and not null: null is not rejected, and the next notification would call it.
+    //!   Adding an observer twice has no effect.
     void Attach(T* observer)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -50,7 +54,7 @@ public:
     }
 
     //! Removes an observer. Cannot fail.
-    //! \param observer one that is not attached is ignored.
+    //! \param observer ignored if it is not attached.
     void Detach(T* observer)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -64,11 +68,11 @@ public:
     }
 
 protected:
-    //! Calls each observer on the caller's thread, by ascending priority and in hash order within one. After
-    //! the calls the subject may be gone.
-    //! \tparam Call what can be called with a `T&`.
-    //! \param call the call for one observer. An exception that leaves it ends the walk and goes on to the
-    //!   caller.
+    //! Calls each observer on the caller's thread, in ascending order of priority, and in hash order within a
+    //! priority. The calls may delete the subject.
+    //! \tparam Call callable with a `T&`.
+    //! \param call called once for each observer. If it throws, the notification ends and its caller gets the
+    //!   exception.
     template <typename Call>
     void Notify(Call&& call) const
     {
@@ -78,8 +82,8 @@ protected:
     }
 
 private:
-    //! A notification that is running: the observers that it has still to call. It lives on the stack of the
-    //! notification and outside of the subject, whose layout is fixed and which may be deleted meanwhile.
+    //! The observers that a running notification has yet to call. A walk is a local variable of Notify and
+    //! not a member: the layout of the subject is fixed, and the subject may be deleted meanwhile.
     struct Walk {
         explicit Walk(const ISubject& notifier) : subject(&notifier)
         {
@@ -115,7 +119,7 @@ private:
         Walk* next = nullptr;
     };
 
-    //! Does something with each notification of this subject that is running.
+    //! Calls `action` for each running notification of this subject.
     template <typename Action>
     void forEachWalk(Action&& action) const
     {
@@ -126,10 +130,10 @@ private:
         }
     }
 
-    //! Callers cannot choose a priority, so this is the only one there is.
+    //! The only priority in use: Attach takes none.
     static constexpr int DefaultPriority = 5;
 
-    //! The running notifications of all subjects of this kind.
+    //! The running notifications of all subjects with this observer interface.
     inline static Walk* s_walks = nullptr;
     inline static std::mutex s_walksMutex;
 

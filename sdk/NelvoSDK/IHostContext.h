@@ -4,7 +4,7 @@ class QWebChannel;
 
 namespace NelvoSDK {
 
-//! \brief The object behind INelvoSDKPlugin::SetHostContext, implemented by the host.
+//! \brief The host's context, passed to INelvoSDKPlugin::SetHostContext. Implemented and owned by the host.
 //!
 //! The plug-in calls GetWebChannel only; the reserved operations keep their places in the interface.
 class IHostContext
@@ -16,12 +16,12 @@ public:
     virtual void ReservedSecond() {}
     //! Never called; keeps its place in the interface.
     virtual void ReservedThird() {}
-    //! The channel on which IPdsMgr::InitBimData publishes "bimObject". Asked for there, on the GUI thread.
-    //! \return the host's web channel, which stays the host's, or null if it has none.
+    //! The channel on which IPdsMgr::InitBimData publishes "bimObject". InitBimData calls it on the GUI
+    //! thread. \return the web channel, owned by the host, or null if the host has none.
     virtual QWebChannel* GetWebChannel() = 0;
 
 protected:
-    //! The plug-in never deletes it.
+    //! The plug-in never deletes the context.
     ~IHostContext() = default;
 };
 

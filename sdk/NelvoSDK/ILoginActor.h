@@ -4,7 +4,8 @@
 
 namespace NelvoSDK {
 
-//! \brief The sign-in itself, as the host sees it. From ILoginMgr::GetLoginActor; owned by the plug-in.
+//! \brief The login window and the observers of sign-ins. From ILoginMgr::GetLoginActor; owned by the
+//! plug-in.
 //!
 //! GUI thread only, except Attach and Detach.
 class ILoginActor
@@ -18,22 +19,22 @@ public:
     //! \return false.
     virtual bool ReservedFlag() = 0;
 
-    //! Shows the login window on its form page, with the accounts that were used before. May be called
-    //! again after a sign-in to let the user sign in anew. While a sign-in waits for a service, and from
-    //! within an observer's call, it takes effect once that has ended. A page that fails to load is a fault
-    //! of the installation (see docs/troubleshooting.md) and ends the process.
+    //! Shows the login window with its form page and the remembered accounts. Call it again after a sign-in
+    //! to let the user sign in anew. While a sign-in waits for a service, or inside an observer's call, the
+    //! window is shown when the event loop runs again. If a page fails to load, the installation is faulty
+    //! (see docs/troubleshooting.md) and the process ends.
     virtual void ShowLogin() = 0;
 
     //! Adds an observer. Any thread, at any time; see BVUTILITY::ISubject. Observers are called in no
-    //! particular order.
-    //! \param observer not owned and not null. Adding one twice has no effect.
+    //! particular order. Cannot fail.
+    //! \param observer not owned and not null. Adding an observer twice has no effect.
     virtual void Attach(ILoginObserver* observer) = 0;
-    //! Removes an observer. Any thread, at any time, also in a call of its own. Detach before you delete the
-    //! observer.
-    //! \param observer one that is not attached is ignored.
+    //! Removes an observer. Any thread, at any time, also inside a call of that observer. Detach an observer
+    //! before you delete it. Cannot fail.
+    //! \param observer ignored if it is not attached.
     virtual void Detach(ILoginObserver* observer) = 0;
 
-    //! The plug-in's to call.
+    //! Only the plug-in deletes the actor.
     virtual ~ILoginActor() = default;
 };
 

@@ -10,40 +10,42 @@ namespace NelvoSDK {
 class ILoginMgr
 {
 public:
-    //! What SetContext has kept.
+    //! The host's pointer.
     //! \return the pointer of the last SetContext, null at first.
     virtual void* GetContext() = 0;
-    //! Keeps a pointer for the host.
-    //! \param context anything; the plug-in neither looks at it nor owns it.
+    //! Stores a pointer for the host.
+    //! \param context any pointer; the plug-in neither uses nor owns it.
     virtual void SetContext(void* context) = 0;
 
-    //! The sign-in itself, to attach observers to.
+    //! The object to attach login observers to.
     //! \return the login actor, never null; owned by the plug-in and valid until INelvoSDKPlugin::Shutdown.
     virtual ILoginActor* GetLoginActor() = 0;
 
-    //! Starts the sign-in. Call it once, after an ILoginObserver has been attached to the login actor:
-    //! the outcome is told to observers only.
+    //! Starts the sign-in. Attach an ILoginObserver to the login actor first: only observers receive the
+    //! result. Call Start once.
     //!
-    //! Call it from the event loop, that is, once QCoreApplication::exec runs: from a slot, a timer or a
-    //! queued call, such as `QTimer::singleShot(0, …)` before exec. Called earlier, a sign-in that fails asks
-    //! an application to quit that isn't running yet. Qt ignores that, and the host stays open without a
-    //! session.
+    //! Call it from the event loop, that is, while QCoreApplication::exec runs: from a slot, a timer or a
+    //! queued call, such as `QTimer::singleShot(0, …)` before exec. A sign-in from the command line that
+    //! fails asks the application to quit. Qt ignores this before exec, and the host would stay open without
+    //! a session.
     //!
-    //! Shows the login window, unless the application was started with exactly one command-line argument:
-    //! that one is taken as a sign-in without a window, and none is shown whatever the argument holds. Hosts
-    //! with options of their own should therefore never be started with exactly one argument. A sign-in
-    //! without a window runs to its end inside this call, the observers' calls included; one that fails is
-    //! logged as "login failed:" and asks the application to quit. It goes to its end all the same: observers
-    //! hear ILoginObserver::OnLoginFailed and then OnLoginSucceeded, as a rule with empty texts.
+    //! Start shows the login window. Exception: if the application was started with exactly one command-line
+    //! argument, Start treats this argument as a sign-in from the command line, whatever it contains, and
+    //! shows no window. So never start a host that has options of its own with exactly one argument.
     //!
-    //! Closing the login window by its close button ends the application (QCoreApplication::quit).
+    //! A sign-in from the command line ends inside this call, including the calls of the observers. If it
+    //! fails, the library logs "login failed:" and asks the application to quit. The sign-in continues to its
+    //! end: observers receive ILoginObserver::OnLoginFailed and then OnLoginSucceeded, usually with empty
+    //! strings.
     //!
-    //! A sign-in blocks the page that asked for it while the GUI thread's events go on, without a time
-    //! limit. An application that quits while an enterprise is being entered ends when the service has
-    //! answered; and at every orderly quit a logout call goes out, which is waited for as well.
+    //! The close button of the login window ends the application (QCoreApplication::quit).
+    //!
+    //! A sign-in blocks the page that started it, without a timeout; the GUI thread processes events
+    //! meanwhile. If the application quits while an enterprise is being entered, it ends when the service has
+    //! replied. At every orderly quit the library sends a logout and waits for its reply.
     virtual void Start() = 0;
 
-    //! The plug-in's to call.
+    //! Only the plug-in deletes the manager.
     virtual ~ILoginMgr() = default;
 };
 

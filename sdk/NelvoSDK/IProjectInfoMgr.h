@@ -15,68 +15,74 @@ class INelvoSDKPlugin;
 
 //! \brief The enterprise's scene projects and organisation tree. From INelvoSDKPlugin::GetProjectInfoMgr.
 //!
-//! Calling order: SetPlugin once, then ReflushProjOrgInfo with the session of a sign-in, then the rest.
-//! GUI thread only. Operations that reach the service block their caller without a time limit while
-//! they pump its events, so timers and event handlers of the host can run inside them; do not call
-//! back into the manager from there.
+//! Calling order: SetPlugin once, then ReflushProjOrgInfo with the session of a sign-in, then the other
+//! operations. GUI thread only. An operation that sends a request returns when the service has replied. It
+//! has no timeout, and the GUI thread processes events meanwhile: timers and event handlers of the host can
+//! run inside it. Do not call the manager from them.
 class IProjectInfoMgr
 {
 public:
-    //! Installs a session: its cookies replace those of the plug-in, the application's dynamic
-    //! properties are set ("sdkAddr"; "iotToken" if it is not empty; "epId" if the session has it), the
-    //! organisation tree is read, and the session is watched from then on (see IMessageObserver). Each
-    //! further call starts one more watch and adds the tree's first level once more. A service that does
-    //! not answer is logged and leaves the tree as it was.
+    //! Installs a session: replaces the cookies of the plug-in by those of the session, sets dynamic
+    //! properties of the application ("sdkAddr"; "iotToken" if it is not empty; "epId" if the session has
+    //! one), reads the organisation tree from the service, and starts a watch of the session (see
+    //! IMessageObserver). If the service does not reply, the library logs it and the tree stays as it was.
     //!
-    //! A watch asks every ten seconds and keeps what Qt holds of each reply, about 8 kB: some 70 MB a day
-    //! for each call of this operation, so call it once for each sign-in.
-    //! \param session the record that ILoginObserver::OnLoginSucceeded brought, unchanged; it is copied.
+    //! Call it once for each sign-in. Each further call starts one more watch, which never stops, and appends
+    //! the first level of the tree once more. A watch sends a request every ten seconds, and the library
+    //! keeps about 8 kB of each reply: about 70 MB a day for each watch. \param session the session of
+    //! ILoginObserver::OnLoginSucceeded; copied. If its cookies are empty, see
+    //!   docs/integration.md.
     virtual void ReflushProjOrgInfo(const LoginSession& session) = 0;
     //! Does nothing; called by INelvoSDKPlugin::Shutdown.
     virtual void Shutdown() = 0;
-    //! What SetPlugin has kept.
+    //! The plug-in object.
     //! \return the pointer of the last SetPlugin, null at first.
     virtual INelvoSDKPlugin* GetPlugin() = 0;
-    //! Gives the manager its way back to the plug-in object. Required before ReflushProjOrgInfo.
+    //! Sets the plug-in object, through which the manager reaches the message manager. Required before
+    //! ReflushProjOrgInfo.
     //! \param plugin the plug-in object, not owned.
     virtual void SetPlugin(INelvoSDKPlugin* plugin) = 0;
-    //! Reads the enterprise's scene projects from the service.
-    //! \param[in,out] projects gets them appended, ordered by id; it is not cleared.
-    //! \return false when the service did not answer with JSON; `projects` is then untouched.
+    //! Reads the enterprise's scene projects from the service and keeps a copy of the list for
+    //! GetProjectInfo, AddLocalProject and OnUploadProject. \param[in,out] projects the operation appends the
+    //! projects, sorted by id; it does not clear the list. \return false if the request failed or the reply
+    //! is no JSON; `projects` is then unchanged.
     virtual bool GetServerProjectTree(std::list<ProjectNode>& projects) = 0;
-    //! Copies the organisation tree of the last successful ReflushProjOrgInfo. Asks no service.
-    //! \param[out] root a fresh node, which becomes the tree's root; it stays empty before there is a tree.
-    //! \return always true.
+    //! Copies the organisation tree of the last successful ReflushProjOrgInfo. Sends no request.
+    //! \param[out] root a new node, which becomes the root of the tree; it stays empty if there is no tree
+    //! yet. \return always true.
     virtual bool GetOrgTree(OrgTreeNode& root) = 0;
-    //! Removes the projects that do not belong to the session's enterprise: whose attrs lack "epId" or hold
-    //! another one.
-    //! \param[in,out] projects the host's projects.
-    //! \throws std::out_of_range at the first one that has an "epId" if the session has none.
+    //! Removes the projects of other enterprises: those whose attrs have no "epId", or another "epId" than
+    //! the session. Sends no request. \param[in,out] projects the host's projects. \throws std::out_of_range
+    //! if the session has no "epId", at the first project that has one.
     virtual void RemoveForeignProjects(std::list<ProjectRef>& projects) = 0;
-    //! Looks a project up, first among those of the last GetServerProjectTree, then among the announced ones.
+    //! Looks up a project, first in the list of the last GetServerProjectTree, then among the announced
+    //! projects. Sends no request.
     //! \param id the project's id.
-    //! \param[in,out] project gets id, name and the enterprise ("epId" and "epName" in attrs). An unknown id
-    //!   leaves it as it came.
-    //! \throws std::out_of_range if the session names no enterprise.
+    //! \param[in,out] project receives id, name and the enterprise ("epId" and "epName" in attrs). If the id
+    //! is
+    //!   unknown, `project` is unchanged.
+    //! \throws std::out_of_range if the session has no enterprise.
     virtual void GetProjectInfo(const std::wstring id, ProjectRef& project) = 0;
-    //! Announces a project that exists only in the host so far. Asks no service.
-    //! \param project with "deptId" and "deptName" in attrs; it is copied. Ignored if its id is empty,
-    //!   already announced, or known from the service.
+    //! Announces a project that exists only in the host so far. Sends no request.
+    //! \param project with "deptId" and "deptName" in attrs; copied. Ignored if its id is empty, is already
+    //!   announced, or is in the list of the last GetServerProjectTree.
     virtual void AddLocalProject(const ProjectRef& project) = 0;
-    //! Withdraws an announced project. Asks no service.
-    //! \param id the project's id; an unknown one is ignored.
+    //! Withdraws an announced project. Sends no request.
+    //! \param id the project's id; an unknown id is ignored.
     virtual void RemoveLocalProject(const std::wstring id) = 0;
-    //! Brings a project to the service: an announced one is added, a known one whose name differs is renamed,
-    //! anything else is left alone. A failure is only logged, and an announced project counts as announced no
-    //! more even then; read the list again to know.
-    //! \param project the project as it is to be. One that is added must hold "deptId" in attrs.
+    //! Sends a project to the service: adds an announced project; renames a project of the last
+    //! GetServerProjectTree if its name differs; ignores any other project and logs nothing. A failed request
+    //! is only logged, and the announcement is withdrawn all the same. Read the list again to check.
+    //! \param project the project with its new name. To add a project, "deptId" must be in attrs.
     //! \param reserved ignored.
     //! \param upload false does nothing.
-    //! \throws std::out_of_range if a project that is to be added lacks "deptId".
+    //! \throws std::out_of_range if an announced project has no "deptId".
     virtual void OnUploadProject(const ProjectNode& project, void* reserved, bool upload) = 0;
-    //! Deletes the equipment bindings of a scene project and announces new ones. The service learns their
-    //! number only. A failure is only logged; if deleting fails, nothing is announced.
-    //! \param sceneProjId the scene project's id, which goes into the address as it stands.
+    //! Deletes the equipment bindings of a scene project and sends new ones. The request contains the number
+    //! of the bindings only: one empty object for each. A failure is only logged. If the deletion fails, the
+    //! operation sends no bindings.
+    //! \param sceneProjId the scene project's id. It becomes part of the request's address without percent
+    //!   encoding.
     //! \param deviceSerials the serial number of each component's device, by the component's GUID.
     virtual void OnUploadSdkProperty(const QString& /*sceneProjId*/,
                                      const QMap<QString, QString>& /*deviceSerials*/)
@@ -86,7 +92,7 @@ public:
     //! Does nothing; keeps its place in the interface.
     virtual void ReservedSecond() = 0;
 
-    //! The plug-in's to call.
+    //! Only the plug-in deletes the manager.
     virtual ~IProjectInfoMgr() = default;
 };
 

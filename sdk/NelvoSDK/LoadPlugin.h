@@ -1,7 +1,7 @@
 #pragma once
 
 //! \file
-//! \brief Loading the library at run time.
+//! \brief Loads the library at run time.
 
 #include <NelvoSDK/INelvoSDKPlugin.h>
 
@@ -11,14 +11,14 @@
 
 namespace NelvoSDK {
 
-//! \brief Loads the library NelvoPlugin and gives its plug-in object.
+//! \brief Loads the library NelvoPlugin and returns its plug-in object.
 //!
-//! At any time, also before an application object exists. Any thread. The library stays loaded to the end of
-//! the process; to load it again gives the same object.
-//! \param directory the folder with the library, such as QCoreApplication::applicationDirPath().
-//! \param error takes the reason of a failure; otherwise it stays as it was. May be null.
-//! \return the plug-in object, owned by the library; null if there is no library, if it can't be
-//!   loaded, often for want of another one, or if it has no plug-in.
+//! Any thread, at any time, also before an application object exists. The library stays loaded until the
+//! process ends; a second call returns the same object.
+//! \param directory the folder that contains the library, such as QCoreApplication::applicationDirPath().
+//! \param error receives the reason of a failure; unchanged after a success. May be null.
+//! \return the plug-in object, owned by the library. Null if the library is missing, if it cannot be loaded,
+//!   often because a library that it needs is missing, or if it has no plug-in object.
 inline INelvoSDKPlugin* LoadPlugin(const QString& directory, QString* error = nullptr)
 {
     const auto fail = [error](const QString& reason) -> INelvoSDKPlugin* {
@@ -26,7 +26,7 @@ inline INelvoSDKPlugin* LoadPlugin(const QString& directory, QString* error = nu
             *error = reason;
         return nullptr;
     };
-    // Without prefix and suffix: QLibrary adds those of the system.
+    // QLibrary adds the prefix and suffix of the system.
     QLibrary library(QDir(directory).filePath(QStringLiteral("NelvoPlugin")));
     library.setLoadHints(QLibrary::PreventUnloadHint);
     if (!library.load())

@@ -5,7 +5,7 @@ namespace NelvoSDK::RecordKeys {
 
 //! Id of the organisation unit that owns a project.
 inline constexpr const wchar_t* DeptId = L"deptId";
-//! Name of that unit.
+//! Name of the organisation unit that owns a project.
 inline constexpr const wchar_t* DeptName = L"deptName";
 //! Id of the enterprise, as decimal text.
 inline constexpr const wchar_t* EpId = L"epId";
