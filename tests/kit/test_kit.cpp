@@ -181,7 +181,7 @@ void TestKit::kitIsWhole_data()
 {
     QTest::addColumn<QString>("file");
     for (const char* file :
-         {"include/NelvoSDK/INelvoSDKPlugin.h", "include/NelvoSDK/LoadPlugin.h",
+         {"include/NelvoSDK/INelvoSDKPlugin.h", "include/NelvoSDK/LoadPlugin.h", "include/NelvoSDK/Version.h",
           "include/BVUtility/ISubject.h", "app/defaultServerAddress.json", "app/ProxyUrlSuffix.json",
           "app/updateConfig.json", "README.md", "share/doc/NelvoPlugin/CHANGELOG.md",
           "share/doc/NelvoPlugin/SECURITY.md", "share/doc/NelvoPlugin/docs/compatibility.md",

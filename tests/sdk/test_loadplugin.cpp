@@ -1,4 +1,5 @@
 #include <NelvoSDK/LoadPlugin.h>
+#include <NelvoSDK/Version.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,6 +44,7 @@ void TestLoadPlugin::libraryGivesItsPlugin()
     QVERIFY2(loaded, qPrintable(error));
     QCOMPARE(error, QStringLiteral("as before"));
     QVERIFY(loaded->GetVersion() == L"1.0.0");
+    QCOMPARE(QString::fromStdWString(loaded->GetVersion()), QStringLiteral(NELVO_SDK_VERSION_STRING));
 }
 
 void TestLoadPlugin::secondTimeGivesTheSamePlugin()

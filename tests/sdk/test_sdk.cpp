@@ -4,6 +4,7 @@
 #include <NelvoSDK/INelvoSDKPlugin.h>
 #include <NelvoSDK/IPdsMgr.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
+#include <NelvoSDK/Version.h>
 
 #include <QtTest>
 
@@ -17,6 +18,7 @@ private Q_SLOTS:
     void freshProjectRecordsAreEmpty();
     void recordsAreValues();
     void observersNeedOnlyWhatIsCalled();
+    void versionIsThatOfTheProject();
 };
 
 void TestSdk::freshSessionIsEmpty()
@@ -79,6 +81,14 @@ void TestSdk::observersNeedOnlyWhatIsCalled()
     static_cast<NelvoSDK::ILoginObserver&>(host).OnLoginSucceeded(session);
     QVERIFY(host.loggedIn);
     QVERIFY(!static_cast<NelvoSDK::IHostContext&>(host).GetWebChannel());
+}
+
+void TestSdk::versionIsThatOfTheProject()
+{
+    QCOMPARE(QStringLiteral(NELVO_SDK_VERSION_STRING), QStringLiteral(NELVO_PROJECT_VERSION));
+    QCOMPARE(NELVO_SDK_VERSION >> 16, NELVO_PROJECT_VERSION_MAJOR);
+    QCOMPARE((NELVO_SDK_VERSION >> 8) & 0xff, NELVO_PROJECT_VERSION_MINOR);
+    QCOMPARE(NELVO_SDK_VERSION & 0xff, NELVO_PROJECT_VERSION_PATCH);
 }
 
 QTEST_APPLESS_MAIN(TestSdk)
