@@ -9,25 +9,24 @@ struct SharedMemory;
 //! An event of another process, open in this one.
 struct NamedEvent;
 
-// What the system has to do so that this process can tell something to the one that started it. That one
-// has created a block of shared memory and an event, and gave them names. On POSIX systems the event is a
-// semaphore, and the object of a given name is "/" followed by the name as UTF-8, in which each byte but
-// ASCII letters, digits, "-", ".", "_" and "~" is percent-encoded in upper-case hexadecimal.
+// Notifies the process that started this one and passes it a result. The starting process has created a block
+// of shared memory and an event, each with a name. On POSIX systems the event is a semaphore. There the name
+// of each object is "/" followed by the name as UTF-8, in which every byte except ASCII letters, digits, "-",
+// ".", "_" and "~" is percent-encoded with upper-case hexadecimal digits.
 //
-// What is opened here stays open, and mapped, until the process ends, which is intended. On POSIX systems the
-// creator of the objects can remove their names meanwhile; on Windows the names live on until this process
-// ends.
+// An opened object stays open and mapped until this process ends. This is intentional. On POSIX systems the
+// starting process can remove the names earlier; on Windows the names exist until this process ends.
 
-//! Opens a block for writing; null if there is none of that name, or none that may be written.
+//! Opens a block for writing. Returns null if no block has this name, or if it is not writable.
 SharedMemory* openSharedMemory(const std::wstring& name);
 
-//! The first byte of the whole block, writable; null if it can't be mapped.
+//! Returns the first byte of the whole block, writable; null if the block cannot be mapped.
 char* mapSharedMemory(SharedMemory* memory);
 
-//! Opens an event; null if there is none of that name, or none that may be set.
+//! Opens an event. Returns null if no event has this name, or if it cannot be set.
 NamedEvent* openEvent(const std::wstring& name);
 
-//! Wakes up whoever waits for the event, also if that one only begins to wait afterwards.
+//! Wakes the process that waits for the event. A process that begins to wait later returns at once.
 void setEvent(NamedEvent* event);
 
 } // namespace NelvoPlugin

@@ -21,7 +21,7 @@ struct NamedEvent {
 
 namespace {
 
-//! Keeps what was opened until the process ends.
+//! Stores an opened object until the process ends.
 template <typename Object>
 Object* keep(Object object)
 {
@@ -29,7 +29,7 @@ Object* keep(Object object)
     return &kept.emplace_back(object);
 }
 
-//! Keeps lone surrogates and a byte order mark, which QString would change: each name is a name of its own.
+//! Preserves lone surrogates and a byte order mark, which QString would change: they distinguish names.
 std::string toUtf8(const std::wstring& text)
 {
     std::string bytes;
@@ -55,7 +55,7 @@ std::string toUtf8(const std::wstring& text)
     return bytes;
 }
 
-//! What the object of that name is called here, where slashes are not allowed within a name.
+//! The name of the POSIX object. POSIX allows no slash after the first character.
 std::string objectName(const std::wstring& name)
 {
     return '/' + QByteArray::fromStdString(toUtf8(name)).toPercentEncoding().toStdString();

@@ -4,7 +4,7 @@
 
 namespace NelvoPlugin {
 
-// The pointers of the interface are the system's handles.
+// The pointers of the interface are handles of Windows.
 
 SharedMemory* openSharedMemory(const std::wstring& name)
 {

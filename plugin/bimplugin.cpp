@@ -16,7 +16,7 @@ bool CBimPlugin::Initialize()
     return true;
 }
 
-//! The message manager stays intentionally: messages can still pass while the rest is gone.
+//! The message manager remains. This is intentional: the host can still send messages.
 bool CBimPlugin::Shutdown()
 {
     m_loginMgr.reset();

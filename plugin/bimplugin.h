@@ -11,9 +11,9 @@
 
 namespace NelvoPlugin {
 
-//! \brief The plug-in object: creates the managers, owns them and hands them out.
+//! \brief The plug-in object: creates and owns the managers.
 //!
-//! There is one in the process (GetNelvoSDKPlugin). It can exist before any Qt object does.
+//! GetNelvoSDKPlugin returns the only object of the process. It can exist before any Qt object.
 class CBimPlugin : public NelvoSDK::INelvoSDKPlugin
 {
 public:
@@ -27,7 +27,7 @@ public:
     NelvoSDK::IMessageMgr* GetMessageMgr() override;
 
 protected:
-    //! Deletes all but the message manager, in the order of the destructor.
+    //! Deletes all managers except the message manager, in the order of the destructor.
     void releaseManagers();
 
 private:

@@ -6,12 +6,13 @@
 
 namespace {
 
-//! \brief The one plug-in object of the process.
+//! \brief The only plug-in object of the process.
 //!
-//! It outlives the application object, and windows and threads must not. So each Initialize sees to it that
-//! what the host doesn't shut down ends with the application object, of which a process may have several in
-//! turn. The object itself is never destroyed: static destructors run when the system may already have ended
-//! the threads, and while the event loop of a host that calls `exit` is still on the stack.
+//! The object outlives the application object, but windows and threads must not. So each Initialize registers
+//! a routine that deletes the remaining managers when the application object ends; a process may have several
+//! application objects one after another. The plug-in object itself is never destroyed: when static
+//! destructors run, the system may already have ended the threads, and the event loop of a host that calls
+//! `exit` is still on the stack.
 class ProcessPlugin final : public NelvoPlugin::CBimPlugin
 {
 public:
@@ -23,7 +24,7 @@ public:
 
     bool Initialize() override
     {
-        // Qt drops its post routines with each application object.
+        // Qt removes its post routines when an application object ends.
         qRemovePostRoutine(&endWithApplication);
         qAddPostRoutine(&endWithApplication);
         return CBimPlugin::Initialize();

@@ -5,7 +5,7 @@
 
 namespace NelvoPlugin {
 
-//! \brief Passes a text on to every attached observer, synchronously and on the caller's thread.
+//! \brief Passes a text to every attached observer, synchronously and on the caller's thread.
 class CMessageMgr final : public NelvoSDK::IMessageMgr, public BVUTILITY::ISubject<NelvoSDK::IMessageObserver>
 {
 public:
@@ -20,8 +20,8 @@ public:
 private:
     using Operation = void (NelvoSDK::IMessageObserver::*)(const QString&);
 
-    //! A message on its way. The text is the manager's own copy, so that it outlives whatever an
-    //! observer does to the sender's.
+    //! A message that is being sent. It owns a copy of the text, because an observer may change the sender's
+    //! text.
     struct Dispatch {
         Operation operation;
         QString text;

@@ -7,16 +7,16 @@
 
 namespace VCIM {
 
-//! \brief A job on its way through a thread pool; made for one run, after which the pool deletes it.
+//! \brief A task in a thread pool. The pool runs it once and then deletes it.
 class ThreadObject final : public QObject, public QRunnable
 {
     Q_OBJECT
 
 public:
-    //! `task` must not be empty, or run throws std::bad_function_call.
+    //! `task` must not be empty; otherwise run throws std::bad_function_call.
     explicit ThreadObject(const std::function<bool()>& task);
 
-    //! Does the job on the calling thread and tells its verdict. An exception of the job goes through.
+    //! Runs the task on the calling thread and emits its result. Does not catch exceptions of the task.
     void run() override;
 
 Q_SIGNALS:

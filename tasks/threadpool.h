@@ -6,22 +6,23 @@
 
 namespace VCIM {
 
-//! \brief Runs a blocking job off the GUI thread and brings its verdict back there.
+//! \brief Runs a blocking task outside of the GUI thread and delivers its result there.
 //!
-//! The jobs run on the threads of QThreadPool::globalInstance(); this object gives the verdicts their
-//! thread, which is the one that first asks for it. That thread needs an event loop: a verdict waits until
-//! the loop runs, and is never delivered in a process that quits before.
+//! The tasks run on the threads of QThreadPool::globalInstance(). The results arrive on the thread of the
+//! first call of instance. That thread needs an event loop: a result waits until the loop runs, and is lost
+//! if the process quits first.
 class ThreadPool final : public QObject
 {
     Q_OBJECT
 
 public:
-    //! The one object. Made by the first call, on its thread; lives to the end of the process.
+    //! Returns the only object. The first call creates it on its own thread; it exists until the process
+    //! ends.
     static ThreadPool* instance();
 
-    //! Starts `task` on a pool thread and returns at once. `onResult` gets what it returned, as an event of
-    //! this object's thread. Both are copied, and neither may be empty. A started task can't be waited for
-    //! or cancelled; several may end in any order.
+    //! Starts `task` on a pool thread and returns at once. `onResult` is called with the result of the task,
+    //! as an event of this object's thread. Both are copied and must not be empty. A started task cannot be
+    //! waited for or cancelled; tasks may end in any order.
     void start(const std::function<bool()>& task, const std::function<void(bool)>& onResult);
 
 private:

@@ -9,7 +9,7 @@ namespace {
 constexpr int MaxOfDomain = 180;
 constexpr int MaxOfAnswers = 3000;
 
-//! The domain of a cookie, whether or not it is for the hosts below as well.
+//! The domain without the leading dot, which marks a cookie that is also valid for subdomains.
 QString withoutDot(const QString& domain)
 {
     return domain.startsWith(QLatin1Char('.')) ? domain.mid(1) : domain;

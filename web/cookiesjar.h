@@ -4,14 +4,14 @@
 #include <QNetworkCookie>
 #include <QNetworkCookieJar>
 
-//! \brief The one cookie jar of all blocking calls.
+//! \brief The cookie jar of all blocking calls.
 //!
-//! A QNetworkCookieJar whose whole content can be read and replaced: a session takes its cookies along as
-//! text and brings them back from there. In memory only. Every operation may be called from any thread:
-//! each thread that makes calls has a network manager of its own, and all of them use this jar.
+//! A QNetworkCookieJar whose whole content can be read and replaced: a session stores its cookies as text and
+//! restores them from it. In memory only. Every operation may be called on any thread: each thread that sends
+//! requests has its own network manager, and all of them use this jar.
 //!
-//! Of the cookies that answers set, it keeps 180 of a domain and 3,000 in all; the oldest go first. What
-//! setAllCookies brings is neither counted nor dropped, until an answer sets it anew.
+//! Of the cookies that replies set, the jar keeps 180 for each domain and 3,000 in all, and drops the oldest
+//! first. Cookies of setAllCookies are neither counted nor dropped until a reply sets them again.
 class CCookiesJar final : public QNetworkCookieJar
 {
     Q_OBJECT
@@ -29,11 +29,11 @@ public:
     bool deleteCookie(const QNetworkCookie& cookie) override;
 
 private:
-    //! Drops the cookie that is too much after one of that domain came in.
+    //! Drops the oldest cookie if a new cookie of that domain exceeds a limit.
     void dropOldest(const QString& domain);
 
-    //! Recursive, since the base class builds its operations on one another.
+    //! Recursive, because operations of the base class call each other.
     mutable QRecursiveMutex m_mutex;
-    //! How many of the cookies setAllCookies brought. They are in front of all others.
+    //! The number of cookies from setAllCookies. They precede all others.
     int m_restored = 0;
 };

@@ -13,8 +13,8 @@
 
 namespace {
 
-//! How far the network may run ahead of the disk. Holds from when the request is under way: Qt takes no
-//! bound before.
+//! Limits how many bytes are received before they are written. Set after the request has started: Qt accepts
+//! no limit earlier.
 constexpr int ReadBufferSize = 1024 * 1024;
 
 QNetworkRequest requestFor(const QString& url)
@@ -27,8 +27,8 @@ QNetworkRequest requestFor(const QString& url)
     return request;
 }
 
-//! A nearly full disk accepts a part of the bytes without an error. Only the next write gives the reason, so
-//! the file has to be unbuffered: a flush stops at the part.
+//! A nearly full disk accepts a part of the bytes without an error, and only the next write fails with the
+//! reason. The file must be unbuffered, because a flush stops after the part.
 bool writeAll(QFile& file, QByteArray bytes)
 {
     while (!bytes.isEmpty()) {
@@ -92,16 +92,17 @@ bool CDownloader::download(const QString& url, const QString& filePath, qint64 b
     return true;
 }
 
-//! The file is closed after each chunk: what is on disk is complete up to there, which resuming rests on.
+//! Closes the file after each chunk, so that the file is complete up to that point and the download can be
+//! resumed.
 void CDownloader::onReadyRead()
 {
     QFile file(m_filePath);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
-        // Nobody takes the data now, and the transfer goes on to its end all the same.
+        // The data is discarded from now on. The transfer still runs to its end.
         m_reply->setReadBufferSize(0);
         return;
     }
-    // Once for each transfer: on a full disk no chunk that follows fares better.
+    // Once for each transfer: on a full disk, every later chunk fails too.
     if (!writeAll(file, m_reply->readAll()) && !std::exchange(m_writeFailed, true))
         qWarning().noquote() << "write file" << m_filePath << "failed:" << file.errorString();
 }
@@ -114,7 +115,8 @@ void CDownloader::onFinished()
     m_reply = nullptr;
 }
 
-//! The total of the reply is ignored, which is intended: resumed, it is that of the rest only.
+//! Ignores the total of the reply. This is intentional: for a resumed transfer it counts the remaining bytes
+//! only.
 void CDownloader::onDownloadProgress(qint64 bytesReceived, qint64 /*bytesTotal*/)
 {
     m_bytesReceived += bytesReceived - m_replyBytesReceived;
@@ -122,13 +124,13 @@ void CDownloader::onDownloadProgress(qint64 bytesReceived, qint64 /*bytesTotal*/
     emitInReplySignal([this] { Q_EMIT downloadProgress(m_filePath, m_bytesReceived, m_bytesTotal); });
 }
 
-//! Qt goes on using a reply, in abort too, after it has told of the error or the end. So the reply lives on
-//! until the event loop runs again, though it is nothing to this object any more.
+//! Qt continues to use a reply after it has emitted the error or the end, also in abort. So the event loop
+//! deletes the reply later, while this object no longer uses it.
 void CDownloader::onError(QNetworkReply::NetworkError /*error*/)
 {
     if (!emitInReplySignal([this] { Q_EMIT downloadError(m_filePath, m_reply->errorString()); }))
         return;
-    if (m_reply == nullptr) // A slot that pumped events has seen the end.
+    if (m_reply == nullptr) // A slot has processed events, and the transfer has ended meanwhile.
         return;
     disconnect(m_reply, &QNetworkReply::finished, this, &CDownloader::onFinished);
     connect(m_reply, &QNetworkReply::finished, this, &CDownloader::reportEnd);

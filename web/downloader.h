@@ -8,16 +8,16 @@
 
 class QNetworkAccessManager;
 
-//! \brief Brings one large file over HTTP into a local path and can go on where an earlier run stopped.
+//! \brief Downloads one large file over HTTP and can resume an earlier download.
 //!
-//! What arrives is appended to the file at once, so that a crash loses the chunk under way and no more.
-//! Nothing is ever removed or truncated, and neither status codes nor lengths are examined: whether the
-//! file is the right one is for its checksum to tell. Bytes that the disk doesn't take, because it is full,
-//! are missing in the file, and a warning in the log is all that tells of it.
+//! Each received chunk is appended to the file at once, so a crash loses at most the current chunk. The
+//! downloader never removes or truncates a file, and it checks neither status codes nor lengths: the caller
+//! verifies the checksum. If the disk is full, bytes are missing in the file, and the only sign is a warning
+//! in the log.
 //!
-//! One transfer at a time, on the thread of the object, by its event loop. There is no timeout and no
-//! cancel; destroying the object ends a transfer without a signal. It may be destroyed in a slot of its own
-//! signals.
+//! One transfer at a time, on the thread of the object, driven by its event loop. There is no timeout and no
+//! cancellation; destroying the object ends a transfer without a signal. A slot of its own signals may
+//! destroy it.
 class CDownloader final : public QObject
 {
     Q_OBJECT
@@ -27,23 +27,23 @@ public:
     explicit CDownloader(QNetworkAccessManager* manager, QObject* parent = nullptr);
     ~CDownloader() override;
 
-    //! Starts a transfer from `url` to the end of the file `filePath`, whose directory is made if need be.
-    //! `bytesTotal` is the size of the complete file, which progress is reported against.
+    //! Starts a transfer from `url` to the end of the file `filePath` and creates its directory if it is
+    //! missing. `bytesTotal` is the size of the complete file, used for downloadProgress.
     //!
-    //! With `resume` it asks for the part of the file that is not there yet, without it for the whole. Either
-    //! way the bytes are appended: a caller who wants a fresh file removes the old one first.
+    //! With `resume` it requests the missing part of the file, otherwise the whole file. Both append to the
+    //! file: to get a new file, remove the old one first.
     //!
-    //! Returns false, with the reason in `errorString`, while another transfer is under way. That is also so
-    //! in a slot connected directly to downloadFinished or downloadError.
+    //! Returns false, with the reason in `errorString`, while another transfer runs; also in a slot that is
+    //! connected directly to downloadFinished or downloadError.
     bool download(const QString& url, const QString& filePath, qint64 bytesTotal, QString& errorString,
                   bool resume);
 
 Q_SIGNALS:
     void downloadStarted(QString filePath, qint64 bytesTotal);
     void downloadFinished(QString filePath);
-    //! `bytesReceived` counts what was in the file before; it passes `bytesTotal` if the server sends more.
+    //! `bytesReceived` includes the bytes of earlier runs. It exceeds `bytesTotal` if the server sends more.
     void downloadProgress(QString filePath, qint64 bytesReceived, qint64 bytesTotal);
-    //! The transfer failed. One failure may be told twice.
+    //! The transfer failed. May be emitted twice for one failure.
     void downloadError(QString filePath, QString errorString);
 
 private Q_SLOTS:
@@ -53,23 +53,23 @@ private Q_SLOTS:
     void onError(QNetworkReply::NetworkError error);
 
 private:
-    //! Emits how the transfer ended. Returns false if a slot has deleted this object.
+    //! Emits the end of the transfer. Returns false if a slot has deleted this object.
     bool reportEnd();
-    //! Calls what emits a signal of this object inside one of the reply's. Returns false if a slot has
-    //! deleted this object.
+    //! Calls `emitSignal`, which emits a signal of this object inside a signal of the reply. Returns false if
+    //! a slot has deleted this object.
     bool emitInReplySignal(const std::function<void()>& emitSignal);
 
     QNetworkAccessManager* m_manager;
-    //! Bytes of the file so far, earlier runs included.
+    //! The bytes in the file so far, including earlier runs.
     qint64 m_bytesReceived = 0;
-    //! What the present reply last reported.
+    //! The bytes that the current reply last reported.
     qint64 m_replyBytesReceived = 0;
     qint64 m_bytesTotal = 0;
-    //! The transfer under way, or null. Owned here, though it is the manager's child.
+    //! The current transfer, or null. Owned here, although it is a child of the manager.
     QNetworkReply* m_reply = nullptr;
     QString m_filePath;
-    //! The reply is emitting, so it can't be deleted at once.
+    //! True while the reply emits a signal: it cannot be deleted then.
     bool m_isInReplySignal = false;
-    //! Whether the log has it that bytes of this transfer didn't reach the disk.
+    //! Whether a lost write of this transfer has been logged.
     bool m_writeFailed = false;
 };

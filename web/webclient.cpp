@@ -42,13 +42,14 @@ void prepareRequest(const RequestPreparer& prepare, QNetworkRequest& request)
         prepare(request);
 }
 
-//! Whether the network layer has a file for it and no service: by its path, or by a search path.
+//! Whether the network layer reads a file for this URL instead of sending a request: by its path or by a
+//! search path.
 bool isLocal(const QUrl& url)
 {
     return url.isLocalFile() || !QDir::searchPaths(url.scheme()).isEmpty();
 }
 
-//! Gives an object that any thread may have made to the thread of the application.
+//! Moves an object to the application's thread, whichever thread created it.
 template <typename Object>
 Object* ofApplicationThread(Object* object)
 {
@@ -57,9 +58,8 @@ Object* ofApplicationThread(Object* object)
     return object;
 }
 
-//! The manager of the application's thread, whichever thread asks for it first. Never destroyed: when the
-//! static destructors run, Windows has already ended the manager's HTTP thread, and Qt would wait for it
-//! forever.
+//! The manager of the application's thread, for every calling thread. Never destroyed: when static
+//! destructors run, Windows has already ended the manager's HTTP thread, and Qt would wait for it forever.
 QNetworkAccessManager* applicationManager()
 {
     static auto* const manager = ofApplicationThread(new QNetworkAccessManager);
@@ -79,8 +79,8 @@ QNetworkAccessManager* threadManager()
     return managers.localData();
 }
 
-//! Waits for the reply while the thread's events run; `handler` judges the body of a success. Neither the
-//! reply nor the connection is released, which is meant: replies stay with the manager.
+//! Processes events until the reply has finished. `handler` converts the body of a successful reply. Neither
+//! the reply nor the connection is released. This is intentional: the manager keeps its replies.
 bool waitFor(QNetworkReply* reply, const QObject* owner, const ReplyHandler& handler)
 {
     struct Call {
@@ -89,8 +89,8 @@ bool waitFor(QNetworkReply* reply, const QObject* owner, const ReplyHandler& han
     };
     const auto call = std::make_shared<Call>();
     QObject::connect(reply, &QNetworkReply::finished, reply, [reply, call, handler] {
-        // A reply that was finished from the start tells so when nobody waits for it any more, and what the
-        // handler refers to is gone.
+        // A reply that was finished from the start emits its signal when this call has returned and the
+        // objects that `handler` refers to are gone.
         if (!call->waiting)
             return;
         if (reply->error() != QNetworkReply::NoError) {
@@ -103,7 +103,7 @@ bool waitFor(QNetworkReply* reply, const QObject* owner, const ReplyHandler& han
     return waitForReply(reply, owner) && call->result;
 }
 
-//! A handler that parses the body and gives the document to `assign`.
+//! A handler that parses the body and passes the document to `assign`.
 template <typename Assign>
 ReplyHandler jsonHandler(Assign assign)
 {
@@ -129,7 +129,7 @@ QNetworkAccessManager* sharedNetworkManager()
 
 CCookiesJar* sharedCookieJar()
 {
-    // The application's manager becomes its parent, and is never destroyed.
+    // The application's manager becomes the parent of the jar and is never destroyed.
     static auto* const jar = ofApplicationThread(new CCookiesJar);
     return jar;
 }
@@ -141,7 +141,7 @@ bool waitForReply(const QNetworkReply* reply, const QObject* owner)
         QCoreApplication::processEvents();
         if (owner && !guard)
             return false;
-        // Keeps the loop from spinning a core while the call is outstanding.
+        // Prevents the loop from using a whole core while the request runs.
         if (!reply->isFinished())
             QThread::msleep(1);
     }
@@ -165,7 +165,8 @@ QNetworkRequest buildRequest()
     request.setRawHeader("Accept", "*/*");
     request.setRawHeader("Cache-control", "no-cache");
     request.setRawHeader("Pragma", "no-cache");
-    // Set by hand, so nothing inflates a reply: the services are expected to answer with plain bodies.
+    // A header that the caller sets switches off decompression in Qt: the services must reply with
+    // uncompressed bodies.
     request.setRawHeader("Accept-Encoding", "deflate");
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
@@ -214,6 +215,6 @@ bool httpPut(QNetworkAccessManager* manager, const QString& baseUrl, const QStri
 {
     QNetworkRequest request = jsonRequestFor(baseUrl, path);
     prepareRequest(prepare, request);
-    // The network layer would write the file. It fails as silently as reading one does.
+    // The network layer would write the file. Returns false and logs nothing, as reading a file does.
     return !isLocal(request.url()) && waitFor(manager->put(request, body), owner, handler);
 }

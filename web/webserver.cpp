@@ -10,9 +10,9 @@
 
 namespace {
 
-//! Waits while the thread's events run and returns whether the reply finished in time. The deadline is looked
-//! at first: a reply that finishes in the very pass in which the time runs out comes too late.
-//! Also false if the reply has been deleted, which happens when an event deletes the client.
+//! Processes the thread's events and returns whether the reply finished in time. Checks the deadline first: a
+//! reply that finishes in the same pass of the event loop as the deadline is late. Returns false if the reply
+//! has been deleted, which happens when an event deletes the client.
 bool finishes(const QPointer<QNetworkReply>& reply, int timeoutMs)
 {
     QElapsedTimer timer;
@@ -77,7 +77,7 @@ bool CWebServer::postJson(const QJsonObject& body, QJsonObject& reply, const QUr
     }
     if (reply.isEmpty())
         reply.insert(QStringLiteral("message"), failureText(*networkReply, inTime));
-    // One that is late still runs; its deletion ends it.
+    // Deleting a late reply ends its request.
     networkReply->deleteLater();
     return success;
 }

@@ -9,10 +9,10 @@
 class QJsonObject;
 class QUrl;
 
-//! \brief The client of the update service: a network manager of its own, without the shared cookies.
+//! \brief The client of the update service: its own network manager, without the shared cookies.
 //!
-//! Its calls block until the service has answered or the time is up, and pump the events of their thread
-//! meanwhile, all kinds of them, so they may come back into the caller. Redirects are not followed.
+//! Its calls block until the service has replied or the time is up. Meanwhile they process all kinds of
+//! events of their thread and may be re-entered. Redirects are not followed.
 class CWebServer final : public QObject
 {
     Q_OBJECT
@@ -24,21 +24,21 @@ public:
     //! Sets the base address of the update service, scheme and host without a trailing slash.
     void setServerAddress(const QString& url);
 
-    //! Asks for the latest release of a product, as postJson does. `token` and `productId` go into the
-    //! address as they are; `version` is the one that the client claims to have.
+    //! Requests the latest release of a product, as postJson does. `token` and `productId` become part of the
+    //! address without encoding; `version` is the version that the client reports.
     bool findLatest(const QString& token, const QString& productId, const QString& version,
                     const QJsonObject& body, QJsonObject& reply, int timeoutMs);
 
-    //! Posts `body` to `url`. True if the service answered with an object that holds "data" and whose "code"
-    //! is the number 200; `reply` is that object.
+    //! Posts `body` to `url`. Returns true if the reply is an object that contains "data" and whose "code" is
+    //! the number 200; `reply` is that object.
     //!
-    //! Otherwise `reply` is the object that came, or if none did, one whose "message" tells why: that no
-    //! answer came within `timeoutMs`, or the network's error text. An empty `reply` is expected. It stays
-    //! empty if this client is deleted during the call, which then returns false at once.
+    //! Otherwise `reply` is the received object. Without one it is an object whose "message" is the reason:
+    //! no reply within `timeoutMs`, or the network's error text. Pass an empty `reply`. It stays empty if
+    //! this client is deleted during the call, which then returns false at once.
     bool postJson(const QJsonObject& body, QJsonObject& reply, const QUrl& url, int timeoutMs);
 
-    //! Made with the first call: one takes Qt several milliseconds, which the login window, whose context
-    //! holds this client from the start, is not to wait for.
+    //! Created by the first call: creation takes Qt several milliseconds and would delay the login window,
+    //! whose context contains this client from the start.
     std::optional<QNetworkAccessManager> manager;
     //! Base address of the update service; empty until a version check sets it.
     QString serverAddress;
