@@ -3,16 +3,18 @@
 #include <QString>
 
 //! \file
-//! \brief The two address files that a deployment puts beside the executable. They are only read.
+//! \brief Reads the two address files of a deployment, which are beside the executable.
 
 namespace NelvoPlugin {
 
-//! The address offered to a user who has none: "defaultServer" of `defaultServerAddress.json`. Empty, with a
-//! warning, if the file is missing or no JSON; empty if it lacks the key.
+//! The address that the login window proposes to a user who has none: "defaultServer" of
+//! `defaultServerAddress.json`. Returns an empty string if the file is missing or no JSON, and logs a
+//! warning; also if it lacks the key.
 QString readDefaultServer();
 
-//! What goes behind the editor service's address in a session: "UrlSuffix" of `ProxyUrlSuffix.json`. Empty
-//! if the file is missing, no JSON, or lacks the key; nothing is logged, the file is optional.
+//! The text that a session appends to the editor service's address: "UrlSuffix" of `ProxyUrlSuffix.json`.
+//! Returns an empty string if the file is missing, is no JSON or lacks the key, and logs nothing: the file is
+//! optional.
 QString readUrlSuffix();
 
 } // namespace NelvoPlugin

@@ -4,12 +4,12 @@
 
 #include <cstring>
 
-// The word back to the caller. It has a source of its own, without Qt, so that it can be tried on systems
-// for which only a compiler is at hand.
+// Notifies the calling program. A separate source without Qt, which can be tested on systems that have only a
+// compiler.
 
 namespace {
 
-//! At most two bytes, of the eight that the caller has room for.
+//! Writes at most two bytes; the mapping has eight.
 void writeResult(const std::wstring& mappingName)
 {
     NelvoPlugin::SharedMemory* const memory = NelvoPlugin::openSharedMemory(mappingName);
@@ -25,7 +25,7 @@ void CLoginCmdLineMgr::notifyCaller() const
     if (m_mappingName.empty() || m_eventName.empty())
         return;
     writeResult(m_mappingName);
-    // Also where nothing could be written: the caller waits for it.
+    // Set even if nothing could be written: the calling program waits for the event.
     if (NelvoPlugin::NamedEvent* const event = NelvoPlugin::openEvent(m_eventName))
         NelvoPlugin::setEvent(event);
 }

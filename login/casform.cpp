@@ -16,17 +16,17 @@ constexpr int MaxNames = 1000;
 constexpr int MaxDepth = 250;
 constexpr int MaxAttributes = 1000;
 
-//! Whether a tag seems to have more attributes than the page may have. It asks before anything parses the
-//! page: parsers compare each attribute of a tag with all others.
+//! Whether a tag seems to have too many attributes. Runs before a parser reads the page, because parsers
+//! compare each attribute of a tag with all others.
 bool hasCrowdedTag(const QString& page)
 {
-    // A name holds none of these. So comments, scripts and the like are no tags for long.
+    // A name contains none of these, so the scan soon leaves comments, scripts and the like.
     static const QString noName = QStringLiteral(">!?;,(){}[]");
     bool inTag = false;
     QChar quote;
     int values = 0;
     for (const QChar c : page) {
-        if (c == QLatin1Char('<')) { // No value holds one.
+        if (c == QLatin1Char('<')) { // no value contains it
             inTag = true;
             quote = QChar();
             values = 0;
@@ -44,14 +44,13 @@ bool hasCrowdedTag(const QString& page)
     return false;
 }
 
-//! Whether the query can bear the page. Too many names make it read wrong values or crash, too deep a page
-//! exhausts the stack or the memory, and too many attributes keep it busy for minutes.
+//! Whether the query can process the page. Too many names make it read wrong values or crash, too many levels
+//! exhaust the stack or the memory, and too many attributes keep it busy for minutes.
 bool isBearable(const QString& page)
 {
     if (hasCrowdedTag(page))
         return false;
-    // The bytes that the query makes of the page as well. One that is not well-formed is for the query to
-    // refuse.
+    // Reads the same bytes as the query. Stops at malformed XML, which the query rejects.
     QXmlStreamReader reader(page.toUtf8());
     QSet<QString> names;
     int depth = 0;
@@ -78,8 +77,8 @@ bool isBearable(const QString& page)
     return true;
 }
 
-//! Gives the query the page without its named entities, which no XML parser would know. A page that the query
-//! can't bear fails as one that can't be read.
+//! Passes the page without its named entities to the query: XML parsers do not know them. Returns false, with
+//! a warning, if the query cannot process the page.
 bool setPage(QXmlQuery& query, const QByteArray& page)
 {
     static const QRegularExpression entity(QStringLiteral("&[0-9a-zA-Z]+;"));
@@ -104,7 +103,7 @@ bool evaluate(QXmlQuery& query, const QString& expression, QString& result)
     return false;
 }
 
-//! The value of a hidden input of the form's button row, empty if there is none.
+//! The value of a hidden input of the form's button row, empty if the input is missing.
 QString inputValue(QXmlQuery& row, const QString& name)
 {
     QString value;
@@ -141,8 +140,8 @@ bool parsePostResult(const QByteArray& page)
     if (!setPage(result, page))
         return false;
     QString message;
-    // "class" without "@" is meant: it asks for a child element, so the query finds nothing in any page
-    // and fails only on one that is not well-formed.
+    // "class" without "@" is intentional: it names a child element. So the query finds nothing in any page,
+    // and fails only if the page is malformed.
     return evaluate(result, QStringLiteral("html/body[@id='cas']/div[@id='msg' and class='success']"),
                     message);
 }
@@ -157,8 +156,8 @@ QByteArray loginForm(const CasFormValues& values, const QString& userName, const
     const QString ticket = QString::fromLatin1(values.lt.trimmed().toUtf8().toPercentEncoding({}, "-."));
     const QString user = QString::fromLatin1(userName.toUtf8().toPercentEncoding());
 
-    // The arguments are filled in one after the other, and each pass scans what the one before it put in.
-    // So an escape in a user name that reads as place marker 2 is replaced by the password; that is meant.
+    // Each arg() also scans the text that the previous one inserted. So an escape in a user name that reads
+    // as place marker 2 is replaced by the password. This is intentional.
     QString tail = QStringLiteral("&submit=%25E7%2599%25BB%25E5%25BD%2595");
     tail += QStringLiteral("&username=%1&password=%2").arg(user).arg(passwordText);
     const QString head = QStringLiteral("%5FeventId=%1&execution=%2&lt=%3&productId=86")

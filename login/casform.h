@@ -4,30 +4,31 @@
 #include <QString>
 
 //! \file
-//! \brief The pages of the CAS sign-in service and the form that answers them.
+//! \brief Reads the pages of the CAS sign-in service and creates the body of its form.
 
 namespace NelvoPlugin {
 
-//! The hidden values of the sign-in form, as they stand in the page; absent ones are empty.
+//! The hidden values of the sign-in form, as the page contains them; missing values are empty.
 struct CasFormValues {
     QString lt;        //!< login ticket
     QString execution; //!< flow execution key
     QString eventId;   //!< event name
 };
 
-//! Reads the hidden values out of the form page. False, with a warning, if the page cannot be read: if it
-//! is not well-formed once its named entities are gone, or if it has more than 4 MiB, 1,000 different names,
-//! 250 levels or 1,000 attributes of one element.
+//! Reads the hidden values of the form page. Returns false, with a warning, if the page is malformed after
+//! its named entities have been removed, or if it exceeds 4 MiB, 1,000 different names, 250 levels, or 1,000
+//! attributes of one element.
 bool parseLoginArgs(const QByteArray& page, CasFormValues& values);
 
-//! Whether the page that answers the form can be read, as for parseLoginArgs. It does not tell a welcome from
-//! a rejection: a rejected password is noticed only when the company list does not come.
+//! Whether the page that follows the form can be read, with the rules of parseLoginArgs. It cannot
+//! distinguish success from rejection: a rejected password shows only when the request for the company list
+//! fails.
 bool parsePostResult(const QByteArray& page);
 
-//! The lower-case hexadecimal MD5 of the UTF-8 of `password`, as the form carries it.
+//! The lower-case hexadecimal MD5 of the password's UTF-8, as the form contains it.
 QString passwordDigest(const QString& password);
 
-//! The body of the form's POST. `passwordText` goes in as it stands.
+//! The body of the form's POST. Does not encode `passwordText`.
 QByteArray loginForm(const CasFormValues& values, const QString& userName, const QString& passwordText);
 
 } // namespace NelvoPlugin

@@ -50,7 +50,7 @@ struct ServiceAddresses {
     QString iotUrl;
 };
 
-//! Reads until both addresses are known; until then a later one of the same name replaces an earlier one.
+//! Reads until both addresses are known. If a name occurs twice before that, the later address counts.
 ServiceAddresses findServices(const QJsonArray& servers)
 {
     ServiceAddresses found;
@@ -75,7 +75,7 @@ void logJsonObject(const QJsonObject& object)
         qWarning().noquote() << line;
 }
 
-//! The cookies of `after` that `before` does not hold in the same form, as text.
+//! The cookies of `after` that `before` does not contain in the same form, as text.
 QString newCookies(const QList<QNetworkCookie>& before, const QList<QNetworkCookie>& after)
 {
     QStringList texts;
@@ -86,7 +86,7 @@ QString newCookies(const QList<QNetworkCookie>& before, const QList<QNetworkCook
     return texts.join(QLatin1Char(','));
 }
 
-//! Touches the editor service so that it hands out its cookies, and gives the new ones as text.
+//! Sends a request to the editor service, which sets its cookies, and returns the new cookies as text.
 bool captureEditorCookies(const QString& editorUrl, const QObject* owner, QString& cookies)
 {
     const QList<QNetworkCookie> before = sharedCookieJar()->allCookies();
@@ -98,8 +98,7 @@ bool captureEditorCookies(const QString& editorUrl, const QObject* owner, QStrin
     return true;
 }
 
-//! The name of the first enterprise of that id; empty if there is none. What has no number as its id counts
-//! as having 0.
+//! The name of the first enterprise with that id; empty if there is none. A non-numeric id reads as 0.
 QString enterpriseName(const QJsonArray& companies, int id)
 {
     for (const QJsonValue company : companies) {
@@ -118,7 +117,7 @@ NelvoSDK::LoginSession toLoginSession(const QJsonObject& session)
     record.cookies = text("cookies");
     record.serverAddr = text("serverAddr");
     record.sdkAddr = text("sdkAddr");
-    record.appVer = text("appVer"); // no session holds it, so it stays empty in every record
+    record.appVer = text("appVer"); // no session contains it, so it is empty in every record
     record.token = text("token");
     record.epName = text("epName");
     record.loggedIn = true;
@@ -229,7 +228,7 @@ QString CLoginActor::signIn(const QString& userName, const QString& passwordText
         sharedNetworkManager()->get(formRequest(cimUrl, QStringLiteral("/rs/casLogin/listCompany")));
     if (!succeeds(companies, this, loop))
         return companies->errorString();
-    // Once more: another sign-in may have run, and ended, while this one was waiting.
+    // Set again: another sign-in may have run and ended while this one was waiting.
     m_cimUrl = cimUrl;
     const QJsonDocument document = parseJson(companies->readAll(), NELVO_HERE);
     if (document.isNull())
@@ -259,8 +258,7 @@ void CLoginActor::onLogin(QString cimUrl, QString epID, QString epName)
     const WindowActivity::Scope call(m_activity);
     const QJsonObject binding{{QStringLiteral("epid"), epID},
                               {QStringLiteral("version"), QStringLiteral("1.0.0")}};
-    // The request is what is logged after each of the three calls, and none of their failures ends the
-    // sign-in: both are intended.
+    // Each of the three calls logs the request, and the sign-in continues if one fails. Both are intentional.
     if (httpPost(
             sharedNetworkManager(), cimUrl, QStringLiteral("/rs/casLogin/casLogin"),
             QJsonDocument(binding).toJson(), {}, [](const QByteArray&) { return true; }, this)) {
@@ -333,8 +331,8 @@ void CLoginActor::loginFromCommandLine(QString userName, QString pwd, QString ci
         return;
     if (!message.isEmpty()) {
         qWarning().noquote() << "login failed:" << message;
-        // The application ends when its event loop gets to it. Until then everything runs as after a
-        // success, which is meant: the caller waits for the end of the sequence.
+        // The event loop ends the application later. Until then the sign-in continues as after a success.
+        // This is intentional: the calling program waits for its end.
         QCoreApplication::quit();
     }
     onLogin(cimUrl, epId, enterpriseName(m_appList, epId.toInt()));
@@ -342,8 +340,8 @@ void CLoginActor::loginFromCommandLine(QString userName, QString pwd, QString ci
         onShowHome();
 }
 
-//! At every orderly quit, also when nobody signed in: the address is then relative, and the call fails and
-//! is logged.
+//! Runs at every orderly quit. If nobody has signed in, the address is relative: the call fails and is
+//! logged.
 void CLoginActor::logout()
 {
     httpGet(sharedNetworkManager(), m_cimUrl, QStringLiteral("/rs/casLogin/logout"), {}, {}, this);

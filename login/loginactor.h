@@ -18,12 +18,12 @@ namespace NelvoPlugin {
 
 class WindowActivity;
 
-//! \brief Carries a sign-in from the form to the host.
+//! \brief Runs a sign-in, from the form to the observers of the host.
 //!
-//! The pages reach it as `loginCtrl`: they call login, then onLogin for the chosen enterprise, then
-//! onShowHome, which publishes the session to the observers. GUI thread. login and onLogin block while they
-//! pump events; nothing here keeps a second call from arriving meanwhile, that is the pages' business. What
-//! runs inside a call, an observer too, may delete this object: the call then ends and does nothing more.
+//! The pages know the actor as `loginCtrl`. They call login, then onLogin for the chosen enterprise, then
+//! onShowHome, which passes the session to the observers. GUI thread. login and onLogin block and process
+//! events meanwhile. The actor does not prevent a second call during that time; the pages do. Code that runs
+//! inside a call, such as an observer, may delete the actor: the call then has no further effect.
 class CLoginActor final : public QObject,
                           public NelvoSDK::ILoginActor,
                           public BVUTILITY::ISubject<NelvoSDK::ILoginObserver>
@@ -33,7 +33,7 @@ class CLoginActor final : public QObject,
     Q_PROPERTY(QJsonArray appList READ appList NOTIFY appListChanged)
 
 public:
-    //! Reads the address files and publishes itself in the view's root context. `view` is not owned.
+    //! Reads the address files and adds itself to the view's root context. `view` is not owned.
     explicit CLoginActor(QQuickView* view, QObject* parent = nullptr);
 
     void ReservedFirst() override;
@@ -43,9 +43,9 @@ public:
     void Attach(NelvoSDK::ILoginObserver* observer) override;
     void Detach(NelvoSDK::ILoginObserver* observer) override;
 
-    //! The whole sign-in in one go, with the MD5 of the password: signs in, enters the enterprise of the
-    //! list with that id and publishes the session. A sign-in that fails is logged, asks the application to
-    //! quit, and goes through the rest all the same.
+    //! Runs a whole sign-in with the MD5 of the password: signs in, enters the enterprise of the list with
+    //! that id, and passes the session to the observers. A failed sign-in is logged and asks the application
+    //! to quit; the remaining steps still run.
     void loginFromCommandLine(QString userName, QString pwd, QString cimUrl, QString epId);
 
     QJsonArray appList() const;
@@ -57,16 +57,16 @@ Q_SIGNALS:
 public Q_SLOTS:
     //! Signs in at the service `cimUrl` (scheme and host, no trailing slash) and reads the company list.
     //! `pwd` is the clear password, or its lower-case hexadecimal MD5 if `pwdIsMd5`; `pdsUrl` is ignored.
-    //! Returns the message to show, empty for success. Observers hear of a failure only.
+    //! Returns the message for the user, empty after a success. Calls observers after a failure only.
     QString login(QString userName, QString pwd, QString cimUrl, QString pdsUrl, bool pwdIsMd5 = false);
-    //! Returns an empty text and does nothing.
+    //! Does nothing and returns an empty string.
     QString getToken(QString appID, QString secret);
-    //! Remembers the account in the cache, with its password if `bKeep`.
+    //! Stores the account in the cache, with its password if `bKeep`.
     void onResetCache(QVariant user, QVariant passwd, QVariant cimUrl, QVariant pdsUrl, QVariant bKeep);
-    //! Binds the session to an enterprise, looks up the service addresses and tokens and fills the session.
-    //! A failure is logged and leaves the session as it was.
+    //! Binds the session to an enterprise, requests the service addresses and the token, and fills the
+    //! session. A failure is logged and leaves the session unchanged.
     void onLogin(QString cimUrl, QString epID, QString epName);
-    //! Closes the window and publishes the session, whatever it holds.
+    //! Closes the window and passes the session to the observers, even if it is empty.
     void onShowHome();
 
 private:
@@ -78,18 +78,18 @@ private:
 
     QQuickView* m_view;
     WindowActivity& m_activity;
-    //! What the pages know as `updater`.
+    //! The pages know it as `updater`.
     CUpdater m_updater;
-    //! Base address of the sign-in service since the form was accepted.
+    //! Base address of the sign-in service, set when the form has been accepted.
     QString m_cimUrl;
-    //! Unused, like m_spareArray: they keep their places.
+    //! Unused, like m_spareArray: both keep their places.
     QString m_spareText;
-    //! Stays empty; nothing hands out a service token yet.
+    //! Always empty: no service provides a token yet.
     QString m_token;
     QJsonArray m_appList;
     QJsonArray m_spareArray;
     QString m_defaultUrl;
-    //! What the last completed onLogin found out; empty before.
+    //! The session of the last complete onLogin; empty before.
     QJsonObject m_session;
     QString m_urlSuffix;
     //! ShowLogin was called while the window was busy.

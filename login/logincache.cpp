@@ -18,8 +18,8 @@ const QString PasswdKey = QStringLiteral("passwd");
 const QString CimUrlListKey = QStringLiteral("cimUrlList");
 const QString PdsUrlListKey = QStringLiteral("pdsUrlList");
 
-//! Base64 is an encoding and no protection. The two directions differ on purpose, Latin-1 on the way out
-//! and UTF-8 on the way in: files in the field are written and read so. ASCII passes unchanged.
+//! Base64 is an encoding, not a protection. Writing uses Latin-1 and reading uses UTF-8. This is intentional:
+//! installed files depend on it. ASCII passes unchanged.
 QString encodedPassword(const QString& passwd)
 {
     return QString::fromLatin1(passwd.toLatin1().toBase64());

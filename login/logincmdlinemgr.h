@@ -2,21 +2,21 @@
 
 #include <string>
 
-//! \brief The sign-in that another program asks for with one argument, and the word back to that program.
+//! \brief The sign-in from the command line, and the notification of the program that started it.
 //!
-//! The argument is six texts with "$$" between them, in the order of the members. The caller has created
-//! an event and a file mapping of at least 8 bytes, and waits for the event. GUI thread.
+//! The argument consists of six texts separated by "$$", in the order of the members. The calling program has
+//! created an event and a file mapping of at least 8 bytes, and waits for the event. GUI thread.
 class CLoginCmdLineMgr
 {
 public:
     virtual ~CLoginCmdLineMgr() = default;
 
-    //! Fills the members; an argument of another form than six parts leaves them empty. A server address
-    //! without "http://" or "https://" in front, in lower case, gets "http://".
+    //! Fills the members; leaves them empty if the argument does not have six parts. Adds "http://" to a
+    //! server address that starts with neither "http://" nor "https://" in lower case.
     void parseCommandLine(std::wstring argument);
 
-    //! Writes the text "1" into the mapping and then sets the event. It tells that the sign-in has run,
-    //! not that it succeeded. Without names nothing happens; what can't be opened is left out.
+    //! Writes the text "1" into the mapping and then sets the event: the sign-in has ended, successfully or
+    //! not. Does nothing without names. Skips an object that cannot be opened.
     void notifyCaller() const;
 
     std::wstring m_userName;
@@ -25,8 +25,8 @@ public:
     std::wstring m_serverUrl;
     std::wstring m_eventName;
     std::wstring m_mappingName;
-    //! 0 also for a text that is no number.
+    //! A non-numeric id reads as 0.
     int m_enterpriseId = 0;
-    //! Unused; it keeps its place.
+    //! Unused; keeps its place.
     std::wstring m_reservedText;
 };

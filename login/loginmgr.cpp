@@ -12,7 +12,7 @@ namespace NelvoPlugin {
 
 CLoginMgr::CLoginMgr() : m_view(new LoginView), m_loginActor(std::make_unique<CLoginActor>(m_view.get()))
 {
-    // Once for the process: Qt keeps each registration forever.
+    // Once for each process: Qt never removes a registration.
     static const int toolsType = qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
     Q_UNUSED(toolsType)
     m_view->rootContext()->setContextProperty(QStringLiteral("view"), m_view.get());
@@ -41,7 +41,7 @@ void CLoginMgr::Start()
         QCoreApplication::quit();
         return;
     }
-    // Exactly one argument is a sign-in without a window, whatever it holds.
+    // Exactly one argument is a sign-in from the command line, whatever it contains.
     if (QCoreApplication::arguments().size() == 2) {
         startFromCommandLine();
         return;

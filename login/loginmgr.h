@@ -10,8 +10,7 @@ namespace NelvoPlugin {
 
 //! \brief Owns the login window and the login actor.
 //!
-//! Prepares the frameless window and what its pages find in their context; no page is loaded before
-//! ShowLogin of the actor.
+//! Prepares the frameless window and the context of its pages. ShowLogin of the actor loads the first page.
 class CLoginMgr final : public NelvoSDK::ILoginMgr
 {
 public:
@@ -23,7 +22,7 @@ public:
     void Start() override;
 
 private:
-    //! Signs in with the one argument there is and tells the program that gave it.
+    //! Signs in with the only argument and notifies the calling program.
     void startFromCommandLine();
 
     LoginViewPointer m_view;

@@ -22,7 +22,7 @@ void LoginView::Deleter::operator()(LoginView* view) const
     }
     view->m_isReleased = true;
     view->hide();
-    // Once more for each time that it becomes idle, since it may be busy again by then.
+    // Checked each time the window becomes idle: it may be busy again when the event loop runs.
     const auto deleteIfIdle = [pointer = QPointer<LoginView>(view)] {
         if (pointer && !pointer->m_activity->isBusy())
             delete pointer;

@@ -16,19 +16,19 @@ class LoginView final : public QQuickView
 public:
     LoginView();
 
-    //! Deletes a window that is idle. Hides one that is busy and leaves its deletion to the event loop.
+    //! Deletes an idle window. Hides a busy window; the event loop deletes it later.
     struct Deleter {
         void operator()(LoginView* view) const;
     };
 
-    //! Deletes the released windows that no event loop has deleted.
+    //! Deletes the released windows that the event loop has not deleted.
     static void deleteReleased();
 
 protected:
     bool event(QEvent* event) override;
 
 private:
-    //! A child; null while the window is being made.
+    //! Owned as a child; null during construction.
     WindowActivity* m_activity = nullptr;
     bool m_isReleased = false;
 };

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QString>
 
-//! \brief Text helpers for the pages; the QML type PercentTools.
+//! \brief Text functions for the pages; the QML type PercentTools.
 class CTools : public QObject
 {
     Q_OBJECT
@@ -11,6 +11,6 @@ class CTools : public QObject
 public:
     explicit CTools(QObject* parent = nullptr);
 
-    //! The UTF-8 of `src`, percent-encoded: all but letters, digits and "-", ".", "_", "~".
+    //! The UTF-8 of `src`, percent-encoded except letters, digits and "-", ".", "_", "~".
     Q_INVOKABLE QString toPercentString(QString src);
 };

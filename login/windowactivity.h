@@ -7,22 +7,22 @@ class QQuickView;
 
 namespace NelvoPlugin {
 
-//! \brief Knows whether a QML window is busy: in a call of one of its pages, or handling an event.
+//! \brief Whether a QML window is busy: in a call of one of its pages, or handling an event.
 //!
-//! Qt ends a process in which a page is destroyed while one of its handlers runs, and a window that is about
-//! to close can neither be deleted nor shown again. Whoever wants to do either waits until the window is
-//! idle. There is one such object for each window, a child of it. GUI thread.
+//! Qt ends a process in which a page is destroyed while one of its handlers runs, and a window that is
+//! closing can be neither deleted nor shown again. Code that does one of these waits until the window is
+//! idle. Each window has one activity object as a child. GUI thread.
 class WindowActivity final : public QObject
 {
     Q_OBJECT
 
 public:
-    //! The window's own, made when it is first asked for.
+    //! The activity of the window, created by the first call.
     static WindowActivity& of(QQuickView& view);
 
     bool isBusy() const { return m_scopes > 0; }
 
-    //! The window is busy while one of these exists.
+    //! While a scope exists, the window is busy.
     class Scope
     {
     public:
@@ -35,8 +35,8 @@ public:
     };
 
 Q_SIGNALS:
-    //! The last scope has ended. A handler of a page may still be on the stack, so what destroys a page or
-    //! the window has to wait for the event loop.
+    //! The last scope has ended. A handler of a page may still be on the stack, so destroy pages or the
+    //! window from the event loop only.
     void idle();
 
 private:

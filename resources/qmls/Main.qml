@@ -2,7 +2,7 @@ import QtQuick 2.15
 import PercentTools 1.0
 import "./FuncComp"
 
-// The login window: a fixed frame with the logo, and a loader that shows one content page after another.
+// The login window: a fixed frame with the logo, and a loader that shows one page after another.
 Background {
     id: root
 
@@ -11,7 +11,8 @@ Background {
     property string pdsServer: ""
     property bool keep: false
     property var userList: []
-    // Cached accounts with user, passwd, cimUrlList and pdsUrlList, set from outside once the window shows.
+    // Cached accounts with user, passwd, cimUrlList and pdsUrlList. The actor sets them when the window is
+    // visible.
     property var userInfos
 
     readonly property var compList: ({
@@ -23,11 +24,11 @@ Background {
         "CoverComp": "qrc:/NelvoPlugin/qmls/BizComp/CoverComp.qml"
     })
 
-    // A page that is inside a blocking call can't be replaced: Qt aborts when an object goes while one of
-    // its handlers still runs. The page that needUpdate asks for then has to wait for the end of the call.
+    // A page inside a blocking call cannot be replaced: Qt aborts when an object is destroyed while one of
+    // its handlers runs. A page that needUpdate requests meanwhile appears after the call.
     property string postponedPage: ""
 
-    // The one way from page to page, for the pages too.
+    // All changes of the page, also by the pages themselves, use this function.
     function replacePage(key) {
         if (contentLoader.item && contentLoader.item.waiting) {
             postponedPage = key;
@@ -79,7 +80,7 @@ Background {
 
     Connections {
         target: contentLoader.item
-        // Only the pages with a blocking call have it.
+        // Only the pages with a blocking call have this signal.
         ignoreUnknownSignals: true
 
         function onWaitingChanged() {
@@ -89,7 +90,7 @@ Background {
     }
 
     Connections {
-        // The window also serves where no version check is to be had.
+        // The window also works without an updater.
         target: typeof updater === "undefined" ? null : updater
 
         function onNeedUpdate(need) {

@@ -1,12 +1,12 @@
 import QtQuick 2.15
 
-// The dialog that offers the models of the enterprise to the host.
+// The dialog in which the user chooses a model of the enterprise.
 Item {
     id: bimDialog
 
     property bool isDialogShow: frimPanel.visible
 
-    // The host hears of the opening and may shut the plug-in down then.
+    // open() calls the host, which may shut down the plug-in.
     function openBimDialog() {
         frimPanel.clearselectText();
         frimPanel.open();
@@ -21,15 +21,15 @@ Item {
             pdsMgr.getDWGBimProj();
     }
 
-    // As large as its parent, and not anchored to it: its position is set from outside. While the dialog is
-    // closed there is no parent.
+    // As large as its parent but not anchored to it: the plug-in sets the position. A closed dialog has no
+    // parent.
     width: parent ? parent.width : 0
     height: parent ? parent.height : 0
-    // The panel shows on its own.
+    // The panel is a popup and is visible by itself.
     visible: false
 
     onIsDialogShowChanged: {
-        // The host may have shut the plug-in down while the panel was open.
+        // The host may have shut down the plug-in while the panel was open.
         if (!pdsMgr)
             return;
         if (isDialogShow)

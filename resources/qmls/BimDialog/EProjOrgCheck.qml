@@ -4,7 +4,7 @@ import "qrc:/EditorCommon/qmls/Config"
 import "qrc:/EditorCommon/qmls/BasicComponent"
 import "../Theme" as Nelvo
 
-// The choice of a department, from the tree of the organisation.
+// Chooses a department from the organisation tree.
 T.ComboBox {
     id: control
 
@@ -14,7 +14,8 @@ T.ComboBox {
     property string deptID: ""
     property string deptName: qsTr("所有工程")
 
-    // The tree is made when it first shows: nothing before that may ask the popup, and the popup holds no id.
+    // The tree is created when it is first shown. Before that, no binding may read `popup`, and `popup` has
+    // no id.
     property bool treeShown: false
 
     signal sigSelectDeptId
@@ -24,7 +25,7 @@ T.ComboBox {
         deptName = qsTr("所有工程");
     }
 
-    // Departments that cannot be selected elsewhere can be here: they only have another image.
+    // Departments that cannot be selected elsewhere can be selected here; only their image differs.
     function selectDept(dept) {
         deptID = dept.id;
         deptName = dept.name;
@@ -44,7 +45,7 @@ T.ComboBox {
             rightMargin: 10
             verticalCenter: parent.verticalCenter
         }
-        // While open, the image of the download button; that is intended.
+        // An open tree shows the image of the download button. This is intentional.
         source: control.treeShown ? "qrc:/NelvoPlugin/qmls/images/pop_ic_bim_hover.png"
                                   : "qrc:/NelvoPlugin/qmls/images/ic_xiala.png"
     }
@@ -171,7 +172,7 @@ T.ComboBox {
                         rightMargin: 10
                         verticalCenter: parent.verticalCenter
                     }
-                    // A row that is being folded away has no data any more.
+                    // A row has no data while it is being collapsed.
                     text: parent.dept.name || ""
                     elide: Text.ElideRight
                     font.family: control.font.family
@@ -188,7 +189,7 @@ T.ComboBox {
                         rightMargin: 25
                         verticalCenter: parent.verticalCenter
                     }
-                    // By name: departments of one name all show it.
+                    // Compares names: all departments with this name show the mark.
                     visible: control.deptName === parent.dept.name
                     source: "qrc:/NelvoPlugin/qmls/images/ic_xuanzhong.png"
                 }

@@ -3,7 +3,7 @@ import QtQuick.Controls 1.4
 import QtQuick.Controls.Styles 1.4
 import "../Theme" as Nelvo
 
-// A check box of two pictures, with a third look for "partly checked".
+// A check box with pictures for checked, unchecked and partly checked.
 CheckBox {
     id: checkBox
 

@@ -4,16 +4,16 @@ import "qrc:/EditorCommon/qmls/BasicComponent"
 import "qrc:/EditorCommon/qmls/BizComponent"
 import "../Theme" as Nelvo
 
-// The panel: the models of one kind, and what narrows their list.
+// The panel with the models of one kind, and the filters of their list.
 EDialog {
     id: frimPanel
 
-    // Read when its change is told, and here only: a new list is being fetched while the rows of the old one
-    // still show, and all of the panel turns to the other kind together with its rows. The panel outlives
-    // what it talks to when the host shuts down.
+    // All of the panel reads the kind here, where it changes on the signal only: while a new list is being
+    // fetched, the rows of the old list are still visible, and the panel must switch together with its rows.
+    // When the host shuts down, the plug-in's objects become null before the panel is deleted.
     readonly property bool viewDWGList: pdsMgr ? pdsMgr.bViewDWGBimList : false
     readonly property bool mainProject: editConext ? editConext.isMainProject : false
-    // Outline models are made of BIM models, and in a main project.
+    // Outline models are available for BIM models in a main project.
     readonly property bool outlineOffered: mainProject && !viewDWGList
 
     function clearselectText() {
@@ -105,7 +105,7 @@ EDialog {
                     rightMargin: 20
                 }
                 clip: true
-                // Each read of the manager's property converts the whole array. This keeps the result.
+                // Each read of the manager's property converts the whole array; this stores the result.
                 dataModel: pdsMgr ? pdsMgr.bimProjList : []
                 listCountFunc: () => searchList.dataModel.length
                 listDataFunc: index => searchList.dataModel[index].name

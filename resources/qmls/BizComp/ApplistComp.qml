@@ -3,28 +3,29 @@ import QtQuick.Controls 2.15
 import "../FuncComp"
 import "../Theme"
 
-// The choice of the enterprise to enter.
+// The page that chooses an enterprise.
 Item {
     id: applistComp
     objectName: "applistComp"
 
-    // The window outlives what it talks to when the host shuts down.
+    // When the host shuts down, `loginCtrl` becomes null before the window is deleted.
     readonly property var appList: loginCtrl ? loginCtrl.appList : []
     property int selIndex1: -1
     property string appID1: ""
     property string appSecret1: ""
     property string appName1: ""
     property string appType1: ""
-    // The enterprise is being entered. Events come in meanwhile, and none may start that again
-    // or take this page away.
+    // True while the enterprise is being entered. Events are processed meanwhile; none of them may enter it
+    // again or replace this page.
     property bool waiting: false
 
-    // What a service leaves out is an empty text.
+    // A missing field is an empty string.
     function textOf(value) {
         return value === undefined || value === null ? "" : String(value);
     }
 
-    // The two values are texts before anything is set, so that what is entered is always what is marked.
+    // Converts both values before it sets any property, so that the entered enterprise is always the marked
+    // one.
     function select(index) {
         const entry = appList[index];
         const id = textOf(entry.enterpriseId);
@@ -34,7 +35,7 @@ Item {
         appName1 = name;
     }
 
-    // Entering gives no result: the pages move on whatever happened.
+    // Entering returns no result: the next page follows in any case.
     function confirm() {
         if (waiting)
             return;
@@ -42,12 +43,12 @@ Item {
         waiting = true;
         loginCtrl.onLogin(root.cimServer, appID1, appName1);
         waiting = false;
-        // The host may have shut down meanwhile, or another page may have been asked for.
+        // The host may have shut down meanwhile, or another page may have been requested.
         if (loginCtrl && contentLoader.item === applistComp)
             root.replacePage("ValidComp");
     }
 
-    // A single enterprise needs no choice. The page may still be loading here, so it moves on right after.
+    // A single enterprise needs no choice. The page may still be loading, so confirm runs later.
     onAppListChanged: {
         if (appList.length === 1) {
             select(0);
@@ -191,7 +192,7 @@ Item {
         }
     }
 
-    // Nothing shows an error here.
+    // No code shows an error here.
     ErrorItem {
         anchors {
             left: panel.left

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import "../FuncComp"
 import "../Theme"
 
-// The installation of the new version.
+// The page that installs the new version.
 Item {
     id: coverComp
     objectName: "coverComp"

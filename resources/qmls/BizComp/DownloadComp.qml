@@ -2,7 +2,7 @@ import QtQuick 2.15
 import "../FuncComp"
 import "../Theme"
 
-// The download of the new version.
+// The page that downloads the new version.
 Item {
     id: downloadComp
     objectName: "downloadComp"
@@ -13,7 +13,7 @@ Item {
         return (bytes / 1024 / 1024).toFixed(2);
     }
 
-    // The installation begins under the eyes of the next page, which is therefore there first.
+    // Shows the next page first, so that the page receives all signals of the installation.
     function install() {
         root.replacePage("CoverComp");
         loginCtrl.upgrade();
@@ -25,7 +25,7 @@ Item {
         function onDownloadStarted(filePath, bytesTotal) {
             console.log("onDownloadStarted", filePath);
             progressText.text = qsTr("%1/%2 MB").arg(0).arg(downloadComp.megabytes(bytesTotal));
-            // Full until the first progress: more than the bar's end is its end.
+            // The bar is full until the first progress: 10 exceeds its end.
             progress.value = 10;
         }
         function onDownloadProgress(filePath, bytesReceived, bytesTotal) {

@@ -3,7 +3,7 @@ import QtQuick.Templates 2.15 as T
 import "../FuncComp"
 import "../Theme"
 
-// The sign-in form.
+// The page with the sign-in form.
 FocusScope {
     id: loginComp
     objectName: "loginComp"
@@ -11,10 +11,10 @@ FocusScope {
     property string username: ""
     property string passwd: ""
     property string cimUrl: ""
-    // The second address is switched off: no field sets it, and it travels as the empty text.
+    // No field sets the second address: it is always sent as an empty string.
     property string pdsUrl: ""
-    // A sign-in waits for its answer. Events come in meanwhile, and none may start another one
-    // or take this page away.
+    // True while a sign-in waits for its reply. Events are processed meanwhile; none of them may start
+    // another sign-in or replace this page.
     property bool waiting: false
 
     function showError(error) {
@@ -42,7 +42,7 @@ FocusScope {
             return;
         }
 
-        // What was sent counts, even if the form is edited while the answer is awaited.
+        // The sent values are remembered, even if the user edits the form before the reply.
         const account = [username, passwd, cimUrl, pdsUrl];
         waiting = true;
         const error = loginCtrl.login(...account);
@@ -59,12 +59,12 @@ FocusScope {
         loginCtrl.onResetCache(...account, keepPassword.checked);
         root.cimServer = account[2];
         root.pdsServer = account[3];
-        // Unless another page has been asked for meanwhile.
+        // Another page may have been requested meanwhile.
         if (contentLoader.item === loginComp)
             root.replacePage("AppListComp");
     }
 
-    // Nothing calls this. It knows no https: such an address gets "http://" in front, too.
+    // Unused. It adds "http://" to every address, also to one with https.
     function logout() {
         const server = cimUrl.startsWith("http://") ? cimUrl : "http://" + cimUrl;
         const request = new XMLHttpRequest();
@@ -80,7 +80,7 @@ FocusScope {
         keepPassword.checked = false;
         if (info) {
             // The field first: its change unchecks the box.
-            passwordField.text = info.passwd || ""; // a cache from elsewhere may lack it
+            passwordField.text = info.passwd || ""; // a cache of other origin may lack it
             keepPassword.checked = passwordField.text !== "";
             addresses = info.cimUrlList.slice();
         }

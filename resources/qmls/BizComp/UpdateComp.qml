@@ -2,12 +2,12 @@ import QtQuick 2.15
 import "../FuncComp"
 import "../Theme"
 
-// The offer of a new version.
+// The page that offers a new version.
 Item {
     id: updateComp
     objectName: "updateComp"
 
-    // The download begins under the eyes of the next page, which is therefore there first.
+    // Shows the next page first, so that the page receives all signals of the download.
     function upgrade() {
         root.replacePage("DownloadComp");
         loginCtrl.download();
@@ -31,7 +31,7 @@ Item {
             bottom: buttons.top
             bottomMargin: 20
         }
-        // The window outlives what it talks to when the host shuts down.
+        // When the host shuts down, `updater` becomes null before the window is deleted.
         text: updater ? asItIs(updater.latestVersion) + "<br/> 更新内容: <br/>" + updater.changeLog : ""
     }
 

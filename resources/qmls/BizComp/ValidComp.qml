@@ -1,12 +1,12 @@
 import QtQuick 2.15
 import "../FuncComp"
 
-// The short progress that ends the sign-in.
+// The page with a short progress bar at the end of the sign-in.
 Item {
     id: validComp
     objectName: "validComp"
 
-    // The session is being handed to the host, which may load data meanwhile. No event may take this page away.
+    // True while the host receives the session and perhaps loads data. No event may replace this page.
     property bool waiting: false
 
     Component.onCompleted: timer.start()
@@ -25,7 +25,7 @@ Item {
         height: 14
 
         onValueChanged: {
-            // Ten times 0.1 stays just below 1.
+            // Ten times 0.1 is slightly less than 1.
             if (value + 0.01 >= to) {
                 timer.stop();
                 validComp.waiting = true;
@@ -42,7 +42,7 @@ Item {
         repeat: true
 
         onTriggered: progress.value += 0.1
-        // Never runs, since nothing changes that property.
+        // Never runs: no code changes the property.
         onTriggeredOnStartChanged: progress.value = 0.0
     }
 }

@@ -3,7 +3,7 @@ import "qrc:/EditorCommon/qmls/BizComponent"
 import "qrc:/EditorPlug/qmls/component"
 import "../Theme" as Nelvo
 
-// The equipment that a component is bound to, for the component panel of the host.
+// The device that is bound to a component, for the component panel of the host.
 Column {
     id: bindParam
 

@@ -3,8 +3,8 @@ import QtQuick.Templates 2.15 as T
 import QtQuick.Window 2.15
 import "../Theme"
 
-// Editable combo box with a picture in front. The text is free; the list only proposes.
-// Built on the templates and not on a style, whose looks would be loaded only to be replaced.
+// Editable combo box with a picture. The text is free; the list only proposes. Based on the templates: a
+// style would be loaded only to be replaced.
 T.ComboBox {
     id: control
 
@@ -16,16 +16,16 @@ T.ComboBox {
     property color selectColor: Theme.fieldHighlight
     property color disableColor: Theme.disabledField
     property string headImage
-    // A relative name counts from the folder of the pages.
+    // A relative name starts at the folder of the pages.
     property string arrowImage: "images/arrowDown.png"
     property string placeholderText
     property bool readonly: false
 
-    // A substring is enough, also the empty one: with no text the first entry matches.
+    // Any entry that contains the text matches. With an empty text the first entry matches.
     function selectFirstMatch() {
         currentIndex = -1;
         currentIndex = dropList.findIndex(entry => entry.includes(outText));
-        // A list takes its highlight from the current entry only while opening.
+        // A list sets its highlight from the current entry only when it opens.
         if (down) {
             popup.close();
             popup.open();
@@ -42,11 +42,11 @@ T.ComboBox {
     font.family: Theme.fontFamily
     font.pixelSize: Theme.smallTextSize
 
-    // The page comes first while the list is closed: the box would swallow Return and Enter, although it
-    // has no use for them then. (To ask `down` and not `popup` leaves the list unmade until it opens.)
+    // While the list is closed, the page receives the keys first: the box would consume Return and Enter
+    // without using them. (Reading `down` instead of `popup` avoids creating the list before it opens.)
     Keys.forwardTo: down ? [] : [parent]
 
-    // By mouse or by key; Return in an open list that highlights nothing chooses nothing.
+    // By mouse or by key. Return in an open list without a highlighted entry chooses nothing.
     onActivated: {
         if (index !== -1)
             outText = currentText;
@@ -120,7 +120,7 @@ T.ComboBox {
             height: control.height
             leftPadding: header.width > 0 ? 4 : 10
             focus: true
-            // The box is the one stop of the Tab key and hands the focus on to its field.
+            // Only the box is a stop of the Tab key; it passes the focus to its field.
             activeFocusOnTab: false
             readOnly: control.readonly
             placeholderText: control.placeholderText
@@ -151,13 +151,13 @@ T.ComboBox {
         y: control.height - 1
         width: control.width
         implicitHeight: contentHeight + topPadding + bottomPadding
-        // A list that is longer than the window still shows all its entries.
+        // A list that is longer than the window scrolls and still shows all its entries.
         height: Math.min(implicitHeight, control.Window.height - topMargin - bottomMargin)
         topMargin: 2
         bottomMargin: 2
         padding: 2
 
-        // Opening by mouse takes the focus from the field, where typing is to go on.
+        // Opening by mouse takes the focus from the field, in which the user continues to type.
         onAboutToShow: field.forceActiveFocus()
 
         contentItem: ListView {

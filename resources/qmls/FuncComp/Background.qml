@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// Frame of the login window, with a title bar to move it by and a button to close it.
+// Frame of the login window, with a title bar that moves it and a close button.
 Rectangle {
     id: background
 
@@ -36,7 +36,7 @@ Rectangle {
                 pressX = mouseX;
                 pressY = mouseY;
             }
-            // The place of the press stays the measure: this area moves along with the window.
+            // Compares with the position of the press, because this area moves with the window.
             onPositionChanged: {
                 view.x += mouseX - pressX;
                 view.y += mouseY - pressY;

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// An error text that goes away by itself.
+// An error text that disappears after some time.
 PageText {
     id: errorItem
 
@@ -14,7 +14,7 @@ PageText {
 
     Timer {
         interval: 1500
-        // Follows the visibility and not the text: a new text on a visible error does not prolong its time.
+        // Depends on the visibility, not on the text: a new text does not prolong a visible error.
         running: errorItem.visible
 
         onTriggered: errorItem.visible = false

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// The accent button. It looks the same while its mouse area is disabled; it only stops reacting.
+// The accent button. While its mouse area is disabled it looks the same and does not react.
 Item {
     id: button
 

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../Theme"
 
-// A line to type in, with a hint while it is empty.
+// A text field with a hint that is visible while it is empty.
 T.TextField {
     id: input
 

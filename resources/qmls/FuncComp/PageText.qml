@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// Text as the pages of the login window show it.
+// Text in the style of the login window's pages.
 Text {
     textFormat: Text.PlainText
     color: Theme.text

@@ -1,8 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// The title of an update page. It stands above the page, under the logo, and can fade away and back to show
-// that something is going on.
+// The title of an update page, below the logo. It can fade in and out to show activity.
 PageText {
     id: title
 

@@ -2,18 +2,18 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "../Theme"
 
-// A panel of rich text to read, to select and to scroll up and down.
+// A panel of rich text that the user can read, select and scroll.
 Rectangle {
     id: panel
 
-    // As it was given: the editor would tell it as a whole document.
+    // The given text: `text` of the editor would return a whole document.
     property string text: ""
     property int textSize: Theme.textSize
-    // Text that is added is brought into view, as in a log.
+    // Scrolls to appended text, as in a log.
     property bool followsEnd: false
 
-    // Plain text as rich text that shows it unchanged. What a service says may look like marks, which could fetch
-    // pictures.
+    // Converts plain text to rich text that shows it unchanged. A text from a service may contain tags, which
+    // could load pictures.
     function asItIs(plainText) {
         return plainText.replace(/&/g, "&amp;").replace(/</g, "&lt;");
     }
@@ -60,7 +60,7 @@ Rectangle {
         }
     }
 
-    // Beside the text and not over it.
+    // Beside the text, not over it.
     SlimScrollBar {
         id: scrollBar
         objectName: "scrollBar"

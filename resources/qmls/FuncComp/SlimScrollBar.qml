@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "../Theme"
 
-// A scroll bar that is there only where there is something to scroll.
+// A scroll bar that is visible only if the content can be scrolled.
 ScrollBar {
     width: 4
     padding: 0

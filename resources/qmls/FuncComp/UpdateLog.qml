@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// What the updater has to say, line after line. It shows once there is something in it.
+// The messages of the updater, one per line. Visible once it has text.
 RichTextPanel {
     id: log
 
