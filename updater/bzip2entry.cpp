@@ -9,9 +9,9 @@
 
 namespace {
 
-//! \brief What a bzip2 entry unpacks to, piece by piece.
+//! \brief The unpacked content of a bzip2 entry, read piece by piece.
 //!
-//! A piece in which the data turns out to be damaged is lost as a whole, as it is with QuaZip's own entries.
+//! If a piece contains damaged data, the whole piece is lost, as with QuaZip's own entries.
 class Bzip2Entry final : public QIODevice
 {
 public:
@@ -56,7 +56,7 @@ protected:
 private:
     static constexpr int InputSize = 16 * 1024;
 
-    //! Called when all input is used up. False if there is no more.
+    //! Reads more input when all of it is used. Returns false at the end.
     bool refill()
     {
         const qint64 size = m_packed.read(m_input.data(), m_input.size());
@@ -69,7 +69,7 @@ private:
     QuaZipFile m_packed;
     QByteArray m_input;
     bz_stream m_stream{};
-    //! Bytes that are still to come, by the package's account.
+    //! Remaining bytes, according to the package.
     quint64 m_rest = 0;
 };
 

@@ -6,10 +6,9 @@
 
 class QuaZip;
 
-//! The current entry of a package, which is packed by bzip2; not open yet. It reads as any other entry does,
-//! up to where it is damaged.
+//! The current entry of a package, packed by bzip2; not open yet. It reads like any other entry, up to the
+//! first damaged data.
 //!
-//! QuaZip's own device never returns from reading data that ends too early. Therefore this device calls
-//! libbz2 itself if QuaZip is built with bzip2. A QuaZip without bzip2 returns the packed data, and then the
-//! end.
+//! QuaZip's own device never returns if the data ends too early. So this device calls libbz2 itself if QuaZip
+//! is built with bzip2. A QuaZip without bzip2 returns the packed data, then the end.
 std::unique_ptr<QIODevice> bzip2Entry(QuaZip& zip);

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
-//! \brief A source file's path as the log carries it: its folder and its name, with a slash between them.
+//! \brief The path of a source file for the log: its folder, a slash and its name.
 //!
-//! Made at compile time, because `__FILE__` holds whatever path the compiler was given, with Visual Studio
-//! that of the build machine.
+//! Computed at compile time, because `__FILE__` contains the path that the compiler was given; with Visual
+//! Studio this is a path of the build machine.
 template <std::size_t Size>
 struct SourceFile {
     constexpr explicit SourceFile(const char (&path)[Size])
@@ -25,7 +25,7 @@ struct SourceFile {
     char text[Size] = {};
 };
 
-//! The present source file, for a line of the log.
+//! The current source file, for a log line.
 #define NELVO_SOURCE_FILE                                                                                    \
     []() -> const char* {                                                                                    \
         static constexpr SourceFile file(__FILE__);                                                          \

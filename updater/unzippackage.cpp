@@ -17,7 +17,7 @@
 
 namespace {
 
-//! The current entry, open; null if it can't be read.
+//! Opens the current entry. Returns null if it cannot be read.
 std::unique_ptr<QIODevice> openEntry(QuaZip& zip)
 {
     constexpr int bzip2 = 12;
@@ -33,10 +33,10 @@ std::unique_ptr<QIODevice> openEntry(QuaZip& zip)
     return entry->open(QIODevice::ReadOnly) ? std::move(entry) : nullptr;
 }
 
-//! \brief Reads entries of a package by their names, as the library decodes them by default.
+//! \brief Finds entries of a package by their names, as QuaZip decodes them by default.
 //!
-//! One that is made for each entry, by package and name, would read the package's directory up to that entry
-//! every time. This reads it twice.
+//! QuaZip's own search, started anew for each entry, reads the package's directory up to that entry every
+//! time. This class reads the directory twice in all.
 class EntryReader final
 {
 public:
@@ -47,8 +47,8 @@ public:
         QStringList names;
         for (bool more = m_zip.goToFirstFile(); more; more = m_zip.goToNextFile())
             names.append(m_zip.getCurrentFileName());
-        // The library's table of names leads to the entry of that name that it was last asked about, and it
-        // is the first that counts.
+        // For each name, QuaZip's table refers to the entry whose name was read last. The first entry of each
+        // name must count, so the name of a later one is not read again.
         m_known.reserve(names.size());
         m_zip.goToFirstFile();
         for (const QString& name : names) {
@@ -59,10 +59,10 @@ public:
         }
     }
 
-    //! The entry of that name; null if there is none. It is good until the next one.
+    //! Opens the entry with that name; null if there is none. Valid until the next call.
     std::unique_ptr<QIODevice> open(const QString& name)
     {
-        // A look-up of any other name would lead the table astray.
+        // Searching for an unknown name would make QuaZip change its table.
         return m_known.contains(name) && m_zip.setCurrentFile(name) ? openEntry(m_zip) : nullptr;
     }
 
@@ -71,10 +71,10 @@ private:
     QSet<QString> m_known;
 };
 
-//! Copies what can be read of the entry, which may be null. False if the file doesn't take it.
+//! Copies the readable part of the entry, which may be null. Returns false if the file cannot be written.
 bool writeEntry(const QString& target, QIODevice* entry)
 {
-    // A piece in which the entry turns out to be damaged is lost, so its size shows in what is installed.
+    // If a piece contains damaged data, the whole piece is lost: its size determines what is installed.
     constexpr int pieceSize = 16 * 1024;
     constexpr int bufferSize = 16 * pieceSize;
     const QDir dir = QFileInfo(target).dir();
@@ -98,7 +98,7 @@ bool writeEntry(const QString& target, QIODevice* entry)
     return file.flush();
 }
 
-//! Whether the file is an archive's end and nothing else, which the library doesn't open.
+//! Whether the file is a zip without entries, which QuaZip does not open.
 bool isEmptyPackage(const QString& zipFile)
 {
     constexpr int endSize = 22;
@@ -113,7 +113,7 @@ bool isEmptyPackage(const QString& zipFile)
 
 bool unpackEntries(QuaZip& zip, const QString& destDir)
 {
-    // The library would tell of a damaged first entry.
+    // QuaZip would report a damaged first entry.
     if (zip.getEntriesCount() == 0)
         return true;
     EntryReader reader(zip.getZipName());
@@ -124,7 +124,7 @@ bool unpackEntries(QuaZip& zip, const QString& destDir)
         if (!writeEntry(destDir + QLatin1Char('/') + name, reader.open(name).get()))
             return false;
     }
-    // Only this tells the end of the entries from a failure on the way there.
+    // Only this distinguishes the end of the entries from a failure before it.
     return zip.getZipError() == 0;
 }
 
@@ -148,7 +148,7 @@ bool unzipPackage(const QString& zipFile, const QString& destDir)
     try {
         success = unpack(zipFile, destDir);
     } catch (const std::bad_alloc&) {
-        // The table of names may be too large for the memory. Nothing may leave a thread of the pool.
+        // The table of names may exceed the memory. No exception may leave a thread of the pool.
         success = false;
     }
     if (!success)

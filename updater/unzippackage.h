@@ -3,14 +3,14 @@
 #include <QString>
 
 //! Unpacks an update package, a zip whose entry names are GB2312, into the directory `destDir`, which is
-//! wiped first. Blocks; any thread. No more than a piece of an entry is in memory at a time, and no exception
-//! leaves.
+//! emptied first. Blocks; any thread. Needs memory for one piece of an entry at a time, and throws nothing.
 //!
-//! What stands in a file is what a look-up of its name finds, and that takes names in the system's code page:
-//! the first of entries of the same name, or nothing at all under a code page that reads the name
-//! differently. An entry that can't be read gives an empty file, or one with what could be read. Directory
-//! entries leave nothing behind. Names are not checked: one with parent steps leads out of the directory.
+//! The content of a file is the entry that a search for its name finds, and this search reads names in the
+//! system's code page. It finds the first of several entries with the same name, or none if the code page
+//! reads the name differently. If an entry cannot be read, its file is empty or contains the readable part.
+//! Directory entries are skipped. Names are not checked: a name with parent directories leads out of
+//! `destDir`.
 //!
-//! Returns false if the package can't be opened, its directory of entries is damaged, a file can't be written
-//! or there is no memory for the names; `destDir` is removed then.
+//! Returns false and removes `destDir` if the package cannot be opened, its directory is damaged, a file
+//! cannot be written, or the names exceed the memory.
 bool unzipPackage(const QString& zipFile, const QString& destDir);

@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <limits>
 
-// The warnings of these three name this file as their place.
+// The warnings of these three functions name this file as their source.
 bool readFileBytes(const QString& path, QByteArray& bytes)
 {
     return readFile(path, bytes, NELVO_HERE);
@@ -37,13 +37,13 @@ bool checkMd5(const QString& filePath, const QString& expectedMd5)
     }
     const qint64 size = file.size();
     uchar* const bytes = file.map(0, size);
-    file.close(); // the mapping stays
+    file.close(); // the mapping remains
     if (!bytes) {
         qWarning().noquote() << NELVO_SOURCE_FILE << __LINE__ << "map failed";
         return false;
     }
     QCryptographicHash hash(QCryptographicHash::Md5);
-    // Never more than the hash can take at once, so the digest of a larger file is a wrong one.
+    // At most what the hash accepts at once, so the digest of a larger file is wrong.
     hash.addData(reinterpret_cast<const char*>(bytes),
                  static_cast<int>(std::min<qint64>(size, std::numeric_limits<int>::max())));
     file.unmap(bytes);

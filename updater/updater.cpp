@@ -29,10 +29,10 @@ constexpr quint32 MaxRetries = 3;
 constexpr int TickMs = 1000;
 constexpr int CoverDelayMs = 2000;
 
-//! "发现新版本 " in GBK, the code page of the systems that this runs on.
+//! "发现新版本 " in GBK, the code page of the target systems.
 constexpr auto NewVersionText = "\xB7\xA2\xCF\xD6\xD0\xC2\xB0\xE6\xB1\xBE ";
 
-//! The line breaks are LF CR, which is meant.
+//! The line breaks are LF CR. This is intentional.
 const auto LogEntry = QStringLiteral("\n\r版本:%1\n\r更新时间:%2\n\r更新说明:\n\r");
 
 QString appDir()
@@ -55,8 +55,8 @@ public:
     {}
 };
 
-//! The name of a package's file, by its address. Where a backslash separates directories as well, it ends
-//! there too: the file must not leave the directory of the update.
+//! The name of a package's file: the address after its last separator. On Windows a backslash is a separator
+//! too, and the file must not leave the update directory.
 QString packageName(const QString& address)
 {
     const QString segment = QDir::fromNativeSeparators(QUrl(address).fileName(QUrl::FullyDecoded));
@@ -65,7 +65,7 @@ QString packageName(const QString& address)
 
 bool startBatchFile(const QString& path)
 {
-    // The path is the whole command, unquoted. One with a blank in it falls apart and starts nothing.
+    // The path is the whole command, unquoted. A path with a space is split and starts nothing.
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
     return QProcess::startDetached(path);
@@ -222,7 +222,7 @@ void CUpdater::download()
 
 void CUpdater::prepareTarget(bool continued) const
 {
-    // A file of the full size whose download didn't end well can't be trusted.
+    // A file of the full size whose download did not succeed may be wrong.
     const qint64 size = QFileInfo(m_packagePath).size();
     const bool partial = size == 0 || size < m_fullSize;
     if (!continued || !partial)
@@ -313,7 +313,7 @@ void CUpdater::doCover()
     const QString batchFile = appDir() + QStringLiteral("/cover.bat");
     UpdateStateFile stateFile(m_stateFilePath);
 
-    // What was installed is what the state file names, whatever the last check found.
+    // The state file names the installed version, even if the last check found another one.
     m_localVersion = QVersionNumber::fromString(stateFile.json.value(UpdateKeys::PackageVersion).toString());
     m_changeLog = stateFile.json.value(UpdateKeys::Remarks).toString();
     HostSettings().setValue(UpdateKeys::Version, localVersion());
@@ -325,7 +325,7 @@ void CUpdater::doCover()
     stateFile.write();
     stateFile.saved = true;
 
-    // The new version is on record now, so the rest follows even if a slot deletes this object.
+    // The new version is recorded now, so the next steps run even if a slot deletes this object.
     announceCover();
 
     QByteArray batch;
@@ -348,7 +348,7 @@ void CUpdater::announceCover()
         Q_EMIT upgradeEnd();
     if (!self)
         return;
-    // Long enough for the full bar and the message to be seen.
+    // Long enough for the user to see the full bar and the message.
     QEventLoop loop;
     QTimer::singleShot(CoverDelayMs, &loop, &QEventLoop::quit);
     connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);

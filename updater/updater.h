@@ -10,25 +10,27 @@
 
 #include <optional>
 
-//! \brief Replaces the installation with a newer release, in stages that the pages start one at a time.
+//! \brief Replaces the installation with a newer release, in steps that the pages start one by one.
 //!
-//! checkVersion asks the update service, download brings the package and verifies it, upgrade unpacks it
-//! beside the installation and then covers: it records the new version, leaves the copying to a batch file
-//! and ends the process. The state file lets an interrupted update go on at the next start.
+//! checkVersion sends a request to the update service. download fetches the package and verifies it. upgrade
+//! unpacks it beside the installation and then runs doCover: it records the new version, starts a batch file
+//! that copies the files, and ends the process. With the state file, an interrupted update can continue at
+//! the next start.
 //!
-//! The pages know it as `updater`. All of its files lie in the application's directory. GUI thread; only the
-//! unpacking runs elsewhere.
+//! The pages know the object as `updater`. All of its files are in the application's directory. GUI thread;
+//! only the unpacking runs on another thread.
 class CUpdater final : public QObject
 {
     Q_OBJECT
-    //! The installed version; empty if it is not known.
+    //! The installed version; empty if it is unknown.
     Q_PROPERTY(QString localVersion READ localVersion NOTIFY localVersionChanged)
-    //! The version and the notes of the release that the last check found; line breaks are "<br/>".
+    //! Version and notes of the release that the last check found; line breaks are "<br/>".
     Q_PROPERTY(QString latestVersion READ latestVersion NOTIFY latestVersionChanged)
     Q_PROPERTY(QString changeLog READ changeLog NOTIFY changeLogChanged)
 
 public:
-    //! Reads the installed version: from `updateConfig.json`, or from the settings if that can't be read.
+    //! Reads the installed version from `updateConfig.json`, or from the settings if that file cannot be
+    //! read.
     explicit CUpdater(QObject* parent = nullptr);
     ~CUpdater() override;
 
@@ -37,44 +39,43 @@ public:
     QString changeLog() const;
 
 Q_SIGNALS:
-    //! The outcome of a check. A failed check and the lack of a newer release are told alike.
+    //! The result of a check. False after a failed check too.
     void needUpdate(bool need);
     void latestVersionChanged();
     void changeLogChanged();
     void localVersionChanged();
     //! A message for the user.
     void readyUpdateInfo(QString info);
-    //! Never emitted, so far.
+    //! Never emitted.
     void readyUpdateError(QString error);
     void downloadStarted(QString filePath, qint64 bytesTotal);
     void downloadProgress(QString filePath, qint64 bytesReceived, qint64 bytesTotal);
-    //! The package is complete and its checksum right. A wrong checksum is not told.
+    //! The package is complete and its checksum is correct. A wrong checksum emits nothing.
     void downloadFinished(QString filePath);
     void upgradeStart();
-    //! `percent` runs from 0 to 1. While the package is unpacked it measures time, not work, and stops short
-    //! of the end.
+    //! `percent` grows from 0 to 1. During unpacking it measures time, not work, and does not reach the end.
     void upgradeProcess(float percent);
-    //! The installation is about to be replaced and the process about to end.
+    //! The installation will be replaced and the process will end.
     void upgradeEnd();
 
 protected Q_SLOTS:
     void processDownloadFinished(QString filePath);
     void processDownloadError(QString filePath, QString errorString);
-    //! Commits to the new version and ends the process. The order of its steps is the order of commitment:
-    //! what stands in the records comes before what lies on the disk.
+    //! Records the new version, starts the batch file and ends the process. The order of the steps is
+    //! intentional: the records are written before the files are replaced.
     void doCover();
 
 public:
-    //! Asks the service at `url` for the latest release of a product and tells whether it is newer. Blocks
-    //! for up to 30 s while it pumps events.
+    //! Requests the latest release of a product from the service at `url` and emits whether it is newer.
+    //! Blocks for at most 30 seconds and processes events meanwhile.
     Q_INVOKABLE void checkVersion(QString url, QString token, QString productId);
-    //! Brings the package of the release that checkVersion found, or what is missing of it.
+    //! Downloads the package of the release that checkVersion found, or the missing part of it.
     Q_INVOKABLE void download();
-    //! Unpacks the downloaded package and goes on to cover. Returns at once. A failure is logged only.
+    //! Unpacks the downloaded package and then runs doCover. Returns at once. A failure is only logged.
     Q_INVOKABLE void upgrade();
 
 protected:
-    //! A second of the unpacking is over.
+    //! Another second of the unpacking has passed.
     void timerEvent(QTimerEvent* event) override;
 
 private:
@@ -83,16 +84,16 @@ private:
     void appendUpdateLog();
     //! Logs a text and emits it for the page.
     void reportInfo(const QString& text, const char* file, int line);
-    //! The downloader, made if there is none yet.
+    //! Returns the downloader and creates it on the first call.
     CDownloader& downloader();
-    //! Makes room for the download: a file that can't be continued goes.
+    //! Removes a package file whose download cannot be resumed.
     void prepareTarget(bool continued) const;
     bool startTransfer(QString& errorString);
-    //! Takes effect only where no transfer is under way any more. A transfer's own end is told before it has
-    //! let go, so the new one is refused there; the user starts over.
+    //! Starts the transfer again. No effect inside the end signal of a transfer: the downloader is still busy
+    //! and refuses the new transfer, and the user must start the download again.
     void retry();
     void onUnpacked(bool success);
-    //! Emits the signals that end the progress of the page, and gives the page the time to show them.
+    //! Emits the signals that end the progress of the page, and waits while the page shows them.
     void announceCover();
 
     QVersionNumber m_localVersion;
@@ -105,15 +106,15 @@ private:
     QString m_fullMd5;
     qint64 m_fullSize = 0;
     QString m_fullPath;
-    //! Where the package is, or will be.
+    //! The path of the package, whether or not the file exists.
     QString m_packagePath;
-    //! What the last check told; kept for those who will ask.
+    //! The result of the last check; not read so far.
     bool m_updateAvailable = false;
-    //! Retries of the running download, of either kind.
+    //! Retries of the running download, after failures and after wrong checksums.
     quint32 m_retryCount = 0;
     CWebServer m_webServer;
-    //! Made with the first download, as the manager of the web server is with its first call. The event loop
-    //! deletes the manager, since a slot of its reply may delete this object.
+    //! Created by the first download, as the web server's manager is by its first call. The event loop
+    //! deletes the manager, because a slot of its reply may delete this object.
     QScopedPointer<QNetworkAccessManager, QScopedPointerDeleteLater> m_downloadManager;
     std::optional<CDownloader> m_downloader;
     int m_timerId = 0;

@@ -3,17 +3,17 @@
 #include <QJsonObject>
 #include <QString>
 
-//! \brief How far an update has come, as the state file tells it.
+//! \brief The progress of an update, as recorded in the state file.
 enum class UpdateState {
-    Idle = 0,        //!< nothing is under way
-    Downloading = 1, //!< the download of a release runs, or was interrupted
-    Downloaded = 2,  //!< the release's package is complete and its checksum was right
+    Idle = 0,        //!< no update is running
+    Downloading = 1, //!< the download of a release runs or was interrupted
+    Downloaded = 2,  //!< the release's package is complete and its checksum was correct
 };
 
-//! \brief The state file, open for a scope: read by the constructor, written back by the destructor.
+//! \brief The state file, open for a scope: the constructor reads it, the destructor writes it.
 //!
-//! It is what lets an update go on after a crash. A file that is missing or holds no JSON object is an empty
-//! object; one that can't be written keeps its content. Neither is reported.
+//! With it, an update can continue after a crash. If the file is missing or holds no JSON object, `json` is
+//! an empty object. If the file cannot be written, it keeps its content. Neither is reported.
 class UpdateStateFile final
 {
 public:
@@ -24,7 +24,7 @@ public:
 
     UpdateState state() const;
     void setState(UpdateState state);
-    //! Writes now, for what has to be on disk before the scope ends.
+    //! Writes now, for values that must be on disk before the scope ends.
     void write() const;
 
 private:
@@ -32,6 +32,6 @@ private:
 
 public:
     QJsonObject json;
-    //! The file holds `json` already.
+    //! The file already contains `json`.
     bool saved = false;
 };
