@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 
-// The editor's scene. The plug-in's dialog opens over it, in front of all that stands here.
+// The editor's scene. The plug-in's dialog opens in front of it.
 Rectangle {
     width: 960
     height: 640
@@ -40,7 +40,7 @@ Rectangle {
         color: "white"
     }
 
-    // The plug-in publishes pdsMgr in this context: here, the list that its dialog shows.
+    // The plug-in publishes pdsMgr in this context. Its list contains the models that the dialog shows.
     Connections {
         target: pdsMgr
 
@@ -49,7 +49,7 @@ Rectangle {
         }
     }
 
-    // What the plug-in gets as the dialog's place: it starts where its parent does.
+    // The parent of the plug-in's dialog. The dialog opens at the position of this item's parent.
     Item {
         objectName: "dialogPlace"
 

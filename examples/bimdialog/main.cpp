@@ -1,5 +1,5 @@
-// A host that embeds the plug-in's BIM dialog in a QML scene of its own. It offers the enterprise's models
-// once somebody has signed in, and hears what the user chooses. The example "minimal" explains the rest.
+// A host that embeds the plug-in's BIM dialog in its own QML scene. After the sign-in it shows the
+// enterprise's models and receives the user's choice. The example "minimal" explains the sign-in.
 
 #include <NelvoSDK/ILoginMgr.h>
 #include <NelvoSDK/IPdsMgr.h>
@@ -18,14 +18,14 @@
 
 namespace {
 
-//! The host as the plug-in knows it, and as the scene and the dialog's pages do.
+//! The host, for the plug-in, for the scene and for the dialog's pages.
 class Host final : public QObject, private NelvoSDK::ILoginObserver, private NelvoSDK::IPdsObserver
 {
     Q_OBJECT
     Q_PROPERTY(bool signedIn MEMBER m_isSignedIn NOTIFY signedInChanged)
-    //! What was chosen last, in words.
+    //! The last choice of the user, as text.
     Q_PROPERTY(QString chosen MEMBER m_chosen NOTIFY chosenChanged)
-    //! The dialog's pages ask for it: only a main project is offered outline models.
+    //! The dialog's pages read it: they offer outline models in a main project only.
     Q_PROPERTY(bool isMainProject READ isMainProject CONSTANT)
 
 public:
@@ -45,13 +45,13 @@ public:
         m_plugin.Shutdown();
     }
 
-    //! Builds the scene and the dialog in it. To be called once; the view ends before the host.
+    //! Creates the scene and the dialog in it. Call it once, with a view that ends before the host.
     void furnish(QQuickView& view)
     {
         connect(this, &Host::signedInChanged, &view, &QWindow::show);
         QQmlContext* const context = view.rootContext();
         context->setContextProperty(QStringLiteral("host"), this);
-        // The two names under which the dialog's pages know a host. The second one is spelled so.
+        // The dialog's pages know the host under these two names. The second is spelled so.
         context->setContextProperty(QStringLiteral("bimControl"), this);
         context->setContextProperty(QStringLiteral("editConext"), this);
         m_plugin.GetPdsMgr()->SetQmlContext(context);
@@ -61,13 +61,13 @@ public:
         m_dialog = place->findChild<QQuickItem*>(QString(), Qt::FindDirectChildrenOnly);
     }
 
-    //! Ends the dialog. Before its scene: left to the window's end, its bindings would complain.
+    //! Deletes the dialog. Call it before the scene ends; otherwise the dialog's bindings log errors.
     void clear() { delete m_dialog; }
 
     void start() { m_plugin.GetLoginMgr()->Start(); }
 
     bool isMainProject() const { return true; }
-    //! The dialog's pages ask whether a model may be imported. An editor refuses one that it has already.
+    //! The dialog's pages call it before a download. An editor returns false for a model that it has already.
     Q_INVOKABLE bool checkBimProjValid(const QString& /*guid*/, bool /*isMainProject*/) const { return true; }
 
     Q_INVOKABLE void openBimDialog() { m_plugin.GetPdsMgr()->OpenBimDialog(); }
@@ -82,7 +82,7 @@ Q_SIGNALS:
     void chosenChanged();
 
 private:
-    //! What takes long waits until the login window has ended.
+    //! Long work waits until the login window has closed.
     void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override
     {
         if (session.sdkAddr.empty())
@@ -93,12 +93,13 @@ private:
 
     void OnLoginFailed() override { say(QStringLiteral("the sign-in failed")); }
 
-    //! The organisation tree, by which the dialog narrows its list, comes from the project manager.
+    //! The dialog filters its list by the organisation tree, which the project manager reads.
     void offerModels(const NelvoSDK::LoginSession& session)
     {
         m_plugin.GetProjectInfoMgr()->ReflushProjOrgInfo(session);
         m_plugin.GetPdsMgr()->InitBimData();
-        // The plug-in keeps the application alive between the two windows. From here on this one ends it.
+        // The plug-in has set this to false between its window and this one. From now on this window ends the
+        // application.
         QGuiApplication::setQuitOnLastWindowClosed(true);
         m_isSignedIn = true;
         Q_EMIT signedInChanged();
@@ -137,7 +138,7 @@ private:
     static void say(const QString& text) { std::cout << text.toStdString() << std::endl; }
 
     NelvoSDK::INelvoSDKPlugin& m_plugin;
-    QPointer<QQuickItem> m_dialog; //!< belongs to its place in the scene
+    QPointer<QQuickItem> m_dialog; //!< owned by its parent in the scene
     bool m_isSignedIn = false;
     QString m_chosen;
 };

@@ -1,5 +1,5 @@
-// The smallest host of the Nelvo plug-in. It loads the library, attaches itself, starts the sign-in, receives
-// the session, hands it on, lists the enterprise's scene projects, and shuts the plug-in down.
+// The smallest host of the Nelvo plug-in. It loads the library, attaches an observer, starts the sign-in,
+// receives the session and installs it, lists the enterprise's scene projects, and shuts the plug-in down.
 
 #include <NelvoSDK/ILoginMgr.h>
 #include <NelvoSDK/IProjectInfoMgr.h>
@@ -22,7 +22,8 @@ std::string utf8(const std::wstring& text)
 class Host final : public QObject, private NelvoSDK::ILoginObserver
 {
 public:
-    //! Creates the managers and attaches itself, before anything is started: an outcome is told once.
+    //! Creates the managers and attaches the observer before the sign-in starts: a result is passed only
+    //! once.
     explicit Host(NelvoSDK::INelvoSDKPlugin& plugin) : m_plugin(plugin)
     {
         m_plugin.Initialize();
@@ -31,7 +32,7 @@ public:
         std::cout << "plug-in " << utf8(m_plugin.GetVersion()) << std::endl;
     }
 
-    //! While the application still exists.
+    //! Runs before the application ends.
     ~Host() override
     {
         m_plugin.GetLoginMgr()->GetLoginActor()->Detach(this);
@@ -39,14 +40,15 @@ public:
         std::cout << "shut down" << std::endl;
     }
 
-    //! Shows the login window, or signs in by the command line if the program has exactly one argument.
+    //! Shows the login window, or runs a sign-in from the command line if the program has exactly one
+    //! argument.
     void start() { m_plugin.GetLoginMgr()->Start(); }
 
     bool hasListedProjects() const { return m_hasListedProjects; }
 
 private:
-    //! Also where the services behind the sign-in did not answer, and where a sign-in by the command line was
-    //! refused, which ends the application: the session names no services then.
+    //! Also called if the services behind the sign-in did not reply, and after a rejected sign-in from the
+    //! command line, which ends the application. The session then has no addresses.
     void OnLoginSucceeded(const NelvoSDK::LoginSession& session) override
     {
         if (session.sdkAddr.empty()) {
@@ -55,15 +57,15 @@ private:
         }
         std::cout << "signed in: " << utf8(session.epName) << ", editor service " << utf8(session.sdkAddr)
                   << std::endl;
-        // The login window is still at work. What takes long waits until it has ended, with a session of
-        // its own.
+        // The login window is still closing. Long work waits for the event loop and needs its own copy of the
+        // session.
         QTimer::singleShot(0, this, [this, session] {
             listProjects(session);
             QCoreApplication::quit();
         });
     }
 
-    //! The login window has told the user why, and stays open for another attempt.
+    //! The login window shows the reason and stays open for another attempt.
     void OnLoginFailed() override { std::cerr << "the sign-in failed" << std::endl; }
 
     void listProjects(const NelvoSDK::LoginSession& session)
