@@ -7,20 +7,20 @@
 
 namespace VLSmartDB {
 
-//! What is wrong with a record or a seed file.
+//! The error in a record or a seed file.
 struct DatabaseError {
     QString text;
 };
 
-//! A GUID id where the text is a GUID as usually written, with or without braces; else a text id.
+//! A GUID id if the text is a GUID in the usual notation, with or without braces; otherwise a text id.
 VLDBId idFromText(const QString& text);
 
-//! \brief Sorts ids; no two that name different objects are equal.
+//! \brief Sorts ids. Ids of different objects are never equal.
 struct IdOrder {
     bool operator()(const VLDBId& left, const VLDBId& right) const;
 };
 
-//! \brief An object that knows its children by their ids.
+//! \brief An object, with its children by their ids.
 class Object final : public IVLDBObject, private IVLDBChildren
 {
 public:
@@ -54,7 +54,7 @@ public:
     IVLDBObject* GetObject(const VLDBId& id, const std::wstring& scope) override;
     bool LoadObject(const VLDBId& id) override;
 
-    //! Adds all these objects and what is below them, or none and throws a DatabaseError.
+    //! Adds these objects with all their descendants. On an error adds none and throws a DatabaseError.
     void add(const std::vector<ObjectRecord>& records);
 
 private:
@@ -62,7 +62,7 @@ private:
 
     void insert(const ObjectRecord& record, Objects& fresh) const;
 
-    Objects m_objects; // at every level
+    Objects m_objects; // of every level
 };
 
 } // namespace VLSmartDB

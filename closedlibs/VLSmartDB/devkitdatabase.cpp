@@ -7,7 +7,7 @@ namespace VLSmartDB {
 
 namespace {
 
-//! Does it, or tells why it can't be done.
+//! Runs the action. Returns false, with the reason in `error`, if it throws a DatabaseError.
 template <typename Action>
 bool attempt(const Action& action, const QString& subject, QString* error)
 {

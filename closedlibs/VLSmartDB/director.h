@@ -4,7 +4,7 @@
 
 namespace VLSmartDB {
 
-//! \brief Holds the one database, which is always open.
+//! \brief Owns the only database, which is always open.
 class Director final : public IVLDBDirector
 {
 public:

@@ -19,7 +19,7 @@ QJsonObject objectFrom(const QJsonValue& value, const QString& where)
     return value.toObject();
 }
 
-//! A misspelt member would go unnoticed otherwise.
+//! Detects misspelt members.
 void allowOnly(const QStringList& names, const QJsonObject& object, const QString& where)
 {
     const QStringList members = object.keys();
@@ -71,7 +71,7 @@ ObjectRecord readObject(const QJsonValue& value, const QString& where)
     return record;
 }
 
-//! The objects in `owner`'s array of that name; `where` is what stands in front of the name in a message.
+//! The objects in the array `name` of `owner`; `where` precedes the name in messages.
 std::vector<ObjectRecord> readObjects(const QJsonObject& owner, const QString& where, const QString& list)
 {
     const QJsonValue value = owner.value(list);

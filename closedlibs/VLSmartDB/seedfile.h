@@ -4,8 +4,8 @@
 
 namespace VLSmartDB {
 
-//! The objects that stand in a JSON file: {"objects": [ … ]}, each with "id", "name" and "type", and with
-//! "properties" and "children" where it has some. Throws a DatabaseError that tells what is wrong where.
+//! The objects of a JSON file: {"objects": [ … ]}, each with "id", "name" and "type", and optionally
+//! "properties" and "children". Throws a DatabaseError with place and reason.
 std::vector<ObjectRecord> readSeedFile(const QString& fileName);
 
 } // namespace VLSmartDB

@@ -41,11 +41,11 @@ void addOption(QCommandLineParser& parser, const char* name, const char* value, 
 
 bool readArguments(QCommandLineParser& parser, const QStringList& arguments)
 {
-    // Qt's own option asks for more of Qt's options, which these programs do not have.
+    // Qt's own help option would also offer --help-all, which these programs do not have.
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
                                   QStringLiteral("This text."));
     parser.addOption(help);
-    // QCommandLineParser::process would show a message box where there is no console.
+    // QCommandLineParser::process would show a message box on a system without a console.
     if (!parser.parse(arguments)) {
         QString reason = parser.errorText();
         if (reason.endsWith(QLatin1Char('.')))

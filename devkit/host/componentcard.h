@@ -6,21 +6,21 @@
 
 namespace NelvoDevkit {
 
-//! \brief The component that the user has in hand, one of the devices of the scene.
+//! \brief The component that the user has selected, one of the devices of the scene.
 //!
-//! The plug-in's pages know it as `compCardData`, which tells about the component, and as `componentObject`,
-//! which changes it.
+//! The plug-in's pages know it as `compCardData`, from which they read, and as `componentObject`, which they
+//! change.
 class ComponentCard : public QObject
 {
     Q_OBJECT
-    //! GUID of the component; empty while there is none. One that the scene does not have is not taken.
+    //! GUID of the component; empty if none is selected. A GUID that the scene does not contain is ignored.
     Q_PROPERTY(QString currentComp READ currentComp WRITE select NOTIFY selectionChanged)
     Q_PROPERTY(QString componentName READ componentName NOTIFY selectionChanged)
     //! Serial number of the device bound to the component.
     Q_PROPERTY(QString deviceID READ deviceId NOTIFY deviceChanged)
 
 public:
-    //! Not owned; lives longer than the card.
+    //! Does not own `devices`, which must outlive the card.
     explicit ComponentCard(DeviceList& devices);
 
     QString currentComp() const { return m_component; }

@@ -7,10 +7,10 @@
 
 namespace NelvoDevkit {
 
-//! \brief The components of a scene that stand for devices, and the serial numbers bound to them.
+//! \brief The components of a scene that represent devices, and the serial numbers bound to them.
 //!
-//! Every scene has the same few components, each with a GUID of its own in each scene. What the user typed
-//! stays to the end of the process.
+//! Every scene has the same few components, with different GUIDs. The user's input is kept until the process
+//! ends.
 class DeviceList : public QAbstractListModel
 {
     Q_OBJECT
@@ -19,15 +19,15 @@ class DeviceList : public QAbstractListModel
 public:
     enum Role { ComponentRole = Qt::DisplayRole, SerialRole = Qt::EditRole, GuidRole = Qt::UserRole };
 
-    //! Shows the components of that project; none if the id is empty.
+    //! Shows the components of that project, or none if the id is empty.
     void setProject(const QString& id);
 
-    //! GUID to serial number of those components that have one.
+    //! The serial number of each component that has one, by its GUID.
     QMap<QString, QString> bindings() const;
-    //! Name and serial number of a component of the shown project; empty for any other guid.
+    //! Name and serial number of a component of the shown project; empty for any other GUID.
     QString nameOf(const QString& guid) const;
     QString serialOf(const QString& guid) const;
-    //! Takes the serial number of a component of the shown project away.
+    //! Removes the serial number of a component of the shown project.
     void clearSerial(const QString& guid);
     int boundCount() const { return bindings().size(); }
 

@@ -13,7 +13,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! As the component panel of the plug-in asks for them.
+//! Under the names that the plug-in's component panel uses.
 QVariantMap editColors()
 {
     return {{QStringLiteral("eGlobalBackGround"), QStringLiteral("#20222e")},
@@ -90,8 +90,8 @@ void Editor::signInAgain()
 void Editor::signOut()
 {
     m_log.logAction(QStringLiteral("sign out: session forgotten, ILoginActor::ShowLogin"));
-    // The plug-in keeps the application alive once somebody has signed in. Now the login window is the
-    // only one again, and the application ends with it, as at the start.
+    // The plug-in sets this to false after a sign-in. Now the login window is the only one again and ends the
+    // application, as at the start.
     QGuiApplication::setQuitOnLastWindowClosed(true);
     m_plugin.GetLoginMgr()->GetLoginActor()->ShowLogin();
     m_session.reset();
@@ -131,8 +131,8 @@ void Editor::OnLoginSucceeded(const NelvoSDK::LoginSession& session)
     Q_EMIT sessionChanged();
 }
 
-//! A sign-in brings those cookies only that are new. Where it brings none, the service has bound the
-//! earlier ones to it; a client that was pushed out has no good ones left.
+//! A session contains new cookies only. If it has none, the service has bound the earlier cookies to it. A
+//! client that was pushed out has no valid earlier cookies.
 NelvoSDK::LoginSession Editor::withCookies(NelvoSDK::LoginSession session)
 {
     if (!session.cookies.empty()) {

@@ -20,11 +20,11 @@
 
 namespace NelvoDevkit {
 
-//! \brief The editor behind the host's window: holds the session and speaks with the plug-in.
+//! \brief The editor behind the host's window: owns the session and calls the plug-in.
 //!
 //! From construction to destruction the plug-in is initialised and this object is attached as observer.
-//! Create and destroy it while a QGuiApplication exists, and destroy the QML engine that it was published in
-//! before it: pages of the plug-in end before the plug-in.
+//! Create and destroy it while a QGuiApplication exists. Destroy the QML engine first: the plug-in's pages
+//! must end before the plug-in.
 class Editor : public QObject,
                private NelvoSDK::IHostContext,
                private NelvoSDK::ILoginObserver,
@@ -40,12 +40,13 @@ class Editor : public QObject,
     Q_PROPERTY(NelvoDevkit::ComponentCard* component READ component CONSTANT)
     Q_PROPERTY(NelvoDevkit::UpdateDesk* updates READ updates CONSTANT)
     Q_PROPERTY(NelvoDevkit::WebView* webView READ webView CONSTANT)
-    //! Why this client has been forced offline; empty while it has not, or the user knows.
+    //! Why this client has been forced offline; empty if it has not been, or if the user has dismissed the
+    //! notice.
     Q_PROPERTY(QString notice READ notice NOTIFY noticeChanged)
 
 public:
-    //! `channel` is what the plug-in gets as the host's web channel; it may be null. None is owned, and all
-    //! live longer than the editor.
+    //! `channel` is the host's web channel for the plug-in, or null. Owns none of them; all must outlive the
+    //! editor.
     Editor(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log, QWebChannel* channel);
     ~Editor() override;
     Q_DISABLE_COPY(Editor)
@@ -53,7 +54,7 @@ public:
     bool isSignedIn() const { return m_session.has_value(); }
     //! Name of the signed-in enterprise; empty without a session.
     QString enterprise() const;
-    //! The session as describeSession gives it; empty without a session.
+    //! The session as rows of describeSession; empty without a session.
     QVariantList session() const;
     QString pluginVersion() const;
     ProjectDesk* projects() const { return m_projects.get(); }
@@ -63,19 +64,20 @@ public:
     WebView* webView() { return &m_webView; }
     QString notice() const { return m_noticeDismissed ? QString() : m_notice; }
 
-    //! Puts all that the plug-in's pages use into the context, which is not owned. Before anything is loaded.
+    //! Adds the names that the plug-in's pages use to the context, which is not owned. Call it before
+    //! anything is loaded.
     void publish(QQmlContext* context);
-    //! Starts the sign-in; once. Call it from the event loop, so that the plug-in can end that loop.
+    //! Starts the sign-in. Call it once, from the event loop, so that the plug-in can end that loop.
     void start();
-    //! Shows the login window; the session stays until another takes its place.
+    //! Shows the login window. The session remains until another one replaces it.
     Q_INVOKABLE void signInAgain();
-    //! Forgets the session and shows the login window.
+    //! Drops the session and shows the login window.
     Q_INVOKABLE void signOut();
-    //! Shows the notice no more, also when it is repeated, until the next session.
+    //! Hides the notice until the next session, even if the message is repeated.
     Q_INVOKABLE void dismissNotice();
 
 Q_SIGNALS:
-    //! There is a session, another one, or none any more.
+    //! The session has been set, replaced or removed.
     void sessionChanged();
     void noticeChanged();
 
@@ -87,7 +89,7 @@ private:
     void OnMessageSecond(const QString& text) override;
     void OnMessageThird(const QString& text) override;
 
-    //! The session with the cookies that hold in it.
+    //! The session with cookies that are valid for it.
     NelvoSDK::LoginSession withCookies(NelvoSDK::LoginSession session);
     void forgetNotice();
 
@@ -100,7 +102,7 @@ private:
     std::unique_ptr<UpdateDesk> m_updates;
     WebView m_webView;
     std::optional<NelvoSDK::LoginSession> m_session;
-    //! The last sign-in that brought cookies, while they are good.
+    //! The last sign-in that had cookies, while they are valid.
     std::optional<NelvoSDK::LoginSession> m_cookieSource;
     QString m_notice;
     bool m_noticeDismissed = false;

@@ -11,21 +11,21 @@ namespace NelvoDevkit {
 inline const QString CheckAtStart = QStringLiteral("start");
 inline const QString CheckAtSignIn = QStringLiteral("sign-in");
 
-//! \brief What the host itself was told on its command line.
+//! \brief The options of the host itself.
 //!
-//! Exactly one argument is a sign-in for the plug-in, so each option of the host comes with a value and
-//! the host's arguments are always an even number.
+//! A single argument is a sign-in for the plug-in. So each option of the host has a value, and the host's
+//! arguments are an even number.
 struct HostOptions {
-    //! Settings file; empty for the one beside the executable.
+    //! Settings file; empty for the file beside the executable.
     QString settingsFile;
-    //! When to check for a newer release by itself; empty for when the user asks.
+    //! When to check for a newer release automatically; empty if only the user starts a check.
     QString updateCheck;
 
-    //! Reads the arguments, the program's name first. A single argument is left to the plug-in. Returns
-    //! nothing if they ask for the help, which is then printed. Throws a Failure for wrong usage.
+    //! Reads the arguments, beginning with the program's name. Leaves a single argument to the plug-in.
+    //! Prints the help and returns nothing if the arguments request it. Throws a Failure for wrong usage.
     static std::optional<HostOptions> parse(const QStringList& arguments);
 
-    //! How to call the host, for the user.
+    //! The help text.
     static QString usage();
 };
 

@@ -7,12 +7,12 @@
 
 namespace NelvoDevkit {
 
-//! \brief A model that the user has brought into the scene, or is bringing there.
+//! \brief A model that the user has imported or is importing.
 struct ImportedModel {
     enum class Kind {
-        Download,         //!< the model as it is
-        PerformanceFirst, //!< an outline model, quickly made
-        CompletionFirst,  //!< an outline model that leaves nothing out
+        Download,         //!< the complete model
+        PerformanceFirst, //!< an outline model, ready soon
+        CompletionFirst,  //!< an outline model, complete
     };
 
     QString guid;
@@ -21,14 +21,14 @@ struct ImportedModel {
     bool inMainProject = false;
     int percent = 0;
 
-    //! The kind as the user reads it.
+    //! The name of the kind for the user.
     QString kindName() const;
 };
 
 //! \brief The models of the scene as rows, oldest first.
 //!
-//! Downloads and conversions are the host's own business. This host only pretends: nothing travels, and
-//! each is done after a second or so.
+//! A host downloads and converts models itself. This host only simulates it: nothing is transferred, and each
+//! import takes about a second.
 class ImportedModels : public QAbstractListModel
 {
     Q_OBJECT
@@ -41,14 +41,14 @@ public:
         KindRole,
         MainProjectRole,
         PercentRole,
-        ReadableRole, //!< whether there is a model to read from: one downloaded whole
+        ReadableRole, //!< whether PDS projects can be read: only from a completely downloaded model
     };
 
     ImportedModels();
 
-    //! Adds a model at 0 percent and lets it come in.
+    //! Adds a model at 0 percent and starts its simulated import.
     void add(const ImportedModel& model);
-    //! Whether that model has been downloaded into the main project, or into another one; on its way counts.
+    //! Whether that model has been or is being downloaded into the main project, or into another project.
     bool has(const QString& guid, bool inMainProject) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -57,7 +57,7 @@ public:
 
 Q_SIGNALS:
     void countChanged();
-    //! A model has come in.
+    //! An import is complete.
     void finished(const NelvoDevkit::ImportedModel& model);
 
 private:

@@ -6,7 +6,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief The part of the log that the user wants to see.
+//! \brief The part of the log that the user has chosen.
 class LogFilter : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -15,20 +15,20 @@ class LogFilter : public QSortFilterProxyModel
 public:
     enum Shown {
         Everything,
-        ObserverCalls, //!< the plug-in's calls alone
-        Problems,      //!< warnings and critical messages alone
+        ObserverCalls, //!< only the plug-in's calls
+        Problems,      //!< only warnings and critical messages
     };
     Q_ENUM(Shown)
 
-    //! `log` is not owned and lives longer than the filter.
+    //! Does not own `log`, which must outlive the filter.
     explicit LogFilter(LogModel& log);
 
     Shown shown() const { return m_shown; }
     void setShown(Shown shown);
 
-    //! The rows `first` to `last` as text, one line each; rows that don't exist are left out.
+    //! The rows `first` to `last` as text, one line each; skips rows that do not exist.
     QString text(int first, int last) const;
-    //! Puts text(first, last) on the clipboard.
+    //! Copies text(first, last) to the clipboard.
     Q_INVOKABLE void copy(int first, int last) const;
 
 Q_SIGNALS:

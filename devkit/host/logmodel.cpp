@@ -99,7 +99,7 @@ void LogModel::takePending()
 {
     std::deque<LogEntry> fresh;
     {
-        // Views may log while rows come and go, so the lock ends before they hear of it.
+        // Views may log while rows are inserted or removed, so the lock ends first.
         const std::lock_guard<std::mutex> lock(m_mutex);
         fresh.swap(m_pending);
     }

@@ -16,23 +16,23 @@ struct LogEntry {
         Info,
         Warning,
         Critical,
-        Host,     //!< something that the host did
-        Observer, //!< a call that the plug-in made on one of the host's interfaces
+        Host,     //!< an action of the host
+        Observer, //!< a call of the plug-in to one of the host's interfaces
     };
 
     Kind kind = Kind::Host;
     QString text;
-    //! Where in the sources the line comes from, or its logging category; often empty.
+    //! The place in the sources, or the logging category; often empty.
     QString origin;
     QDateTime time = QDateTime::currentDateTime();
 
-    //! The kind as the log shows it, such as "warning".
+    //! The kind as text, such as "warning".
     QString kindName() const;
     //! The whole entry on one line, for the clipboard.
     QString toLine() const;
 };
 
-//! \brief The running log, oldest entry first, bounded.
+//! \brief The log, oldest entry first, with a limited size.
 class LogModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -40,16 +40,16 @@ class LogModel : public QAbstractListModel
 public:
     enum Role { TextRole = Qt::DisplayRole, KindRole = Qt::UserRole, TimeRole, OriginRole };
 
-    //! Beyond `capacity` entries the oldest go.
+    //! Drops the oldest entries beyond `capacity`.
     explicit LogModel(int capacity = 5000);
 
-    //! Any thread. The entry shows up in the model with the next turn of the model's event loop.
+    //! Any thread. The event loop of the model's thread adds the entry to the model.
     void append(LogEntry entry);
-    //! Appends something that the host did. Any thread, as the next two.
+    //! Appends an action of the host. Any thread, as the next two.
     void logAction(const QString& text);
-    //! Appends a call of the plug-in on the host, or a signal of the plug-in.
+    //! Appends a call of the plug-in to the host, or a signal of the plug-in.
     void logCall(const QString& text);
-    //! Appends a warning of the host's own.
+    //! Appends a warning of the host.
     void logProblem(const QString& text);
 
     //! The entry in that row, which must exist.

@@ -26,7 +26,7 @@ namespace {
 
 using namespace NelvoDevkit;
 
-//! A single argument goes to the plug-in. Says so if it does not have the parts of a sign-in.
+//! A single argument is for the plug-in. Prints a hint if it does not have the parts of a sign-in.
 void explainSingleArgument(const QStringList& arguments)
 {
     if (arguments.size() == 2 && arguments.at(1).startsWith(QLatin1Char('-')) &&
@@ -36,7 +36,7 @@ void explainSingleArgument(const QStringList& arguments)
     }
 }
 
-//! The terminal has its own code page, whatever the host takes for the system's. Any thread may log.
+//! The terminal has its own code page, which may differ from the codec in the settings. Any thread may log.
 void writeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
 {
     std::cerr << qFormatLogMessage(type, context, message).toStdString() << std::endl;
@@ -86,7 +86,7 @@ void start(Editor& editor)
     editor.start();
     if (isAnyWindowVisible())
         return;
-    // A sign-in without a window that came to nothing: nobody could ever end this process.
+    // A sign-in from the command line failed, and no window exists that could end this process.
     errorOutput() << "NelvoEditor: the sign-in opened no window" << Qt::endl;
     QCoreApplication::exit(EXIT_FAILURE);
 }
@@ -151,7 +151,7 @@ int main(int argc, char* argv[])
 {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     const QGuiApplication application(argc, argv);
-    // The plug-in keeps the installed version in settings of that name.
+    // The plug-in stores the installed version in settings with these names.
     QCoreApplication::setOrganizationName(QStringLiteral("Nelvo"));
     return runProgram("NelvoEditor", [] {
         explainSingleArgument(QCoreApplication::arguments());

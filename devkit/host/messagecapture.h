@@ -6,12 +6,12 @@ namespace NelvoDevkit {
 
 class LogModel;
 
-//! \brief While it lives, Qt's log messages of every thread go to a LogModel as well as to where they
-//! went before. One at a time.
+//! \brief While it exists, a LogModel receives Qt's log messages of all threads, in addition to the previous
+//!   message handler. One at a time.
 class MessageCapture
 {
 public:
-    //! `log` is not owned and lives longer than the capture.
+    //! Does not own `log`, which must outlive the capture.
     explicit MessageCapture(LogModel& log);
     ~MessageCapture();
     Q_DISABLE_COPY(MessageCapture)

@@ -63,9 +63,9 @@ void ModelDesk::destroyDialog()
     delete m_dialog;
 }
 
-//! InitBimData appends the whole tree to what the dialog has, so a host that signs in once calls it once.
-//! This one can enter another enterprise. It takes the earlier tree out of the model that it shares with
-//! the plug-in, and the earlier sign-ins' units out of the new tree.
+//! InitBimData appends the whole tree to the dialog's model, so a host that signs in once calls it once. This
+//! host can enter another enterprise: it removes the earlier tree from the model that it shares with the
+//! plug-in, and the units of earlier sign-ins from the new tree.
 void ModelDesk::readModels(int earlierUnits)
 {
     if (m_organisation)

@@ -15,22 +15,22 @@ class QAbstractItemModel;
 
 namespace NelvoDevkit {
 
-//! \brief What the host does with BIM models: offers the plug-in's dialog and does what the user chose there.
+//! \brief The host's part of the BIM models: opens the plug-in's dialog and runs the user's choices.
 //!
-//! Call publish before the scene is loaded and createDialog after it; readModels after each sign-in. The
+//! Call publish before the scene is loaded and createDialog after it; call readModels after each sign-in. The
 //! plug-in's pages know this object as `bimControl` and as `editConext`.
 class ModelDesk : public QObject, private NelvoSDK::IPdsObserver
 {
     Q_OBJECT
     Q_PROPERTY(NelvoDevkit::ImportedModels* models READ models CONSTANT)
-    //! Whether the open project is a main project. A main project and another one have models of their own.
+    //! Whether the open project is a main project. A main project and another project have different models.
     Q_PROPERTY(bool isMainProject READ isMainProject WRITE setMainProject NOTIFY mainProjectChanged)
-    //! Whether the dialog has something to show.
+    //! Whether the dialog can be opened.
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)
 
 public:
-    //! Gives the manager its way to `plugin` and observes it. Both are not owned and live longer than the
-    //! desk; `plugin` is initialised.
+    //! Sets `plugin` in the PDS manager and observes it. Owns neither argument; both must outlive the desk.
+    //! The plug-in must be initialised.
     ModelDesk(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log);
     ~ModelDesk() override;
     Q_DISABLE_COPY(ModelDesk)
@@ -40,22 +40,22 @@ public:
     void setMainProject(bool isMainProject);
     bool isReady() const { return m_ready; }
 
-    //! Puts into the context what the pages and the host's own use. It is not owned; its engine ends before
-    //! the desk.
+    //! Adds the names that the pages of the plug-in and of the host use to the context, which is not owned.
+    //! Its engine must end before the desk.
     void publish(QQmlContext* context);
-    //! Builds the dialog over that item of the scene. The item stands at its parent's origin: an open dialog
-    //! goes to where the item's own position leads from there.
+    //! Creates the dialog over that item of the scene. The item must be at its parent's origin: the plug-in
+    //! adds the item's own position to the dialog's.
     void createDialog(QQuickItem* scene);
-    //! Ends the dialog, if there is one. Before the scene ends: a window that takes a component's item along
-    //! leaves its bindings alive, and they complain.
+    //! Deletes the dialog, if it exists. Call it before the scene ends: otherwise the dialog's bindings
+    //! outlive their items and log errors.
     void destroyDialog();
-    //! Shows the organisation that the project manager has since a sign-in, and asks for the models.
-    //! `earlierUnits` is how many first-level units of earlier sign-ins its tree begins with.
+    //! Shows the organisation of the last sign-in and requests the models. `earlierUnits` is the number of
+    //! first-level units of earlier sign-ins at the beginning of the manager's tree.
     void readModels(int earlierUnits);
 
     Q_INVOKABLE void openBimDialog();
     Q_INVOKABLE void openDwgDialog();
-    //! Whether the model may be imported into a main project, or into another one: not a second time.
+    //! Whether the model may be imported into a main project, or into another project: each model once.
     Q_INVOKABLE bool checkBimProjValid(const QString& guid, bool isMainProject);
 
 Q_SIGNALS:
@@ -76,9 +76,9 @@ private:
     NelvoSDK::IPdsMgr& m_manager;
     LogModel& m_log;
     ImportedModels m_models;
-    //! The dialog's tree, which the plug-in owns and published; null before publish.
+    //! The dialog's tree, which the plug-in owns and publishes; null before publish.
     QPointer<QAbstractItemModel> m_organisation;
-    //! Belongs to the item of the scene.
+    //! Owned by the item of the scene.
     QPointer<QQuickItem> m_dialog;
     bool m_isMainProject = false;
     bool m_ready = false;

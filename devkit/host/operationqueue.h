@@ -7,10 +7,10 @@
 
 namespace NelvoDevkit {
 
-//! \brief Does one thing after the other, each from the event loop.
+//! \brief Runs one operation after the other, each from the event loop.
 //!
-//! The plug-in's operations block while they pump events, and none may be called from within another:
-//! what comes up meanwhile waits here.
+//! The plug-in's operations block and process events meanwhile, and none may be called inside another.
+//! Operations that are added during that time wait here.
 class OperationQueue : public QObject
 {
     Q_OBJECT
@@ -19,11 +19,11 @@ class OperationQueue : public QObject
 
 public:
     bool isBusy() const { return !m_operations.empty(); }
-    //! What is being done, or done next, for the user; empty when nothing is.
+    //! The running or next operation, for the user; empty if there is none.
     QString activity() const;
 
-    //! Never does `work` at once. An std::out_of_range that leaves it is told by `failed`, and the next
-    //! operation follows.
+    //! Never runs `work` at once. If `work` throws std::out_of_range, emits `failed`; the next operation
+    //! follows.
     void add(const QString& activity, std::function<void()> work);
 
 Q_SIGNALS:
@@ -39,7 +39,7 @@ private:
     void schedule();
     void doNext();
 
-    std::deque<Operation> m_operations; //!< the one at work stays in front until it is done
+    std::deque<Operation> m_operations; //!< the first one is running
 };
 
 } // namespace NelvoDevkit

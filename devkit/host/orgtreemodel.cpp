@@ -6,7 +6,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! Up to that many units a tree shows unfolded.
+//! A tree with at most this number of units is expanded at first.
 constexpr int SmallTree = 100;
 
 } // namespace

@@ -8,11 +8,11 @@
 
 namespace NelvoDevkit {
 
-//! \brief The organisation tree as the rows of a list: those units whose parents are all unfolded.
+//! \brief The organisation tree as rows of a list: the units whose ancestors are all expanded.
 class OrgTreeModel : public QAbstractListModel
 {
     Q_OBJECT
-    //! Units of the whole tree, folded ones included.
+    //! Number of units in the whole tree, including hidden ones.
     Q_PROPERTY(int unitCount READ unitCount NOTIFY unitCountChanged)
 
 public:
@@ -27,11 +27,11 @@ public:
 
     int unitCount() const { return int(m_units.size()); }
 
-    //! Shows that tree: a small one unfolded, of a large one the first level.
+    //! Shows that tree: all of a small tree, the first level of a large tree.
     void setTree(const NelvoSDK::OrgTreeNode& root);
     void clear();
 
-    //! Folds or unfolds the unit in that row; one without sub-units stays as it is.
+    //! Expands or collapses the unit in that row. No effect on a unit without sub-units.
     Q_INVOKABLE void toggle(int row);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -49,15 +49,15 @@ private:
         bool expanded = false;
         int depth = 0;
         int childCount = 0;
-        int end = 0; //!< the first unit behind this one and all below it
+        int end = 0; //!< the first unit after this one and its descendants
     };
 
     void append(const NelvoSDK::OrgTreeNode& node, int depth);
-    //! The units below that one which show while it is unfolded.
+    //! The descendants of the unit that are visible if the unit is expanded.
     std::vector<int> shownBelow(int unit) const;
 
-    std::vector<Unit> m_units; //!< each followed by those below it
-    std::vector<int> m_rows;   //!< the units that show
+    std::vector<Unit> m_units; //!< each unit is followed by its descendants
+    std::vector<int> m_rows;   //!< the visible units
 };
 
 } // namespace NelvoDevkit

@@ -119,7 +119,7 @@ void ProjectDesk::createProject(const QString& name)
     });
 }
 
-//! The manager keeps what was announced first, so a new name takes a new announcement.
+//! The manager keeps the first announcement of a project, so a new name needs a new announcement.
 void ProjectDesk::renameLocalProject(const QString& id, const QString& name)
 {
     if (name.trimmed().isEmpty())
@@ -157,7 +157,7 @@ void ProjectDesk::uploadLocalProject(const QString& id)
         m_log.logAction(
             QStringLiteral("IProjectInfoMgr::OnUploadProject: new project \"%1\"").arg(nameOf(project)));
         m_manager.OnUploadProject(project, nullptr, true);
-        // The upload has taken the announcement back, whether it arrived or not.
+        // The upload has withdrawn the announcement, even if it failed.
         announce(project);
         if (!readProjects() || !m_serverProjects.find(id))
             m_log.logProblem(
@@ -200,7 +200,7 @@ void ProjectDesk::uploadBindings()
 
 void ProjectDesk::dropForeignProjects()
 {
-    // With no enterprise in the session the manager could not tell them, and throws.
+    // Without an enterprise in the session the manager cannot compare the projects, and throws.
     if (!has(m_session, RecordKeys::EpId)) {
         m_log.logProblem(QStringLiteral("the session names no enterprise: local projects stay"));
         return;
@@ -223,7 +223,7 @@ void ProjectDesk::dropForeignProjects()
     }
 }
 
-//! Each sign-in adds its first level behind those of earlier ones, so only the last part is shown.
+//! Each sign-in appends its first level to that of earlier sign-ins, so only the last part is shown.
 void ProjectDesk::readTree()
 {
     NelvoSDK::OrgTreeNode root;
@@ -264,7 +264,7 @@ bool ProjectDesk::readProjects()
     return true;
 }
 
-//! What the service has is no local project any more.
+//! A project that the service has is no longer a local project.
 void ProjectDesk::dropUploadedProjects()
 {
     const std::vector<NelvoSDK::ProjectNode> local = m_localProjects.projects();
@@ -287,7 +287,7 @@ void ProjectDesk::showDetails()
 
 QString ProjectDesk::enterpriseOf(const QString& id)
 {
-    // The manager throws if the session names no enterprise.
+    // The manager throws if the session has no enterprise.
     if (!has(m_session, RecordKeys::EpId) || !has(m_session, RecordKeys::EpName))
         return {};
     NelvoSDK::ProjectRef project;

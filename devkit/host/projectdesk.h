@@ -14,11 +14,11 @@
 
 namespace NelvoDevkit {
 
-//! \brief What the host does with the enterprise's projects: reads, creates, renames and uploads them.
+//! \brief The host's part of the enterprise's projects: reads, creates, renames and uploads them.
 //!
-//! Every call of the plug-in's project manager is an order of `queue`, so none happens within another or
-//! within an observer's call. What the plug-in does not tell, namely whether an upload arrived, is read
-//! from the service afterwards and told in the log. Projects that exist only here live in memory.
+//! Every call of the plug-in's project manager is an operation of `queue`, so none happens inside another
+//! call or inside an observer's call. The plug-in does not report whether an upload succeeded: the desk reads
+//! the list from the service afterwards and logs the result. Local projects exist in memory only.
 class ProjectDesk : public QObject
 {
     Q_OBJECT
@@ -29,16 +29,16 @@ class ProjectDesk : public QObject
     Q_PROPERTY(NelvoDevkit::DeviceList* devices READ devices CONSTANT)
     //! Whether there is a session with an editor service.
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)
-    //! The unit that new projects will belong to; both empty until one is chosen.
+    //! The unit of new projects; both texts are empty until the user chooses one.
     Q_PROPERTY(QString departmentId READ departmentId NOTIFY departmentChanged)
     Q_PROPERTY(QString departmentName READ departmentName NOTIFY departmentChanged)
-    //! The project in hand, and its record as describeProject gives it; empty if there is none.
+    //! The selected project, and its record as rows of describeProject; empty if none is selected.
     Q_PROPERTY(QString selectedId READ selectedId NOTIFY selectionChanged)
     Q_PROPERTY(QVariantList details READ details NOTIFY detailsChanged)
 
 public:
-    //! Gives the manager its way to `plugin`. Both are not owned and live longer than the desk's last order;
-    //! `plugin` is initialised.
+    //! Sets `plugin` in the project manager. Owns neither argument; both must outlive the desk's last
+    //! operation. The plug-in must be initialised.
     ProjectDesk(NelvoSDK::INelvoSDKPlugin& plugin, LogModel& log);
 
     OperationQueue* queue() { return &m_queue; }
@@ -52,28 +52,28 @@ public:
     QString selectedId() const { return m_selectedId; }
     QVariantList details() const { return m_details; }
 
-    //! Installs the session of a sign-in and reads tree and projects. Local projects of another enterprise
-    //! are given up.
+    //! Installs the session of a sign-in and reads the tree and the projects. Drops local projects of another
+    //! enterprise.
     void openSession(const NelvoSDK::LoginSession& session);
-    //! Shows nothing of the enterprise any more. Local projects stay.
+    //! Hides the data of the enterprise. Local projects remain.
     void closeSession();
 
-    //! Reads projects and tree again. The tree is that of the sign-in: asking the service for it anew would
-    //! take another ReflushProjOrgInfo, and that is for sign-ins.
+    //! Reads the projects again, and shows the tree of the sign-in: only ReflushProjOrgInfo reads the tree,
+    //! and it is called once for each sign-in.
     Q_INVOKABLE void refresh();
     Q_INVOKABLE void chooseDepartment(const QString& id, const QString& name);
-    //! Takes a project in hand, the service's or a local one; the empty id takes none.
+    //! Selects a project of the service or a local project; an empty id selects none.
     Q_INVOKABLE void select(const QString& id);
 
-    //! A new local project of the chosen department. Nothing happens without one or without a name.
+    //! Creates a local project in the chosen department. No effect without a department or a name.
     Q_INVOKABLE void createProject(const QString& name);
     Q_INVOKABLE void renameLocalProject(const QString& id, const QString& name);
     Q_INVOKABLE void removeLocalProject(const QString& id);
-    //! Brings a local project to the service. If it does not arrive, it stays a local one.
+    //! Uploads a local project to the service. If this fails, the project remains local.
     Q_INVOKABLE void uploadLocalProject(const QString& id);
-    //! Uploads a project of the service under another name.
+    //! Uploads a project of the service with another name.
     Q_INVOKABLE void renameServerProject(const QString& id, const QString& name);
-    //! Uploads the bound devices of the project in hand.
+    //! Uploads the bound devices of the selected project.
     Q_INVOKABLE void uploadBindings();
 
 Q_SIGNALS:
@@ -81,8 +81,8 @@ Q_SIGNALS:
     void departmentChanged();
     void selectionChanged();
     void detailsChanged();
-    //! The manager has the session of a sign-in. Its tree begins with that many first-level units of
-    //! earlier ones. Told from within an order.
+    //! The manager has installed the session of a sign-in. Its tree begins with this number of first-level
+    //! units of earlier sign-ins. Emitted inside an operation of the queue.
     void sessionInstalled(int earlierUnits);
 
 private:
@@ -107,7 +107,7 @@ private:
 
     NelvoSDK::LoginSession m_session;
     bool m_ready = false;
-    //! How many first-level units of earlier sign-ins the manager's tree begins with.
+    //! The number of first-level units of earlier sign-ins at the beginning of the manager's tree.
     std::size_t m_earlierUnits = 0;
     QString m_departmentId;
     QString m_departmentName;

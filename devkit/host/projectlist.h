@@ -18,15 +18,15 @@ public:
     enum Role { NameRole = Qt::DisplayRole, IdRole = Qt::UserRole, CodeRole, DepartmentRole };
 
     const std::vector<NelvoSDK::ProjectNode>& projects() const { return m_projects; }
-    //! The project of that id, or null. Valid until the list changes.
+    //! The project with that id, or null. Valid until the list changes.
     const NelvoSDK::ProjectNode* find(const QString& id) const;
 
-    //! The name of the project of that id, or an empty text.
+    //! The name of the project with that id, or an empty string.
     Q_INVOKABLE QString nameOf(const QString& id) const;
 
     void replace(std::vector<NelvoSDK::ProjectNode> projects);
     void append(const NelvoSDK::ProjectNode& project);
-    //! An unknown id changes nothing, here and below.
+    //! An unknown id has no effect, here and below.
     void rename(const QString& id, const QString& name);
     void remove(const QString& id);
 

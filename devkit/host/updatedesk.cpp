@@ -108,14 +108,14 @@ void UpdateDesk::askService()
 void UpdateDesk::watchPages()
 {
     if (!m_loginWindow->isVisible()) {
-        // Its page, which nobody sees, would take the outcome for a step of a sign-in.
+        // Its hidden page would treat the result as a step of a sign-in.
         m_loginWindow->setSource({});
         return;
     }
     const QQuickItem* const root = m_loginWindow->rootObject();
     QObject* const pages = root ? root->findChild<QObject*>(QStringLiteral("contentLoader")) : nullptr;
     if (pages && pages != m_pages) {
-        // Queued: the next page is there, and the click that asked for it done with.
+        // Queued: the next page is loaded then, and the click that requested it has been handled.
         connect(pages, SIGNAL(sourceChanged()), this, SLOT(onPageChanged()), Qt::QueuedConnection);
     }
     m_pages = pages;
@@ -186,7 +186,7 @@ void UpdateDesk::onInfo(const QString& text)
 {
     m_log.logCall(QStringLiteral("updater: readyUpdateInfo: ") + text);
     m_message = text;
-    // During a download there are failures only to tell of, and it tells each of them twice.
+    // During a download the updater reports failures only, and each of them twice.
     if (m_state == State::Downloading || m_state == State::Failed) {
         m_state = State::Failed;
         m_error = text;
@@ -205,7 +205,7 @@ void UpdateDesk::onDownloadProgress(const QString& /*filePath*/, qint64 bytesRec
 {
     m_bytesReceived = bytesReceived;
     m_bytesTotal = bytesTotal;
-    // The total is 0 for a package beyond what the updater counts with.
+    // The total is 0 if the package is larger than the updater can count.
     m_progress = bytesTotal > 0
                      ? std::min(1.0, static_cast<qreal>(bytesReceived) / static_cast<qreal>(bytesTotal))
                      : 0;

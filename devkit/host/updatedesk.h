@@ -11,50 +11,50 @@
 
 namespace NelvoDevkit {
 
-//! \brief What the plug-in leaves to its host in the self-update: the check, the download, the installation.
+//! \brief The host's part of the self-update: the check, the download and the installation.
 //!
-//! The plug-in's interfaces do not know of the update. It is the object `updater` in the root context of the
-//! login window, which is known here by its signals, properties and invokables alone. What the desk shows
-//! comes from those, whoever makes the calls.
+//! The plug-in's interfaces do not contain the update. The updater is the object `updater` in the root
+//! context of the login window; the desk knows only its signals, properties and invokable functions. The desk
+//! shows their values, whichever code calls the updater.
 //!
-//! While the login window shows, its pages lead through the update and wait for somebody to do what they
-//! promise: the desk follows them. Otherwise the host's own window leads.
+//! While the login window is visible, its pages control the update and wait for signals that a host must
+//! cause: the desk follows the pages and makes these calls. Otherwise the host's window controls the update.
 class UpdateDesk : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(State state READ state NOTIFY changed)
-    //! Whether there is an updater, a service to ask, and nothing in the way of asking it.
+    //! Whether a check can start: an updater and an update service exist, and no step is running.
     Q_PROPERTY(bool canCheck READ canCheck NOTIFY changed)
-    //! Empty if it is not known.
+    //! Empty if it is unknown.
     Q_PROPERTY(QString installedVersion READ installedVersion NOTIFY changed)
-    //! Of the release that the last check found.
+    //! Version of the release that the last check found.
     Q_PROPERTY(QString version READ version NOTIFY changed)
     Q_PROPERTY(QString changeLog READ changeLog NOTIFY changed)
-    //! Of the download.
+    //! Bytes of the download.
     Q_PROPERTY(qint64 bytesReceived READ bytesReceived NOTIFY changed)
     Q_PROPERTY(qint64 bytesTotal READ bytesTotal NOTIFY changed)
-    //! Of the download, or of the installation: 0 to 1.
+    //! Progress of the download or of the installation, from 0 to 1.
     Q_PROPERTY(qreal progress READ progress NOTIFY changed)
     //! The last message of the updater.
     Q_PROPERTY(QString message READ message NOTIFY changed)
-    //! Why the download failed; empty while it has not.
+    //! Why the download failed; empty otherwise.
     Q_PROPERTY(QString error READ error NOTIFY changed)
 
 public:
     enum class State {
         Idle,
         Checking,
-        NothingNewer, //!< or a check that failed: the updater tells both alike
+        NothingNewer, //!< also after a failed check: the updater does not distinguish them
         Offered,
-        Downloading, //!< for ever if the checksum turns out wrong, which the updater does not tell
+        Downloading, //!< remains if the checksum is wrong, which the updater does not report
         Failed,
         Downloaded,
-        Installing, //!< for ever if the package turns out damaged, which the updater does not tell
+        Installing, //!< remains if the package is damaged, which the updater does not report
         Restarting,
     };
     Q_ENUM(State)
 
-    //! Looks for the updater of the plug-in, which is initialised. `log` and `queue` are not owned.
+    //! Looks for the updater of the plug-in, which must be initialised. Does not own `log` and `queue`.
     UpdateDesk(LogModel& log, OperationQueue& queue);
 
     void setService(const UpdateSource& service);
@@ -70,22 +70,22 @@ public:
     QString message() const { return m_message; }
     QString error() const { return m_error; }
 
-    //! Asks the service for a newer release, as an order of the queue.
+    //! Requests a newer release from the service, as an operation of the queue.
     Q_INVOKABLE void check();
-    //! Fetches the offered release, or what is missing of it; also once more after a failure.
+    //! Downloads the offered release, or the missing part of it; also again after a failure.
     Q_INVOKABLE void download();
-    //! Unpacks the downloaded package. If all goes well, the process ends and the installation is replaced.
+    //! Unpacks the downloaded package. After a success the process ends and the installation is replaced.
     Q_INVOKABLE void install();
-    //! The user has seen it.
+    //! Hides the banner.
     Q_INVOKABLE void dismiss();
 
 Q_SIGNALS:
     void changed();
-    //! The login window goes on with a sign-in that nobody has begun, and needs its form back.
+    //! The login window continues a sign-in that the user has not started, and needs its form page again.
     void loginFormNeeded();
 
 private Q_SLOTS:
-    // By name: nothing that a host sees declares the updater.
+    // Connected by name: no public header declares the updater.
     void onNeedUpdate(bool need);
     void onInfo(const QString& text);
     void onDownloadStarted(const QString& filePath, qint64 bytesTotal);
@@ -110,11 +110,11 @@ private:
     UpdateSource m_service;
     QPointer<QQuickView> m_loginWindow;
     QPointer<QObject> m_updater;
-    //! What changes the pages of the login window, while they are followed.
+    //! The object that changes the pages of the login window, while the desk follows them.
     QPointer<QObject> m_pages;
     //! The page that m_pages showed last.
     QString m_page;
-    //! The outcome of the check came to a login window in which nobody was signing in.
+    //! The result of the check arrived at a login window in which no sign-in was running.
     bool m_cameBetween = false;
 
     State m_state = State::Idle;

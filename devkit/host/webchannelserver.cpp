@@ -7,7 +7,8 @@
 #include <QWebChannelAbstractTransport>
 #include <QWebSocket>
 
-//! Resources of a static library come with it only where they are asked for, outside any namespace.
+//! Registers the resources, which a linker would drop from a static library. Must be outside of any
+//! namespace.
 static void initializePageResource()
 {
     Q_INIT_RESOURCE(webchannel);
@@ -17,7 +18,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! \brief Carries the channel's messages over a WebSocket, which it owns.
+//! \brief Sends the channel's messages over a WebSocket, which it owns.
 class SocketTransport final : public QWebChannelAbstractTransport
 {
 public:
@@ -86,7 +87,7 @@ QUrl WebChannelServer::socketUrl() const
     return m_sockets.isListening() ? m_sockets.serverUrl() : QUrl();
 }
 
-//! The page's requests are answered on other threads, so all that they need goes with the handler.
+//! The handler runs on other threads, so it owns copies of all its data.
 bool WebChannelServer::servePage(QString* error)
 {
     initializePageResource();
@@ -107,7 +108,7 @@ bool WebChannelServer::servePage(QString* error)
 void WebChannelServer::takeConnections()
 {
     while (QWebSocket* socket = m_sockets.nextPendingConnection())
-        new SocketTransport(socket, m_channel); // belongs to the channel until the browser goes
+        new SocketTransport(socket, m_channel); // the channel owns it until the browser disconnects
 }
 
 } // namespace NelvoDevkit

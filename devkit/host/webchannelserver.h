@@ -8,26 +8,27 @@
 
 namespace NelvoDevkit {
 
-//! \brief A web channel that a browser on this machine reaches, and a page that shows what is on it.
+//! \brief A web channel for a browser on this machine, and a page that shows its objects.
 //!
-//! The channel's objects travel over WebSockets on a loopback port. The page is served on another one; it
-//! loads Qt's own qwebchannel.js, connects and lists the objects registered at that moment. GUI thread only.
+//! The channel's objects are sent over WebSockets on a loopback port. The page is served on another port; it
+//! loads Qt's own qwebchannel.js, connects, and lists the objects that are registered at that moment. GUI
+//! thread only.
 class WebChannelServer : public QObject
 {
     Q_OBJECT
 
 public:
     explicit WebChannelServer(QObject* parent = nullptr);
-    //! Ends every connection.
+    //! Ends all connections.
     ~WebChannelServer() override;
 
-    //! Begins to listen, on ports that the system chooses. On failure returns false and tells why in
-    //! `error`, which must not be null.
+    //! Starts to listen, on ports that the system chooses. On failure returns false and sets `error`, which
+    //! must not be null, to the reason.
     bool start(QString* error);
 
-    //! Never null. It may be filled before and after start.
+    //! Never null. Objects can be registered before and after start.
     QWebChannel* channel() { return &m_channel; }
-    //! The page for the browser, and where it finds the channel. Empty before start.
+    //! The address of the page, which includes that of the channel. Empty before start.
     QUrl pageUrl() const;
     QUrl socketUrl() const;
 

@@ -7,18 +7,18 @@
 
 namespace NelvoDevkit {
 
-//! \brief Where the editor would show web pages. This host has no browser inside: it shows what it was asked.
+//! \brief A placeholder for the editor's web view: this host has no browser and shows the requested address.
 //!
 //! The plug-in's pages know it as `webViewMgr`.
 class WebView : public QObject
 {
     Q_OBJECT
-    //! Address and place of the page that was asked for last.
+    //! Address and place of the page that was requested last.
     Q_PROPERTY(QString url READ url NOTIFY asked)
     Q_PROPERTY(QRectF rect READ rect NOTIFY asked)
 
 public:
-    //! Not owned; lives longer than this object.
+    //! Does not own `log`, which must outlive this object.
     explicit WebView(LogModel& log) : m_log(log) {}
 
     QString url() const { return m_url; }
@@ -27,7 +27,7 @@ public:
     Q_INVOKABLE void openWeb(const QString& url, const QRectF& rect);
 
 Q_SIGNALS:
-    //! A page has been asked for, perhaps the same one again.
+    //! A page has been requested, perhaps the same page again.
     void asked();
 
 private:

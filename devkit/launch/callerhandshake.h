@@ -8,36 +8,36 @@
 
 namespace NelvoDevkit {
 
-//! \brief What a program creates before it starts an application that is to sign in by itself: a block of
-//! shared memory and an event, under names that it passes on.
+//! \brief The objects that a program creates before it starts an application with a sign-in from the command
+//!   line: a block of shared memory and an event. The names of both are passed to the application.
 //!
-//! Names may hold any characters.
+//! Names may contain any characters.
 class CallerHandshake
 {
 public:
     static constexpr std::size_t BlockSize = 8;
 
-    //! Creates both, the block filled with zeros. Throws std::system_error, also if there is one of that
-    //! name already.
+    //! Creates both objects; the block contains zeros. Throws std::system_error, also if an object with one
+    //! of the names exists.
     CallerHandshake(const std::wstring& eventName, const std::wstring& blockName);
-    //! Gives both up. On POSIX systems nobody finds them any more; on Windows their names live on as long as
-    //! the application has them open.
+    //! Removes both objects. On POSIX systems other processes cannot open them any more; on Windows the names
+    //! exist as long as the application has the objects open.
     ~CallerHandshake();
     CallerHandshake(const CallerHandshake&) = delete;
     CallerHandshake& operator=(const CallerHandshake&) = delete;
 
-    //! Waits for the event; false if it wasn't set in time. The next call waits for it anew.
+    //! Waits for the event. Returns false if it was not set in time. Each call waits again.
     bool wait(std::chrono::milliseconds patience) const;
 
-    //! What stands in the block; look at it after the event.
+    //! The content of the block; read it after the event.
     std::array<char, BlockSize> block() const;
-    //! Puts other bytes in place of the zeros.
+    //! Replaces the content of the block.
     void fillBlock(const std::array<char, BlockSize>& content);
-    //! The text in the block, up to its NUL.
+    //! The text of the block, up to its NUL.
     std::string text() const;
 
 private:
-    //! What the system has for the two.
+    //! The objects of the system.
     struct Objects;
 
     std::unique_ptr<Objects> m_objects;

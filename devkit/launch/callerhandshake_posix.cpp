@@ -19,7 +19,7 @@ namespace {
 
 constexpr mode_t OwnerOnly = S_IRUSR | S_IWUSR;
 
-//! Slashes are not allowed within a name, and what else is, differs: names are percent-encoded.
+//! Percent-encodes the name: slashes are not allowed, and systems differ in what else is.
 std::string objectName(const std::wstring& name)
 {
     return '/' + QUrl::toPercentEncoding(QString::fromStdWString(name)).toStdString();

@@ -13,11 +13,11 @@ namespace {
     throw std::system_error(static_cast<int>(error), std::system_category(), what);
 }
 
-//! A handle of an object that this process has just created.
+//! A handle of an object that this process has created.
 class Created
 {
 public:
-    //! Opening an object that another one has created is no success here.
+    //! Throws std::system_error if another process had created the object before.
     Created(const char* what, HANDLE handle) : m_handle(handle)
     {
         const DWORD error = GetLastError();

@@ -27,7 +27,7 @@ void interrupt(int /*signal*/)
     interrupted = 1;
 }
 
-//! Names would outlive this process on some systems, so an interruption has to come to its end as well.
+//! The names would outlive this process on some systems, so an interruption must run the destructors too.
 void heedInterruptions()
 {
     std::signal(SIGINT, &interrupt);
@@ -44,7 +44,7 @@ void complain(const QString& text)
     errorOutput() << "nelvo-launch: " << text << Qt::endl;
 }
 
-//! \brief The started host: its terminal is this program's.
+//! \brief The host process, which shares this program's terminal.
 class HostProcess final : private QProcess
 {
 public:
@@ -66,7 +66,7 @@ public:
         return state() == NotRunning || waitForFinished(static_cast<int>(patience.count()));
     }
 
-    //! The destructor ends a process that runs; this one it leaves alone.
+    //! Prevents the destructor from ending the running process.
     void leave() { setProcessState(NotRunning); }
     void end()
     {
@@ -76,7 +76,7 @@ public:
         kill();
         hasEnded(EndPatience);
     }
-    //! Of a host that has ended; one that crashed failed.
+    //! The exit status of a host that has ended; a crash is a failure.
     int status() const { return exitStatus() == NormalExit ? exitCode() : EXIT_FAILURE; }
 };
 
@@ -84,7 +84,7 @@ LaunchStatus awaitWord(const CallerHandshake& handshake, HostProcess& host, mill
 {
     const QDeadlineTimer deadline(patience);
     for (;;) {
-        // A host may tell and end in one go: its word is looked for once more after its end.
+        // A host may set the event and end immediately, so the event is checked once more after the end.
         const bool ended = host.hasEnded();
         if (handshake.wait(ended ? milliseconds(0) : LookEvery))
             return LaunchStatus::Told;
@@ -117,7 +117,7 @@ void report(LaunchStatus status, const CallerHandshake& handshake, const LaunchO
     }
 }
 
-//! Lets the host run until its end; false if somebody interrupts before.
+//! Waits until the host ends. Returns false if the user interrupts the wait.
 bool awaitEnd(HostProcess& host)
 {
     while (!host.hasEnded(LookEvery)) {
@@ -127,7 +127,7 @@ bool awaitEnd(HostProcess& host)
     return true;
 }
 
-//! Leaves the host, ended or not, as the options want it. The status for the program to exit with.
+//! Handles the host, ended or not, as the options require. Returns the exit status of the program.
 int partWith(HostProcess& host, LaunchStatus status, LaunchOptions::Afterwards afterwards)
 {
     const bool isAwaited = afterwards == LaunchOptions::Afterwards::Await && status == LaunchStatus::Told;

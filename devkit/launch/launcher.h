@@ -6,17 +6,18 @@ namespace NelvoDevkit {
 
 //! Exit status of nelvo-launch.
 enum class LaunchStatus {
-    Told,        //!< the host has told that the sign-in has run
-    NotStarted,  //!< a name is taken, or the host can't be started
+    Told,        //!< the host has set the event: the sign-in has ended
+    NotStarted,  //!< a name is in use, or the host cannot be started
     WrongUsage,  //!< the command line is wrong
-    TimedOut,    //!< the host has not told anything in time
-    HostEnded,   //!< the host has ended without telling anything
-    Interrupted, //!< by the user, while it was waiting
+    TimedOut,    //!< the host has not set the event in time
+    HostEnded,   //!< the host has ended and has not set the event
+    Interrupted, //!< the user interrupted the wait
 };
 
-//! \brief Starts the host with a sign-in, waits for its word and says on standard output what came of it.
+//! \brief Starts the host with a sign-in, waits for the event and prints the result.
 //!
-//! Returns the status for the program to exit with: a LaunchStatus, or that of a host whose end was awaited.
+//! Returns the exit status of the program: a LaunchStatus, or the status of the host if the program waited
+//! for its end.
 int launch(const LaunchOptions& options);
 
 } // namespace NelvoDevkit

@@ -8,33 +8,33 @@
 
 namespace NelvoDevkit {
 
-//! \brief What nelvo-launch was told on its command line.
+//! \brief The options of nelvo-launch.
 struct LaunchOptions {
-    //! What becomes of the host once it has told something, or has not.
+    //! What happens to the host after it has set the event, or after a failure.
     enum class Afterwards {
-        Leave, //!< it stays
-        End,   //!< it is ended
-        Await, //!< it is waited for, and ended only if it has not told anything
+        Leave, //!< the host continues
+        End,   //!< the host is ended
+        Await, //!< the program waits for the end of the host; the host is ended only after a failure
     };
 
     QString user;
     //! Lower-case hexadecimal MD5 of the password.
     QString passwordMd5;
     QString url;
-    //! Names nobody else uses, unless others were asked for.
+    //! A unique name, unless an option sets it.
     QString eventName;
     QString mappingName;
     QString enterprise;
-    //! The program to start.
+    //! The program that is started.
     QString host;
     std::chrono::seconds patience{60};
     Afterwards afterwards = Afterwards::Leave;
 
-    //! Reads the arguments, the program's name first. Returns nothing if they ask for the help, which is then
-    //! printed. Throws a Failure for wrong usage.
+    //! Reads the arguments, beginning with the program's name. Prints the help and returns nothing if the
+    //! arguments request it. Throws a Failure for wrong usage.
     static std::optional<LaunchOptions> parse(const QStringList& arguments);
 
-    //! The six texts that ask a host to sign in, as its one argument.
+    //! The sign-in as the host's only argument: six texts.
     QString hostArgument() const;
 };
 

@@ -11,7 +11,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! A block of assigned cells: those from `first` to `last` of each of the rows.
+//! A block of assigned cells: `first` to `last` in each of the rows.
 struct Cells {
     int firstRow;
     int lastRow;

@@ -13,14 +13,14 @@ using namespace NelvoDevkit;
 
 namespace {
 
-//! What the command line asks for.
+//! The arguments of the command line.
 struct Arguments {
     QString directory;
     QString package;
     NameEncoding names = NameEncoding::Gb2312;
 };
 
-//! Nothing if the help is asked for.
+//! Returns nothing if the arguments request the help.
 std::optional<Arguments> parseArguments()
 {
     QCommandLineParser parser;

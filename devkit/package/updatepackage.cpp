@@ -25,19 +25,19 @@ namespace {
 
 constexpr int PieceSize = 1024 * 1024;
 
-//! Why a package can't be made.
+//! The reason why a package cannot be created.
 struct PackageError {
     QString text;
 };
 
-//! An entry whose content is opened when its turn comes.
+//! An entry whose content is opened when it is packed.
 struct Source {
     QString name;
     std::function<std::unique_ptr<QIODevice>()> open;
 };
 
-//! What each entry has beside its name, the same for all: a package tells what it holds and nothing of
-//! when and where it was made.
+//! The attributes of each entry are the same, except the name: a package does not reveal when and where it
+//! was created.
 QuaZipNewInfo entryInfo(const QString& name)
 {
     QuaZipNewInfo info(name);
@@ -48,7 +48,7 @@ QuaZipNewInfo entryInfo(const QString& name)
     return info;
 }
 
-//! Hands the device's content on in pieces. Returns whether all of it was read and taken.
+//! Passes the device's content on in pieces. Returns whether all of it was read and accepted.
 bool readInPieces(QIODevice& device, const std::function<bool(const QByteArray&)>& take)
 {
     QByteArray piece(PieceSize, Qt::Uninitialized);
@@ -90,7 +90,7 @@ void writeZip(QIODevice& target, const QVector<Source>& sources, NameEncoding na
         throw PackageError{QStringLiteral("can't end the archive")};
 }
 
-//! What is below the directory, by name, since file systems list in any order.
+//! The content of the directory, sorted by name, because file systems list it in any order.
 QVector<Source> sourcesIn(const QString& directory)
 {
     if (!QFileInfo(directory).isDir())

@@ -13,39 +13,38 @@ namespace NelvoDevkit {
 
 //! \brief One entry of an update package.
 struct PackageEntry {
-    QString name; //!< path in the package, with forward slashes; that of a directory ends with one
+    QString name; //!< path in the package, with forward slashes; a directory ends with a slash
     QByteArray content;
 };
 
-//! \brief How the names of a package are encoded.
+//! \brief The encoding of the names in a package.
 enum class NameEncoding {
-    //! As production packages are. A system whose code page does not hold GB2312 unpacks other names than
-    //! ASCII to empty
-    //! files.
+    //! As in production packages. On a system whose code page cannot read GB2312, names outside ASCII are
+    //! unpacked as empty files.
     Gb2312,
-    //! Marked as UTF-8 in the archive. Every system reads these.
+    //! Marked as UTF-8 in the archive. Every system reads these names.
     Utf8
 };
 
-//! \brief What a release says about its package.
+//! \brief The values of a release that describe its package.
 struct PackageSummary {
     QString md5; //!< in lower-case hexadecimal digits
     qint64 size = 0;
     int entries = 0;
-    QStringList namesBeyondAscii; //!< in the package's order
+    QStringList namesBeyondAscii; //!< in the order of the package
 };
 
-//! Packs the entries in their order, several of one name too, into a zip archive whose names are GB2312
-//! text. The same entries give the same bytes, whenever and wherever they are packed. On failure returns
-//! nothing and says why in `error`, which must not be null; so does packDirectory.
+//! Packs the entries in their order, including several with the same name, into a zip archive whose names are
+//! GB2312 text. The same entries always give the same bytes. On failure returns nothing and sets `error`,
+//! which must not be null, to the reason; packDirectory does the same.
 std::optional<QByteArray> packEntries(const QVector<PackageEntry>& entries, QString* error);
 
-//! Packs what is below the directory, with hidden files and empty directories, into the file `target`,
-//! which must lie outside of it and appears whole or not at all. Links to directories are left out.
+//! Packs the content of the directory, including hidden files and empty directories, into the file `target`,
+//! which must be outside of it. It is written completely or not at all. Skips links to directories.
 std::optional<PackageSummary> packDirectory(const QString& directory, const QString& target, QString* error,
                                             NameEncoding names = NameEncoding::Gb2312);
 
-//! MD5 of what the device has left to read, in lower-case hexadecimal digits; empty if reading fails.
+//! MD5 of the unread rest of the device, in lower-case hexadecimal digits; empty if reading fails.
 QString md5Of(QIODevice& device);
 
 } // namespace NelvoDevkit

@@ -6,24 +6,24 @@
 
 namespace NelvoDevkit {
 
-//! \brief The answer to a question that the probe asks beside the plug-in, where that cannot tell what is
-//! wrong.
+//! \brief The reply to a request of the probe itself. The probe sends such a request if the plug-in's result
+//!   does not show the cause of a failure.
 struct DirectAnswer {
-    //! Empty for a success.
+    //! Empty after a success.
     QString error;
-    //! What is wrong with the server's certificate, if anything is.
+    //! The error of the server's certificate; empty if there is none.
     QString certificateError;
     QByteArray body;
-    //! The HTTP status; 0 if no reply came.
+    //! The HTTP status; 0 without a reply.
     int status = 0;
 };
 
-//! GETs `url`, following redirects, as a client without any cookies. Blocks without a time limit while it
-//! pumps events.
+//! Sends a GET to `url`, follows redirects and uses no cookies. Blocks without a timeout and processes events
+//! meanwhile.
 DirectAnswer askDirectly(const QUrl& url);
-//! GETs the head of the reply only, and otherwise the same.
+//! The same, but reads only the head of the reply.
 DirectAnswer askForHead(const QUrl& url);
-//! POSTs JSON there, without following redirects; otherwise the same.
+//! The same with a POST of JSON that does not follow redirects.
 DirectAnswer askDirectly(const QUrl& url, const QByteArray& json);
 
 } // namespace NelvoDevkit

@@ -10,7 +10,7 @@ namespace {
 
 struct Explanation {
     QRegularExpression text;
-    //! With %1 for the first capture.
+    //! %1 is the first capture.
     QString words;
 };
 
@@ -20,7 +20,7 @@ const std::vector<Explanation>& explanations()
         return Explanation{QRegularExpression(QString::fromUtf8(text)), QString::fromUtf8(words)};
     };
     static const std::vector<Explanation> table{
-        // What Qt says of a reply that failed.
+        // Qt's texts for failed replies.
         row("^Host (.+) not found$",
             "no host of the name %1 is known here: check the address and the name server"),
         row("^Connection refused$",
@@ -28,7 +28,7 @@ const std::vector<Explanation>& explanations()
         row("^(?:Host|Network) unreachable$",
             "no way leads to the host from here: check network and firewall"),
         row("timed out$", "the connection timed out: check host and port, and the firewall between"),
-        // On Windows that is also what a port without TLS looks like.
+        // On Windows also the result of HTTPS at a port without TLS.
         row("^Connection closed$",
             "the server closed the connection before its reply was complete; or, by https://, the port does "
             "not speak TLS"),
@@ -55,7 +55,7 @@ const std::vector<Explanation>& explanations()
         row("^Insecure redirect", "the server redirects from https:// to http://, which is not followed"),
         row("^Error transferring .* - server replied: *(.*)$", "the server answered with an HTTP error: %1"),
         row("^Protocol \"(.*)\" is unknown$", "addresses that begin with \"%1\" cannot be asked"),
-        // What it says of certificates.
+        // Qt's texts for certificates.
         row("^The (?:root certificate of the certificate chain|certificate) is self-signed, and untrusted|"
             "^The root CA certificate is not trusted for this purpose",
             "a self-signed certificate, or an authority that this machine does not trust"),
@@ -63,7 +63,7 @@ const std::vector<Explanation>& explanations()
             "^No certificates could be verified",
             "an authority that this machine does not know, or the server keeps the certificates between to "
             "itself"),
-        // What the plug-in itself says.
+        // The plug-in's own texts.
         row("^parse json failed: *(.*)$", "the reply is no JSON: %1"),
         row("^(?:parseLoginArgs failed|query error)$", "the form page cannot be read: it is not well-formed"),
         row("^parsePostResult failed$",

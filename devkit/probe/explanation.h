@@ -5,13 +5,12 @@
 
 namespace NelvoDevkit {
 
-//! \brief What a text that the plug-in logs or returns means, for those who deploy the services.
+//! \brief Explains a text that the plug-in logs or returns to administrators of the services.
 //!
-//! Empty for a text that is not known.
+//! Returns an empty string for an unknown text.
 QString explain(const QString& text);
 
-//! What a reply with an HTTP error says: its status, the reason phrase that Qt's text ends with, and the
-//! path.
+//! Describes a reply with an HTTP error: its status, the reason phrase at the end of Qt's text, and the path.
 QString httpErrorWords(int status, const QString& error, const QUrl& url);
 
 } // namespace NelvoDevkit

@@ -10,26 +10,26 @@ namespace NelvoDevkit {
 enum class Verdict {
     Well,
     Wrong,
-    NotAsked,   //!< nobody wanted it
-    NotReached, //!< what comes before it is wrong
+    NotAsked,   //!< not requested by the options
+    NotReached, //!< an earlier step failed
 };
 
-//! The word for it, for tools and people alike.
+//! The word for the verdict, for tools and users.
 QString wordOf(Verdict verdict);
 
-//! \brief What became of a step.
+//! \brief The result of a step.
 struct Finding {
     Step step;
     Verdict verdict = Verdict::NotReached;
-    //! How long it took; -1 if that is not known.
+    //! Duration; -1 if it is unknown.
     qint64 milliseconds = -1;
-    //! What was found, or what is wrong, for people.
+    //! The result or the error, for the user.
     QString words = {};
-    //! Whether the words rest on a question that the probe asked beside the plug-in.
+    //! Whether the words are based on a request of the probe itself.
     bool askedDirectly = false;
 };
 
-//! \brief One finding for each step, in their order. None is reached at first.
+//! \brief The findings of all steps, in their order. At first none is reached.
 class Findings
 {
 public:
@@ -39,7 +39,7 @@ public:
     Finding& of(Step step);
     const QVector<Finding>& all() const { return m_findings; }
     int wrongCount() const;
-    //! Whether every step that was wanted has been reached and is well.
+    //! Whether every requested step has been reached and has passed.
     bool areAllWell() const;
 
 private:

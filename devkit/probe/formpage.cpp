@@ -10,7 +10,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! The way to the section of the form's hidden inputs, as the plug-in goes it.
+//! The path to the section with the form's hidden inputs, as the plug-in reads it.
 const QStringList& wayToSection()
 {
     static const QStringList way{
@@ -25,7 +25,7 @@ const QStringList& wayToSection()
     return way;
 }
 
-//! Keeps Qt's remarks on a page from the terminal.
+//! Keeps Qt's messages about a page from the terminal.
 class Silence final : public QAbstractMessageHandler
 {
 protected:

@@ -5,7 +5,8 @@
 
 namespace NelvoDevkit {
 
-//! \brief What the page of the sign-in form lacks for the plug-in, in words; empty if it has all.
+//! \brief The parts that the plug-in needs and the page of the sign-in form lacks, as text; empty if there
+//!   are none.
 QString formPageFault(const QByteArray& page);
 
 } // namespace NelvoDevkit

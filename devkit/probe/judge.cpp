@@ -15,7 +15,7 @@ namespace {
 
 const auto FormPath = QStringLiteral("/login");
 
-//! Whether the reply is not what the plug-in needs, by what it logs.
+//! Whether the reply does not have the form that the plug-in needs, according to its log.
 bool isUnfit(Step step, const TracedExchange& exchange)
 {
     const StepInfo& info = infoOf(step);
@@ -24,7 +24,7 @@ bool isUnfit(Step step, const TracedExchange& exchange)
     return info.success != nullptr && !exchange.logged(QString::fromLatin1(info.success));
 }
 
-//! The warning that tells why.
+//! The warning with the reason.
 QString reasonOf(const TracedExchange& exchange)
 {
     const auto reason =
@@ -34,7 +34,7 @@ QString reasonOf(const TracedExchange& exchange)
     return reason == exchange.messages.end() ? QString() : reason->text;
 }
 
-//! In words if it is known, or else as it stands.
+//! The explanation of a known reason; otherwise the reason itself.
 QString wordsFor(const QString& reason)
 {
     QString words = explain(reason);
@@ -48,10 +48,10 @@ bool isBehindSignIn(Step step)
     return step > Step::SignIn && step < Step::SignOut && step != Step::Updates;
 }
 
-//! The cookies that the request did not carry, with what kept them back.
+//! The names of the cookies that the request did not contain, with the attributes that excluded them.
 QStringList cookiesLeftBehind(const QString& cookies, const QStringList& sent)
 {
-    // A comma in a date has no name and no equals sign behind it.
+    // A comma inside a date is not followed by a name and an equals sign.
     static const QRegularExpression betweenCookies(QStringLiteral(",(?=[^;,=\\s]+=)"));
     QStringList names;
     const QStringList all = cookies.split(betweenCookies, Qt::SkipEmptyParts);
@@ -145,7 +145,7 @@ void Judge::setWrong(Step step, const QString& words)
     m_findings.set({step, Verdict::Wrong, exchange ? exchange->milliseconds : -1, words});
 }
 
-//! A service that does not know the session answers with 401.
+//! A service that does not know the session replies with 401.
 QString Judge::httpWords(Step step, const TracedExchange& exchange) const
 {
     constexpr int unauthorized = 401;

@@ -8,30 +8,30 @@
 
 namespace NelvoDevkit {
 
-//! Whether the service sent a question on to its sign-in form.
+//! Whether the service redirected a request to its sign-in form.
 bool isSentToForm(const TracedExchange& exchange);
 
-//! \brief Finds steps well or wrong by what a call of the plug-in did for them, and says so in words.
+//! \brief Decides whether steps pass or fail, from the requests and log lines of a call of the plug-in.
 class Judge
 {
 public:
-    //! Nothing is owned.
+    //! Owns none of its arguments.
     Judge(const Trace& trace, Findings& findings, const Redaction& redaction);
 
-    //! What is traced from here on belongs to the next call.
+    //! Starts the next call: all later entries of the trace belong to it.
     void beginCall();
-    //! When that was, in milliseconds of the trace.
+    //! The start of the call, in milliseconds of the trace.
     qint64 callBegan() const;
 
-    //! What the call did for a step; nothing if it came to none.
+    //! The call's request for a step; nothing if it sent none.
     std::optional<TracedExchange> exchangeOf(Step step) const;
-    //! Finds a step well or wrong by that. Returns whether it is well.
+    //! Sets the step to passed or failed accordingly. Returns whether it passed.
     bool judge(Step step, const QString& wordsIfWell = {});
     void setWell(Step step, const QString& words);
     void setWrong(Step step, const QString& words);
-    //! Wrong for a reason that Qt or the plug-in gives.
+    //! Sets the step to failed, with a reason of Qt or of the plug-in.
     void setFailed(Step step, const QString& reason);
-    //! The cookies that the sign-in has left behind, as the session has them: joined with commas.
+    //! The cookies of the sign-in, in the form of the session: joined with commas.
     void setCookies(const QString& cookies) { m_cookies = cookies; }
 
 private:

@@ -19,8 +19,8 @@ using namespace NelvoDevkit;
 
 enum Status { Well, Wrong };
 
-//! Qt reports its own affairs before the walk begins, such as a missing directory for temporary files. Only a
-//! reason to end the process concerns a person.
+//! Qt logs messages before the walk begins, such as a missing directory for temporary files. Only fatal
+//! messages matter to the user.
 void showFatalOnly(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
 {
     if (type == QtFatalMsg)
@@ -29,8 +29,7 @@ void showFatalOnly(QtMsgType type, const QMessageLogContext& /*context*/, const 
 
 void trustCertificates(const QString& fileName)
 {
-    // QSslCertificate::fromPath takes the name of a missing file for a pattern, and looks through all
-    // directories.
+    // QSslCertificate::fromPath treats the name of a missing file as a pattern and searches all directories.
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         throw wrongUsage(QStringLiteral("%1: %2").arg(fileName, file.errorString()));
@@ -42,7 +41,7 @@ void trustCertificates(const QString& fileName)
     QSslConfiguration::setDefaultConfiguration(configuration);
 }
 
-//! Prints what was found, writes the report, and returns the status.
+//! Prints the findings, writes the report and returns the exit status.
 int tell(const Report& report, QFile& file)
 {
     output() << (report.options.json ? QString::fromUtf8(report.json()) : report.table()) << Qt::flush;
@@ -68,7 +67,7 @@ int probe(const ProbeOptions& options, QFile& reportFile)
 
     QTimer::singleShot(options.patience, qApp, [&] {
         walk.interrupt();
-        // A call of the plug-in may be under way, and nothing but the end of the process ends it.
+        // A call of the plug-in may be running, and only the end of the process ends it.
         std::_Exit(tellAll());
     });
     QTimer::singleShot(0, qApp, [&walk] {
@@ -80,7 +79,7 @@ int probe(const ProbeOptions& options, QFile& reportFile)
     return tellAll();
 }
 
-//! The application of the walk would take some of the options for its own, so another one reads them.
+//! The application of the walk would remove some of the options, so another application object reads them.
 std::optional<ProbeOptions> parseArguments(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
@@ -107,7 +106,7 @@ int main(int argc, char* argv[])
         const auto options = parseArguments(argc, argv);
         if (!options)
             return Well;
-        // The login window is never shown.
+        // The login window stays hidden.
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(&showFatalOnly);

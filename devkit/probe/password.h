@@ -4,7 +4,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief The password from the standard input: its first line, which a terminal asks for and does not show.
+//! \brief Reads the first line of the standard input. A terminal shows a prompt and hides the input.
 QString readPassword();
 
 } // namespace NelvoDevkit

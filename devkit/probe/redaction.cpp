@@ -10,8 +10,8 @@ namespace {
 
 constexpr int MinSecretLength = 4;
 
-//! Texts that give secrets away by what stands around them: the user part of a URL, and parameters, of which
-//! services make their session ids and tickets.
+//! Secrets that are recognised by the text around them: the user part of a URL, and parameters, which
+//! services use for session ids and tickets.
 const QRegularExpression& givenAway()
 {
     static const QRegularExpression pattern(
@@ -45,7 +45,7 @@ void Redaction::hidePassword(const QString& password)
 
 void Redaction::hideCookies(const QString& cookies)
 {
-    // Attributes stand behind semicolons, and their values, such as a host's name, are no secrets.
+    // Attributes follow semicolons. Their values, such as a host's name, are no secrets.
     static const QRegularExpression value(QStringLiteral("(?:^|,)\\s*[^=;,\\s]+=([^;,]+)"));
     for (auto match = value.globalMatch(cookies); match.hasNext();)
         hide(match.next().captured(1));

@@ -5,20 +5,20 @@
 
 namespace NelvoDevkit {
 
-//! An account's name for those who need not know it: its first character and three stars.
+//! The masked name of an account: its first character and three stars.
 QString maskedAccount(const QString& user);
 
-//! \brief Takes secrets out of texts that are to be shown or passed on.
+//! \brief Removes secrets from texts that are shown or written to a report.
 //!
-//! It is the second net: nothing that is shown is meant to hold one.
+//! This is a second safeguard: the texts should not contain secrets in the first place.
 class Redaction
 {
 public:
-    //! Very short secrets are not looked for: stars in their places would give them away.
+    //! Ignores very short secrets: replacing them would reveal them.
     void hide(const QString& secret, const QString& replacement = QStringLiteral("***"));
-    //! A password, and the forms in which it travels.
+    //! Hides a password, and its encoded forms in requests.
     void hidePassword(const QString& password);
-    //! The values of cookies in their raw form, joined with commas.
+    //! Hides the values of cookies in their raw form, joined with commas.
     void hideCookies(const QString& cookies);
 
     QString redacted(QString text) const;

@@ -21,7 +21,7 @@ QString requestOf(Step step)
     return (QString::fromLatin1(info.method) + QLatin1Char(' ') + QString::fromLatin1(info.path)).trimmed();
 }
 
-//! On one line, and without anything that a terminal might obey: servers have a say in them.
+//! On one line and without control characters, because parts of the text come from servers.
 QString wordsOf(const Finding& finding)
 {
     static const QRegularExpression control(QStringLiteral("\\p{Cc}+"));
@@ -67,7 +67,7 @@ QJsonObject toJson(const Finding& finding)
     return object;
 }
 
-//! The lines of the log whose kind is known. Others may hold anything, such as names of models.
+//! The log lines of a known kind. Other lines may contain any data, such as names of models.
 QString knownLines(const QVector<LoggedMessage>& messages, const Redaction& redaction)
 {
     QString lines;

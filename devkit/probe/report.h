@@ -9,7 +9,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief What nelvo-probe has to say, in the forms in which it says it. No form holds a secret.
+//! \brief The result of nelvo-probe in its output formats, none of which contains a secret.
 struct Report {
     ProbeOptions options;
     Findings findings;
@@ -21,8 +21,7 @@ struct Report {
     QString table() const;
     //! For tools.
     QByteArray json() const;
-    //! For a bug report: the table, the environment, and what of the log is known not to be about customers'
-    //! data.
+    //! For a bug report: the table, the environment, and those log lines that contain no data of customers.
     QString text() const;
 };
 

@@ -4,7 +4,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! After a success these log an object line by line, and this is the first.
+//! After a success the plug-in logs an object line by line; this is the first line.
 constexpr char LoggedObject[] = "{";
 
 } // namespace
@@ -27,7 +27,7 @@ const QVector<StepInfo>& allSteps()
          "CProjectInfoMgr::ReflushProjOrgInfo /org/tree error!"},
         {Step::Projects, "projects", "scene projects", "GET", "/scene/project",
          "CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!"},
-        // These two name another path than the one that failed.
+        // The log texts of these two steps name another path than the one that failed.
         {Step::Models, "models", "BIM models", "GET", "/bim/relation/",
          "CProjectInfoMgr::getBimProjList getprojList /scene/project falied!"},
         {Step::Drawings, "drawings", "DWG drawings", "GET", "/bim/relation/dwg",

@@ -23,17 +23,16 @@ enum class Step {
     SignOut,
 };
 
-//! \brief What is known of a step beforehand.
+//! \brief The constant data of a step.
 struct StepInfo {
     Step step;
-    //! Its name for tools, and the one for people.
+    //! Its name for tools, and its name for users.
     const char* key;
     const char* name;
-    //! The request that the plug-in makes for it; both are empty for what takes none.
+    //! The plug-in's request for the step; both are empty if the step sends none.
     const char* method;
     const char* path;
-    //! What the plug-in logs where the step has failed, and where it has not. Null where it logs no such
-    //! text.
+    //! The plug-in's log texts after a failure and after a success. Null if it logs none.
     const char* failure = nullptr;
     const char* success = nullptr;
 };

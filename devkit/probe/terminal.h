@@ -2,7 +2,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief While it lives, the terminal that is the standard input shows nothing of what is typed.
+//! \brief While it exists, the terminal of the standard input does not show what the user types.
 class HiddenInput
 {
 public:
@@ -11,7 +11,7 @@ public:
     HiddenInput(const HiddenInput&) = delete;
     HiddenInput& operator=(const HiddenInput&) = delete;
 
-    //! Whether the standard input is a terminal at all.
+    //! Whether the standard input is a terminal.
     bool isTerminal() const { return m_isTerminal; }
 
 private:

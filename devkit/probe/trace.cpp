@@ -14,10 +14,10 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! A list of models is logged whole.
+//! Limits the text: the plug-in logs a whole list of models.
 constexpr int MaxTextLength = 1000;
 
-//! The handler of messages is a plain function, so what it writes to stands here.
+//! Qt's message handler is a plain function, so its target is static.
 std::mutex mutex; // guards messageLog
 QVector<LoggedMessage> messageLog;
 QtMessageHandler previousHandler = nullptr;
@@ -36,7 +36,7 @@ int messageCount()
     return messageLog.size();
 }
 
-//! Before the reply has set its own.
+//! The cookies of the request, read before the reply sets its own.
 QStringList cookiesOf(const QNetworkReply& reply)
 {
     QStringList names;
@@ -116,12 +116,12 @@ QVector<LoggedMessage> Trace::messages() const
 bool Trace::eventFilter(QObject* receiver, QEvent* event)
 {
     auto* const reply = qobject_cast<QNetworkReply*>(receiver);
-    // One that is still being made has no manager yet.
+    // A reply that is still being constructed has no manager yet.
     if (reply && reply->manager()) {
         const QMutexLocker locker(&m_mutex);
         if (!m_replies.contains(reply)) {
             begin(*reply);
-            // A reply of another thread is reported on that thread, and may be deleted soon after.
+            // A reply of another thread is reported on that thread and may be deleted soon after.
             connect(reply->manager(), &QNetworkAccessManager::finished, this, &Trace::end,
                     static_cast<Qt::ConnectionType>(Qt::DirectConnection | Qt::UniqueConnection));
         }

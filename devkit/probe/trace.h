@@ -16,36 +16,36 @@ namespace NelvoDevkit {
 //! \brief A message of Qt's log.
 struct LoggedMessage {
     QtMsgType type = QtDebugMsg;
-    QString text; //!< its beginning, if it is very long
+    QString text; //!< only its beginning, if it is very long
 };
 
-//! \brief What the plug-in did for one request.
+//! \brief A request of the plug-in, with its reply and log messages.
 struct TracedExchange {
     QByteArray method;
     QUrl url;
-    //! Where the answer came from: another address than `url` after a redirect.
+    //! The address that replied: after a redirect it differs from `url`.
     QUrl answeredBy;
     bool isFinished = false;
-    //! Qt's text for a reply that failed; empty for a success.
+    //! Qt's text for a failed reply; empty after a success.
     QString error;
-    //! The HTTP status; 0 if no reply came so far.
+    //! The HTTP status; 0 if there is no reply yet.
     int status = 0;
-    //! The names of the cookies that the request carried.
+    //! The names of the cookies in the request.
     QStringList cookies;
-    //! From the end of the one before it, or the mark, to its own end, or so far.
+    //! From the end of the previous request, or from the mark, to the end of this one, or until now.
     qint64 milliseconds = 0;
-    //! What was logged from there to the next request, or to the end.
+    //! The messages from that time until the next request or the end.
     QVector<LoggedMessage> messages;
 
     bool logged(const QString& text) const;
 };
 
-//! \brief While it lives, watches which requests the plug-in makes and what it logs. One at a time.
+//! \brief While it exists, records the plug-in's requests and log messages. One at a time.
 //!
-//! A request shows by the first event that its reply gets, which comes with the first news from the server.
-//! A request of another thread shows by its end only: the access manager of the GUI thread reports it, once
-//! that manager has made a request itself. Watching changes nothing, but that log messages don't go on to the
-//! terminal. GUI thread only; requests and messages may come from any thread.
+//! The first event of a reply reveals its request; it is sent with the first data from the server. A request
+//! of another thread is visible only at its end: the access manager of the GUI thread reports it, after that
+//! manager has sent a request itself. Log messages are not passed to the terminal; apart from this, recording
+//! changes nothing. GUI thread only; requests and messages may come from any thread.
 class Trace final : public QObject
 {
 public:
@@ -53,18 +53,18 @@ public:
     ~Trace() override;
     Q_DISABLE_COPY(Trace)
 
-    //! A place in the trace.
+    //! A position in the trace.
     struct Mark {
         int requests = 0;
         int messages = 0;
         qint64 milliseconds = 0;
     };
 
-    //! The present end of the trace.
+    //! The current end of the trace.
     Mark mark() const;
-    //! The requests since `mark`, in their order.
+    //! The requests since `mark`, in order.
     QVector<TracedExchange> exchanges(const Mark& mark) const;
-    //! Everything that was logged.
+    //! All log messages.
     QVector<LoggedMessage> messages() const;
 
 protected:
@@ -72,7 +72,7 @@ protected:
 
 private:
     struct Request {
-        const QNetworkReply* reply; //!< tells requests apart; it may be gone
+        const QNetworkReply* reply; //!< identifies the request; may have been deleted
         int firstMessage;
         qint64 end;
         TracedExchange exchange;
@@ -85,7 +85,7 @@ private:
     QElapsedTimer m_clock;
     mutable QMutex m_mutex; //!< guards what follows
     QVector<Request> m_requests;
-    //! The replies that exist and have been seen.
+    //! The existing replies that have been recorded.
     QSet<const QObject*> m_replies;
 };
 

@@ -43,13 +43,13 @@ QObject* objectOfPages(const QQuickView& window, const char* name)
     return window.rootContext()->contextProperty(QLatin1String(name)).value<QObject*>();
 }
 
-//! Whether the form was answered with a redirect to another page, as it is for those who are let in.
+//! Whether the reply to the form is a redirect to another page, as after a successful sign-in.
 bool isWelcomed(const TracedExchange& form)
 {
     return form.answeredBy != form.url && !isSentToForm(form);
 }
 
-//! Where the form was redirected to another server, or to another scheme.
+//! Describes a redirect of the form to another server or another scheme.
 QString redirectWords(const TracedExchange& form)
 {
     const QUrl& last = form.answeredBy;
@@ -79,7 +79,7 @@ QString counted(int count, const char* one, const char* many)
     return QStringLiteral("%1 %2").arg(count).arg(QLatin1String(count == 1 ? one : many));
 }
 
-//! What is wrong with the reply of the update service; empty if nothing is.
+//! Describes the error in the update service's reply; empty if there is none.
 QString releaseFault(const QByteArray& body)
 {
     const QJsonObject reply = QJsonDocument::fromJson(body).object();
@@ -133,8 +133,7 @@ void Walk::finish()
 
 void Walk::interrupt()
 {
-    // Without a call under way it was a question of the probe's own that had no answer, and the step that it
-    // was about is known to be wrong.
+    // Without a call, a request of the probe itself has timed out; its step has failed already.
     qint64 begun = m_judge.callBegan();
     for (const Step step : qAsConst(m_underWay)) {
         const auto exchange = m_judge.exchangeOf(step);
@@ -229,8 +228,8 @@ bool Walk::signIn()
     return false;
 }
 
-//! The plug-in reads any form page, and takes any answer to the form: what is wrong with them shows only in
-//! the list that doesn't come.
+//! The plug-in accepts every form page and every reply to the form: an error shows only when the company list
+//! is missing.
 void Walk::explainRefusedSignIn()
 {
     const TracedExchange answer = m_judge.exchangeOf(Step::SignIn).value_or(TracedExchange{});
@@ -313,7 +312,7 @@ bool Walk::enterEnterprise()
     return !m_session.sdkAddr.empty();
 }
 
-//! What the replies come to, where each for itself is well.
+//! Checks all replies together, after each of them has passed alone.
 void Walk::judgeSession()
 {
     const auto isWell = [this](Step step) { return m_findings.of(step).verdict == Verdict::Well; };
@@ -403,7 +402,7 @@ void Walk::askUpdates()
         judgeRelease(QStringLiteral("offers %1 %2").arg(m_options.product, version));
 }
 
-//! A release whose package cannot be downloaded is wrong. The plug-in does not say where the package is.
+//! A release fails if its package cannot be downloaded. The plug-in does not provide the package's address.
 void Walk::judgeRelease(const QString& offer)
 {
     m_judge.setWell(Step::Updates, offer);
@@ -429,7 +428,7 @@ DirectAnswer Walk::askForRelease() const
     return askDirectly(QUrl(question), QJsonDocument(QJsonObject()).toJson());
 }
 
-//! The plug-in tells a failure and the lack of a newer release alike, and does not say which it was.
+//! The plug-in does not distinguish a failed check from a check without a newer release.
 void Walk::explainFailedUpdates()
 {
     const auto exchange = m_judge.exchangeOf(Step::Updates);
@@ -452,11 +451,11 @@ void Walk::explainFailedUpdates()
         fault.isEmpty() ? QStringLiteral("no answer for the plug-in, but one when asked again") : fault;
 }
 
-//! The plug-in does so by itself when the application ends.
+//! The plug-in signs out by itself when the application ends.
 void Walk::signOut()
 {
     const auto exchange = m_judge.exchangeOf(Step::SignOut);
-    // Without a sign-in it has no address to do so at.
+    // Without a sign-in it has no address for that.
     if (exchange && !exchange->url.host().isEmpty())
         m_judge.judge(Step::SignOut);
 }

@@ -20,29 +20,29 @@ class QQuickView;
 
 namespace NelvoDevkit {
 
-//! \brief Walks through the services by the plug-in, as a user at its window and its host would, and finds
-//! out what becomes of each step.
+//! \brief Calls all services through the plug-in, as a user and a host do, and records the result of each
+//!   step.
 //!
-//! Calls what the pages of the login window call, which is never shown. Needs a QGuiApplication; GUI thread
-//! only. One in a process, since a second sign-in gets no cookies.
+//! Calls the functions that the pages of the login window call; the window stays hidden. Needs a
+//! QGuiApplication; GUI thread only. Once in a process, because a second sign-in receives no cookies.
 class Walk final : private NelvoSDK::ILoginObserver, private NelvoSDK::IPdsObserver
 {
 public:
-    //! What is secret goes into `redaction`. Neither is owned.
+    //! Adds secrets to `redaction`. Owns none of its arguments.
     Walk(ProbeOptions options, Findings& findings, Redaction& redaction);
 
-    //! All steps but the last. Call it from the event loop. Blocks without a time limit while it pumps
-    //! events.
+    //! Runs all steps except the last. Call it from the event loop. Blocks without a timeout and processes
+    //! events meanwhile.
     void run();
-    //! The last one, which the plug-in takes at the end of the application. Call it when the event loop has
-    //! ended.
+    //! Runs the last step, which the plug-in executes at the end of the application. Call it when the event
+    //! loop has ended.
     void finish();
-    //! Notes that what is under way has not answered in time. The process has to end then: the plug-in's
-    //! calls have no time limit, and nothing else ends them.
+    //! Records that the running step has timed out. The process must end then: the plug-in's calls have no
+    //! timeout, and nothing else ends them.
     void interrupt();
 
     const Trace& trace() const { return m_trace; }
-    //! Empty if it could not be loaded.
+    //! Empty if the plug-in could not be loaded.
     QString pluginVersion() const;
 
 private:
@@ -71,7 +71,7 @@ private:
     DirectAnswer askForRelease() const;
     void signOut();
 
-    //! Calls the plug-in, which makes the requests of these steps.
+    //! Calls the plug-in, which sends the requests of these steps.
     void call(const QVector<Step>& steps, const std::function<void()>& function);
 
     ProbeOptions m_options;
@@ -80,13 +80,13 @@ private:
     Trace m_trace;
     Judge m_judge;
     NelvoSDK::INelvoSDKPlugin* m_plugin = nullptr;
-    //! The login window: what its pages call hangs on it.
+    //! The login window: its context contains the object that its pages call.
     QQuickView* m_window = nullptr;
     QJsonArray m_companies;
     QString m_enterpriseId;
     QString m_enterpriseName;
     NelvoSDK::LoginSession m_session;
-    //! The steps of the call that is under way.
+    //! The steps of the running call.
     QVector<Step> m_underWay;
     std::function<void()> m_whenListSynced;
 };

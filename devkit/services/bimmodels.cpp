@@ -7,13 +7,13 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! Ends with the number, so that a row is recognised by its id.
+//! Ends with the number, so that a row can be recognised by its id.
 QString generatedGuid(const QString& head, int number)
 {
     return head + QStringLiteral("%1").arg(number, 12, 16, QLatin1Char('0'));
 }
 
-//! Every profession that there is, those without a name and an unknown one.
+//! All professions in turn, including models without one and an unknown one.
 int generatedProfession(int number)
 {
     constexpr int professions = 13;

@@ -8,16 +8,16 @@ class QJsonArray;
 
 namespace NelvoDevkit {
 
-//! \brief The models and drawings of an enterprise, each kind a list of its own.
+//! \brief The models and drawings of an enterprise, in separate lists.
 struct ModelLists {
     QVector<BimModel> models;
     QVector<BimModel> drawings;
 };
 
-//! That many of each kind, the same ones every time, in turn for one department after the other.
+//! `count` models and `count` drawings, always the same, spread over the departments in turn.
 ModelLists generatedModels(int count, const QVector<QString>& departments);
 
-//! The lists as the service sends them, which differ in what they call a name.
+//! The lists as the service sends them; they differ in the key of the name.
 QJsonArray modelRows(const QVector<BimModel>& models);
 QJsonArray drawingRows(const QVector<BimModel>& drawings);
 

@@ -29,7 +29,8 @@ constexpr long DaySeconds = 24L * 60 * 60;
 
 bool setSerial(X509* certificate)
 {
-    // A client that remembers an earlier run's certificate would refuse another one of the same serial.
+    // A client that remembers the certificate of an earlier run would reject another one with the same serial
+    // number.
     quint32 serial = 0;
     return RAND_bytes(reinterpret_cast<unsigned char*>(&serial), sizeof serial) == 1 &&
            ASN1_INTEGER_set_uint64(X509_get_serialNumber(certificate), serial) == 1;

@@ -12,8 +12,8 @@ struct Certificate {
     QByteArray keyPem;
 };
 
-//! A new self-signed certificate for 127.0.0.1 and localhost, which also serves as its own authority.
-//! Nothing if the cryptographic library fails.
+//! Creates a self-signed certificate for 127.0.0.1 and localhost, which is also its own authority. Returns
+//! nothing if the cryptographic library fails.
 std::optional<Certificate> makeCertificate();
 
 } // namespace NelvoDevkit

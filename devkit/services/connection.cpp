@@ -26,14 +26,14 @@ QByteArray bytes(beast::string_view text)
     return {text.data(), static_cast<int>(text.size())};
 }
 
-//! Whether the connection may be kept after that reply. After a redirect it is not: over a kept connection
-//! Qt 5.15 is apt to send the redirected request a second time.
+//! Whether the connection may be kept after that reply. Not after a redirect: on a kept connection Qt 5.15
+//! often sends the redirected request twice.
 bool mayBeKeptAfter(const HttpReply& reply)
 {
     return reply.status != 302;
 }
 
-//! \brief Reads a request and keeps its headers as they came: every one, in order and spelling.
+//! \brief Reads a request and stores all headers in their order and spelling.
 class RequestParser final : public http::basic_parser<true>
 {
 public:
@@ -151,9 +151,9 @@ void Connection::serveRequests()
     }
 }
 
-//! Qt sends the header and the body of a POST in two segments and holds the second back until the first
-//! is acknowledged. A system that can delay that, by 40 ms, is asked not to: it would be the lion's share
-//! of every figure. Sending an answer ends this, so each request asks anew.
+//! Qt sends the head and the body of a POST in two segments and waits for the acknowledgement of the first. A
+//! system may delay it by 40 ms, which would dominate every measured time, so this requests an immediate one.
+//! Sending a reply resets the setting, so each request sets it again.
 void Connection::acknowledgeAtOnce()
 {
 #ifdef TCP_QUICKACK
@@ -206,7 +206,7 @@ void Connection::sendHalf(const Delivery& delivery, bool keepAlive)
 
 qint64 Connection::stream(BodyStream& body, qint64 limit)
 {
-    // Small pieces that are paced don't wait for one another.
+    // Sends small paced pieces at once instead of collecting them.
     error_code ignored;
     m_socket.set_option(tcp::no_delay(true), ignored);
     qint64 sent = 0;

@@ -16,19 +16,19 @@ namespace NelvoDevkit {
 
 //! \brief One connection and its thread.
 //!
-//! The thread reads and writes by asynchronous operations of a context of its own and waits for each:
-//! that way another thread can end any of them, on every operating system.
+//! The thread starts asynchronous operations in its own context and waits for each, so that another thread
+//! can end them on every operating system.
 class Connection
 {
 public:
-    //! Speaks HTTPS with a context for TLS, HTTP if it is null. Both arguments must outlive the connection.
+    //! Uses HTTPS with a TLS context, HTTP without one. Both arguments must outlive the connection.
     Connection(const RequestHandler& handler, boost::asio::ssl::context* tls);
 
-    //! The socket to accept into, before start.
+    //! The socket for the accepted connection, before start.
     boost::asio::ip::tcp::socket& socket() { return m_socket; }
 
     void start();
-    //! Ends the connection from any thread. What the handler still comes up with is dropped.
+    //! Ends the connection. Any thread. Drops a reply that the handler creates later.
     void cut();
     bool ended() const { return m_ended; }
     void join() { m_thread.join(); }
@@ -42,17 +42,17 @@ private:
     bool deliver(const Delivery& delivery, bool keepAlive);
     bool send(const Delivery& delivery, bool keepAlive);
     void sendHalf(const Delivery& delivery, bool keepAlive);
-    //! Sends what the stream gives, `limit` bytes at most, until its end or the connection's. Returns how
-    //! many bytes that were, or -1 if the connection is of no more use.
+    //! Sends the content of the stream, at most `limit` bytes, until its end or the end of the connection.
+    //! Returns the number of bytes, or -1 if the connection cannot be used any more.
     qint64 stream(BodyStream& body, qint64 limit);
     void waitFor(std::chrono::milliseconds time);
-    //! Answers a client that sent something else than HTTP; one that merely went away needs no answer.
+    //! Replies to a client that did not send HTTP. A client that has disconnected gets no reply.
     void complainAbout(const boost::system::error_code& error);
 
     boost::system::error_code handshake();
     boost::system::error_code write(const QByteArray& data);
     boost::system::error_code write(const boost::asio::const_buffer& buffer);
-    //! Starts an operation on whichever stream the connection has, and waits for its end.
+    //! Starts an operation on the plain or the encrypted stream and waits for its end.
     template <typename Operation>
     boost::system::error_code transfer(const Operation& operation);
     void runUntilDone();

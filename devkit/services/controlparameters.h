@@ -7,7 +7,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief What is wrong with the parameters of a request to the control path.
+//! \brief The error in the parameters of a request to the control path.
 struct ParameterError {
     QString text;
 };
@@ -15,21 +15,21 @@ struct ParameterError {
 //! The parameters of a request by name.
 using Parameters = QMap<QString, QString>;
 
-//! The request's parameters. The readers throw a ParameterError: this one if a parameter is none of `names`
-//! or stands there twice.
+//! The parameters of the request. All readers throw a ParameterError; this one throws if a parameter is not
+//! in `names` or occurs twice.
 Parameters readParameters(const HttpRequest& request, const QStringList& names);
 
-//! The parameter's text, which must not be empty; `what` tells what it should be.
+//! The text of the parameter, which must not be empty; `what` describes the expected value.
 QString readText(const Parameters& parameters, const QString& name, const QString& what);
-//! The number that `text`, the value of that parameter, tells.
+//! The number in `text`, the value of that parameter.
 qint64 readNumber(const QString& name, const QString& text, qint64 least, qint64 most, const QString& what);
-//! A parameter that is 1 for yes; 0, empty or left out for no.
+//! A flag: 1 is true; 0, empty or missing is false.
 bool readFlag(const Parameters& parameters, const QString& name);
 
-//! The names one after the other, for a sentence.
+//! The names as a list for a sentence.
 QString listed(const QStringList& names);
 
-//! Does it and says so, or tells which parameter is wrong.
+//! Runs the action and replies with its success, or with the wrong parameter.
 template <typename Action>
 HttpReply whenParametersAreRight(const Action& action, const QByteArray& report)
 {

@@ -272,7 +272,7 @@ HttpReply ControlPath::resetState(const HttpRequest& /*request*/)
     return textReply(200, "state is as in the seed\n");
 }
 
-//! The tree comes first, since projects and models are spread over its departments.
+//! Creates the tree first, because projects and models are spread over its departments.
 HttpReply ControlPath::generate(const HttpRequest& request)
 {
     const auto generate = [&] {

@@ -4,7 +4,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief The control path: what a person or a script asks of the simulator over HTTP while it runs.
+//! \brief The control path: HTTP requests with which users and scripts control the running simulator.
 class ControlPath
 {
 public:

@@ -9,21 +9,21 @@
 
 namespace NelvoDevkit {
 
-//! \brief What a connection is to do next for the body of an answer.
+//! \brief The next action of a connection for the body of a reply.
 struct BodyStep {
     enum class Kind {
-        Write, //!< sends `bytes`, then asks anew
-        Wait,  //!< waits for `time`, then asks anew
-        End,   //!< is done
-        Reset, //!< resets itself
+        Write, //!< sends `bytes`, then requests the next step
+        Wait,  //!< waits for `time`, then requests the next step
+        End,   //!< the body is complete
+        Reset, //!< resets the connection
     };
 
     Kind kind = Kind::End;
-    std::string_view bytes{}; //!< until the next step is asked for
+    std::string_view bytes{}; //!< valid until the next step is requested
     std::chrono::milliseconds time{};
 };
 
-//! \brief The body of one answer that is made while it goes out, on the connection's thread.
+//! \brief The body of one reply, created while it is sent, on the connection's thread.
 class BodyStream
 {
 public:
@@ -31,28 +31,29 @@ public:
     virtual ~BodyStream() = default;
     Q_DISABLE_COPY(BodyStream)
 
-    //! The size that the head announces. If the steps write another one, the connection isn't kept. Without
-    //! meaning where the answer is raw.
+    //! The size in the head. If the steps write another size, the connection is not kept. Unused in a raw
+    //! reply.
     virtual qint64 announcedSize() const = 0;
     virtual BodyStep next() = 0;
 };
 
-//! \brief An answer and how it goes out.
+//! \brief A reply and how it is sent.
 struct Delivery {
     enum class Manner {
         Whole,
-        Raw,      //!< the stream is the whole answer, status line and headers included
-        HalfBody, //!< the head announces the whole body, half of it follows, then the connection ends
-        Reset,    //!< nothing goes out, the connection is reset
-        Drop,     //!< nothing goes out, the connection ends
+        Raw,      //!< the stream is the whole reply, including status line and headers
+        HalfBody, //!< the head contains the size of the whole body, half of it follows, then the connection
+                  //!< ends
+        Reset,    //!< sends nothing and resets the connection
+        Drop,     //!< sends nothing and ends the connection
     };
 
     HttpReply reply;
     Manner manner = Manner::Whole;
-    std::shared_ptr<BodyStream> stream = nullptr; //!< in place of the reply's own body, if there is one
+    std::shared_ptr<BodyStream> stream = nullptr; //!< replaces the body of the reply, if set
 };
 
-//! Answers a request on the connection's thread; may take its time.
+//! Replies to a request on the connection's thread. May block.
 using RequestHandler = std::function<Delivery(const HttpRequest&)>;
 
 } // namespace NelvoDevkit

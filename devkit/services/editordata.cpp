@@ -181,7 +181,7 @@ EquipmentBindings EditorData::bindings(const QString& projectId) const
 
 QJsonObject EditorData::state() const
 {
-    // Writing much JSON takes seconds, in which the service goes on; a copy costs next to nothing.
+    // Writing much JSON takes seconds, so the lock ends before; the copy is cheap.
     std::unique_lock lock(m_mutex);
     const auto enterprises = m_enterprises;
     const auto bindingsByProject = m_bindings;

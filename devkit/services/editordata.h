@@ -13,8 +13,8 @@ class QJsonObject;
 
 namespace NelvoDevkit {
 
-//! \brief What the editor service keeps apart from its sessions: each enterprise's units, projects and
-//! models, and the equipment bound to projects. Any thread.
+//! \brief The data of the editor service without its sessions: the units, projects and models of each
+//!   enterprise, and the equipment bound to projects. Any thread.
 class EditorData
 {
 public:
@@ -22,24 +22,24 @@ public:
 
     explicit EditorData(const Seed& seed);
 
-    //! Goes back to the seed.
+    //! Restores the data of the seed.
     void reset();
-    //! Replaces the tree of every enterprise by one of that many nodes, up to ten below each, the same one
-    //! every time. Projects and models stay as they are. Zero changes nothing.
+    //! Replaces the tree of every enterprise by a generated one with that number of nodes, up to ten below
+    //! each; always the same tree. Projects and models do not change. Zero changes nothing.
     void generateTree(int nodes);
-    //! Replaces the projects of every enterprise by that many, spread over the departments of its tree. Zero
-    //! changes nothing.
+    //! Replaces the projects of every enterprise by `count` generated ones, spread over the departments of
+    //! its tree. Zero changes nothing.
     void generateProjects(int count);
-    //! Replaces the models of every enterprise and its drawings by that many of each, spread over the
-    //! departments of its tree. Zero changes nothing.
+    //! Replaces the models and the drawings of every enterprise by `count` generated ones each, spread over
+    //! the departments of its tree. Zero changes nothing.
     void generateModels(int count);
 
-    //! Whose data a client of unknown account gets: 1001, or if there is none the lowest id.
+    //! The enterprise of a client whose account is unknown: 1001, or the lowest id if 1001 does not exist.
     qint64 defaultEnterprise() const;
     QByteArray treeJson(qint64 enterpriseId) const;
-    //! In the order in which the service lists them, as are models; none if there is no such enterprise.
+    //! In the order of the service's list, like models; none if the enterprise does not exist.
     QVector<SceneProject> projects(qint64 enterpriseId) const;
-    //! Takes id, name and department; the department's name comes from the tree.
+    //! Uses id, name and department of `project`; the name of the department is that of the tree.
     Outcome addProject(qint64 enterpriseId, SceneProject project);
     Outcome renameProject(qint64 enterpriseId, const QString& id, const QString& name);
 

@@ -59,7 +59,7 @@ QJsonObject bodyObject(const HttpRequest& request)
     return QJsonDocument::fromJson(request.body).object();
 }
 
-//! Whether all these members are texts, of which the id is not empty.
+//! Whether all these members are strings, and the id is not empty.
 bool hasTexts(const QJsonObject& object, std::initializer_list<QString> names)
 {
     for (const QString& name : names) {
@@ -69,7 +69,7 @@ bool hasTexts(const QJsonObject& object, std::initializer_list<QString> names)
     return !object.value(QStringLiteral("id")).toString().isEmpty();
 }
 
-//! What follows the prefix in the request's path.
+//! The part of the request's path after the prefix.
 QString idBehind(const char* prefix, const HttpRequest& request)
 {
     return QUrl::fromPercentEncoding(request.path().mid(static_cast<int>(qstrlen(prefix))));
@@ -122,7 +122,7 @@ void EditorService::pushOut(const QString& user, const QByteArray& code)
     pushOutAll(user, code);
 }
 
-//! A client that was pushed out and has signed in anew since then is welcome again.
+//! A client that was pushed out and has signed in again is accepted.
 HttpReply EditorService::heartbeat(const HttpRequest& request)
 {
     const std::optional<SignedInClient> client = m_signIn.signedInClient(request);

@@ -13,10 +13,10 @@ struct SignedInClient;
 
 //! \brief The editor service: heartbeat, units, projects, models and equipment.
 //!
-//! It knows a client by its EDITORSESSION cookie, which the heartbeat hands to whoever comes without a
-//! valid one. Cookies know hosts and no ports, so a client that has signed in shows its JSESSIONID too:
-//! the heartbeat binds the editor session to that account and its enterprise. An account is at one place
-//! only: a further sign-in that shows up pushes the account's other editor sessions out.
+//! It identifies a client by the cookie EDITORSESSION, which the heartbeat sets for every client without a
+//! valid one. Cookies apply to hosts, not to ports, so a client that has signed in also sends its JSESSIONID:
+//! the heartbeat binds the editor session to that account and its enterprise. An account can be signed in at
+//! one place only: a later sign-in pushes the account's other editor sessions out.
 class EditorService final : public Service
 {
 public:
@@ -26,16 +26,16 @@ public:
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 
-    //! From now on refuses all present sessions of the account, with HTTP status 401 and `code` as
-    //! "infoCode". A client that signs in anew gets a new session.
+    //! Rejects all current sessions of the account from now on, with HTTP status 401 and `code` as
+    //! "infoCode". A client that signs in again gets a new session.
     void pushOut(const QString& user, const QByteArray& code = "1007");
 
 private:
     struct Session {
-        QByteArray signIn; //!< the sign-in session that it is bound to; empty if none ever showed up
+        QByteArray signIn; //!< the sign-in session that it is bound to; empty if there is none
         QString user;
         qint64 enterpriseId = 0;
-        QByteArray pushedOut; //!< why it is refused; empty while it is valid
+        QByteArray pushedOut; //!< the reason of the rejection; empty while the session is valid
     };
 
     HttpReply heartbeat(const HttpRequest& request);
@@ -50,7 +50,7 @@ private:
 
     //! The client's session, or null.
     Session* session(const HttpRequest& request);
-    //! Starts a session and hands its cookies out with the reply.
+    //! Starts a session and adds its cookies to the reply.
     Session& startSession(HttpReply& reply);
     void bind(Session& session, const SignedInClient& client);
     void pushOutAll(const QString& user, const QByteArray& code);

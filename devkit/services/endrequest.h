@@ -4,21 +4,20 @@
 
 namespace NelvoDevkit {
 
-//! \brief The request to end that a terminal or another program sends to this one.
+//! \brief A request to end, sent by a terminal or another program.
 //!
-//! On POSIX systems it is SIGINT or SIGTERM. On Windows it is Ctrl+C or Ctrl+Break, the end of the console's
-//! window or that of the user's session; the process may then take the few seconds that the system grants.
-//! One at a time.
+//! On POSIX systems SIGINT or SIGTERM. On Windows Ctrl+C, Ctrl+Break, or the end of the console window or of
+//! the user's session; in the last two cases the system grants the process a few seconds. One at a time.
 class EndRequest
 {
 public:
-    //! From here on a request doesn't end the process by itself.
+    //! From now on a request does not end the process by itself.
     EndRequest();
     ~EndRequest();
     EndRequest(const EndRequest&) = delete;
     EndRequest& operator=(const EndRequest&) = delete;
 
-    //! Blocks until there is a request, which may have come before.
+    //! Blocks until the first request, also if it was sent before.
     void wait();
 
 private:

@@ -6,13 +6,13 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! Stays to the end of the process: the system calls the handler on a thread of its own.
+//! Exists until the process ends: the system calls the handler on its own thread.
 HANDLE requested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
 
 BOOL WINAPI heed(DWORD event)
 {
     SetEvent(requested);
-    // After the other events the system ends the process as soon as this returns.
+    // For all other events the system ends the process when this function returns.
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)
         Sleep(INFINITE);
     return TRUE;

@@ -16,11 +16,11 @@ constexpr qint64 NumberSize = sizeof(quint64);
 
 using Block = std::array<char, BlockSize>;
 
-//! What every block holds but for its number, by which it begins.
+//! The content of every block, except its number at the beginning.
 const Block& pattern()
 {
     static const Block block = [] {
-        constexpr quint32 seed = 20240229; // any will do as long as it stays
+        constexpr quint32 seed = 20240229; // any constant value
         QRandomGenerator generator(seed);
         Block made{};
         std::generate(made.begin(), made.end(),
@@ -30,7 +30,7 @@ const Block& pattern()
     return block;
 }
 
-//! Copies the bytes of a block from `offset` on.
+//! Copies the bytes of a block, starting at `offset`.
 void copyBlock(qint64 number, qint64 offset, char* to, qint64 size)
 {
     std::memcpy(to, pattern().data() + offset, static_cast<std::size_t>(size));

@@ -4,9 +4,9 @@
 
 namespace NelvoDevkit {
 
-//! \brief A file of any size that is nowhere: its bytes follow from where they stand.
+//! \brief A file of any size that is stored nowhere: its bytes are computed from their positions.
 //!
-//! Read only. No two of its blocks of 64 KiB are alike, so bytes that are lost, doubled or displaced show.
+//! Read only. Blocks of 64 KiB all differ, so lost, repeated or displaced bytes are detected.
 class GeneratedFile final : public QIODevice
 {
 public:

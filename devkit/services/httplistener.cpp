@@ -51,7 +51,7 @@ public:
     RequestHandler handler;
     quint16 port = 0;
 
-    std::mutex stateMutex; // guards what follows up to the thread
+    std::mutex stateMutex; // guards the members up to the thread
     State state = State::Closed;
     asio::io_context context;
     tcp::acceptor acceptor{context};
@@ -95,7 +95,7 @@ void HttpListener::Private::stopListening()
     acceptThread.join();
 }
 
-//! Takes in connections until the acceptor is closed, which happens inside of run.
+//! Accepts connections until a task of the context closes the acceptor.
 void HttpListener::Private::accept()
 {
     while (acceptor.is_open()) {
@@ -185,7 +185,7 @@ void HttpListener::refuse()
     d->stopListening();
     d->cutConnections();
     d->state = Private::State::Refusing;
-    // A port that is bound but not listened to refuses connections, and nobody else can take it.
+    // A bound port that nobody listens on refuses connections, and no other program can use it.
     if (const error_code failure = d->bind())
         qWarning("port %d is lost: %s", d->port, failure.message().c_str());
 }

@@ -7,33 +7,32 @@
 
 namespace NelvoDevkit {
 
-//! \brief One loopback port that speaks HTTP/1.1 or HTTPS, each connection on a thread of its own.
+//! \brief One loopback port with HTTP/1.1 or HTTPS; each connection has its own thread.
 //!
-//! Every operation may be called from any thread, but bind, listen and join not while another of these
-//! three runs.
+//! Every operation may be called on any thread. bind, listen and join must not run at the same time.
 class HttpListener
 {
 public:
-    //! With a certificate the port speaks HTTPS, without one HTTP.
+    //! Uses HTTPS with a certificate, HTTP without one.
     explicit HttpListener(const std::optional<Certificate>& certificate = std::nullopt);
     ~HttpListener();
     Q_DISABLE_COPY(HttpListener)
 
-    //! Takes the port on 127.0.0.1, 0 for one that the system chooses, but does not listen yet. On
-    //! failure returns false and tells why in `error`, which must not be null; so does listen.
+    //! Binds the port on 127.0.0.1, 0 for a port that the system chooses, but does not listen yet. On failure
+    //! returns false and sets `error`, which must not be null, to the reason; listen does the same.
     bool bind(quint16 port, QString* error);
     bool listen(const RequestHandler& handler, QString* error);
-    //! The port taken, 0 before bind.
+    //! The bound port, 0 before bind.
     quint16 port() const;
 
-    //! Ends every connection; from its return to resume() the port refuses connections.
+    //! Ends all connections; the port refuses new ones until resume().
     void refuse();
     void resume();
 
-    //! Stops listening and ends every connection, for good. A handler that still runs is not waited for,
-    //! and its answer doesn't go out.
+    //! Stops listening and ends all connections. Does not wait for running handlers; their replies are not
+    //! sent.
     void close();
-    //! After close: waits for all threads, and so for handlers that still run.
+    //! After close: waits for all threads, including running handlers.
     void join();
 
 private:

@@ -8,7 +8,7 @@
 #include <QLocale>
 
 #include <algorithm>
-#include <ostream> // which status.hpp uses and does not include
+#include <ostream> // status.hpp needs it and does not include it
 
 namespace http = boost::beast::http;
 

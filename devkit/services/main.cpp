@@ -16,7 +16,7 @@ using namespace NelvoDevkit;
 
 namespace {
 
-//! What the command line asks for.
+//! The arguments of the command line.
 struct Arguments {
     ServicesOptions options;
     QString certificateFile;
@@ -53,7 +53,7 @@ void describe(QCommandLineParser& parser)
     addOption(parser, "ready-file", "file", "Write the addresses there, as JSON, once the services listen.");
 }
 
-//! Nothing if the help is asked for.
+//! Returns nothing if the arguments request the help.
 std::optional<Arguments> parseArguments()
 {
     QCommandLineParser parser;
@@ -72,7 +72,7 @@ std::optional<Arguments> parseArguments()
                      value("ready-file")};
 }
 
-//! Writes a whole file or nothing.
+//! Writes a file completely or not at all.
 void writeFile(const QString& name, const QByteArray& content)
 {
     QSaveFile file(name);
@@ -128,7 +128,7 @@ void printHint(QTextStream& out, const Services& services)
 
 void run(const Arguments& arguments)
 {
-    // Whoever waits for the file must not find that of an earlier run.
+    // A program that waits for the file must not find the file of an earlier run.
     QFile stale(arguments.readyFile);
     if (stale.exists() && !stale.remove())
         throw Failure{QStringLiteral("can't remove %1: %2").arg(stale.fileName(), stale.errorString())};

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int FanOut = 10;
 
-//! The node of that number, where the children of node n are 10n + 1 to 10n + 10.
+//! The node with that number; the children of node n are 10n + 1 to 10n + 10.
 OrgNode generatedNode(int number, int count)
 {
     OrgNode node{QStringLiteral("unit-%1").arg(number),

@@ -11,7 +11,7 @@ class QJsonObject;
 
 namespace NelvoDevkit {
 
-//! \brief A unit of an enterprise, with the units below it.
+//! \brief A unit of an enterprise, with its sub-units.
 struct OrgNode {
     enum Type { Organisation = 1, Department = 2 };
 
@@ -21,17 +21,17 @@ struct OrgNode {
     std::vector<OrgNode> children;
 };
 
-//! \brief An enterprise's tree of units, ready to be sent and to be looked up in. It never changes.
+//! \brief The tree of an enterprise's units, with its JSON and its index. Immutable.
 class OrgTree
 {
 public:
     explicit OrgTree(const OrgNode& root);
 
-    //! The answer that tells the whole tree.
+    //! The reply with the whole tree.
     const QByteArray& json() const { return m_json; }
-    //! Name of the unit, or an empty text.
+    //! Name of the unit, or an empty string.
     QString nameOf(const QString& id) const { return m_names.value(id); }
-    //! Ids of the departments, in the order in which they stand in the tree.
+    //! Ids of the departments, in the order of the tree.
     const QVector<QString>& departments() const { return m_departments; }
 
 private:
@@ -42,9 +42,9 @@ private:
     QByteArray m_json;
 };
 
-//! The small tree of an enterprise about which no more than its id and name is known.
+//! A small tree for an enterprise of which only id and name are known.
 OrgNode defaultOrganisation(qint64 enterpriseId, const QString& enterpriseName);
-//! A tree of that many nodes, at least one, up to ten below each; the same one every time.
+//! A generated tree with that number of nodes, at least one, up to ten below each; always the same tree.
 OrgNode generatedOrganisation(int nodes);
 
 } // namespace NelvoDevkit

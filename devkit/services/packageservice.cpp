@@ -18,7 +18,7 @@ constexpr char PackageType[] = "application/octet-stream";
 
 constexpr qint64 NoRange = -1;
 
-//! The offset that a header such as "bytes=100-" asks for. A range of another form asks for nothing.
+//! The offset in a header such as "bytes=100-"; NoRange for any other form.
 qint64 rangeStart(const HttpRequest& request)
 {
     const QByteArray range = request.header("Range");

@@ -6,14 +6,14 @@ namespace NelvoDevkit {
 
 class Packages;
 
-//! \brief The package server: GET of packages, whole or from an offset on.
+//! \brief The package server: GET of packages, complete or from an offset.
 class PackageService final : public Service
 {
 public:
     explicit PackageService(Packages& packages);
 
     Delivery answer(const HttpRequest& request) override;
-    //! It knows no sessions.
+    //! The service has no sessions.
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 
@@ -23,7 +23,7 @@ private:
     Packages& m_packages;
 };
 
-//! Where the package server has the package of that name.
+//! The path of the package with that name.
 QString packagePath(const QString& name);
 
 } // namespace NelvoDevkit

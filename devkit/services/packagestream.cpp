@@ -11,7 +11,7 @@ namespace {
 using End = PackageDelivery::End;
 using Kind = BodyStep::Kind;
 
-constexpr qint64 PieceSize = qint64{256} * 1024; // stays in the processor's cache on its way
+constexpr qint64 PieceSize = qint64{256} * 1024; // fits into the processor's cache
 constexpr std::chrono::milliseconds StallStep{10};
 
 } // namespace
@@ -76,7 +76,7 @@ BodyStep PackageStream::write(qint64 size)
 {
     m_piece.resize(static_cast<int>(size));
     const qint64 read = m_device->read(m_piece.data(), size);
-    if (read <= 0) // the file has shrunk
+    if (read <= 0) // the file has become shorter
         return {Kind::End, {}, {}};
     m_written += read;
     return {Kind::Write, {m_piece.constData(), static_cast<std::size_t>(read)}, {}};

@@ -9,7 +9,7 @@ class QIODevice;
 
 namespace NelvoDevkit {
 
-//! \brief The rest of a package from where the device stands, as its delivery has it.
+//! \brief Sends the rest of a package, from the device's position, according to its delivery.
 class PackageStream final : public BodyStream
 {
 public:
@@ -23,7 +23,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    //! Bytes that may go out before the delivery's end comes.
+    //! Number of bytes that may be sent before the delivery ends.
     qint64 allowance() const;
     BodyStep end() const;
     BodyStep write(qint64 size);
@@ -35,7 +35,7 @@ private:
     const qint64 m_size;
     QByteArray m_piece;
     qint64 m_written = 0;
-    Clock::time_point m_due; //!< when the next piece may go out, where they are paced
+    Clock::time_point m_due; //!< when the next paced piece may be sent
 };
 
 } // namespace NelvoDevkit

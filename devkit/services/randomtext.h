@@ -5,7 +5,7 @@
 
 namespace NelvoDevkit {
 
-//! `length` characters drawn from `alphabet`, for session ids and tickets.
+//! `length` random characters of `alphabet`, for session ids and tickets.
 inline QByteArray randomText(int length, const QByteArray& alphabet)
 {
     QByteArray text(length, Qt::Uninitialized);

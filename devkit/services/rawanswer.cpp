@@ -6,7 +6,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! \brief Sends a raw answer, repeated bytes in pieces.
+//! \brief Sends a raw reply, with the repeated bytes in pieces.
 class RawStream final : public BodyStream
 {
 public:

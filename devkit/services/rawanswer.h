@@ -6,23 +6,23 @@
 
 namespace NelvoDevkit {
 
-//! \brief An answer byte by byte, status line and headers included. It need not be HTTP.
+//! \brief A reply as bytes, including status line and headers. It need not be valid HTTP.
 struct RawAnswer {
-    //! What the connection does behind the last byte.
+    //! What happens to the connection after the last byte.
     enum class End {
         Close,
         Reset,
-        Hold, //!< stays open until the answer is replaced or removed, and closes then
+        Hold, //!< stays open until the reply is replaced or removed, then closes
     };
 
     QByteArray begin;
-    QByteArray repeated{}; //!< sent `times` times behind `begin`
+    QByteArray repeated{}; //!< sent `times` times after `begin`
     qint64 times = 0;
     QByteArray rest{}; //!< sent last
     End end = End::Close;
 };
 
-//! The delivery of such an answer. A connection that holds closes when the last owner releases `answer`.
+//! The delivery of such a reply. With Hold, the connection closes when the last owner releases `answer`.
 Delivery rawDelivery(const std::shared_ptr<const RawAnswer>& answer);
 
 } // namespace NelvoDevkit

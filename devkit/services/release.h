@@ -4,13 +4,13 @@
 
 namespace NelvoDevkit {
 
-//! \brief A release of a product, as the update service offers it.
+//! \brief A release of a product in the update service.
 struct Release {
     QString version;
     QString remarks;
     QString md5;
     qint64 size = 0;
-    QString path; //!< URL of the package; one that begins with / lies on the package server
+    QString path; //!< URL of the package; a path that begins with / is on the package server
 };
 
 } // namespace NelvoDevkit

@@ -6,18 +6,18 @@
 
 namespace NelvoDevkit {
 
-//! \brief A request and the service that it came in at.
+//! \brief A request and the service that received it.
 struct LoggedRequest : HttpRequest {
     QByteArray service; //!< "sign-in", "editor", "update" or "package"
 };
 
-//! \brief A request and what the service answered.
+//! \brief A request and its reply.
 struct Exchange {
     LoggedRequest request;
-    HttpReply reply; //!< without the body where that is made while it goes out, as a package's
+    HttpReply reply; //!< without a body that is created while it is sent, such as a package
 };
 
-//! \brief The requests that came in and, if they are to be kept, the answers to them. Any thread.
+//! \brief The received requests and, if requested, the replies. Any thread.
 class RequestLog
 {
 public:
@@ -25,10 +25,10 @@ public:
     void append(const Exchange& exchange);
     //! In the order in which they were read.
     QVector<LoggedRequest> requests() const;
-    //! The same with their answers, in the order in which these were made; none without
-    //! ServicesOptions::keepsReplies. What a fault does to the connection doesn't show.
+    //! The same with their replies, in the order of the replies; empty without ServicesOptions::keepsReplies.
+    //! Does not show what a fault does to the connection.
     QVector<Exchange> exchanges() const;
-    //! Forgets requests and answers so far.
+    //! Removes all requests and replies so far.
     void clear();
 
 private:

@@ -15,7 +15,8 @@
 #include <algorithm>
 #include <cmath>
 
-//! Resources of a static library come with it only where they are asked for, outside any namespace.
+//! Registers the resources, which a linker would drop from a static library. Must be outside of any
+//! namespace.
 static void initializeSeedResource()
 {
     Q_INIT_RESOURCE(services);
@@ -25,7 +26,7 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! What is wrong with a seed, in words that follow the file's name.
+//! The error in a seed, as text that follows the file's name.
 struct SeedError {
     QString text;
 };
@@ -40,7 +41,7 @@ QJsonArray arrayMember(const QJsonObject& object, const QString& where, const QS
     return value.toArray();
 }
 
-//! Empty if there is no such member.
+//! Empty if the member is missing.
 QJsonArray optionalArray(const QJsonObject& object, const QString& where, const QString& name)
 {
     return object.contains(name) ? arrayMember(object, where, name) : QJsonArray();
@@ -105,7 +106,7 @@ QVector<Enterprise> readMembership(const QJsonObject& account, const QString& wh
     return enterprises;
 }
 
-//! Reads the node and those below it; no id stands there twice in the whole tree.
+//! Reads the node and its descendants. Each id may occur once in the whole tree.
 OrgNode readOrgNode(const QJsonValue& value, const QString& where, QSet<QString>& ids)
 {
     const QString list = QStringLiteral("children");
@@ -144,7 +145,7 @@ double coordinate(const QJsonObject& object, const QString& where, const QString
     return value.toDouble();
 }
 
-//! The id of the unit that owns what stands there.
+//! The id of the unit that owns the project or model.
 QString unitMember(const QJsonObject& object, const QString& where, const OrgTree& tree)
 {
     QString id = textMember(object, where, QStringLiteral("deptId"));
@@ -186,7 +187,7 @@ QVector<SceneProject> readProjects(const QJsonObject& enterprise, const QString&
     return projects;
 }
 
-//! The model or drawing, whose name stands under that key.
+//! The model or drawing, with its name under `nameKey`.
 BimModel readModel(const QJsonObject& object, const QString& where, const QString& nameKey,
                    const OrgTree& tree)
 {
@@ -226,7 +227,7 @@ ModelLists readModelLists(const QJsonObject& enterprise, const QString& where, c
             readModels(enterprise, where, QStringLiteral("dwgModels"), QStringLiteral("dwgName"), tree)};
 }
 
-//! What the editor service keeps, of the enterprises that readEnterprises has found in order.
+//! The data of the editor service for the enterprises of readEnterprises, in their order.
 std::vector<EnterpriseHoldings> readHoldings(const QJsonObject& root, const Enterprises& known)
 {
     const QString list = QStringLiteral("enterprises");
@@ -244,7 +245,7 @@ std::vector<EnterpriseHoldings> readHoldings(const QJsonObject& root, const Ente
     return holdings;
 }
 
-//! Packs the files, whose texts stand under their names.
+//! Packs the files, whose contents are under their names.
 QByteArray packFiles(const QJsonObject& files, const QString& where)
 {
     QVector<PackageEntry> entries;
@@ -257,7 +258,7 @@ QByteArray packFiles(const QJsonObject& files, const QString& where)
     return std::move(*package);
 }
 
-//! Packs the release's own package and tells the release about it.
+//! Packs the package of the release and sets its address, size and MD5.
 void readPackage(const QJsonObject& object, const QString& where, Release& release,
                  QMap<QString, QByteArray>& packages)
 {
@@ -269,7 +270,7 @@ void readPackage(const QJsonObject& object, const QString& where, Release& relea
     packages.insert(name, content);
 }
 
-//! A release whose package is made of "files", or lies at "path" with that size and MD5.
+//! A release with a package from "files", or with one at "path" with that size and MD5.
 Release readRelease(const QJsonObject& object, const QString& where, QMap<QString, QByteArray>& packages)
 {
     Release release;
@@ -285,7 +286,7 @@ Release readRelease(const QJsonObject& object, const QString& where, QMap<QStrin
     return release;
 }
 
-//! What the update service and the package server have; nothing if the seed has no "updates".
+//! The data of the update service and the package server; none if the seed has no "updates".
 void readUpdates(const QJsonObject& root, Seed& seed)
 {
     const QString updates = QStringLiteral("updates");

@@ -24,7 +24,7 @@ struct Account {
     QVector<Enterprise> enterprises;
 };
 
-//! \brief What the editor service keeps of an enterprise.
+//! \brief The editor service's data of an enterprise.
 struct EnterpriseHoldings {
     qint64 enterpriseId = 0;
     OrgNode organisation;
@@ -32,20 +32,20 @@ struct EnterpriseHoldings {
     ModelLists models;
 };
 
-//! \brief Who may sign in, where they belong, and what there is.
+//! \brief The accounts, the enterprises and their data.
 struct Seed {
     QVector<Account> accounts;
     std::vector<EnterpriseHoldings> holdings; //!< one for each enterprise
-    QString updateToken;                      //!< lets one ask for releases; empty if nothing does
+    QString updateToken;                      //!< authorises requests for releases; empty if none does
     QMap<QString, Release> releases;          //!< by product
     QMap<QString, QByteArray> packages;       //!< by name
 
-    //! The account of that user name, or null.
+    //! The account with that user name, or null.
     const Account* find(const QString& user) const;
 };
 
-//! Reads a seed file; with an empty name the one that comes with the simulator. On failure returns
-//! nothing and tells in `error`, which must not be null, what is wrong with which file.
+//! Reads a seed file; with an empty name the built-in one. On failure returns nothing and sets `error`, which
+//! must not be null, to the file and the reason.
 std::optional<Seed> loadSeed(const QString& fileName, QString* error);
 
 } // namespace NelvoDevkit

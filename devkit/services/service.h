@@ -8,7 +8,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief What one of the simulated services does, apart from faults. Any thread.
+//! \brief The behaviour of one simulated service, without faults. Any thread.
 class Service
 {
 public:
@@ -17,14 +17,14 @@ public:
     Q_DISABLE_COPY(Service)
 
     virtual Delivery answer(const HttpRequest& request) = 0;
-    //! Forgets the session of the client that sent the request.
+    //! Drops the session of the client that sent the request.
     virtual void forgetSession(const HttpRequest& request) = 0;
-    //! Forgets every session and whatever else a restarted server would not know.
+    //! Drops every session and everything else that a restarted server has lost.
     virtual void forgetSessions() = 0;
 };
 
-//! \brief Which member function of a service answers a method on a path. A path that ends in * stands for
-//! all that begin with what is before it.
+//! \brief The member function of a service for a method and a path. A path that ends with * matches all paths
+//!   with the part before it.
 template <typename Target, typename Result = HttpReply>
 struct Route {
     QByteArray method;
@@ -37,7 +37,7 @@ inline bool isPathOf(const QByteArray& pattern, const QByteArray& path)
     return pattern.endsWith('*') ? path.startsWith(pattern.chopped(1)) : path == pattern;
 }
 
-//! The answer of the route that fits the request, or 404 or 405 if there is none.
+//! The reply of the matching route; 404 or 405 without one.
 template <typename Target, typename Result>
 Result dispatch(Target& target, const std::vector<Route<Target, Result>>& routes, const HttpRequest& request)
 {

@@ -15,11 +15,11 @@ namespace NelvoDevkit {
 
 namespace {
 
-//! A service behind its port.
+//! A service with its port.
 struct Port {
     QByteArray name;
     Service& service;
-    quint16 number; //!< as ordered; 0 lets the system choose
+    quint16 number; //!< as requested; 0 lets the system choose
     HttpListener listener;
 };
 
@@ -60,13 +60,13 @@ public:
     }
 
     const ServicesOptions options;
-    QString error; //!< why start fails, if that is known beforehand
+    QString error; //!< why start fails, if it is known already
     const Seed seed{loadSeed(options.seedFile, &error).value_or(Seed())};
     const std::optional<Certificate> certificate{options.https ? makeCertificate() : std::nullopt};
 
     RequestLog log;
     FaultBook faults;
-    //! Keeps a Refuse that strikes and the removal of all faults from crossing each other.
+    //! Prevents a Refuse and the removal of all faults from running at the same time.
     std::mutex refusal;
 
     mutable std::mutex answersMutex;
@@ -97,7 +97,7 @@ Services::Private::Private(Services& services, const ServicesOptions& options)
         error = QStringLiteral("can't make a certificate");
 }
 
-//! Binds the ports and passes to each service the addresses that its replies contain.
+//! Binds the ports and sets the addresses that the services' replies contain.
 bool Services::Private::bind(QString* error)
 {
     const auto binds = [error](Port* port) { return port->listener.bind(port->number, error); };
@@ -209,8 +209,8 @@ bool Services::start(QString* error)
     return true;
 }
 
-//! The control path goes first, so that it adds no fault under which a request would wait again; the
-//! connections are cut before the waiting requests wake up, so that no answer of theirs goes out.
+//! Stops the control path first, so that it adds no fault that would make a request wait again. Ends the
+//! connections before the waiting requests continue, so that none of them is replied to.
 void Services::stop()
 {
     d->controlListener.close();

@@ -11,7 +11,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief How the services are started.
+//! \brief The options of the services.
 struct ServicesOptions {
     //! Ports on 127.0.0.1; 0 lets the system choose.
     quint16 signInPort = 0;
@@ -19,30 +19,30 @@ struct ServicesOptions {
     quint16 updatePort = 0;
     quint16 packagePort = 0;
     quint16 controlPort = 0;
-    //! JSON file with accounts, enterprises and releases; empty for the one that comes with the simulator.
+    //! JSON file with accounts, enterprises and releases; empty for the built-in one.
     QString seedFile;
-    //! The services speak HTTPS with a certificate of their own. The control path always speaks HTTP.
+    //! The services use HTTPS with their own certificate. The control path always uses HTTP.
     bool https = false;
-    //! Keeps the answers as well as the requests, for RequestLog::exchanges.
+    //! Stores the replies as well as the requests, for RequestLog::exchanges.
     bool keepsReplies = false;
 };
 
-//! \brief The simulated services: sign-in, editor, update and package server, each on its own loopback
-//! port, and a control path.
+//! \brief The simulated services: sign-in, editor, update and package server, each on its own loopback port,
+//!   and a control path.
 //!
-//! Runs on threads of its own; every operation may be called from any thread, those of its parts too. A test
-//! starts one, points the plug-in at signInUrl and looks at log() afterwards.
+//! Has its own threads; every operation, also of its parts, may be called on any thread. A test starts an
+//! object, uses signInUrl as the plug-in's address and reads log() afterwards.
 class Services
 {
 public:
-    //! Reads the seed. What is wrong with it is a failure of start.
+    //! Reads the seed. If this fails, start fails.
     explicit Services(const ServicesOptions& options = {});
     ~Services();
     Q_DISABLE_COPY(Services)
 
-    //! Starts listening. On failure returns false and says why in `error`.
+    //! Starts listening. On failure returns false and sets `error` to the reason.
     bool start(QString* error = nullptr);
-    //! Ends every connection, stalled ones too, and stops listening. The destructor does it as well.
+    //! Ends every connection, including stalled ones, and stops listening. The destructor does the same.
     void stop();
 
     //! Base addresses with scheme and port, without a trailing slash.
@@ -51,10 +51,10 @@ public:
     QString updateUrl() const;
     QString packageUrl() const;
     QString controlUrl() const;
-    //! The certificate of an HTTPS server in PEM form; empty without `https`.
+    //! The certificate of the HTTPS services in PEM form; empty without `https`.
     QByteArray certificatePem() const;
 
-    // The parts live as long as this object, and may be used before start and after stop.
+    // The parts exist as long as this object, and may be used before start and after stop.
 
     SignInService& signIn() const;
     EditorService& editor() const;
@@ -62,31 +62,31 @@ public:
     EditorData& editorData() const;
     UpdateService& updates() const;
     Packages& packages() const;
-    //! Requests to the services so far. The control path's own are not among them.
+    //! The requests to the services so far, without those to the control path.
     RequestLog& log() const;
-    //! The rules in force. addFault and clearFaults change them.
+    //! The active rules. addFault and clearFaults change them.
     const FaultBook& faults() const;
 
     void addFault(const FaultRule& rule);
-    //! Removes all faults, lets stalled requests go on and listens again after Refuse.
+    //! Removes all faults, continues stalled requests and listens again after Refuse.
     void clearFaults();
 
-    //! Answers `method` `path` with `reply` from now on, whoever asks.
+    //! Replies to `method` `path` with `reply` from now on.
     void setReply(const QByteArray& method, const QString& path, const HttpReply& reply);
-    //! The same, byte by byte, for answers that no sound server gives.
+    //! The same with raw bytes, for replies that no correct server sends.
     void setRawAnswer(const QByteArray& method, const QString& path, const RawAnswer& answer);
-    //! Takes both kinds back. Connections that hold under a raw answer close.
+    //! Removes both kinds of replies. Connections that a raw reply holds open close.
     void clearReplies();
 
-    //! Forgets every session and login ticket, as a restarted server does. Projects and bindings stay.
+    //! Drops all sessions and login tickets, as a restart of the server does. Projects and bindings remain.
     void forgetSessions();
-    //! Brings organisation trees, projects, models, drawings, bindings and releases back to the seed.
-    //! Sessions and packages stay.
+    //! Restores organisation trees, projects, models, drawings, bindings and releases of the seed. Sessions
+    //! and packages remain.
     void resetState();
 
-    //! Address of the package of that name, whether there is one or not.
+    //! Address of the package with that name, whether or not it exists.
     QString packageUrl(const QString& name) const;
-    //! A release with the address, the size and the MD5 of that package, which is read whole for it.
+    //! A release with address, size and MD5 of that package. Reads the whole package.
     Release packageRelease(const QString& name, const QString& version, const QString& remarks) const;
 
 private:

@@ -5,15 +5,15 @@
 
 namespace NelvoDevkit {
 
-//! \brief What the hidden inputs of a form page hold.
+//! \brief The hidden inputs of a form page.
 struct FormValues {
     QByteArray ticket;    //!< the login ticket, "lt"
     QByteArray execution; //!< the flow execution key
 };
 
-//! The sign-in form. A `message` that is not empty stands in it as an error.
+//! The sign-in form. Shows a non-empty `message` as an error.
 QByteArray formPage(const FormValues& values, const QString& message = {});
-//! The page that welcomes a user.
+//! The page after a successful sign-in.
 QByteArray successPage(const QString& user);
 
 } // namespace NelvoDevkit

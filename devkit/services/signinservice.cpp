@@ -30,7 +30,7 @@ QByteArray ticket(const QByteArray& kind, int number, int randomLength)
     return kind + '-' + QByteArray::number(number) + '-' + randomId(randomLength) + "-cas01.example.org";
 }
 
-//! The fields of a posted form; none if the request doesn't say that its body is one.
+//! The fields of a posted form; none if the request has another content type.
 QUrlQuery formFields(const HttpRequest& request)
 {
     if (!request.header("Content-Type").toLower().startsWith("application/x-www-form-urlencoded"))
@@ -136,7 +136,7 @@ HttpReply SignInService::showForm(const HttpRequest& request)
 HttpReply SignInService::takeForm(const HttpRequest& request)
 {
     const QUrlQuery fields = formFields(request);
-    // A ticket is used up by the first attempt, also by one that fails.
+    // The first attempt uses up a ticket, even if it fails.
     if (m_loginTickets.erase(field(fields, QStringLiteral("lt")).toUtf8()) == 0)
         return form(QStringLiteral("登录票据无效或已过期，请重新登录。"));
     const Account* account = authenticate(fields);
@@ -215,7 +215,7 @@ HttpReply SignInService::form(const QString& message)
     return htmlReply(formPage(values, message));
 }
 
-//! The client gets a new session, so that no id known from before the sign-in is worth anything.
+//! The client gets a new session, so that no session id from before the sign-in is valid.
 HttpReply SignInService::signIn(const HttpRequest& request, const Account& account)
 {
     m_sessions.erase(cookie(request, SessionCookie));

@@ -15,22 +15,22 @@ namespace NelvoDevkit {
 
 //! \brief A client that has signed in.
 struct SignedInClient {
-    QByteArray session; //!< its id, another one after each sign-in
+    QByteArray session; //!< session id; a new one after each sign-in
     QString user;
-    std::optional<qint64> enterpriseId; //!< once the session is bound to one
+    std::optional<qint64> enterpriseId; //!< set when the session is bound to an enterprise
 };
 
-//! \brief The sign-in service: a login form with one-time tickets, and what a signed-in client may ask.
+//! \brief The sign-in service: a form with one-time tickets, and the requests of signed-in clients.
 //!
-//! A client is known by its JSESSIONID cookie. Whoever asks for anything under /rs/ without being signed
-//! in is sent to the form.
+//! It identifies a client by its cookie JSESSIONID. It redirects a request below /rs/ to the form if the
+//! client has not signed in.
 class SignInService final : public Service
 {
 public:
     explicit SignInService(const Seed& seed);
 
-    //! The base addresses, without a trailing slash, of this service and of the editor service. They must be
-    //! set before the first request.
+    //! Sets the base addresses, without a trailing slash, of this service and of the editor service. Call it
+    //! before the first request.
     void setAddresses(const QString& ownUrl, const QString& editorUrl);
 
     Delivery answer(const HttpRequest& request) override;
@@ -39,7 +39,7 @@ public:
 
     //! Names of the accounts.
     QStringList users() const;
-    //! The client that sent the request, to this or to another service, if it is signed in.
+    //! The client that sent the request, to this or another service, if it has signed in.
     std::optional<SignedInClient> signedInClient(const HttpRequest& request) const;
 
 private:
@@ -64,9 +64,9 @@ private:
     //! The client's session, or null.
     Session* session(const HttpRequest& request);
     bool isSignedIn(const HttpRequest& request);
-    //! Starts a session and hands its cookie out with the reply.
+    //! Starts a session and adds its cookie to the reply.
     Session& startSession(HttpReply& reply);
-    //! The account that the form's fields name with its right password, or null.
+    //! The account with the user name and password of the form's fields, or null.
     const Account* authenticate(const QUrlQuery& fields) const;
 
     const Seed m_seed;
@@ -75,7 +75,7 @@ private:
 
     mutable std::mutex m_mutex;
     std::map<QByteArray, Session> m_sessions;
-    std::set<QByteArray> m_loginTickets; // handed out and not yet used
+    std::set<QByteArray> m_loginTickets; // issued and not used yet
     int m_ticketCount = 0;
 };
 

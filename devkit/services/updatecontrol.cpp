@@ -107,7 +107,7 @@ HttpReply UpdateControl::listReleases(const HttpRequest& /*request*/)
     return indentedReply(QJsonDocument(list));
 }
 
-//! A package of the package server tells its address, size and MD5; what is given beside it goes first.
+//! A package of the package server provides address, size and MD5; parameters replace them.
 HttpReply UpdateControl::setRelease(const HttpRequest& request)
 {
     const auto set = [&] {

@@ -6,7 +6,7 @@ namespace NelvoDevkit {
 
 class Services;
 
-//! \brief The part of the control path that is about releases and packages.
+//! \brief The part of the control path for releases and packages.
 class UpdateControl
 {
 public:
@@ -21,7 +21,7 @@ private:
     HttpReply addPackage(const HttpRequest& request);
     HttpReply setDelivery(const HttpRequest& request);
 
-    //! The package that the text names, which must be there.
+    //! The package with that name. Throws a ParameterError if it does not exist.
     QString knownPackage(const QString& name) const;
 
     Services& m_services;

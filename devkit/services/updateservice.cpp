@@ -77,7 +77,7 @@ void UpdateService::reset()
     m_releases = m_seed;
 }
 
-//! The client says which version it has, and compares by itself.
+//! Accepts any version of the client: the client compares the versions.
 HttpReply UpdateService::findLatest(const HttpRequest& request)
 {
     const QString productId = parameter(request, QStringLiteral("productId"));

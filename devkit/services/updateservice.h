@@ -7,7 +7,7 @@
 
 namespace NelvoDevkit {
 
-//! \brief The update service: which release of a product is the latest one.
+//! \brief The update service, which knows the latest release of each product.
 class UpdateService final : public Service
 {
 public:
@@ -17,17 +17,17 @@ public:
     void setPackageUrl(const QString& url);
 
     Delivery answer(const HttpRequest& request) override;
-    //! It knows no sessions.
+    //! The service has no sessions.
     void forgetSession(const HttpRequest& request) override;
     void forgetSessions() override;
 
-    //! The access token with which one may ask for releases.
+    //! The access token that requests for releases need.
     QString token() const { return m_token; }
-    //! From now on this is the product's latest release.
+    //! Sets the product's latest release.
     void setRelease(const QString& productId, const Release& release);
-    //! The releases in offer by product, with whole URLs.
+    //! The releases by product, with complete URLs.
     QMap<QString, Release> releases() const;
-    //! Goes back to the seed.
+    //! Restores the data of the seed.
     void reset();
 
 private:

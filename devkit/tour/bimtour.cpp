@@ -31,7 +31,7 @@ QStringList texts(const QVector<QQuickItem*>& items, const char* property)
     return found;
 }
 
-//! The row of the dialog that shows that model, or null.
+//! The row of the dialog with that model, or null.
 QQuickItem* rowOf(const QString& model)
 {
     for (QQuickItem* name : UserInput::findItems(QStringLiteral("nameText"))) {
@@ -104,7 +104,7 @@ void BimTour::departmentChosen()
 
 void BimTour::search()
 {
-    m_ui.press(QStringLiteral("bimButton")); // opening it once more shows all again
+    m_ui.press(QStringLiteral("bimButton")); // opening it again shows all models again
     awaitRows(m_simulator.modelNames());
     m_ui.awaitText(QStringLiteral("orgCheck"), "deptName", QStringLiteral("所有工程"));
     m_ui.fill(QStringLiteral("searchBox"), "text", QStringLiteral("bim"));
@@ -121,7 +121,7 @@ void BimTour::download()
     const QQuickItem* const model = m_ui.awaitItem(QStringLiteral("model"));
     m_ui.await([model] { return model->property("percent").toInt() > 30; },
                QStringLiteral("a download under way"));
-    // Rendered at once and not grabbed: the download goes on while the screen catches up.
+    // Grabs the window instead of the screen: the download continues while the screen is updated.
     m_ui.save(model->window()->grabWindow());
 }
 
@@ -145,7 +145,7 @@ void BimTour::mainProject()
     m_ui.press(QStringLiteral("mainProjectButton"));
     m_ui.awaitItem(QStringLiteral("completionCheck"));
     m_ui.awaitItem(QStringLiteral("outlineButton"));
-    // The main project does not have it yet.
+    // The main project does not have the model yet.
     pressInRow(QStringLiteral("downloadButton"), Civil);
     awaitText(QStringLiteral("errorText"), {});
     awaitModels({Civil, Civil});
@@ -226,7 +226,7 @@ void BimTour::deviceCleared()
 void BimTour::pdsProjects()
 {
     m_ui.click(QStringLiteral("pdsButton"), "modelName", Civil);
-    // The drawing and what was imported from elsewhere are no PDS projects.
+    // The drawing and the imported model are no PDS projects.
     const QStringList expected{QStringLiteral("地下室"), QStringLiteral("裙房"), QStringLiteral("塔楼")};
     m_ui.await([&] { return texts(UserInput::findItems(QStringLiteral("pdsProject")), "text") == expected; },
                expected.join(QStringLiteral(", ")));
@@ -269,7 +269,7 @@ void BimTour::visit(const QString& station, void (BimTour::*what)())
     (this->*what)();
 }
 
-//! Waits until the dialog's list has those models; rows out of sight need not exist.
+//! Waits until the dialog's list has those models. Rows outside of the view need not exist.
 void BimTour::awaitRows(const QStringList& names) const
 {
     m_ui.await(
@@ -302,14 +302,14 @@ void BimTour::awaitModels(const QStringList& names) const
                QStringLiteral("imported: ") + names.join(QStringLiteral(", ")));
 }
 
-//! Waits until that many downloads and conversions are done.
+//! Waits until that number of downloads and conversions is complete.
 void BimTour::awaitFinished(int count) const
 {
     m_ui.await([&] { return modelData("percent").count(QStringLiteral("100")) == count; },
                QStringLiteral("%1 downloads and conversions done").arg(count));
 }
 
-//! What the host's list of models has in that role.
+//! The values of that role in the host's list of models.
 QStringList BimTour::modelData(const QByteArray& role) const
 {
     const QQuickItem* const list = m_ui.awaitItem(QStringLiteral("models"));

@@ -11,16 +11,16 @@ namespace NelvoDevkit {
 class TourSimulator;
 class UiDriver;
 
-//! \brief The stations of the tour that deal with BIM models: the plug-in's dialogs, what the host makes of
-//! the choices there, the component panel, PDS projects and the web channel. What the lists must hold is
-//! asked of the simulator.
+//! \brief The stations of the tour with BIM models: the plug-in's dialogs, the host's imports, the component
+//!   panel, PDS projects and the web channel. The simulator provides the expected content of the lists.
 class BimTour
 {
 public:
-    //! Neither is owned.
+    //! Owns none of its arguments.
     BimTour(UiDriver& ui, TourSimulator& simulator);
 
-    //! Begins and ends with the host's window signed in as `zhangwei`, another project than a main one open.
+    //! Begins and ends with the host's window, signed in as `zhangwei`, with another project than a main
+    //! project.
     void walk();
 
 private:

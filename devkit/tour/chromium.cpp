@@ -34,7 +34,7 @@ Chromium::~Chromium()
         m_process.kill();
         m_process.waitForFinished(PatienceMs);
     }
-    // Its helper processes may still be writing there for a moment.
+    // The browser's helper processes may still write there for a moment.
     if (!QTest::qWaitFor([this] { return m_profile.remove(); }, PatienceMs))
         qWarning("%s stays behind", qPrintable(m_profile.path()));
 }
@@ -57,7 +57,7 @@ QString Chromium::error() const
 bool Chromium::start(const QUrl& url)
 {
     auto environment = QProcessEnvironment::systemEnvironment();
-    // So that all it writes goes with the profile.
+    // All its files are deleted with the profile.
     environment.insert(QStringLiteral("TMPDIR"), m_profile.path());
     m_process.setProcessEnvironment(environment);
     m_process.setStandardOutputFile(QProcess::nullDevice());
@@ -82,7 +82,7 @@ bool Chromium::attach(const QUrl& url)
            fail(QStringLiteral("Chromium does not let anyone look"));
 }
 
-//! Where the page's debugging protocol is spoken; empty until the browser has the page.
+//! The address of the page's debugging protocol; empty until the browser has loaded the page.
 QUrl Chromium::pageSocket(const QUrl& url)
 {
     const QUrl list = pageList();
@@ -99,7 +99,7 @@ QUrl Chromium::pageSocket(const QUrl& url)
     return {};
 }
 
-//! Chromium chooses a port and says which one.
+//! Chromium chooses a port and prints it.
 QUrl Chromium::pageList()
 {
     m_log += m_process.readAllStandardError();
@@ -132,7 +132,7 @@ QImage Chromium::picture()
     return QImage::fromData(QByteArray::fromBase64(data.toLatin1()));
 }
 
-//! The result of a call to the page; empty if none comes.
+//! The result of a call to the page; empty without one.
 QJsonObject Chromium::call(const QString& method, const QJsonObject& parameters)
 {
     const int id = ++m_lastId;

@@ -10,25 +10,25 @@ class QImage;
 
 namespace NelvoDevkit {
 
-//! \brief A headless Chromium with one page, looked into by its debugging protocol.
+//! \brief A headless Chromium with one page, read through its debugging protocol.
 //!
-//! That way one waits for what the page shows, where a dump of the page comes as early as the browser likes.
-//! Each operation spins the event loop until the browser has answered, for half a minute at most. The
-//! browser ends with this object.
+//! With the protocol the tour can wait for the page's content; a dump of the page would be taken too early.
+//! Each operation processes events until the browser has replied, for at most half a minute. The destructor
+//! ends the browser.
 class Chromium
 {
 public:
     ~Chromium();
 
-    //! Whether this machine has the browser.
+    //! Whether the browser is installed on this machine.
     static bool isInstalled();
 
-    //! Opens the page and returns once it can be looked into, or tells why it can't.
+    //! Opens the page and waits until it can be read. Returns false on failure; error() is the reason.
     bool open(const QUrl& url);
     QString error() const;
-    //! The page as it stands now; empty if the browser does not tell.
+    //! The current content of the page; empty if the browser does not reply.
     QString dom();
-    //! What the page looks like now; null if the browser does not tell.
+    //! The current picture of the page; null if the browser does not reply.
     QImage picture();
 
 private:

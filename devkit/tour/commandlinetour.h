@@ -4,8 +4,8 @@ namespace NelvoDevkit {
 
 class UiDriver;
 
-//! Visits a host that another program has started with its sign-in: no login window, the enterprise of the
-//! account in the host's window.
+//! Visits a host with a sign-in from the command line: no login window, and the account's enterprise in the
+//! host's window.
 void visitCommandLine(UiDriver& ui);
 
 } // namespace NelvoDevkit

@@ -14,7 +14,7 @@ namespace NelvoDevkit {
 namespace {
 
 constexpr int EndMs = 30000;
-//! The accounts of this host are not those of the other one.
+//! The other host has its own accounts.
 const auto AccountCache = QStringLiteral("loginchache.json");
 
 } // namespace

@@ -6,19 +6,19 @@
 
 namespace NelvoDevkit {
 
-//! \brief A second reference host, signed in by itself: a process of its own, with a copy of this one's
-//! application folder. Ends with this object.
+//! \brief A second reference host with a sign-in from the command line: a separate process with a copy of
+//!   this application folder. The destructor ends it.
 class OtherHost
 {
 public:
     ~OtherHost();
 
-    //! Starts it. On failure returns false and tells why in `error`.
+    //! Starts the host. On failure returns false and sets `error` to the reason.
     bool start(const QString& user, const QString& password, QString* error);
-    //! Whether it has told that somebody is signed in.
+    //! Whether the host has printed that a user is signed in.
     bool isSignedIn();
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
-    //! What it has written so far.
+    //! The output of the host so far.
     QString output() const { return QString::fromLocal8Bit(m_output); }
 
 private:

@@ -21,9 +21,9 @@ const auto Department = QStringLiteral("结构设计所");
 const auto LocalList = QStringLiteral("localProjects");
 const auto ServerList = QStringLiteral("serverProjects");
 const auto SceneId = QStringLiteral("scene-1001-01");
-constexpr int OtherHostMs = 120000; // a whole program starts and signs in
+constexpr int OtherHostMs = 120000; // a program starts and signs in
 
-//! The names that a view's model has, in its order.
+//! The names in a view's model, in its order.
 QStringList names(const QQuickItem* view)
 {
     const auto* const model = view->property("model").value<QAbstractItemModel*>();
@@ -65,7 +65,7 @@ void ProjectTour::organisationTree()
     const QQuickItem* const tree = m_ui.awaitItem(QStringLiteral("orgTree"));
     m_ui.await([&] { return names(tree) == all; }, QStringLiteral("the simulator's tree"));
 
-    // An organisation folds with a click, and then without its five units.
+    // A click collapses an organisation and hides its five units.
     const auto folding = QStringLiteral("设计总院");
     m_ui.click(QStringLiteral("orgUnit"), "unitName", folding);
     m_ui.await([&] { return names(tree).size() == all.size() - 5; }, QStringLiteral("a folded unit"));
@@ -172,7 +172,7 @@ void ProjectTour::smallestWindow()
     m_ui.await([&] { return window->size() == before; }, QStringLiteral("the window as it was"));
 }
 
-//! The watch looks every ten seconds.
+//! The session watch sends a request every ten seconds.
 void ProjectTour::pushedOut()
 {
     OtherHost other;
@@ -183,7 +183,7 @@ void ProjectTour::pushedOut()
     m_ui.require(other.isSignedIn(), QStringLiteral("the other host signed in: ") + other.output());
     m_ui.awaitText(QStringLiteral("notice"), "text", QStringLiteral("您的帐号在另一地点登录，您被迫下线"));
     m_ui.awaitLogLine(QStringLiteral("IMessageObserver::OnMessageFirst: 您的帐号在另一地点登录，您被迫下线"));
-    // Where no window manager runs, the other host's window is in front.
+    // Without a window manager, the other host's window is in front.
     m_ui.awaitItem(ServerList)->window()->raise();
     takePicture();
 }
@@ -228,7 +228,7 @@ void ProjectTour::awaitProjects(const QString& list, const QStringList& expected
                QStringLiteral("%1: %2").arg(list, expected.join(QStringLiteral(", "))));
 }
 
-//! Waits until nothing is being done.
+//! Waits until no operation runs.
 void ProjectTour::awaitQuiet() const
 {
     m_ui.awaitText(QStringLiteral("activity"), "text", {});

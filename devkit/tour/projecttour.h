@@ -8,15 +8,15 @@ namespace NelvoDevkit {
 class TourSimulator;
 class UiDriver;
 
-//! \brief The stations of the tour that deal with the enterprise's projects, up to the push-out by a second
-//! host. What an upload did is asked of the simulator.
+//! \brief The stations of the tour with the enterprise's projects, up to the push-out by a second host. The
+//!   simulator provides the results of uploads.
 class ProjectTour
 {
 public:
-    //! Neither is owned.
+    //! Owns none of its arguments.
     ProjectTour(UiDriver& ui, TourSimulator& simulator);
 
-    //! Begins and ends with the host's window signed in as `zhangwei`.
+    //! Begins and ends with the host's window, signed in as `zhangwei`.
     void walk();
 
 private:

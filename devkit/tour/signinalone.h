@@ -4,13 +4,13 @@
 
 namespace NelvoDevkit {
 
-//! The line that signInAlone prints after the sign-in.
+//! signInAlone prints this line after the sign-in.
 inline constexpr char SignedInLine[] = "tour: signed in";
 
-//! \brief Signs in through the login window that is open, and leaves the host to itself.
+//! \brief Signs in through the open login window and then does nothing more.
 //!
-//! `account` is a user and a password with a colon between them. Call it from the event loop. Ends the
-//! application with status 1 if the sign-in fails.
+//! `account` is a user and a password separated by a colon. Call it from the event loop. Ends the application
+//! with status 1 if the sign-in fails.
 void signInAlone(const QString& account);
 
 } // namespace NelvoDevkit

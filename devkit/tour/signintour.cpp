@@ -18,7 +18,7 @@ namespace {
 
 const auto ForeignProject = QStringLiteral("Lake gauge");
 
-//! An address on this machine where nobody listens.
+//! An address on this machine at which no program listens.
 QString deadAddress()
 {
     QTcpServer server;
@@ -126,7 +126,7 @@ void SignInTour::progress()
     const QQuickItem* const bar = m_ui.awaitItem(QStringLiteral("progress"));
     m_ui.await([bar] { return bar->property("value").toDouble() > 0.35; },
                QStringLiteral("the bar past a third"));
-    // Rendered at once and not grabbed: the page would go on while the screen catches up.
+    // Grabs the window instead of the screen: the page would continue while the screen is updated.
     m_ui.save(bar->window()->grabWindow());
 }
 
@@ -144,7 +144,7 @@ void SignInTour::hostWindow()
     m_ui.takePicture(m_ui.awaitItem(QStringLiteral("enterprise"))->window());
 }
 
-//! It belongs to this enterprise and has to go when another one is entered.
+//! The project belongs to this enterprise and must disappear when another one is entered.
 void SignInTour::createLocalProject()
 {
     m_ui.click(QStringLiteral("orgUnit"), "unitName", QStringLiteral("水文监测处"));
@@ -188,7 +188,7 @@ void SignInTour::log()
     };
     m_ui.await([&] { return count(QStringLiteral("ILoginObserver::OnLoginSucceeded")) == 2; },
                QStringLiteral("two successes in the log"));
-    // The unreachable address and the wrong password; what the form itself refuses is no attempt.
+    // The unreachable address and the wrong password; an error that the form detects is no attempt.
     m_ui.await([&] { return count(QStringLiteral("ILoginObserver::OnLoginFailed")) == 2; },
                QStringLiteral("two failures in the log"));
     const QString dropped =
@@ -202,7 +202,7 @@ void SignInTour::observerCalls()
 {
     m_ui.click(QStringLiteral("logFilter1"));
     const QQuickItem* const list = m_ui.awaitItem(QStringLiteral("logList"));
-    // Two failures; and of each success the call itself, the question for the web channel, and the list.
+    // Two failures; and for each success the call itself, the call for the web channel, and the list.
     m_ui.await([list] { return list->property("count").toInt() == 8; },
                QStringLiteral("the eight calls alone"));
     m_ui.click(QStringLiteral("copyButton"));
@@ -215,8 +215,8 @@ void SignInTour::observerCalls()
     m_ui.takePicture(list->window());
 }
 
-//! Presses the button and waits for `message`. The line hides itself after a moment: on a busy machine
-//! perhaps before it is pictured, and then the button is pressed once more.
+//! Presses the button and waits for `message`. The message disappears after a moment, on a busy machine
+//! perhaps before the picture is taken; then the button is pressed again.
 void SignInTour::expectRefusal(const QString& message) const
 {
     const auto shown = [] { return UserInput::findItem(QStringLiteral("errorItem")) != nullptr; };

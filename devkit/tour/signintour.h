@@ -11,10 +11,10 @@ class UiDriver;
 class SignInTour
 {
 public:
-    //! Neither is owned.
+    //! Owns none of its arguments.
     SignInTour(UiDriver& ui, const TourSimulator& simulator);
 
-    //! Leaves the host's window signed in as `zhangwei`.
+    //! Ends with the host's window, signed in as `zhangwei`.
     void walk();
 
 private:
@@ -22,7 +22,7 @@ private:
     struct Account {
         QString user;
         QString password;
-        //! Name of the enterprise that the tour enters with it, and its place in the list.
+        //! Name of the enterprise that the tour enters, and its position in the list.
         QString enterprise;
         int enterpriseRow;
     };

@@ -18,12 +18,12 @@ inline constexpr char PicturesVariable[] = "NELVO_TOUR_PICTURES";
 inline constexpr char ServicesVariable[] = "NELVO_TOUR_SERVICES";
 inline constexpr char AccountVariable[] = "NELVO_TOUR_ACCOUNT";
 
-//! \brief Walks through the windows of the host that this process is, with mouse and keys.
+//! \brief Visits the windows of this host process with mouse and keys.
 //!
-//! Call it from the event loop. The host opens the login window with a clean account cache and offers the
-//! address of the simulator in it. `stations` says which part of the tour to visit. Each station is checked,
-//! reported and pictured. Ends the application: with status 0 by closing the host's window, or with 1 at the
-//! first station that fails. The environment names the folder for the pictures and, for all windows, the
+//! Call it from the event loop. The host has opened the login window with an empty account cache and the
+//! address of the simulator. `stations` names the part of the tour. Each station is checked, printed and
+//! saved as a picture. Ends the application: with status 0 by closing the host's window, or with 1 at the
+//! first station that fails. The environment contains the folder for the pictures and, for all windows, the
 //! ready file of the running nelvo-services.
 void runTour(const QString& stations);
 

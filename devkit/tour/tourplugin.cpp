@@ -21,7 +21,7 @@ void run()
         signInAlone(qEnvironmentVariable(AccountVariable));
 }
 
-//! Whether the host waits for a person: at the login window, or with an enterprise entered and nothing
+//! Whether the host waits for the user: at the login window, or with an enterprise entered and no operation
 //! running.
 bool isHostIdle()
 {
@@ -33,10 +33,10 @@ bool isHostIdle()
            (!text("enterprise").isEmpty() && text("activity").isEmpty());
 }
 
-//! \brief Starts the tour once the host is idle, or after half a minute.
+//! \brief Starts the tour when the host is idle, or after half a minute.
 //!
-//! A host that signs in by its command line processes events meanwhile. A tour that started there would keep
-//! the host's call from returning.
+//! During a sign-in from the command line the host processes events. A tour that started at that time would
+//! keep the host's call from returning.
 class Starter final : public QObject
 {
 public:
@@ -59,8 +59,8 @@ private:
     const QDeadlineTimer m_patience{PatienceMs};
 };
 
-//! \brief Brings the tour into a host that knows nothing of it: Qt loads it by its name, which
-//! QT_QPA_GENERIC_PLUGINS holds, while the application is constructed.
+//! \brief Loads the tour into a host that does not know it: while the application object is constructed, Qt
+//!   loads the plug-ins whose names QT_QPA_GENERIC_PLUGINS contains.
 class TourPlugin final : public QGenericPlugin
 {
     Q_OBJECT

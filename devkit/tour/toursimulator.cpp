@@ -13,7 +13,7 @@ namespace {
 
 const QString Enterprise = QStringLiteral("1001");
 
-//! What `unit` and all units below it have under that key.
+//! Collects the values of `key` in `unit` and all its descendants.
 void collect(const QJsonObject& unit, const QString& key, QStringList& found)
 {
     found.append(unit.value(key).toString());
@@ -22,7 +22,7 @@ void collect(const QJsonObject& unit, const QString& key, QStringList& found)
         collect(child.toObject(), key, found);
 }
 
-//! The unit of that name, `unit` or one below it; empty if there is none.
+//! The unit with that name, `unit` or a descendant; empty if there is none.
 QJsonObject findUnit(const QJsonObject& unit, const QString& name)
 {
     if (unit.value(QStringLiteral("name")).toString() == name)

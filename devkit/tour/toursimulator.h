@@ -8,10 +8,10 @@
 
 namespace NelvoDevkit {
 
-//! \brief The service simulator as a tour sees it: its control path, and its editor service as another
-//! client of the enterprise 1001.
+//! \brief Access of a tour to the service simulator: its control path, and its editor service as another
+//!   client of the enterprise 1001.
 //!
-//! Each operation throws Missed when a request fails or times out.
+//! Each operation throws Missed if a request fails or times out.
 class TourSimulator
 {
 public:
@@ -20,27 +20,27 @@ public:
 
     QString signInUrl() const { return m_signInUrl; }
 
-    //! The name of a scene project of the enterprise 1001; empty if there is none of that id.
+    //! The name of a scene project of the enterprise 1001; empty if there is none with that id.
     QString projectName(const QString& id);
     //! Names of the enterprise's scene projects, sorted.
     QStringList projectNames();
-    //! What was done to the equipment bindings of a project: "deletes", "batches", "elements".
+    //! The changes of a project's equipment bindings: "deletes", "batches", "elements".
     QJsonObject bindings(const QString& projectId);
-    //! Names of the enterprise's units, each followed by those below it.
+    //! Names of the enterprise's units, each followed by its descendants.
     QStringList unitNames();
-    //! Names of the enterprise's models; of those of one unit and all below it, if one is named.
+    //! Names of the enterprise's models, or only of those of one unit and its descendants.
     QStringList modelNames(const QString& unit = {});
     //! Names of the enterprise's drawings.
     QStringList drawingNames();
 
-    //! Adds a fault; `query` is that of the control path.
+    //! Adds a fault; `query` is the query of the control path.
     void addFault(const QString& query);
-    //! Another client adds a project.
+    //! Adds a project, as another client.
     void addProject(const QString& id, const QString& name, const QString& departmentId);
 
 private:
     QJsonArray projects();
-    //! What the editor service tells a client under that path.
+    //! The editor service's data under that path.
     QJsonValue editorData(const QString& path);
     QByteArray exchange(const QByteArray& method, const QString& url, const QByteArray& body = {});
 

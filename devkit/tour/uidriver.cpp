@@ -155,7 +155,7 @@ void UiDriver::fill(const QString& field, const char* property, const QString& t
 
 void UiDriver::focusByTab(QQuickWindow* window, const QString& field) const
 {
-    // Where no window manager runs, nobody else gives a new window the keyboard.
+    // Without a window manager, no other program gives the keyboard to a new window.
     window->requestActivate();
     await([window] { return window->isActive(); }, QStringLiteral("the active window"));
     const QQuickItem* const item = awaitItem(field);
@@ -169,7 +169,7 @@ void UiDriver::awaitDrawn(QQuickWindow* window) const
     std::atomic<int> frames{0};
     const auto counting = QObject::connect(
         window, &QQuickWindow::frameSwapped, window, [&frames] { ++frames; }, Qt::DirectConnection);
-    // The first one may have been on its way before.
+    // The first frame may have been started before.
     const bool drawn = QTest::qWaitFor(
         [&] {
             window->update();

@@ -14,7 +14,7 @@ class QQuickWindow;
 
 namespace NelvoDevkit {
 
-//! \brief Why a station of a tour fails.
+//! \brief The reason why a station of a tour fails.
 class Missed
 {
 public:
@@ -25,53 +25,53 @@ private:
     QString m_what;
 };
 
-//! Prints a line about the tour, and appends it to the file that NELVO_TOUR_LOG names: the output of a host
-//! that a batch file starts goes nowhere.
+//! Prints a line about the tour, and appends it to the file in NELVO_TOUR_LOG: the output of a host that a
+//! batch file starts is lost.
 void report(const QString& line);
 
-//! \brief A person at the windows of this process: looks, clicks, types and takes pictures.
+//! \brief Acts as a user at the windows of this process: reads, clicks, types and takes pictures.
 //!
-//! Items are found by their object names. Each operation throws Missed when it times out.
+//! Finds items by their object names. Each operation throws Missed when it times out.
 class UiDriver
 {
 public:
-    //! Pictures go to that folder.
+    //! Saves pictures in that folder.
     explicit UiDriver(const QString& pictures);
 
-    //! Visits stations that end the application. If a station throws Missed, or the application does not end
-    //! in time afterwards, prints the reason and ends the application with status 1.
+    //! Runs `stations`, which end the application. If a station throws Missed, or if the application does not
+    //! end in time afterwards, prints the reason and ends the application with status 1.
     void walk(const std::function<void()>& stations);
 
-    //! Prints the station. Pictures and misses from now on are named after it.
+    //! Prints the station and uses its name for later pictures and failures.
     void arriveAt(const QString& station);
 
     void require(bool reached, const QString& what) const;
     void await(const std::function<bool()>& condition, const QString& what, int patienceMs = 30000) const;
     QQuickItem* awaitItem(const QString& name) const;
     void awaitText(const QString& item, const char* property, const QString& text) const;
-    //! Waits for an item of that name which has that value.
+    //! Waits for an item with that name and that value.
     QQuickItem* awaitItemWith(const QString& name, const char* property, const QString& value) const;
-    //! What the log shows.
+    //! The shown lines of the log.
     QStringList logLines() const;
     void awaitLogLine(const QString& text) const;
-    //! Waits until the log shows its end.
+    //! Waits until the log shows its last line.
     void awaitNewestLine() const;
 
-    //! Clicks an item once it has its place in the window.
+    //! Clicks an item when it has its position in the window.
     void click(const QString& item) const;
-    //! The same with the item of that name which has that value.
+    //! The same with the item that has that name and that value.
     void click(const QString& item, const char* property, const QString& value) const;
-    //! Clicks an item once it is enabled.
+    //! Clicks an item when it is enabled.
     void press(const QString& button) const;
     void fill(const QString& field, const char* property, const QString& text) const;
     void focusByTab(QQuickWindow* window, const QString& field) const;
 
-    //! Waits until the window has drawn its present state.
+    //! Waits until the window has drawn its current state.
     void awaitDrawn(QQuickWindow* window) const;
-    //! Saves what stands on the screen, once the window has drawn its present state.
+    //! Saves a picture of the screen when the window has drawn its current state.
     void takePicture(QQuickWindow* window) const;
     void save(const QImage& picture) const;
-    //! Saves all visible windows as they are now, after a miss.
+    //! Saves pictures of all visible windows after a failure.
     void pictureMiss() const;
 
 private:

@@ -57,7 +57,7 @@ void UpdateTour::interrupted()
 
 void UpdateTour::resumed()
 {
-    // The host that the batch file starts inherits the environment.
+    // The batch file passes the environment to the host that it starts.
     qputenv(StationsVariable, RestartedUpdate.toUtf8());
     m_ui.arriveAt(QStringLiteral("update-4-offered-again"));
     const QQuickWindow* const window = m_ui.awaitItem(QStringLiteral("contentLoader"))->window();

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "."
 
-// Button of a bar: quiet by default, with the accent gradient when it is the main one.
+// A button of a bar: plain by default, with the accent gradient if it is the main button.
 Button {
     id: button
 

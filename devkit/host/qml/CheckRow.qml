@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "."
 
-// A line of a list to tick. Whether it is ticked is its owner's matter: `toggled` asks for the other state.
+// A row with a check mark. Its owner sets the mark; `toggled` requests the other state.
 Rectangle {
     id: row
 

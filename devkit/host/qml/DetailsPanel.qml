@@ -3,8 +3,8 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "."
 
-// The project in hand: its record, the devices that its components stand for, and the plug-in's page for the
-// component in hand.
+// The selected project: its record, the devices of its components, and the plug-in's page for the selected
+// component.
 Panel {
     id: panel
 
@@ -156,7 +156,7 @@ Panel {
 
                         anchors.fill: parent
                         hoverEnabled: true
-                        // A second click takes it out of the hand.
+                        // A second click removes the selection.
                         onClicked: panel.component.currentComp = parent.chosen ? "" : model.guid
                     }
                 }

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "."
 
-// What stands where a list has nothing to show.
+// The text of an empty list.
 Text {
     width: parent.width - 2 * Theme.spacing
     horizontalAlignment: Text.AlignHCenter

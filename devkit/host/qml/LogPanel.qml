@@ -3,8 +3,8 @@ import QtQuick.Controls 2.15
 import NelvoEditor 1.0
 import "."
 
-// The running log. A click selects a row, Shift and a click a range; Ctrl+C and the button copy the
-// selection, or all that is shown if there is none.
+// The log. A click selects a row, Shift and a click selects a range; Ctrl+C and the button copy the
+// selection, or all shown rows if nothing is selected.
 Panel {
     id: panel
 
@@ -60,7 +60,7 @@ Panel {
 
         property int anchorRow: -1
         property int endRow: -1
-        // The newest row stays in sight until the user looks further up.
+        // The newest row stays visible until the user scrolls up.
         property bool follow: true
 
         function select(row, extend) {
@@ -100,7 +100,7 @@ Panel {
         onMovementStarted: follow = false
         onMovementEnded: follow = atYEnd
         onCountChanged: Qt.callLater(showNewest)
-        // The height of rows out of sight is a guess until they are laid out.
+        // The height of hidden rows is an estimate until they are laid out.
         onContentHeightChanged: Qt.callLater(showNewest)
         onHeightChanged: Qt.callLater(showNewest)
         Keys.onEscapePressed: deselect()
@@ -118,7 +118,7 @@ Panel {
         Connections {
             target: panel.log
 
-            // The rows have other numbers from here on.
+            // The remaining rows have new numbers.
             function onRowsRemoved() {
                 list.deselect();
             }

@@ -3,12 +3,12 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "."
 
-// The host's window: shown while somebody is signed in, and the end of the application when it is closed.
+// The host's window, visible while a user is signed in. Closing it ends the application.
 ApplicationWindow {
     id: window
     objectName: "hostWindow"
 
-    // Set by whoever loads the window.
+    // The code that loads the window sets it.
     property QtObject editor
     property QtObject log
     property url webChannelPage
@@ -262,7 +262,7 @@ ApplicationWindow {
         }
     }
 
-    // The dialogs of the plug-in go over this, below the bar.
+    // The plug-in's dialogs appear over this item, below the bar.
     Item {
         anchors {
             fill: parent

@@ -3,15 +3,15 @@ import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
 import "."
 
-// The models that were brought into the scene, or the PDS projects of one of them.
+// The imported models, or the PDS projects of one of them.
 Panel {
     id: panel
 
     property QtObject desk
 
-    // The model whose PDS projects show; none while its name is empty.
+    // The model whose PDS projects are shown; none if its name is empty.
     property string pdsModel
-    // The database has no such model, and the plug-in then keeps what it read last.
+    // False if the database does not contain the model: the plug-in then keeps the previous PDS projects.
     property bool pdsKnown: false
 
     function showPds(guid, name) {

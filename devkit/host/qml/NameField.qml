@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "."
 
-// The name of the project in hand, if it is one of `projects`, for the user to change.
+// The name of the selected project, if it is in `projects`. The user can change it.
 Field {
     id: field
 
@@ -13,7 +13,7 @@ Field {
     readonly property bool hasProject: knownName !== ""
     readonly property bool isNewName: hasProject && text.trim() !== "" && text.trim() !== knownName
 
-    // What the user has typed stays until the project or its name has changed.
+    // Keeps the user's text until the project or its name changes.
     function follow() {
         const name = projects.nameOf(desk.selectedId);
         if (desk.selectedId === knownId && name === knownName)

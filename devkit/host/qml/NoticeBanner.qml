@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Layouts 1.15
 import "."
 
-// What the user has to know at once, above everything else; in nobody's way.
+// An important notice, above everything else. It blocks nothing.
 Rectangle {
     id: banner
 

@@ -2,8 +2,8 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "."
 
-// The organisation tree. A click on a department chooses it for new projects; one on the arrow, and one
-// on an organisation, folds or unfolds.
+// The organisation tree. A click on a department chooses it for new projects; a click on the arrow or on an
+// organisation expands or collapses it.
 Panel {
     id: panel
 

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "."
 
-// Which kind of project is open.
+// Chooses the kind of the open project.
 Row {
     id: kinds
 

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "."
 
-// Scene projects; a click takes one in hand.
+// Scene projects; a click selects one.
 ListView {
     id: list
 

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Layouts 1.15
 import "."
 
-// The projects that the service has. One in hand can be uploaded under another name.
+// The projects of the service. The selected project can be uploaded with another name.
 Panel {
     id: panel
 

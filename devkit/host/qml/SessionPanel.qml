@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "."
 
-// Every field of the session, as the plug-in handed it over.
+// All fields of the session, as the plug-in passed it.
 Panel {
     id: panel
 

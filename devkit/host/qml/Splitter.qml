@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "."
 
-// Between two parts, one above the other: dragging it changes the height of the lower one.
+// A handle between two parts, one above the other. Dragging it changes the height of the lower part.
 Item {
     id: splitter
 

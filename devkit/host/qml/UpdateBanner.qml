@@ -4,7 +4,7 @@ import QtQuick.Layouts 1.15
 import NelvoEditor 1.0
 import "."
 
-// How far the self-update is, and its next step, while there is something to tell.
+// The state of the self-update and its next step. Visible while there is one.
 Rectangle {
     id: banner
 
@@ -13,7 +13,7 @@ Rectangle {
     readonly property int stage: desk.state
     readonly property bool moving: stage === UpdateDesk.Downloading || stage === UpdateDesk.Installing
         || stage === UpdateDesk.Restarting
-    // Complete, and not yet found right. Without an end if it is found wrong.
+    // The download is complete, and the updater verifies it. If the checksum is wrong, this remains true.
     readonly property bool verifying: stage === UpdateDesk.Downloading && desk.progress === 1
 
     function megabytes(bytes) {
@@ -136,7 +136,7 @@ Rectangle {
 
                 Layout.fillWidth: true
                 text: banner.details
-                // The service's notes have marks for their line breaks.
+                // The service's notes contain tags for their line breaks.
                 textFormat: banner.stage === UpdateDesk.Offered ? Text.StyledText : Text.PlainText
                 wrapMode: Text.Wrap
                 maximumLineCount: 4

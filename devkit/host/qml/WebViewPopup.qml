@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "."
 
-// Stands where the editor would show a web page, in the size that was asked for.
+// A placeholder for the editor's web view, in the requested size.
 Popup {
     id: popup
 

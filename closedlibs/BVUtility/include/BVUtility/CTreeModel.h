@@ -10,10 +10,10 @@
 
 namespace BVUTILITY {
 
-//! \brief A tree of items that a view in QML shows, and that can ask the view to open or close itself.
+//! \brief A tree of items for a QML view, with signals that make the view expand or collapse an item.
 //!
-//! An item's data for the view is whatever stands in NodeDataRole. A TreeView whose column has the role
-//! "nodeData" hands it to its delegate as `styleData.value`.
+//! NodeDataRole contains the data of an item for the view. A TreeView whose column has the role "nodeData"
+//! passes it to its delegate as `styleData.value`.
 class BVUTILITY_EXPORT CTreeModel : public QStandardItemModel
 {
     Q_OBJECT
@@ -33,9 +33,9 @@ public:
     Q_INVOKABLE void collapseAll();
 
 Q_SIGNALS:
-    //! Asks the view to open the item.
+    //! The view should expand the item.
     void expand(const QModelIndex& index);
-    //! Asks the view to close the item.
+    //! The view should collapse the item.
     void collapse(const QModelIndex& index);
 
 private:

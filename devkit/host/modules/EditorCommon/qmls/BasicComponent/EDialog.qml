@@ -3,11 +3,11 @@ import QtQuick.Templates 2.15 as T
 import QtGraphicalEffects 1.0
 import "../Config"
 
-// A panel over the scene. It shows whether or not its parent is visible; x and y count from the parent.
+// A panel over the scene. Visible independently of its parent; x and y are relative to the parent.
 T.Popup {
     padding: 0
     focus: true
-    // The scene behind it stays in use.
+    // The user can use the scene behind it.
     modal: false
     closePolicy: T.Popup.CloseOnEscape
 

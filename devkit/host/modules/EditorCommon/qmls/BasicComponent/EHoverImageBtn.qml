@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// A picture to press, with one picture for each of its states and a hint.
+// A button with a picture for each of its states and a hint.
 Item {
     id: button
 

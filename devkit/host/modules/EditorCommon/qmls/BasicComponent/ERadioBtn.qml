@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../Config"
 
-// One of several choices: those with the same parent exclude one another.
+// A radio button. Radio buttons with the same parent are exclusive.
 T.RadioButton {
     id: button
 

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../Config"
 
-// Slim bar, there only while there is something to scroll.
+// A slim bar that is visible only if the content can be scrolled.
 T.ScrollBar {
     id: bar
 

@@ -2,11 +2,11 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../Config"
 
-// Hint above its parent. open() shows it after `delay` milliseconds, unless close() comes first.
+// A hint above its parent. open() shows it after `delay` milliseconds unless close() is called first.
 T.ToolTip {
     id: toolTip
 
-    // Long texts wrap; short ones are as wide as they are.
+    // Long texts wrap; short texts keep their width.
     readonly property real maximumWidth: 320
 
     x: parent ? Math.round((parent.width - width) / 2) : 0

@@ -2,7 +2,8 @@ import QtQuick 2.15
 import "../BasicComponent"
 import "../Config"
 
-// Title bar of a dialog: `move` while it is dragged, `click` when its close button is pressed.
+// The title bar of a dialog. It emits `move` while it is dragged and `click` when its close button is
+// pressed.
 Rectangle {
     id: titleBar
 
@@ -15,7 +16,7 @@ Rectangle {
     color: EConfig.eDialogTitle
     radius: EConfig.eRadius
 
-    // Round at the top only.
+    // Round corners at the top only.
     Rectangle {
         anchors {
             left: parent.left
@@ -63,7 +64,7 @@ Rectangle {
             pressX = mouse.x;
             pressY = mouse.y;
         }
-        // The place of the press stays the measure: the bar moves along with the dialog.
+        // Compares with the position of the press, because the bar moves with the dialog.
         onPositionChanged: titleBar.move(mouse.x - pressX, mouse.y - pressY)
     }
 

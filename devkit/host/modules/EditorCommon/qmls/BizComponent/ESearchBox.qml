@@ -3,7 +3,7 @@ import QtQuick.Templates 2.15 as T
 import "../BasicComponent"
 import "../Config"
 
-// A line to search with; a button clears it.
+// A search field with a button that clears it.
 T.TextField {
     id: searchBox
 

@@ -2,11 +2,11 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../BasicComponent"
 
-// A list of the elements of `dataModel` whose text holds `searchText`, in any case of its letters.
+// A list of the entries of `dataModel` whose text contains `searchText`, ignoring case.
 //
-// `listCountFunc()` gives the number of elements and `listDataFunc(index)` the text of one of them. A row
-// is a `groupdelegateItem`; it sees its element as `modelData` and its place among the shown rows as
-// `index`. The elements are looked through once per change, so long lists stay quick to scroll.
+// `listCountFunc()` returns the number of entries and `listDataFunc(index)` the text of an entry.
+// `groupdelegateItem` is the delegate of a row: `modelData` is its entry, and `index` its position among the
+// shown rows. The entries are searched once for each change, so long lists scroll fast.
 Item {
     id: list
 
@@ -35,7 +35,7 @@ Item {
         id: view
         objectName: "searchView"
 
-        // Where the shown rows stand in dataModel.
+        // The positions of the shown rows in dataModel.
         property var matches: []
         property bool complete: false
 
@@ -65,7 +65,7 @@ Item {
             id: row
 
             required property int index
-            // Set and not bound: a row that a shorter list no longer has keeps its element until it is gone.
+            // Set, not bound: a row that a shorter list has dropped keeps its entry until the row is deleted.
             property var modelData: null
 
             function refresh() {

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import "../BasicComponent"
 import "../Config"
 
-// A button that shows a text.
+// A button with a text.
 Rectangle {
     id: button
 

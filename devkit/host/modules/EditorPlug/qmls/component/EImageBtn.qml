@@ -2,7 +2,7 @@ import QtQuick 2.15
 import "qrc:/EditorCommon/qmls/BasicComponent"
 import "qrc:/EditorCommon/qmls/Config"
 
-// A picture to press, in a frame unless `bHideBorder` says otherwise.
+// A button with a picture, and with a frame unless `bHideBorder` is set.
 Rectangle {
     id: button
 
