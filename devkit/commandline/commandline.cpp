@@ -43,7 +43,7 @@ bool readArguments(QCommandLineParser& parser, const QStringList& arguments)
 {
     // Qt's own help option would also offer --help-all, which these programs do not have.
     const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")},
-                                  QStringLiteral("This text."));
+                                  QStringLiteral("Print this help."));
     parser.addOption(help);
     // QCommandLineParser::process would show a message box on a system without a console.
     if (!parser.parse(arguments)) {

@@ -8,15 +8,15 @@ namespace {
 
 void describe(QCommandLineParser& parser)
 {
-    parser.setApplicationDescription(
-        QStringLiteral("A single argument goes to the plug-in, as a sign-in without a window.\n"
-                       "Two hosts at once: start each from a copy of the application folder, since accounts "
-                       "are kept beside\n"
-                       "the executable. With one account, the second sign-in pushes the first one out."));
+    parser.setApplicationDescription(QStringLiteral(
+        "A single argument goes to the plug-in, as a sign-in from the command line.\n"
+        "To run two hosts at once, start each from its own copy of the application folder:\n"
+        "accounts are stored beside the executable. With the same account, the second sign-in\n"
+        "pushes the first one out."));
     addOption(parser, "settings", "FILE",
-              "Settings to use instead of NelvoEditor.json beside the executable.");
+              "Settings file; by default NelvoEditor.json beside the executable.");
     addOption(parser, "check-update", "WHEN",
-              "Look for a newer release without being asked: at 'start', or at each 'sign-in'.");
+              "Check for a newer release automatically: at 'start' or at each 'sign-in'.");
 }
 
 } // namespace

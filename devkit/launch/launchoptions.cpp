@@ -16,21 +16,23 @@ const auto Separator = QStringLiteral("$$");
 void describe(QCommandLineParser& parser)
 {
     parser.setApplicationDescription(QStringLiteral(
-        "Starts a host that signs in by itself and waits until it tells that the sign-in has run.\n"
-        "Status: 0 it has, 1 not started, 2 wrong usage, 3 nothing in time, 4 the host ended before, "
-        "5 interrupted."));
+        "Starts a host with a sign-in from the command line and waits until the sign-in has ended.\n"
+        "Exit status: 0 the sign-in has ended, 1 the host did not start, 2 wrong usage, 3 timeout,\n"
+        "4 the host ended before the sign-in, 5 interrupted."));
     addOption(parser, "user", "NAME", "User name.");
-    addOption(parser, "password", "TEXT", "Password; the host gets its MD5.");
-    addOption(parser, "md5", "HEX", "The MD5 in place of the password, passed on as it is.");
+    addOption(parser, "password", "TEXT", "Password; its MD5 is passed to the host.");
+    addOption(parser, "md5", "HEX",
+              "MD5 of the password, instead of --password; passed to the host unchanged.");
     addOption(parser, "url", "ADDRESS", "Address of the sign-in service.");
-    addOption(parser, "enterprise", "ID", "Enterprise to enter.");
-    addOption(parser, "host", "PROGRAM", "Host to start; NelvoEditor in ../app if left out.");
-    addOption(parser, "timeout", "SECONDS", "How long to wait; 60 if left out.");
-    addOption(parser, "event", "NAME", "Name of the event; one of its own if left out.");
-    addOption(parser, "mapping", "NAME", "Name of the shared memory; one of its own if left out.");
-    parser.addOption({QStringLiteral("end"), QStringLiteral("End the host afterwards; otherwise it stays.")});
-    parser.addOption({QStringLiteral("await-end"),
-                      QStringLiteral("Wait for the host's end, too; the status is then the host's.")});
+    addOption(parser, "enterprise", "ID", "Id of the enterprise to enter.");
+    addOption(parser, "host", "PROGRAM", "Host to start; by default NelvoEditor in ../app.");
+    addOption(parser, "timeout", "SECONDS", "Maximum time to wait; by default 60.");
+    addOption(parser, "event", "NAME", "Name of the event; by default a unique name.");
+    addOption(parser, "mapping", "NAME", "Name of the shared memory; by default a unique name.");
+    parser.addOption(
+        {QStringLiteral("end"), QStringLiteral("End the host afterwards; by default it continues.")});
+    parser.addOption(
+        {QStringLiteral("await-end"), QStringLiteral("Wait until the host ends, and exit with its status.")});
 }
 
 QString md5(const QString& password)

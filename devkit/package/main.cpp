@@ -25,19 +25,18 @@ std::optional<Arguments> parseArguments()
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Packs what is below a directory into an update package, a zip archive, and prints its MD5, its "
-        "size\n"
-        "and what else a release needs, as JSON. The same files give the same package, byte for byte."));
+        "Packs the content of a directory into an update package, a zip archive, and prints path, MD5, size\n"
+        "and number of entries as JSON. The same files always give the same package, byte for byte."));
     const QCommandLineOption utf8(
         QStringLiteral("utf8"),
         QStringLiteral(
-            "Marks names as UTF-8, which every system reads. Otherwise names are GB2312; a system of\n"
-            "another code page unpacks other names than ASCII to empty files."));
+            "Mark names as UTF-8, which every system reads. By default names are GB2312; a system with "
+            "another code page unpacks files with names outside ASCII as empty files."));
     parser.addOption(utf8);
     parser.addPositionalArgument(QStringLiteral("directory"),
                                  QStringLiteral("Directory that becomes the root of the package."));
     parser.addPositionalArgument(QStringLiteral("package"),
-                                 QStringLiteral("File to write, outside of the directory."));
+                                 QStringLiteral("File to write; must be outside of the directory."));
     if (!readArguments(parser, QCoreApplication::arguments()))
         return std::nullopt;
     const QStringList arguments = parser.positionalArguments();

@@ -17,25 +17,29 @@ constexpr char UpdateTokenVariable[] = "NELVO_PROBE_UPDATE_TOKEN";
 void describe(QCommandLineParser& parser)
 {
     parser.setApplicationDescription(QStringLiteral(
-        "Walks through the services as the plug-in does, by the plug-in itself, and tells what answers and "
-        "what is wrong.\n"
-        "Changes nothing on the server; but the account is signed in here then, and out elsewhere.\n"
-        "Status: 0 all is well, 1 something is wrong, 2 wrong usage."));
-    addOption(parser, "url", "ADDRESS", "Address of the sign-in service; without a scheme it gets http://.");
+        "Calls all services through the plug-in and prints for each step the reply and what is wrong.\n"
+        "Changes no data on the server, but signs the account in here and thereby out elsewhere.\n"
+        "Exit status: 0 everything works, 1 something is wrong, 2 wrong usage."));
+    addOption(parser, "url", "ADDRESS",
+              "Address of the sign-in service; http:// is added if it has no scheme.");
     addOption(parser, "user", "NAME", "User name.");
     addOption(parser, "password", "TEXT",
-              "Password, which others can see in the list of processes. Without it the variable "
-              "NELVO_PROBE_PASSWORD counts, then the terminal or standard input.");
-    addOption(parser, "enterprise", "ID", "Enterprise to enter; the account's first one if left out.");
+              "Password; other users can see it in the list of processes. By default the variable "
+              "NELVO_PROBE_PASSWORD, then a prompt or the first line of standard input.");
+    addOption(parser, "enterprise", "ID",
+              "Id of the enterprise to enter; by default the first one of the account.");
     addOption(parser, "plugin", "FOLDER",
-              "Where the plug-in is; beside this program or in ../app if left out.");
-    addOption(parser, "certificate", "FILE", "PEM file of certificates to trust besides the system's.");
-    addOption(parser, "update-url", "ADDRESS", "Address of the update service; not asked if left out.");
-    addOption(parser, "update-token", "TEXT", "Its access token; or the variable NELVO_PROBE_UPDATE_TOKEN.");
-    addOption(parser, "product", "ID", "Product to ask it for.");
-    addOption(parser, "timeout", "SECONDS", "How long the whole walk may take; 60 if left out.");
-    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON in place of the table.")});
-    addOption(parser, "report", "FILE", "Write a report without secrets there, for a bug report.");
+              "Folder of the plug-in; by default the folder of this program or ../app.");
+    addOption(parser, "certificate", "FILE",
+              "PEM file of trusted certificates, in addition to those of the system.");
+    addOption(parser, "update-url", "ADDRESS",
+              "Address of the update service; by default it is not checked.");
+    addOption(parser, "update-token", "TEXT",
+              "Access token of the update service; by default the variable NELVO_PROBE_UPDATE_TOKEN.");
+    addOption(parser, "product", "ID", "Id of the product; required with --update-url.");
+    addOption(parser, "timeout", "SECONDS", "Maximum time for all steps together; by default 60.");
+    parser.addOption({QStringLiteral("json"), QStringLiteral("Print JSON instead of the table.")});
+    addOption(parser, "report", "FILE", "Write a report without secrets to a file, for a bug report.");
 }
 
 QString withScheme(const QString& address)

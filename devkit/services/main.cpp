@@ -39,18 +39,19 @@ quint16 port(const QCommandLineParser& parser, const QString& option)
 void describe(QCommandLineParser& parser)
 {
     parser.setApplicationDescription(QStringLiteral(
-        "Simulates the sign-in, the editor and the update service and the package server on 127.0.0.1.\n"
-        "Runs until Ctrl+C or SIGTERM."));
-    addOption(parser, "sign-in-port", "port", "Port of the sign-in service; any if left out.");
-    addOption(parser, "editor-port", "port", "Port of the editor service; any if left out.");
-    addOption(parser, "update-port", "port", "Port of the update service; any if left out.");
-    addOption(parser, "package-port", "port", "Port of the package server; any if left out.");
-    addOption(parser, "control-port", "port", "Port of the control path; any if left out.");
-    addOption(parser, "seed", "file", "JSON file with accounts, enterprises and releases.");
-    parser.addOption(
-        {QStringLiteral("https"), QStringLiteral("Speak HTTPS with a certificate made at start.")});
-    addOption(parser, "certificate-out", "file", "Write that certificate there, as PEM.");
-    addOption(parser, "ready-file", "file", "Write the addresses there, as JSON, once the services listen.");
+        "Simulates the sign-in service, the editor service, the update service and the package server\n"
+        "on 127.0.0.1. Runs until Ctrl+C or SIGTERM."));
+    addOption(parser, "sign-in-port", "port", "Port of the sign-in service; by default any free port.");
+    addOption(parser, "editor-port", "port", "Port of the editor service; by default any free port.");
+    addOption(parser, "update-port", "port", "Port of the update service; by default any free port.");
+    addOption(parser, "package-port", "port", "Port of the package server; by default any free port.");
+    addOption(parser, "control-port", "port", "Port of the control path; by default any free port.");
+    addOption(parser, "seed", "file",
+              "JSON file with accounts, enterprises and releases; by default built-in data.");
+    parser.addOption({QStringLiteral("https"),
+                      QStringLiteral("Use HTTPS, with a certificate that is created at the start.")});
+    addOption(parser, "certificate-out", "file", "Write this certificate to a PEM file.");
+    addOption(parser, "ready-file", "file", "Write the addresses to a JSON file when the services listen.");
 }
 
 //! Returns nothing if the arguments request the help.
