@@ -19,7 +19,7 @@ namespace {
 constexpr QPoint BesideTheDialog{780, 580};
 constexpr int WaitMilliseconds = 20000;
 
-//! The item of that name below `root`, if it shows.
+//! The visible item with that name below `root`.
 QQuickItem* below(QQuickItem* root, const QString& name)
 {
     const QVector<QQuickItem*> found = UserInput::findItems(root, name);
@@ -170,7 +170,7 @@ bool BimScene::chooseDepartment(const QString& name)
     return QTest::qWaitFor([this] { return !part(QStringLiteral("orgTree")); }, WaitMilliseconds);
 }
 
-//! The view keeps rows beyond its edges and rows to use again; those don't count.
+//! Without the rows that the view keeps outside of its edges or for reuse.
 QMap<int, QQuickItem*> BimScene::shownRows()
 {
     QMap<int, QQuickItem*> shown;
@@ -197,7 +197,7 @@ void BimScene::turnWheel(int steps)
     const QPointF place = view->mapToScene({view->width() / 2, view->height() / 2});
     QWheelEvent event(place, m_window.mapToGlobal(place.toPoint()), {}, {0, steps * step}, Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
-    // Without a time, a view takes all turns for one.
+    // Without a time stamp, a view treats all wheel events as one.
     event.setTimestamp(static_cast<ulong>(QDateTime::currentMSecsSinceEpoch()));
     QCoreApplication::sendEvent(&m_window, &event);
 }

@@ -8,7 +8,7 @@
 
 namespace E2e {
 
-//! \brief What the dialog's pages know as `bimControl` and `editConext`.
+//! \brief The object that the dialog's pages know as `bimControl` and `editConext`.
 class ImportControl : public QObject
 {
     Q_OBJECT
@@ -17,20 +17,20 @@ class ImportControl : public QObject
 public:
     Q_INVOKABLE bool checkBimProjValid(const QString& guid, bool mainProject);
 
-    //! What was asked, in order.
+    //! The calls, in order.
     QStringList questions;
     bool isImportAllowed = true;
-    //! Before the scene is made.
+    //! Set it before the scene is created.
     bool isMainProject = true;
 
 Q_SIGNALS:
     void isMainProjectChanged();
 };
 
-//! \brief The scene of a host with the plug-in's BIM dialog, in a window of its own. What a person sees of
-//! the dialog, and what a person does with it.
+//! \brief A host's scene with the plug-in's BIM dialog, in a separate window. Reads and uses the dialog as a
+//!   user does.
 //!
-//! Needs an initialised plug-in. May go before or after the plug-in is shut down.
+//! Needs an initialised plug-in. May be deleted before or after the plug-in's shutdown.
 class BimScene
 {
 public:
@@ -39,7 +39,7 @@ public:
     //! Shows the window, with the mouse beside the dialog.
     bool show();
     QQuickView* window() { return &m_window; }
-    //! The dialog's root item, or null if it couldn't be built.
+    //! The dialog's root item, or null if it could not be created.
     QQuickItem* dialog() const;
     bool isDialogShown();
 
@@ -47,30 +47,30 @@ public:
     QString message();
     //! The department that the closed box shows.
     QString department();
-    //! What is typed into the search box.
+    //! The text in the search box.
     QString searched();
-    //! How many rows the list has, shown or not.
+    //! The number of rows in the list, visible or not.
     int rowCount();
-    //! The names of the rows that show, from top to bottom.
+    //! The names of the visible rows, from top to bottom.
     QStringList names();
-    //! Of all rows, in order, by scrolling from the top to the end: name, a blank and the picture's file
-    //! name. A picture that isn't there has no file name, and one that couldn't be loaded is "broken".
+    //! All rows in order, read while scrolling from the top to the end: name, a space and the picture's file
+    //! name. A missing picture has no file name; a picture that could not be loaded is "broken".
     QStringList scrollThroughRows();
 
     void clickPart(const QString& name);
-    //! Clicks a button of the row with that name, which has to show.
+    //! Clicks a button of the visible row with that name.
     void clickInRow(const QString& row, const QString& button);
-    //! Opens the box and clicks a department in its tree. False if it doesn't turn up.
+    //! Opens the box and clicks a department in its tree. Returns false if the department does not appear.
     bool chooseDepartment(const QString& name);
 
 private:
     QQuickItem* part(const QString& name);
-    //! The rows whose middle shows, by their place in the list.
+    //! The rows whose centre is visible, by their position in the list.
     QMap<int, QQuickItem*> shownRows();
     void turnWheel(int steps);
 
     QQuickView m_window;
-    QQuickItem* m_place; //!< the item that the plug-in gets; the window's
+    QQuickItem* m_place; //!< the item for IPdsMgr::CreateBimDialog; owned by the window
 };
 
 } // namespace E2e

@@ -59,7 +59,7 @@ QObject* PluginHost::loginCtrl() const
 
 NelvoSDK::LoginSession PluginHost::signIn(const QString& url, const QString& user, QString* message) const
 {
-    // A shutdown while it waits takes the window's object along.
+    // A shutdown during the call deletes the object.
     const QPointer<QObject> control(loginCtrl());
     QString refused;
     QMetaObject::invokeMethod(control, "login", Q_RETURN_ARG(QString, refused), Q_ARG(QString, user),

@@ -18,9 +18,10 @@ namespace E2e {
 //! The plug-in object of the built library, resolved through its export.
 NelvoSDK::INelvoSDKPlugin* plugin();
 
-//! \brief A host in small: initialises the plug-in, attaches an observer, and shuts it down at the end.
+//! \brief A minimal host: initialises the plug-in, attaches an observer, and shuts the plug-in down at the
+//!   end.
 //!
-//! The files beside the executable are its own for as long as it lives.
+//! While it exists, it replaces the files beside the executable.
 class PluginHost
 {
 public:
@@ -31,11 +32,11 @@ public:
     NelvoSDK::ILoginActor* actor() const;
     //! The login window; null unless there is exactly one window.
     QQuickView* window() const;
-    //! What the pages know as `loginCtrl`.
+    //! The object that the pages know as `loginCtrl`.
     QObject* loginCtrl() const;
-    //! Signs an account of the simulator in by the pages' calls in the pages' order, without the window,
-    //! and enters its first enterprise. The session of that sign-in; an empty one if it failed, with the
-    //! reason in `message` if that is given.
+    //! Signs in an account of the simulator with the pages' calls in their order, without the window, and
+    //! enters its first enterprise. Returns the session, or after a failure an empty one, with the reason in
+    //! `message` if it is not null.
     NelvoSDK::LoginSession signIn(const QString& url, const QString& user, QString* message = nullptr) const;
 
     TestSupport::LoginRecorder observer;
@@ -47,8 +48,8 @@ public:
 
 } // namespace E2e
 
-//! \brief The main function of an end-to-end program: as QTEST_MAIN, but only Qt Test gets the arguments. The
-//! library takes a single argument of the application for a sign-in.
+//! \brief The main function of an end-to-end program: QTEST_MAIN, but only Qt Test gets the arguments. The
+//!   library treats a single argument of the application as a sign-in.
 #define E2E_MAIN(Test)                                                                                       \
     int main(int argc, char** argv)                                                                          \
     {                                                                                                        \

@@ -1,12 +1,12 @@
 //! \file
-//! \brief A host in small that updates itself through the built library, at its login window.
+//! \brief A minimal host that updates itself through the built library, in its login window.
 //!
-//! e2e_windowupdatehost STEP URL TOKEN PRODUCT: the step is "check", "download", "commitment" or "update" and
-//! is the last one that it takes. It clicks the pages' buttons as a person does and makes the calls that are
-//! left to a host. Every signal and every log line goes to the standard output as it comes, with the page
-//! that shows then. After a check it ends, after a download it waits for its end, and after the commitment to
-//! the new version it ends without a word, as a crash does. Without arguments, as the batch file starts it,
-//! it leaves NAME.started beside itself and ends.
+//! e2e_windowupdatehost STEP URL TOKEN PRODUCT: STEP is the last step, "check", "download", "commitment" or
+//! "update". The host clicks the pages' buttons as a user does and makes the calls that the library leaves to
+//! a host. It prints every signal and every log line immediately, with the visible page. After a check it
+//! ends, after a download it waits until it is killed, and after the new version has been recorded it ends
+//! without output, as after a crash. Without arguments, as the batch file starts it, it creates NAME.started
+//! beside itself and ends.
 
 #include "tests/e2e/pluginhost.h"
 #include "tests/e2e/updatepages.h"
@@ -23,7 +23,7 @@
 
 namespace {
 
-//! \brief Takes the steps, and tells of the updater's signals.
+//! \brief Runs the steps and prints the updater's signals.
 class Updating : public QObject
 {
     Q_OBJECT
@@ -85,7 +85,7 @@ private Q_SLOTS:
 private:
     QString step() const { return m_arguments.value(1); }
 
-    //! The pages' own calls fail, which is known, so the host makes them in their place.
+    //! The pages' own calls fail, as is known, so the host makes them instead.
     void download()
     {
         clickPart(QStringLiteral("upgradeButton"));
@@ -108,7 +108,7 @@ private:
 
 } // namespace
 
-//! The page that shows.
+//! The visible page.
 QString knowledge()
 {
     return E2e::shownPage();

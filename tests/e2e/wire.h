@@ -11,12 +11,12 @@ class Services;
 
 namespace E2e {
 
-//! The requests that the services received, each as its line, headers and body. What is drawn by lot
-//! (session ids, tickets) or given by the system (ports) is replaced by its name.
+//! The requests that the services received, each with its line, headers and body. Random values (session ids,
+//! tickets) and values of the system (ports) are replaced by their names.
 QByteArrayList receivedBy(const NelvoDevkit::Services& services);
 
-//! A request in the same form: its line, the service it goes to, what it has beyond the headers of every
-//! request, and its body.
+//! A request in the same form: its line, its service, its headers in addition to those of every request, and
+//! its body.
 QByteArray request(const QByteArray& line, const QByteArray& host, const QByteArray& ownHeaders,
                    const QByteArray& body = {});
 

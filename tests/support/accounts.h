@@ -5,7 +5,7 @@
 
 namespace TestSupport {
 
-//! The clear password of an account of the simulator's own seed file.
+//! The clear password of an account of the simulator's built-in seed.
 inline QString passwordOf(const QString& user)
 {
     static const QHash<QString, QString> passwords{

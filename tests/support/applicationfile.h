@@ -5,11 +5,11 @@
 
 namespace TestSupport {
 
-//! \brief A file beside the test's executable, removed again when this object goes.
+//! \brief A file beside the test's executable. The destructor removes it.
 class ApplicationFile
 {
 public:
-    //! Removes a file of that name if there is one.
+    //! Removes an existing file with that name.
     explicit ApplicationFile(const QString& name);
     ~ApplicationFile();
     Q_DISABLE_COPY(ApplicationFile)

@@ -2,7 +2,7 @@
 
 namespace TestSupport {
 
-//! Lets a crash of this process end it at once. Windows otherwise shows a dialog and waits for a person.
+//! Makes a crash end this process at once. Otherwise Windows shows a dialog and waits for the user.
 void disableCrashDialog();
 
 } // namespace TestSupport

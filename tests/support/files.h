@@ -9,14 +9,14 @@
 
 namespace TestSupport {
 
-//! What the file holds; nothing if it can't be read.
+//! The content of the file; empty if it cannot be read.
 inline QByteArray contentOf(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-//! The object that the file holds; an empty one if there is none.
+//! The JSON object in the file; empty if there is none.
 inline QJsonObject jsonOf(const QString& path)
 {
     return QJsonDocument::fromJson(contentOf(path)).object();

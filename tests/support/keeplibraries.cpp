@@ -1,8 +1,8 @@
 //! \file
-//! \brief For builds with sanitizers: libraries stay loaded to the end of a program.
+//! \brief For builds with sanitizers: keeps libraries loaded until the end of the program.
 //!
-//! The leak check comes after graphics drivers have been unloaded; without this it could neither name where
-//! their leaks come from nor match them with a suppression.
+//! The leak check runs after graphics drivers have been unloaded. For an unloaded driver it could neither
+//! name the source of a leak nor apply a suppression.
 
 extern "C" __attribute__((visibility("default"))) int dlclose(void* /*library*/)
 {

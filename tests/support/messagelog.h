@@ -7,7 +7,7 @@
 
 namespace TestSupport {
 
-//! \brief Records Qt's log messages while it lives, and keeps them from the terminal.
+//! \brief Records Qt's log messages while it exists, and keeps them from the terminal.
 //!
 //! One at a time. Messages may come from any thread.
 class MessageLog

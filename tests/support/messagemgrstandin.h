@@ -6,7 +6,7 @@
 
 namespace TestSupport {
 
-//! \brief A message manager that nobody listens to and that records what it is given.
+//! \brief A message manager without observers that records the texts.
 class MessageMgrStandIn final : public NelvoSDK::IMessageMgr
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace TestSupport {
 
-//! \brief An empty plug-in around the managers that it is given, none of them owned.
+//! \brief A plug-in object that returns the given managers and does nothing else. Owns none of them.
 class PluginShell final : public NelvoSDK::INelvoSDKPlugin
 {
 public:

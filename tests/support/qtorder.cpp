@@ -1,14 +1,15 @@
 //! \file
-//! \brief For builds with ThreadSanitizer: tells it of the order that Qt brings into threads.
+//! \brief For builds with ThreadSanitizer: reports the order that Qt creates between threads.
 //!
-//! Qt is not built with the sanitizer, and its mutexes and atomics work without the system's, so what passes
-//! through a queue of events would look like a race. These stand before Qt's functions of the same names and
-//! name the two orders that the program relies on: what was done before a signal or a call was sent is done
-//! before an event of that kind is handled, and what a thread has done is done before a wait for it ends.
-//! What a job of a thread pool finds has been done before the job was started.
+//! Qt is not built with the sanitizer, and its mutexes and atomics do not use those of the system, so data
+//! that passes through a queue of events would look like a race. The functions here replace Qt's functions
+//! with the same names and report the two orders that the program relies on: everything before a signal or a
+//! call is sent happens before an event of that kind is handled, and everything that a thread does happens
+//! before a wait for the thread ends. Everything before a job of a thread pool is started happens before the
+//! job.
 //!
-//! Senders and receivers are not told apart, so a race between two events that happen to lie between a
-//! sending and a handling goes unseen.
+//! Senders and receivers are not distinguished, so a race between two events is not detected if it happens
+//! between an unrelated sending and handling.
 
 #include <QDeadlineTimer>
 #include <QEvent>
@@ -34,7 +35,7 @@ namespace {
 char sent;
 char handled;
 
-//! \brief A job of a thread pool, in its place in the order.
+//! \brief A job of a thread pool, with the report of its order.
 class OrderedRunnable final : public QRunnable
 {
 public:

@@ -10,7 +10,7 @@
 
 namespace TestSupport {
 
-//! \brief Records how sign-ins end.
+//! \brief Records the results of sign-ins.
 class LoginRecorder final : public NelvoSDK::ILoginObserver
 {
 public:
@@ -36,7 +36,7 @@ public:
     std::function<void()> whenFailed;
 };
 
-//! \brief Records the messages, each behind its kind, such as "first:text".
+//! \brief Records the messages, each after its kind, such as "first:text".
 class MessageRecorder final : public NelvoSDK::IMessageObserver
 {
 public:

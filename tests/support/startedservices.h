@@ -4,7 +4,7 @@
 
 namespace TestSupport {
 
-//! \brief The simulated services, which listen from the construction on. If they can't, the test ends here.
+//! \brief Simulated services that listen from their construction on. If this fails, the test program ends.
 class StartedServices : public NelvoDevkit::Services
 {
 public:
@@ -15,7 +15,7 @@ public:
             qFatal("can't start the services: %s", qPrintable(error));
     }
 
-    //! Removes faults and fixed replies, and forgets the requests so far.
+    //! Removes faults and fixed replies, and all recorded requests.
     void reset()
     {
         clearFaults();
@@ -23,7 +23,7 @@ public:
         log().clear();
     }
 
-    //! The request that came in; an empty one unless there is exactly one.
+    //! The only recorded request; an empty one unless there is exactly one.
     NelvoDevkit::LoggedRequest onlyRequest() const
     {
         const QVector<NelvoDevkit::LoggedRequest> requests = log().requests();
@@ -31,7 +31,7 @@ public:
     }
 };
 
-//! A reply of that JSON text.
+//! A reply with that JSON text.
 inline NelvoDevkit::HttpReply json(const QByteArray& body, int status = 200)
 {
     return {status, "application/json", body, {}};

@@ -6,15 +6,15 @@
 
 namespace TestSupport {
 
-// Texts that differ from one system to the next.
+// Texts that depend on the system.
 
-//! The value of Accept-Language that Qt's network makes of the system's language.
+//! The value of Accept-Language that Qt derives from the system's language.
 QByteArray acceptLanguage();
 
-//! Why the file can't be opened, in the system's words; one that can be opened ends the test.
+//! The system's text for the failure to open the file. If the file can be opened, the test program ends.
 QString openError(const QString& path, QIODevice::OpenMode mode = QIODevice::ReadOnly);
 
-//! What a program printed, with line feeds alone as its line ends.
+//! The output of a program, with line feeds as line ends.
 QByteArray withPlainLineEnds(QByteArray output);
 
 } // namespace TestSupport

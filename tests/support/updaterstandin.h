@@ -6,8 +6,8 @@
 
 namespace TestSupport {
 
-//! \brief Stands in for the self-update, which the login window's context knows as `updater`: tells what a
-//! test makes it tell, and records what it is asked.
+//! \brief A replacement of the updater, which the pages know as `updater`: emits what a test requests, and
+//!   records the calls.
 class UpdaterStandIn : public QObject
 {
     Q_OBJECT
@@ -17,11 +17,11 @@ class UpdaterStandIn : public QObject
     Q_PROPERTY(QStringList calls READ calls)
 
 public:
-    //! The calls so far: the function's name, and its arguments behind blanks.
+    //! The calls so far: the function's name, followed by its arguments, separated by spaces.
     QStringList calls() const { return m_calls; }
     void clearCalls() { m_calls.clear(); }
 
-    //! Forgets the calls and empties the texts.
+    //! Removes the recorded calls and empties the texts.
     Q_INVOKABLE void reset();
 
     Q_INVOKABLE void checkVersion(const QString& url, const QString& token, const QString& productId);

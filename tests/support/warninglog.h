@@ -8,14 +8,13 @@
 
 namespace TestSupport {
 
-//! \brief Lets a test see the warnings of the pages, and what else they log.
+//! \brief Provides the pages' warnings and other log messages to a test.
 class WarningLog : public QObject
 {
     Q_OBJECT
 
 public:
-    //! Begins afresh. To be called in each test, since the test library puts its own message handler in
-    //! place.
+    //! Starts a new log. Call it in each test, because the test library installs its own message handler.
     Q_INVOKABLE void start()
     {
         m_log.reset();
@@ -30,10 +29,10 @@ public:
         return warnings;
     }
 
-    //! What the pages put on the console since the start or the last taking of warnings.
+    //! The console messages of the pages since the start or the last call of take.
     Q_INVOKABLE QStringList debugs() const { return m_log->debugs(); }
 
-    //! The last warnings; from here on messages go where they went before.
+    //! The last warnings. From now on the previous message handler receives all messages.
     Q_INVOKABLE QStringList finish()
     {
         QStringList warnings = take();

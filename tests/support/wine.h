@@ -2,11 +2,11 @@
 
 namespace TestSupport {
 
-//! Whether this is a program for Windows that Wine runs.
+//! Whether this program runs in Wine.
 bool isUnderWine();
 
-//! Why what begins with a reset is skipped there. A client on Windows learns of a reset, and so does a client
-//! elsewhere of one that the simulator makes under Wine.
+//! Why tests that begin with a connection reset are skipped in Wine. On Windows a client detects a reset; so
+//! does a client on another system if the simulator runs in Wine.
 constexpr const char* const ResetsGoUnnoticed = "Wine 8 loses some connection resets";
 
 } // namespace TestSupport

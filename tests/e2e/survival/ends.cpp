@@ -1,5 +1,5 @@
 //! \file
-//! \brief How a process ends.
+//! \brief Ways in which a process ends.
 
 #include "bench/processmemory.h"
 #include "tests/e2e/survival/scenario.h"
@@ -32,7 +32,7 @@ const auto Nowhere = QStringLiteral("http://127.0.0.1:9");
     std::_Exit(EXIT_FAILURE);
 }
 
-//! A server that never answers.
+//! A server that never replies.
 QString silentServer()
 {
     auto* const server = new QTcpServer(QCoreApplication::instance());
@@ -100,7 +100,7 @@ int exitDuringASignIn(Arguments arguments)
     return EXIT_FAILURE;
 }
 
-//! The second application is the one whose end has to find the managers.
+//! The managers must be deleted with the second application.
 int twoApplications(Arguments arguments)
 {
     StartedServices services;
@@ -127,7 +127,7 @@ int twoApplications(Arguments arguments)
     return Survived;
 }
 
-//! What a host does that ends its work in several places.
+//! A host that calls Shutdown in several places.
 int shutdownsWithoutNeed(Arguments arguments)
 {
     const QGuiApplication application(arguments.count, arguments.values);
@@ -146,7 +146,7 @@ void initializeAndShutDown(int times)
     }
 }
 
-//! What each Initialize leaves behind in Qt adds up.
+//! Whatever each Initialize leaves in Qt accumulates.
 int thousandTimes(Arguments arguments)
 {
     const QGuiApplication application(arguments.count, arguments.values);

@@ -1,6 +1,6 @@
 //! \file
-//! \brief survivalhost SCENARIO -: a host that does something rash. The second argument keeps the first from
-//! being taken as a sign-in.
+//! \brief survivalhost SCENARIO -: a host with an unusual call. With the second argument, the library does
+//!   not treat the first as a sign-in.
 
 #include "tests/e2e/survival/scenario.h"
 #include "tests/support/crashdialog.h"

@@ -1,5 +1,5 @@
 //! \file
-//! \brief What a host does inside an observer's call.
+//! \brief Calls of a host inside an observer's call.
 
 #include "tests/bim/pdsstandins.h"
 #include "tests/e2e/bimscene.h"
@@ -24,9 +24,9 @@ using TestSupport::LoginRecorder;
 using TestSupport::MessageRecorder;
 using TestSupport::StartedServices;
 
-const auto User = QStringLiteral("zhangwei"); // of one enterprise, so no choice is needed
+const auto User = QStringLiteral("zhangwei"); // has one enterprise, so the choice is skipped
 
-//! Signs in through the window, as a person does.
+//! Signs in through the window, as a user does.
 int signInByMouse(Arguments arguments, const QString& password,
                   const std::function<void(LoginRecorder&, const Reaction&)>& react, const Reaction& reaction)
 {
@@ -43,7 +43,7 @@ int signInByMouse(Arguments arguments, const QString& password,
         require(UserInput::activate(E2e::loginWindow()), "the login window shows");
         E2e::submitForm(E2e::loginWindow(), User, password, services.signInUrl());
         waitUntil([&] { return hasReacted; }, "the observer is called");
-        // Whatever the reaction has left behind goes with the event loop.
+        // The event loop deletes the objects that the reaction has left.
         QTimer::singleShot(0, [] { QCoreApplication::exit(Survived); });
     });
     return QCoreApplication::exec();
@@ -63,7 +63,7 @@ int inFailed(Arguments arguments, const Reaction& reaction)
         [](LoginRecorder& observer, const Reaction& react) { observer.whenFailed = react; }, reaction);
 }
 
-//! A host that shows a dialog of its own, during which a new release is found.
+//! A host with its own dialog, during which a new release is found.
 void loadWhileAnUpdateArrives()
 {
     QEventLoop dialog;
@@ -97,7 +97,7 @@ int inMessage(Arguments arguments, void (NelvoSDK::IMessageMgr::*notify)(const Q
     return Survived;
 }
 
-//! The plug-in's own message, which comes in the middle of a tick.
+//! The plug-in's own message arrives during a request of the session watch.
 int inPushOut(Arguments arguments, const Reaction& reaction)
 {
     const QGuiApplication application(arguments.count, arguments.values);

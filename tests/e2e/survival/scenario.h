@@ -11,11 +11,11 @@
 #include <string>
 
 //! \file
-//! \brief Hosts that do something rash, each in a process of its own.
+//! \brief Hosts with unusual calls, each in a separate process.
 
 namespace Survival {
 
-//! The exit status of a process that came through.
+//! The exit status of a process that has passed.
 constexpr int Survived = 42;
 
 //! The arguments that the host gives its application object.
@@ -24,7 +24,7 @@ struct Arguments {
     char** values;
 };
 
-//! What a host does. Returns the exit status, or ends the process by itself.
+//! The actions of a host. Returns the exit status, or ends the process itself.
 using Scenario = std::function<int(Arguments arguments)>;
 using Scenarios = std::map<std::string, Scenario>;
 
@@ -34,25 +34,26 @@ void addObservers(Scenarios& scenarios);
 void addWindowEvents(Scenarios& scenarios);
 void addUpdates(Scenarios& scenarios);
 
-//! The name of a scenario of three parts.
+//! The name of a scenario with three parts.
 std::string joined(std::string first, const std::string& second, const std::string& third);
 
-//! Ends the process with another status, and `failure` as the reason.
+//! Ends the process with another status and prints `failure` as the reason.
 [[noreturn]] void fail(const char* failure);
-//! The same unless `condition` holds.
+//! The same if `condition` is false.
 void require(bool condition, const char* failure);
 
-//! What a host does in answer to something.
+//! The reaction of a host to an event.
 using Reaction = std::function<void()>;
 
 void shutDown();
 void initialize();
 void showLogin();
 
-//! Runs events until `condition` holds.
+//! Processes events until `condition` is true.
 void waitUntil(const std::function<bool()>& condition, const char* conditionText);
 
-//! \brief Reacts once, from a timer of the GUI thread, as soon as a request has arrived at the services.
+//! \brief Runs a reaction once, from a timer of the GUI thread, as soon as the services have received a
+//!   request.
 class WhenRequested
 {
 public:
@@ -65,13 +66,13 @@ private:
     QTimer m_timer;
 };
 
-//! \brief Turns a signal that only its name is known of into a reaction, once.
+//! \brief Runs a reaction once when a signal is emitted, which is known by its name only.
 class WhenEmitted : public QObject
 {
     Q_OBJECT
 
 public:
-    //! `signal` is what SIGNAL gives.
+    //! `signal` is a result of SIGNAL.
     WhenEmitted(QObject* sender, const char* signal, const Reaction& reaction);
 
     bool hasReacted() const { return m_hasReacted; }

@@ -1,5 +1,5 @@
 //! \file
-//! \brief What a host does when the self-update emits a signal.
+//! \brief Calls of a host when the self-update emits a signal.
 
 #include "tests/e2e/survival/scenario.h"
 #include "tests/e2e/updatepages.h"
@@ -16,7 +16,7 @@ namespace {
 const auto Product = QStringLiteral("86");
 const auto PackageName = QStringLiteral("package.zip");
 
-//! A host with a release on offer, and the files of its update.
+//! A host with an offered release and the files of its update.
 class UpdateHost
 {
 public:
@@ -68,7 +68,7 @@ int run(const std::function<void()>& steps)
     return QCoreApplication::exec();
 }
 
-//! Reacts at a signal of the last step but the one that commits to the new version.
+//! Reacts to a signal of the last step before the new version is recorded.
 int react(Arguments arguments, const char* signal, const Reaction& reaction,
           const std::function<void(UpdateHost&)>& lastSteps)
 {
@@ -77,12 +77,12 @@ int react(Arguments arguments, const char* signal, const Reaction& reaction,
         host.reactAt(signal, reaction);
         lastSteps(host);
         waitUntil([&] { return host.hasReacted(); }, "the signal comes");
-        // Whatever the reaction has left behind goes with the event loop.
+        // The event loop deletes the objects that the reaction has left.
         QTimer::singleShot(0, [] { QCoreApplication::exit(Survived); });
     });
 }
 
-//! The new version is on record by then, so the batch file has to follow.
+//! The new version is recorded by then, so the batch file must be started.
 int reactAtTheCommitment(Arguments arguments, const char* signal, const Reaction& reaction)
 {
     UpdateHost host(arguments);
@@ -108,7 +108,7 @@ void checkAndDownload(UpdateHost& host)
     host.download();
 }
 
-//! Without a check there is no address, and the transfer fails at once.
+//! Without a check there is no address, so the transfer fails at once.
 void failToDownload(UpdateHost& /*host*/)
 {
     E2e::callUpdater("download");

@@ -1,5 +1,5 @@
 //! \file
-//! \brief What a host does while a call waits for a service.
+//! \brief Calls of a host while another call waits for a service.
 
 #include "tests/e2e/survival/scenario.h"
 #include "tests/e2e/updatepages.h"
@@ -21,7 +21,7 @@ using TestSupport::StartedServices;
 
 const auto User = QStringLiteral("zhangwei");
 
-//! A request that isn't answered, and the call that makes it.
+//! A request without a reply, and the call that sends it.
 struct Wait {
     QByteArray method;
     QString path;
@@ -39,7 +39,7 @@ void install(const Services& services, const E2e::PluginHost& host)
     projects().ReflushProjOrgInfo(host.signIn(services.signInUrl(), User));
 }
 
-//! The first sign-in brings what the call needs; the services stop answering then.
+//! The first sign-in provides the data that the call needs; then the services stop replying.
 int reactDuring(Arguments arguments, const Wait& wait, const Reaction& reaction)
 {
     const QGuiApplication application(arguments.count, arguments.values);
@@ -59,7 +59,7 @@ int reactDuring(Arguments arguments, const Wait& wait, const Reaction& reaction)
     require(trigger.hasReacted(), "the reaction came during the call");
     require(host.observer.sessions.isEmpty() && host.observer.failures == 0, "no observer is called");
 
-    // The process is as good as new, though the services still owe an answer.
+    // The process works normally, although requests are still unanswered.
     services.clearFaults();
     if (!E2e::plugin()->GetLoginMgr())
         initialize();
@@ -142,7 +142,7 @@ void nested(const Services& services, const E2e::PluginHost& host)
     login(services, host);
 }
 
-//! A sign-in by the command line, which is the application's only argument.
+//! A sign-in from the command line, which is the application's only argument.
 int duringTheCommandLine(Arguments arguments, const QString& path)
 {
     StartedServices services;

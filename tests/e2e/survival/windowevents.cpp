@@ -1,5 +1,5 @@
 //! \file
-//! \brief What a host does when it hears of the login window's own doings.
+//! \brief Calls of a host in signals of the login window.
 
 #include "tests/e2e/survival/scenario.h"
 #include "tests/e2e/updatepages.h"
@@ -11,7 +11,7 @@ namespace Survival {
 
 namespace {
 
-//! How a login window closes, and in which of the two signals the host reacts.
+//! How a login window closes, and the signal in which the host reacts.
 struct Closing {
     std::function<void(QQuickView&)> close;
     bool inLastWindowClosed;
@@ -58,7 +58,7 @@ int reactToTheEnd(Arguments arguments, const Closing& closing, const Reaction& r
     return Survived;
 }
 
-//! In an editor that goes on, the window comes back.
+//! In an editor that continues, the window is shown again.
 int showAgainWhenClosed(Arguments arguments)
 {
     const QGuiApplication application(arguments.count, arguments.values);
