@@ -4,13 +4,13 @@
 
 namespace NelvoPlugin {
 
-//! \brief What the host's web pages find as "bimObject" on its web channel: a name to look for.
+//! \brief The object "bimObject" on the host's web channel. Web pages only test whether it exists.
 class BIMObject final : public QObject
 {
     Q_OBJECT
 
 public:
-    //! Does nothing; the moment at which the object goes on the channel.
+    //! Does nothing; called when the object is registered on the channel.
     void init() {}
 };
 

@@ -26,7 +26,7 @@ QJsonArray recordsOf(const QJsonObject& answer, QJsonObject (*record)(const QJso
 
 } // namespace
 
-// Both failure texts name another class and another path than the ones at work; they are meant so.
+// Both log texts name the wrong class and path. This is intentional: the texts are fixed.
 
 void CBimProjWorker::getBimProjList()
 {
@@ -47,10 +47,10 @@ void CBimProjWorker::request(const Source& source)
         serve();
 }
 
-//! The next request goes through the event loop, so that a thread that is to end doesn't take it up.
+//! The event loop starts the next request, so that a thread that should end does not begin it.
 void CBimProjWorker::serve()
 {
-    const Source source = m_requests.head(); // a copy, since the queue grows during the fetch
+    const Source source = m_requests.head(); // a copy, because the queue grows during the fetch
     fetch(source);
     m_requests.dequeue();
     if (!m_requests.isEmpty())
@@ -66,7 +66,7 @@ void CBimProjWorker::fetch(const Source& source)
         Q_EMIT sigSyncBimProjList({}, false);
         return;
     }
-    // To write out a large answer takes as long as all that is done with it, so it is done meanwhile.
+    // Logging a large reply takes as long as converting it, so both run in parallel.
     std::future<QJsonArray> records = std::async([&] { return recordsOf(answer, source.record); });
     if (QLoggingCategory::defaultCategory()->isDebugEnabled())
         qDebug() << answer;

@@ -9,17 +9,17 @@ class QJsonObject;
 
 namespace NelvoPlugin {
 
-//! \brief Fetches the lists of BIM and DWG models on the thread that it lives in.
+//! \brief Fetches the lists of BIM and DWG models on its own thread.
 //!
-//! A fetch blocks that thread until the service has answered, for which there is no time limit. It reads
-//! the service's address from the application's property "sdkAddr". Answers come in the order of the
-//! requests. The records of an answer are made by a helper thread that ends before the answer is told.
+//! A fetch blocks that thread until the service has replied, without a timeout. It reads the service's
+//! address from the application's property "sdkAddr". Replies are delivered in the order of the requests. A
+//! helper thread converts a reply to records; it ends before the reply is emitted.
 class CBimProjWorker final : public QObject
 {
     Q_OBJECT
 
 Q_SIGNALS:
-    //! A list as the dialog shows it; empty, with `bSuccess` false, after a failed call.
+    //! A list in the form of the dialog; empty, with `bSuccess` false, after a failure.
     void sigSyncBimProjList(QJsonArray array, bool bSuccess);
 
 public Q_SLOTS:
@@ -38,8 +38,8 @@ private:
     void serve();
     void fetch(const Source& source);
 
-    //! Waiting a reply out pumps this thread's events, so a request can come in the middle of another. It
-    //! waits here; the one that is served stands in front.
+    //! The wait for a reply processes this thread's events, so a request can arrive during another one. It is
+    //! stored here; the first request is running.
     QQueue<Source> m_requests;
 };
 

@@ -5,14 +5,14 @@
 namespace NelvoPlugin {
 
 //! \file
-//! \brief The flat records of the dialog's lists, made from the service's rows. Any thread.
+//! \brief Converts the service's rows to the flat records of the dialog's lists. Any thread.
 //!
-//! A value that a row lacks, or has as another type, becomes 0 or an empty text.
+//! A value that is missing or has another type becomes 0 or an empty string.
 
-//! Record of a row of the BIM list.
+//! The record of a row of the BIM list.
 QJsonObject bimRecord(const QJsonObject& row);
 
-//! Record of a row of the DWG list, which has no size.
+//! The record of a row of the DWG list, which has no size.
 QJsonObject dwgRecord(const QJsonObject& row);
 
 } // namespace NelvoPlugin

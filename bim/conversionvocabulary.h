@@ -5,12 +5,12 @@
 #include <string>
 
 //! \file
-//! \brief Words of the model conversion that the host and the plug-in share; each is its own name. Of them
-//! the plug-in's own code reads the last one only.
+//! \brief Names for the model conversion that the host and the plug-in share. The value of each is its
+//!   identifier. The plug-in itself uses the last one only.
 
 namespace NelvoPlugin {
 
-// NOLINTBEGIN(readability-identifier-naming): each is spelled as the host knows it.
+// NOLINTBEGIN(readability-identifier-naming): the host uses this spelling.
 extern const QString BVConverter;
 extern const QString convertState;
 extern const QString convertPds;
@@ -28,7 +28,7 @@ extern const QString bimGuid;
 extern const QString compGuid;
 extern const QString asComp;
 extern const QString uid;
-//! Key of the property that says where the host has imported an object from.
+//! Key of the property with the source from which the host has imported an object.
 extern const std::wstring editor_import_source_type;
 // NOLINTEND(readability-identifier-naming)
 

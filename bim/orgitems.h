@@ -14,17 +14,17 @@ namespace NelvoPlugin {
 //! \file
 //! \brief The organisation tree as items of a model. GUI thread.
 //!
-//! An item holds one value, a QVariantMap with "id", "name" and "canSelect", in the role Qt::UserRole + 1;
-//! it has no display text.
+//! Each item contains one value in the role Qt::UserRole + 1: a QVariantMap with "id", "name" and
+//! "canSelect". It has no display text.
 
-//! Appends `node` and all below it to `parent`.
+//! Appends `node` and its descendants to `parent`.
 void appendOrgNode(QStandardItem* parent, const NelvoSDK::OrgTreeNode& node);
 
-//! The first item, depth first from `item` on, whose id is `deptId`; null if there is none. The invisible
-//! root has no map, so an empty `deptId` finds it.
+//! The first item with the id `deptId`, depth first from `item`; null if there is none. The invisible root
+//! has no map, so an empty `deptId` finds it.
 QStandardItem* findOrgItem(const QString& deptId, QStandardItem* item);
 
-//! Appends the ids of `item` and of all below it, depth first.
+//! Appends the ids of `item` and its descendants, depth first.
 void collectOrgIds(QStringList& ids, QStandardItem* item);
 
 } // namespace NelvoPlugin

@@ -53,7 +53,7 @@ void CPdsMgr::InitBimData()
 {
     NelvoSDK::OrgTreeNode root;
     m_plugin->GetProjectInfoMgr()->GetOrgTree(root);
-    // Appended to what is there: nothing clears the model, and that is meant.
+    // Appends to the existing rows and never clears the model. This is intentional.
     appendOrgNode(m_orgModel->invisibleRootItem(), root);
     Q_EMIT sigGetBimProjList();
 
@@ -61,7 +61,7 @@ void CPdsMgr::InitBimData()
     auto* const host = static_cast<NelvoSDK::IHostContext*>(m_plugin->GetHostContext());
     if (QWebChannel* channel = host ? host->GetWebChannel() : nullptr) {
         channel->registerObject(QStringLiteral("bimObject"), &m_bimObject);
-        // A channel without clients would keep a destroyed object and hand it to the next client.
+        // A channel without clients would keep a destroyed object and pass it to the next client.
         connect(&m_bimObject, &QObject::destroyed, channel, &QWebChannel::deregisterObject,
                 Qt::UniqueConnection);
     }
@@ -99,7 +99,7 @@ void CPdsMgr::OpenDWGBimDialog()
     openDialog("openDWGBimDialog");
 }
 
-//! The point that is mapped is the parent's own position, through the parent's transform: that is meant.
+//! Maps the parent's own position through the parent's transform. This is intentional.
 void CPdsMgr::openDialog(const char* function)
 {
     if (!m_dialogItem || !m_parentItem)
@@ -155,13 +155,13 @@ void CPdsMgr::getDWGBimProj()
         Q_EMIT sigGetDWGBimProjList();
 }
 
-//! Emits no change signal, which is intended: the dialog keeps its rows and its title until the answer comes.
+//! Emits no change signal. This is intentional: the dialog keeps its rows and its title until the reply.
 bool CPdsMgr::clearBimProjLists(bool bViewDWG)
 {
     const QPointer<CPdsMgr> self(this);
     bViewDWGBimList = bViewDWG;
     bimProjList = {};
-    // To free a long list takes longer than to show the dialog. The thread that it came from does it.
+    // Freeing a long list takes longer than showing the dialog, so the worker thread frees it.
     QMetaObject::invokeMethod(&m_bimWorker, [list = std::exchange(m_allBimProjList, {})] {});
     Notify([](IPdsObserver& observer) { observer.OnBimProjListCleared(); });
     return self;
@@ -182,15 +182,15 @@ void CPdsMgr::onSyncBimProjList(const QJsonArray& array, bool bSuccess)
         Q_EMIT bimProjListChanged();
 }
 
-//! A page waits for its list and nobody for the names, so a helper thread takes in those of a long list.
-//! Whoever asks for a name waits for it.
+//! Pages wait for the list but not for the names, so a helper thread stores the names. A request for a name
+//! waits for that thread.
 void CPdsMgr::takeInNames(QJsonArray list)
 {
     if (m_names.valid())
         m_bimNameMap = m_names.get();
     m_names = std::async(std::launch::async,
                          [list = std::move(list), names = std::exchange(m_bimNameMap, {})]() mutable {
-                             // The task itself stays until the names are asked for.
+                             // The task exists until a name is requested; the list need not.
                              const QJsonArray all = std::exchange(list, {});
                              for (const QJsonValue& element : all) {
                                  const QJsonObject record = element.toObject();

@@ -26,38 +26,38 @@ class CTreeModel;
 
 namespace NelvoPlugin {
 
-//! \brief The model behind the BIM dialog: its lists, its place in the host's scene, and the way to the host.
+//! \brief The model behind the BIM dialog: its lists, its item in the host's scene, and the calls to the
+//!   host.
 //!
-//! Imports and converts nothing itself: what the user chooses goes to the observers. All of it runs on the
-//! GUI thread but the fetches of the lists, which have a thread of their own from construction to
-//! destruction, and the taking in of the names of each list, which has a helper thread. No list that changes
-//! is shared: requests and answers cross by queued signals, and a list that has had its time goes to the
-//! fetching thread once more, to be freed.
+//! Imports and converts nothing itself: the observers receive the user's choice. Runs on the GUI thread,
+//! except the fetches of the lists, which have a thread from construction to destruction, and the storing of
+//! the names of each list, which has a helper thread. The threads share no list that changes: requests and
+//! replies are passed by queued signals, and replaced lists are freed on the worker thread.
 //!
-//! An observer may delete this object within its call.
+//! An observer may delete this object inside its call.
 //!
-//! QML and the host's scripts know the members by index too, so signals, methods and properties keep
-//! their order.
+//! QML and the host's scripts also use the index of members, so the order of signals, methods and properties
+//! is fixed.
 class CPdsMgr final : public QObject,
                       public NelvoSDK::IPdsMgr,
                       public BVUTILITY::ISubject<NelvoSDK::IPdsObserver>
 {
     Q_OBJECT
-    //! What the dialog shows: the list that came last, or a part of it.
+    //! The shown list: all of the last list or a part of it.
     Q_PROPERTY(QJsonArray bimProjList READ getBimProjList NOTIFY bimProjListChanged)
-    //! "name" and "guid" of the PDS projects below the BIM project that getPdsProj found last.
+    //! "name" and "guid" of the PDS projects below the last BIM project that getPdsProj has found.
     Q_PROPERTY(QJsonArray pdsProjList READ getPdsProjList NOTIFY pdsProjListChanged)
     Q_PROPERTY(bool bCheckedPds READ isPdsChecked NOTIFY bCheckedPdsChanged)
     Q_PROPERTY(QStringList checkList READ getCheckList NOTIFY checkListChanged)
     Q_PROPERTY(bool bViewDWGBimList READ isDWGBimListViewed NOTIFY bViewDWGBimListChanged)
 
 public:
-    //! Stages of a download, for the host's use; the plug-in only publishes the names.
+    //! Stages of a download, for the host; the plug-in only publishes the names.
     enum EDownLoadStatus { DownLoadInitial, DownLoading, DownLoadSuccess, DownLoadError };
     Q_ENUM(EDownLoadStatus)
 
     CPdsMgr();
-    //! Waits for a fetch that is at work, however long it takes; its answer is dropped.
+    //! Waits for a running fetch, without a timeout, and drops its reply.
     ~CPdsMgr() override;
     Q_DISABLE_COPY(CPdsMgr)
 
@@ -81,21 +81,21 @@ public:
 
     //! The dialog has become visible.
     Q_INVOKABLE void onOpenDialog();
-    //! The dialog is no longer visible; it leaves the scene and stays alive.
+    //! The dialog is no longer visible. Removes it from the scene and does not delete it.
     Q_INVOKABLE void onCloseDialog();
-    //! Asks for the BIM list. The lists are empty until it comes, and a page is told only then.
+    //! Requests the BIM list. The lists are empty until it arrives; the change signals are emitted only then.
     Q_INVOKABLE void getBimProj();
-    //! Asks for the DWG list; otherwise as getBimProj.
+    //! Requests the DWG list; otherwise as getBimProj.
     Q_INVOKABLE void getDWGBimProj();
-    //! Reads the PDS projects below a BIM project; one that the database lacks changes nothing.
+    //! Reads the PDS projects below a BIM project. Changes nothing if the database does not contain it.
     Q_INVOKABLE void getPdsProj(const QString& strGuid);
-    //! Adds an entry to the check list, or takes one equal entry away. The list may hold duplicates.
+    //! Adds an entry to the check list, or removes one equal entry. The list may contain duplicates.
     Q_INVOKABLE void checkPdsProj(const QString& strGuid, bool bCheck = true);
-    //! Tells the host to download a BIM project.
+    //! Requests the host to download a BIM project.
     Q_INVOKABLE void downLoadBimProj(const QString& bimProj);
-    //! Tells the host to convert a BIM project, completely rather than fast if `bCompletionFirst`.
+    //! Requests the host to convert a BIM project: completely if `bCompletionFirst`, otherwise fast.
     Q_INVOKABLE void convertSimplyMode(const QString& bimProj, bool bCompletionFirst);
-    //! Shows the models of a department and of all below it; all models if `deptId` is empty.
+    //! Shows the models of a department and its descendants; all models if `deptId` is empty.
     Q_INVOKABLE void searchBydeptId(const QString& deptId);
 
 Q_SIGNALS:
@@ -114,7 +114,7 @@ private:
     void takeInNames(QJsonArray list);
     void openDialog(const char* function);
 
-    // In this order: what the worker needs is destroyed after it, and the thread after the worker.
+    // The order is intentional: the worker is destroyed before its thread and the members that it uses.
     QJsonArray m_allBimProjList;
     QJsonArray bimProjList;
     QJsonArray pdsProjList;
@@ -123,7 +123,7 @@ private:
     QThread m_bimThread;
     CBimProjWorker m_bimWorker;
     QPointer<QQmlContext> m_qmlContext;
-    //! Component and item belong to the host's item and go with it.
+    //! The host's item owns the component and the item.
     QQmlComponent* m_dialogComponent = nullptr;
     QPointer<QQuickItem> m_dialogItem;
     QPointer<QQuickItem> m_parentItem;
@@ -131,9 +131,10 @@ private:
     NelvoSDK::INelvoSDKPlugin* m_plugin = nullptr;
     std::unique_ptr<BVUTILITY::CTreeModel> m_orgModel;
     bool bViewDWGBimList = false;
-    //! Name of every model seen so far, by GUID; it only grows. Empty while a helper thread adds to it.
+    //! Name of every model so far, by GUID; entries are never removed. Empty while a helper thread adds
+    //! names.
     QMap<QString, QString> m_bimNameMap;
-    //! The map with the names of the last list, if it has not been asked for yet.
+    //! The map with the names of the last list, until a name is requested.
     std::future<QMap<QString, QString>> m_names;
 };
 

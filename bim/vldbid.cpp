@@ -14,7 +14,8 @@ namespace {
 constexpr std::size_t GuidLength = 36;
 const std::wstring NoObject = L"none";
 
-//! Reads `count` characters of `text` from `first` as one hexadecimal number, cut to the field's width.
+//! Reads `count` characters of `text`, starting at `first`, as one hexadecimal number, truncated to the
+//! field's size.
 template <typename Field>
 bool readField(const std::wstring& text, std::size_t first, std::size_t count, Field& field)
 {
@@ -25,7 +26,7 @@ bool readField(const std::wstring& text, std::size_t first, std::size_t count, F
     return end == digits.c_str() + digits.size();
 }
 
-//! Where each of the last eight bytes stands in the text.
+//! The positions of the last eight bytes in the text.
 constexpr std::array<std::size_t, 8> BytePositions{19, 21, 24, 26, 28, 30, 32, 34};
 
 std::optional<VLDBId> parseGuid(const std::wstring& text)

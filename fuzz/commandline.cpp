@@ -2,7 +2,7 @@
 #include "login/casform.h"
 #include "login/logincmdlinemgr.h"
 
-//! The argument of another program that asks for a sign-in.
+//! The argument of a sign-in from the command line.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     CLoginCmdLineMgr manager;
@@ -12,7 +12,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     NelvoPlugin::loginForm({}, QString::fromStdWString(manager.m_userName),
                            QString::fromStdWString(manager.m_password));
 
-    // Names that nothing else on the machine has.
+    // Names that no other program on the machine uses.
     const std::wstring prefix = L"nelvo-fuzz-";
     manager.m_eventName.insert(0, prefix);
     manager.m_mappingName.insert(0, prefix);

@@ -8,7 +8,7 @@
 
 namespace {
 
-//! What the answers of one host set.
+//! Sets cookies with the replies of one host.
 void setByAnswers(const QByteArray& headers)
 {
     CCookiesJar jar;
@@ -24,7 +24,7 @@ void setByAnswers(const QByteArray& headers)
     jar.cookiesForUrl(url);
 }
 
-//! What a session brings back.
+//! Sets the cookies of a session.
 void setBySession(const QByteArray& text)
 {
     Fuzz::Network network;
@@ -39,7 +39,7 @@ void setBySession(const QByteArray& text)
 
 } // namespace
 
-//! The cookies: the headers of answers, one a line, and the text of a session.
+//! The cookies: headers of replies, one on each line, and the text of a session.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray text = Fuzz::bytesOf(data, size);

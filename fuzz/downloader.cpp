@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QNetworkAccessManager>
 
-//! The download of a package. The input's first two bytes say in which pieces it comes and whether it fails.
+//! The download of a package. The first two bytes of the input determine its pieces and whether it fails.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     if (size < 2)

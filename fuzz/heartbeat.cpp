@@ -6,7 +6,7 @@
 #include <QCoreApplication>
 #include <QTimerEvent>
 
-//! The failed answer of the watch on the session.
+//! The failed reply to a request of the session watch.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray body = Fuzz::bytesOf(data, size);

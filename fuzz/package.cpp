@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-//! An update package. Names with parent steps are left out: the unpacking follows them, out of the directory.
+//! An update package. Names with parent directories are skipped: the unpacking would leave the directory.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray archive = Fuzz::bytesOf(data, size);

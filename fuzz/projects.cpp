@@ -5,7 +5,7 @@
 
 namespace RecordKeys = NelvoSDK::RecordKeys;
 
-//! The organisation tree and the list of scene projects; an input is both.
+//! The organisation tree and the list of scene projects; each input is used as both.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray body = Fuzz::bytesOf(data, size);

@@ -5,7 +5,7 @@
 #include <QDir>
 #include <QFileInfo>
 
-//! The answer of the update service, and where the package goes that it names.
+//! The reply of the update service, and the path of its package.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QString directory = Fuzz::pathOf("NelvoUpdate");

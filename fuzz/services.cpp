@@ -7,7 +7,7 @@
 
 namespace {
 
-//! \brief Takes the session that the sign-in ends with.
+//! \brief Receives the session of the sign-in.
 class Observer final : public NelvoSDK::ILoginObserver
 {
 public:
@@ -17,8 +17,8 @@ public:
 
 } // namespace
 
-//! What follows the choice of an enterprise: the addresses of the services, in the input's first line, the
-//! token of the IoT service, in its second line, and the cookies of the editor service, in the others.
+//! The replies after the choice of an enterprise: the addresses of the services in the first line of the
+//! input, the token of the IoT service in the second, and the cookies of the editor service in the others.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     QList<QByteArray> lines = Fuzz::bytesOf(data, size).split('\n');

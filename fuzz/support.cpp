@@ -20,7 +20,7 @@ namespace {
 QMutex networkMutex;
 Fuzz::Network* network = nullptr;
 
-//! \brief A reply that brings its body piece by piece and then ends.
+//! \brief A reply whose body arrives in pieces.
 class Reply final : public QNetworkReply
 {
 public:
@@ -97,8 +97,8 @@ QNetworkReply* replyOf(QNetworkAccessManager& manager, const QNetworkRequest& re
 
 } // namespace
 
-// The linker prefers these definitions to Qt's own, for the library and inside Qt. Qt's XML patterns read a
-// page through a subclass of the manager, which makes its replies itself.
+// The linker prefers these definitions to Qt's own, for the library and inside Qt. Qt's XML patterns reads a
+// page through a subclass of the manager that creates its own replies.
 
 QNetworkReply* QNetworkAccessManager::get(const QNetworkRequest& request)
 {
@@ -122,7 +122,7 @@ int LLVMFuzzerInitialize(int* /*argc*/, char*** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_QUICK_BACKEND", "software");
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    // Lives to the end of the process, like the windows that the targets make.
+    // Exists until the process ends, like the windows of the targets.
     static const auto* const application = new QGuiApplication(count, *argv);
     Q_UNUSED(application)
     return 0;

@@ -10,42 +10,41 @@
 #include <vector>
 
 //! \file
-//! \brief What the fuzz targets share. Each of them is one function, which takes one input.
+//! \brief Functions for all fuzz targets. A target is one function, which is called with one input.
 
 extern "C" {
-//! Makes the application, without a display and without a log.
+//! Creates the application, without a display and without a log.
 int LLVMFuzzerInitialize(int* argc, char*** argv);
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 }
 
 namespace Fuzz {
 
-//! The input as the library gets it: bytes of their own, with their end under watch.
+//! The input as the library receives it: copied, so that reading beyond its end is detected.
 QByteArray bytesOf(const std::uint8_t* data, std::size_t size);
 
-//! Ends the process if a promise of the library doesn't hold.
+//! Ends the process if a guarantee of the library is violated.
 void require(bool holds);
 
-//! The path of a file beside the executable, where the library looks for its own.
+//! The path of a file beside the executable, where the library reads its files.
 QString pathOf(const char* name);
 
 //! Writes that file and returns its path.
 QString writeFile(const char* name, const QByteArray& content);
 
-//! What the network answers to a request.
+//! The network's reply to a request.
 struct Answer {
     QByteArray body;
     int status = 200;
-    //! The lines of the answer's Set-Cookie headers.
+    //! The lines of the Set-Cookie headers.
     QByteArray cookies = {};
     //! Size of the pieces in which the body arrives.
     int pieceSize = 1 << 20;
 };
 
-//! \brief The network, as long as this object lives: all requests of the process come here, and none goes
-//! out.
+//! \brief Replaces the network while it exists: receives all requests of the process and sends none.
 //!
-//! A reply arrives by the event loop of the thread that asked for it. All of them go with this object.
+//! The event loop of the requesting thread delivers a reply. The destructor deletes all replies.
 class Network
 {
 public:
@@ -55,7 +54,7 @@ public:
 
     //! Sets the answer to requests whose path ends with `path`. Requests without an answer get status 404.
     void answer(const char* path, const Answer& answer);
-    //! Answers a request of `manager`; any thread.
+    //! Replies to a request of `manager`; any thread.
     QNetworkReply* reply(QNetworkAccessManager& manager, const QNetworkRequest& request);
 
 private:

@@ -4,7 +4,7 @@
 
 #include <QCoreApplication>
 
-//! The record of the installed version, and the state of an interrupted update.
+//! The file of the installed version, and the state of an interrupted update.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const QByteArray content = Fuzz::bytesOf(data, size);

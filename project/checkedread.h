@@ -5,8 +5,8 @@
 
 namespace NelvoPlugin {
 
-//! The value under `key`. Throws std::out_of_range with one text on every standard library if there is none;
-//! nothing in the plug-in catches it.
+//! The value under `key`. Throws std::out_of_range with the same text on every system if the key is missing.
+//! The plug-in does not catch it.
 template <typename Key, typename Value>
 const Value& checkedRead(const std::map<Key, Value>& map, const Key& key)
 {

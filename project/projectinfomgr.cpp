@@ -40,13 +40,13 @@ std::wstring wideText(const QJsonObject& object, const char* key)
     return object.value(QLatin1String(key)).toString().toStdWString();
 }
 
-//! Six significant digits, which is all that the host gets.
+//! Six significant digits: the host receives no more.
 std::wstring wideNumber(const QJsonObject& object, const char* key)
 {
     return QString::number(object.value(QLatin1String(key)).toDouble(), 'g', 6).toStdWString();
 }
 
-//! Leaves null in its place, so that what is made of the object gets its memory.
+//! Leaves null in its place, so that the object's memory is free when its last copy goes.
 QJsonObject takeObject(QJsonArray& array, int index)
 {
     QJsonObject object = array.at(index).toObject();
@@ -71,7 +71,7 @@ QJsonObject identity(const NelvoSDK::ProjectNode& project)
             {QStringLiteral("name"), QString::fromStdWString(project.name)}};
 }
 
-//! Whether a failed reply says that the account has signed in elsewhere.
+//! Whether a failed reply means that the account has signed in elsewhere.
 bool saysPushedOut(const QByteArray& body)
 {
     const QString code = parseJson(body, NELVO_HERE).object().value(QStringLiteral("infoCode")).toString();
@@ -86,7 +86,8 @@ void CProjectInfoMgr::ReflushProjOrgInfo(const NelvoSDK::LoginSession& newSessio
 {
     session = newSession;
 
-    // The host reads these; the model lists read "sdkAddr". What is not set keeps an earlier session's value.
+    // The host reads these; the model lists read "sdkAddr". A property that is not set keeps its earlier
+    // value.
     QCoreApplication* application = QCoreApplication::instance();
     application->setProperty("sdkAddr", QString::fromStdWString(session.sdkAddr));
     if (!session.iotToken.empty())
@@ -110,7 +111,7 @@ void CProjectInfoMgr::ReflushProjOrgInfo(const NelvoSDK::LoginSession& newSessio
         qDebug("CProjectInfoMgr::ReflushProjOrgInfo /org/tree error!");
     }
 
-    // One more with each call, and none is ever stopped: that is meant.
+    // Each call starts one more timer, and none is ever stopped. This is intentional.
     startTimer(HeartbeatMilliseconds, Qt::CoarseTimer);
 }
 
@@ -161,7 +162,7 @@ void CProjectInfoMgr::RemoveForeignProjects(std::list<NelvoSDK::ProjectRef>& pro
     projects.remove_if([this](const NelvoSDK::ProjectRef& project) { return IsForeignProject(project); });
 }
 
-//! Answers with the enterprise and not with the department.
+//! Sets the enterprise, not the department.
 void CProjectInfoMgr::GetProjectInfo(const std::wstring id, NelvoSDK::ProjectRef& project)
 {
     const auto onServer = serverProjects.constFind(id);
@@ -196,7 +197,7 @@ void CProjectInfoMgr::OnUploadProject(const NelvoSDK::ProjectNode& project, void
     if (!upload)
         return;
     const QPointer<CProjectInfoMgr> self(this);
-    // Erased before it is sent, and not brought back if that fails: both are intended.
+    // Removed before the request and not restored after a failure. Both are intentional.
     if (localProjects.remove(project.id) > 0) {
         if (!addProject(project) && self)
             qDebug("CProjectInfoMgr::OnUploadProject add project /scene/project falid");
@@ -225,7 +226,7 @@ void CProjectInfoMgr::OnUploadSdkProperty(const QString& sceneProjId,
         BuildEquipmentBinding(sceneProjId, device.key(), device.value(), element);
         bindings.append(element);
     }
-    // The path is "batchAdd" and the text says "batchUpdate"; both are as they should be.
+    // The path contains "batchAdd" and the log text "batchUpdate". This is intentional.
     if (!httpPost(sharedNetworkManager(), baseUrl(),
                   QStringLiteral("/equipment/bind/batchAdd/") + sceneProjId, QJsonDocument(bindings).toJson(),
                   {}, acceptAnyBody, this) &&
@@ -238,8 +239,8 @@ void CProjectInfoMgr::ReservedFirst() {}
 
 void CProjectInfoMgr::ReservedSecond() {}
 
-//! The blocking calls don't give the body of a failed reply, which is what counts here. A successful reply is
-//! not looked at, whatever it says: the codes count in failed ones only.
+//! Does not use the blocking calls, because they do not return the body of a failed reply. Ignores the body
+//! of a successful reply: the codes matter only in a failed one.
 void CProjectInfoMgr::timerEvent(QTimerEvent* /*event*/)
 {
     QNetworkRequest request = buildRequest();
@@ -275,9 +276,9 @@ CProjectInfoMgr::LocalProject CProjectInfoMgr::ToLocalProject(const NelvoSDK::Pr
             valueOrEmpty(project.attrs, RecordKeys::DeptName)};
 }
 
-//! Appends to the children that the node has. Only the root ever has any before, from an earlier call, and
-//! so doubles its first level: that is meant. Frees the object while it makes the nodes, since a large tree
-//! takes much memory in either form.
+//! Appends to existing children. Only the root has any, from an earlier call, so its first level is doubled.
+//! This is intentional. Frees the object while it makes the nodes, because a large tree takes much memory in
+//! either form.
 void CProjectInfoMgr::WalkOrgTree(QJsonObject object, OrgUnit& node)
 {
     node.value = object.value(QLatin1String("value")).toString();
@@ -304,8 +305,8 @@ void CProjectInfoMgr::CopyOrgTree(const OrgUnit& node, NelvoSDK::OrgTreeNode& ou
     }
 }
 
-//! Composes a binding and leaves the element empty: what is assigned goes to copies of values that are read
-//! from it. The services know the batch so and count its elements only.
+//! Creates a binding but leaves `element` empty: each assignment changes a copy. This is intentional: the
+//! services expect empty objects and use only their number.
 void CProjectInfoMgr::BuildEquipmentBinding(const QString& sceneProjId, const QString& compGuid,
                                             const QString& serialNumber, const QJsonObject& element)
 {
@@ -324,8 +325,8 @@ QString CProjectInfoMgr::baseUrl() const
     return QString::fromStdWString(session.sdkAddr);
 }
 
-//! Replaces the whole jar. The text is cut at every comma, also at those inside an expiry date: what cannot
-//! be read as a cookie is dropped. That is meant; the text is made with the same plain comma.
+//! Replaces the whole jar. Splits the text at every comma, also inside an expiry date, and drops parts that
+//! are no cookies. This is intentional: the text is joined with plain commas.
 void CProjectInfoMgr::restoreSessionCookies() const
 {
     QList<QNetworkCookie> cookies;

@@ -15,12 +15,12 @@ class TestProjectState;
 
 namespace NelvoPlugin {
 
-//! \brief What the editor service knows about the signed-in enterprise, and the watch on its session.
+//! \brief The editor service's data of the enterprise, and the watch of its session.
 //!
-//! Holds the session, a snapshot of the service's scene projects, the projects that exist only in the host
-//! so far, and the organisation tree. GUI thread. The calls block it while they pump events, so a tick of
-//! the watch can run inside any of them; it reads the session's address and the plug-in pointer only. What
-//! runs inside a call may delete this object: the call then returns false, or does nothing more.
+//! Holds the session, a snapshot of the service's scene projects, the local projects of the host, and the
+//! organisation tree. GUI thread. The calls block it and process events meanwhile, so a timer of the watch
+//! can fire inside any of them; it reads only the session's address and the plug-in pointer. Code that runs
+//! inside a call may delete this object: the call then returns false or has no further effect.
 class CProjectInfoMgr final : public QObject, public NelvoSDK::IProjectInfoMgr
 {
     Q_OBJECT
@@ -46,13 +46,13 @@ public:
     void ReservedSecond() override;
 
 protected:
-    //! A tick of the watch, whichever of the timers it comes from.
+    //! A request of the watch, for each of the timers.
     void timerEvent(QTimerEvent* event) override;
 
 private:
     friend class ::TestProjectState;
 
-    //! A scene project that only the host knows.
+    //! A scene project that only the host has.
     struct LocalProject {
         std::wstring id;
         std::wstring name;

@@ -5,18 +5,18 @@
 #include <string>
 
 //! \file
-//! \brief Words that the host and the plug-in share. The plug-in defines them; its own code reads none.
+//! \brief Names that the host and the plug-in share. The plug-in defines them and does not use them itself.
 
 namespace NelvoPlugin {
 
-//! Name of a kind of model: 0 is "CIM", 1 is "BIM". There is no range check. Any thread.
+//! Name of a kind of model: 0 is "CIM", 1 is "BIM". The range is not checked. Any thread.
 std::wstring ModelKindName(quint8 kind);
 
-//! Names of the two kinds of model.
+//! Names of the two kinds of models.
 extern const QString CimModelKind;
 extern const QString BimModelKind;
 
-// NOLINTBEGIN(readability-identifier-naming): each is spelled as the host knows it.
+// NOLINTBEGIN(readability-identifier-naming): the host uses this spelling.
 //! Keys of the properties of a device.
 extern const QString SDK_Propertys;
 extern const QString SDK_LogoID;
@@ -35,7 +35,7 @@ extern const QString AlignType;
 extern const QString Group;
 extern const QString Image;
 extern const QString Name;
-//! Spelled "paramter", which is meant.
+//! Spelled "paramter". This is intentional.
 extern const QString Parameter;
 extern const QString SysName;
 extern const QString SubType;
