@@ -16,8 +16,8 @@
 #include <QNetworkReply>
 #include <QSet>
 
-//! The model lists beside a bare parse of the same body, and the choice of a department beside one pass over
-//! the same list.
+//! The model lists compared with a bare parse of the same body, and the choice of a department compared with
+//! one pass over the same list.
 
 namespace {
 
@@ -44,7 +44,7 @@ NelvoDevkit::HttpReply answer(int rows)
     return NelvoDevkit::jsonReply(QJsonObject{{QStringLiteral("data"), NelvoDevkit::modelRows(models)}});
 }
 
-//! A department with all others below it, ten below each.
+//! A department with its descendants, ten below each.
 NelvoSDK::OrgTreeNode unit(int number)
 {
     constexpr int fanOut = 10;
@@ -56,7 +56,7 @@ NelvoSDK::OrgTreeNode unit(int number)
     return made;
 }
 
-//! A manager whose list has arrived.
+//! A manager that has received a list.
 struct Manager {
     Manager()
     {
@@ -76,7 +76,7 @@ struct Manager {
     CPdsMgr manager;
 };
 
-//! From the end of the transfer, which the application's thread hears of while the fetching thread goes on.
+//! From the end of the transfer, which the application's thread receives while the worker thread continues.
 double listMilliseconds(CPdsMgr& manager)
 {
     QElapsedTimer sinceLastByte;
@@ -88,7 +88,7 @@ double listMilliseconds(CPdsMgr& manager)
         elapsed = static_cast<double>(sinceLastByte.nsecsElapsed()) / 1e6;
         loop.quit();
     });
-    QCoreApplication::sendPostedEvents(); // what the list before has left to do
+    QCoreApplication::sendPostedEvents(); // the remaining work of the previous list
     manager.getBimProj();
     loop.exec();
     return elapsed;
@@ -153,7 +153,7 @@ int main(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
     TestSupport::StartedServices services;
-    // Formatted and not shown: the log is part of the work, a terminal is not.
+    // Formats and discards the messages: the log is part of the work, a terminal is not.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     QCoreApplication::instance()->setProperty("sdkAddr", services.editorUrl());
     services.setReply("GET", BimPath, answer(Rows));

@@ -45,7 +45,7 @@ void require(bool condition, const char* what)
         qFatal("%s", what);
 }
 
-//! The rows in the view, looked for where the view keeps them.
+//! Whether the view has rows.
 bool hasRow(QQuickItem* view)
 {
     QQuickItem* row = nullptr;
@@ -69,7 +69,7 @@ public:
     ~Desk() { manager().Detach(&m_observer); }
     Q_DISABLE_COPY(Desk)
 
-    //! Gives the service that many models, and the dialog too.
+    //! Sets that number of models in the service and in the dialog.
     void fill(int count)
     {
         m_services.editorData().generateModels(count);
@@ -80,7 +80,7 @@ public:
 
     void measure(Times& times)
     {
-        // The list is there from before; the one that is asked for waits.
+        // The dialog keeps the earlier list; the new request waits.
         m_services.addFault({NelvoDevkit::Fault::Stall, BimPath, "GET", 0, false});
         QElapsedTimer sinceOpening;
         sinceOpening.start();
@@ -117,7 +117,7 @@ private:
         require(QTest::qWaitFor([this] { return !m_scene.isDialogShown(); }, WaitMilliseconds), "not closed");
     }
 
-    //! What a page's mere reading of the list costs.
+    //! The time that a page needs to read the list.
     double convert()
     {
         const QJsonArray list = dynamic_cast<QObject&>(manager()).property("bimProjList").toJsonArray();
@@ -178,7 +178,7 @@ private:
         return gap;
     }
 
-    //! Of a row, each in a frame of its own.
+    //! The time of scrolling by a row, each in a separate frame.
     double scroll()
     {
         constexpr int steps = 80;
@@ -207,7 +207,7 @@ private:
 
 int main(int argc, char** argv)
 {
-    // Everything in one thread: what is asked of the scene when a frame begins is what the frame shows.
+    // With one thread, a frame shows the state of the scene at its beginning.
     qputenv("QSG_RENDER_LOOP", "basic");
     const QGuiApplication application(argc, argv);
     TestSupport::StartedServices services;

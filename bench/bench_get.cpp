@@ -10,8 +10,8 @@
 
 #include <ctime>
 
-//! A blocking GET beside the same request on a plain manager that waits in an event loop, and the processor
-//! time that waiting costs.
+//! A blocking GET compared with the same request on a plain manager that waits in an event loop, and the
+//! processor time of the wait.
 
 namespace {
 

@@ -81,7 +81,7 @@ double transferMilliseconds(const QString& url, const QString& path)
     });
 }
 
-//! The refresh of a new manager and the copy of its tree for the host.
+//! ReflushProjOrgInfo of a new manager and the copy of its tree for the host.
 double treeMilliseconds(const QString& url)
 {
     CProjectInfoMgr manager;
@@ -95,7 +95,7 @@ double treeMilliseconds(const QString& url)
     return elapsed;
 }
 
-//! The list as a new manager reads it.
+//! The list, read by a new manager.
 double projectsMilliseconds(const QString& url)
 {
     CProjectInfoMgr manager;
@@ -138,7 +138,7 @@ void measureProjects(StartedServices& services, const QString& url)
     Bench::printScaling("  projects", sizes, own, "ms");
 }
 
-//! In a process of its own, which has nothing else in memory.
+//! In a separate process, which has no other data in memory.
 int printTreeMemory(const QString& url)
 {
     // A first request takes some megabytes by itself, whatever it brings.
@@ -192,7 +192,7 @@ int main(int argc, char** argv)
     StartedServices services;
     const QString url = services.editorUrl();
     services.setReply("GET", TreePath, json("{}"));
-    // What a little memory tells comes first, while the process is small.
+    // Small amounts of memory are measured first, while the process is small.
     measureTicks(url);
     measureTreeMemory(services, url);
     measureTree(services, url);

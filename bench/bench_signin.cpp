@@ -6,8 +6,8 @@
 #include <QGuiApplication>
 #include <QProcess>
 
-//! A whole sign-in in the loaded library, from `login` to OnLoginSucceeded and without the page's closing
-//! progress: beside the delays of its calls, and beside one curl process that sends the same requests.
+//! A whole sign-in in the loaded library, from `login` to OnLoginSucceeded without the progress page,
+//! compared with the delays of its requests, and with one curl process that sends the same requests.
 
 namespace {
 
@@ -20,8 +20,8 @@ void signIn(const E2e::PluginHost& host, const QString& url)
         qFatal("sign-in without an editor service");
 }
 
-//! The calls of a sign-in. From now on everybody gets the same answers to them: curl cannot read the ticket
-//! out of the form.
+//! The requests of a sign-in. From now on the services give every client the same replies, because curl
+//! cannot read the ticket from the form.
 QVector<Exchange> recordSignIn(StartedServices& services, const E2e::PluginHost& host)
 {
     signIn(host, services.signInUrl());
@@ -59,7 +59,7 @@ int main(int argc, char** argv)
     const E2e::PluginHost host(services.signInUrl());
     const TestSupport::MessageLog log;
     const QString url = services.signInUrl();
-    // Connections and caches are there from the second sign-in on.
+    // From the second sign-in on, connections and caches exist.
     const QVector<Exchange> calls = recordSignIn(services, host);
 
     constexpr int delayMilliseconds = 20;

@@ -32,7 +32,7 @@ int finishAtFirstFrame(QQuickWindow* window, Clock::time_point start)
                 elapsed = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
             QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
         },
-        Qt::DirectConnection); // on the thread that renders, when it happens
+        Qt::DirectConnection); // runs on the thread that renders
     const int status = QCoreApplication::exec();
     std::printf("%f\n", elapsed.load());
     return status;
@@ -59,7 +59,7 @@ int startView(const QString& name)
 
 double startIn(const QString& mode)
 {
-    // Two arguments: a single one would be a sign-in without a window.
+    // Two arguments: a single one would be a sign-in from the command line.
     const QStringList arguments{QStringLiteral("--start"), mode};
     return Bench::outputOf(QCoreApplication::applicationFilePath(), arguments).trimmed().toDouble();
 }

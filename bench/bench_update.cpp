@@ -20,8 +20,8 @@
 
 #include <cstdio>
 
-//! The stages of the self-update beside the tools that do the same: the download beside curl, the checksum
-//! beside md5sum, the unpacking beside unzip; and whether the window stays alive while a package is unpacked.
+//! The steps of the self-update compared with tools that do the same: the download with curl, the checksum
+//! with md5sum, the unpacking with unzip; and the reaction time of the window while a package is unpacked.
 
 namespace {
 
@@ -35,7 +35,7 @@ const QVector<int> MebibyteSizes{256, 512, 1024};
 
 const auto DownloadMode = QStringLiteral("--download");
 
-//! What one download took.
+//! The time and memory of one download.
 struct Transfer {
     double milliseconds = 0;
     double growth = 0; //!< bytes of peak resident memory
@@ -157,7 +157,7 @@ void measureChecksum(const QString& directory)
     Bench::printFigure("  growth of the memory that is no mapping", growth / Mebibyte, "MiB", 1);
 }
 
-//! Bytes as a program's files have them: neither all alike nor without any pattern.
+//! Bytes like those in the files of a program: neither constant nor random.
 QByteArray fileContent(int seed, int size)
 {
     QByteArray content;
@@ -171,7 +171,7 @@ QByteArray fileContent(int seed, int size)
     return content;
 }
 
-//! A package of `count` files of `size` bytes, a hundred to a directory.
+//! A package with `count` files of `size` bytes, a hundred in each directory.
 void writePackage(const QString& path, int count, int size)
 {
     QVector<NelvoDevkit::PackageEntry> entries;
@@ -197,7 +197,7 @@ void requireFiles(const QString& directory, int count)
         qFatal("%d files in %s", found, qUtf8Printable(directory));
 }
 
-//! Longest time between two events of a timer on this thread, until the task is done on another one.
+//! The longest time between two events of a timer on this thread while another thread runs the task.
 double longestGap(const std::function<bool()>& task)
 {
     QEventLoop loop;
@@ -275,8 +275,8 @@ void measureLargeEntry(const QString& directory)
     Bench::printFigure("unpacking an entry of 256 MiB: growth of the memory", growth / Mebibyte, "MiB", 32);
 }
 
-//! A large package beside small ones that hold as many files between them: the file system, whose own cost
-//! for each file rises with their number, has the same to do for both.
+//! A large package compared with several small ones with the same total number of files: the file system,
+//! whose time for each file grows with their number, has the same work in both cases.
 void measureGrowth(const char* what, const QString& directory, int packages)
 {
     constexpr int count = 1000;

@@ -12,7 +12,7 @@ double milliseconds(const std::function<void()>& work);
 //! Milliseconds that a processor works for it on the calling thread, whatever else the machine does.
 double processorMilliseconds(const std::function<void()>& work);
 double median(QVector<double> values);
-//! Runs a program to its end and returns what it wrote. If it fails, so does the measurement.
+//! Runs a program to its end and returns its output. If it fails, the benchmark fails.
 QByteArray outputOf(const QString& program, const QStringList& arguments);
 
 // Each prints one line and adds it as a row to the file that the variable NELVO_BENCH_TABLE names. A bound of

@@ -4,16 +4,16 @@
 
 namespace Bench {
 
-// This process's memory, in bytes; 0 where the system doesn't say.
+// This process's memory, in bytes; 0 if the system does not provide it.
 
-//! What is in the machine's memory now.
+//! The part that is currently in main memory.
 double residentBytes();
-//! The most that there has been of that.
+//! The maximum of this part so far.
 double peakResidentBytes();
-//! What is this process's own: no file that it maps, and nothing that it shares.
+//! The private part: without mapped files and shared memory.
 double ownBytes();
 
-//! How far such a figure rises above its present value while `work` runs, as seen every millisecond.
+//! The maximum increase of `figure` while `work` runs, measured every millisecond.
 double growthDuring(double (*figure)(), const std::function<void()>& work);
 
 } // namespace Bench

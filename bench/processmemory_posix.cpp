@@ -7,7 +7,7 @@ namespace Bench {
 
 namespace {
 
-//! A line of the process's status, which Linux has and other systems may not.
+//! A value of the process's status, which exists on Linux only.
 double statusBytes(const QByteArray& name)
 {
     QFile status(QStringLiteral("/proc/self/status"));

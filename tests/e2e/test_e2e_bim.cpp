@@ -39,7 +39,7 @@ const auto Refusal = QStringLiteral("BIM工程不能重复导入");
 const auto BimFailed = QStringLiteral("CProjectInfoMgr::getBimProjList getprojList /scene/project falied!");
 const auto DwgFailed =
     QStringLiteral("CProjectInfoMgr::getDWGBimProjList getprojList /scene/project falied!");
-//! What the process without a shutdown writes when it has seen its list.
+//! The output of the process without a shutdown when it has received its list.
 const QByteArray SeenAll = "seen all";
 const auto ExitMode = QStringLiteral("--exit-without-shutdown");
 
@@ -70,7 +70,7 @@ QVector<BimModel> ofDepartments(QVector<BimModel> models, const QStringList& dep
     return models;
 }
 
-//! As a row of the list shows it: the program's number is the picture's, but for those without one.
+//! A row of the list: the number of the program is that of the picture, except for programs without one.
 QString rowOf(const BimModel& model)
 {
     static const QList<qint64> pictured{1, 2, 3, 4, 5, 7, 9, 10, 11, 12};
@@ -83,8 +83,8 @@ QString rowOf(const BimModel& model)
 
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 
-//! The BIM dialog of the loaded library in the scene of a host, used with mouse and keyboard by an account
-//! that has signed in.
+//! The BIM dialog of the loaded library in the scene of a host, used with mouse and keyboard by a signed-in
+//! account.
 class TestE2eBim : public QObject
 {
     Q_OBJECT
@@ -128,7 +128,7 @@ private:
     void openDwg() { open(&NelvoSDK::IPdsMgr::OpenDWGBimDialog, m_drawings.size()); }
     QStringList targets() const;
     QString guidOf(const QString& name) const;
-    //! The warnings since the last look, but for the one of Qt's own that a loaded machine brings.
+    //! The warnings since the last call, without a warning of Qt that occurs on a loaded machine.
     QStringList newWarnings();
     void leaveHost();
 
@@ -158,7 +158,7 @@ void TestE2eBim::init()
     enter();
 }
 
-//! As a host does: sign-in, project information, scene, and the first list before any dialog is open.
+//! As a host does: sign-in, project information, scene, and the first list before a dialog is open.
 void TestE2eBim::enter()
 {
     m_control.isMainProject = true;
@@ -168,7 +168,7 @@ void TestE2eBim::enter()
     NelvoSDK::IProjectInfoMgr* const projects = E2e::plugin()->GetProjectInfoMgr();
     projects->SetPlugin(E2e::plugin());
     const NelvoSDK::LoginSession session = m_host->signIn(m_services->signInUrl(), User);
-    m_log->clear(); // a sign-in warns of what it sends
+    m_log->clear(); // a sign-in logs its requests as warnings
     projects->ReflushProjOrgInfo(session);
     manager()->Attach(&m_observer);
     createScene();
@@ -185,7 +185,7 @@ void TestE2eBim::createScene()
     QVERIFY(!m_scene->isDialogShown());
 }
 
-//! No test leaves a warning. One that expects some takes them out.
+//! A test fails if it leaves warnings; a test that expects warnings removes them.
 void TestE2eBim::cleanup()
 {
     m_services->clearFaults();
@@ -204,7 +204,7 @@ void TestE2eBim::leaveHost()
     m_host.reset();
 }
 
-//! Until the list is there.
+//! Waits until the list has arrived.
 void TestE2eBim::open(void (NelvoSDK::IPdsMgr::*opening)(), int rows)
 {
     const int synced = m_observer.calls.count(QStringLiteral("synced"));
@@ -269,7 +269,7 @@ void TestE2eBim::drawingsShowWithoutPictures()
     QCOMPARE(m_observer.calls.last(), QStringLiteral("download 1: ") + m_drawings.at(1).guid);
 }
 
-//! Opened one over the other.
+//! Opened one after the other, without closing.
 void TestE2eBim::bothListsShareTheDialog()
 {
     openBim();
@@ -293,10 +293,10 @@ void TestE2eBim::departmentNarrowsToItselfAndBelow()
     QTRY_COMPARE(m_scene->names(), narrowed);
     QVERIFY(m_scene->chooseDepartment(QStringLiteral("方案组")));
     QTRY_COMPARE(m_scene->names(), namesOf(ofDepartments(m_models, words("1001-111"))));
-    // The tree's own root has everything below it.
+    // The root of the tree contains all departments.
     QVERIFY(m_scene->chooseDepartment(QStringLiteral("远景建筑设计研究院")));
     QTRY_COMPARE(m_scene->rowCount(), m_models.size());
-    // Nothing of this asks the service.
+    // None of these sends a request.
     QCOMPARE(targets(), (QStringList{BimPath, BimPath}));
 }
 
@@ -380,7 +380,7 @@ void TestE2eBim::reopeningStartsAfresh()
     m_scene->clickPart(QStringLiteral("closeButton"));
     QTRY_VERIFY(!m_scene->isDialogShown());
 
-    // The answer to the next opening waits: what shows meanwhile are the rows of before.
+    // The reply to the next opening waits; meanwhile the earlier rows are visible.
     m_services->addFault({Fault::Stall, BimPath, "GET", 0, false});
     manager()->OpenBimDialog();
     QTRY_VERIFY(m_scene->isDialogShown());
@@ -413,7 +413,7 @@ void TestE2eBim::requestsToTheByte()
     m_services->log().clear();
     openBim();
     openDwg();
-    // The session's cookies and none of the sign-in service's.
+    // The cookies of the session, without those of the sign-in service.
     const QByteArray cookies = "Cookie: EDITORSESSION=*; route=*\n";
     const QByteArrayList wire{E2e::request("GET /bim/relation/", "EDITOR", cookies),
                               E2e::request("GET /bim/relation/dwg", "EDITOR", cookies)};
@@ -424,11 +424,11 @@ void TestE2eBim::failingServiceGivesAnEmptyList_data()
 {
     QTest::addColumn<Fault>("fault");
     QTest::addColumn<int>("status");
-    QTest::addColumn<QStringList>("reasons"); // how the warning may begin
+    QTest::addColumn<QStringList>("reasons"); // possible beginnings of the warning
     QTest::newRow("status 500") << Fault::Status << 500 << QStringList{"Error transferring"};
     QTest::newRow("refuse") << Fault::Refuse << 0 << QStringList{"Connection refused"};
     QTest::newRow("reset") << Fault::Reset << 0 << QStringList{"Connection closed"};
-    // Whether Qt takes a body that ends too early for an error is a race in its network thread.
+    // A body that ends too early may be an error for Qt or not: this is a race in its network thread.
     QTest::newRow("cut body") << Fault::CutBody << 0 << QStringList{"Connection closed", "parse json failed"};
     QTest::newRow("no JSON") << Fault::NotJson << 0 << QStringList{"parse json failed"};
     QTest::newRow("endless redirect") << Fault::EndlessRedirect << 0 << QStringList{"Too many redirects"};
@@ -486,7 +486,7 @@ void TestE2eBim::lostSessionGivesAnEmptyList()
     QCOMPARE(newWarnings(), QStringList{QStringLiteral("Host requires authentication")});
 }
 
-//! Every answer is shown in its turn; the last one stays.
+//! Each reply is shown in its order; the last one remains.
 void TestE2eBim::stalledListAndQuickSwitch()
 {
     openBim();
@@ -501,7 +501,7 @@ void TestE2eBim::stalledListAndQuickSwitch()
     manager()->OpenBimDialog();
     manager()->OpenDWGBimDialog();
     QTRY_VERIFY(m_scene->isDialogShown());
-    // The rows and the title of before, and a scene that is alive.
+    // The earlier rows and title, in a scene that still works.
     QCOMPARE(m_scene->title(), BimTitle);
     QTRY_COMPARE(m_scene->rowCount(), m_models.size());
     m_scene->clickInRow(m_models.first().name, QStringLiteral("downloadButton"));
@@ -546,7 +546,7 @@ void TestE2eBim::shutdownWaitsForAStalledFetch()
         answered = true;
         m_services->clearFaults();
     });
-    // Stays attached, to hear whatever would still be said.
+    // Remains attached, to detect any later call.
     m_host.reset();
     const bool waited = answered;
     service.join();
@@ -556,7 +556,7 @@ void TestE2eBim::shutdownWaitsForAStalledFetch()
     QVERIFY(!manager());
 }
 
-//! The scene outlives what its dialog talked to.
+//! The scene outlives the objects that its dialog used.
 void TestE2eBim::shutdownWithAnOpenDialog()
 {
     openBim();
@@ -575,8 +575,8 @@ void TestE2eBim::listsWorkAfterAnotherStart()
     openBim();
     m_scene.reset();
     leaveHost();
-    // A session has the cookies that its sign-in brings, and a service that still knew the client would hand
-    // out none.
+    // A session contains the cookies that its sign-in received, and a service that still knows the client
+    // would set none.
     m_services->forgetSessions();
     m_host = std::make_unique<E2e::PluginHost>(m_services->signInUrl());
     enter();
@@ -595,7 +595,7 @@ void TestE2eBim::exitWithoutShutdown_data()
     QTest::newRow("login window open") << QStringLiteral("login");
 }
 
-//! In a process of its own, which says what it has seen.
+//! In a separate process, which prints what it has received.
 void TestE2eBim::exitWithoutShutdown()
 {
     QFETCH(const QString, state);
@@ -611,8 +611,7 @@ void TestE2eBim::exitWithoutShutdown()
 
 namespace {
 
-//! A host that forgets to shut the plug-in down: its managers, thread, list and window are there when the
-//! application goes.
+//! A host that does not call Shutdown: its managers, thread, list and window exist when the application ends.
 int exitWithoutShutdown(const QString& state)
 {
     static TestSupport::StartedServices services;

@@ -28,9 +28,9 @@ constexpr int PatienceMs = 60000;
 constexpr std::chrono::milliseconds Patience{PatienceMs};
 constexpr std::chrono::milliseconds Now{0};
 
-//! Set in a process that is to be the host: the file for what it has seen.
+//! Set in a process that acts as the host: the file for its report.
 const char* const ReportVariable = "NELVO_TEST_REPORT";
-//! Set besides, the host stays after a success until it is ended.
+//! If this is set too, the host continues after a success until it is killed.
 const char* const StayVariable = "NELVO_TEST_STAY";
 
 bool isAnyWindowVisible()
@@ -40,7 +40,7 @@ bool isAnyWindowVisible()
                        [](const QWindow* window) { return window->isVisible(); });
 }
 
-//! What the host knows at this moment.
+//! The current data of the host.
 QByteArray report(const E2e::PluginHost& host)
 {
     const NelvoSDK::LoginSession session =
@@ -69,8 +69,8 @@ void write(const QString& name, const QByteArray& content)
         qFatal("cannot write %s", qPrintable(name));
 }
 
-//! A host in small that signs in by its command line, tells a file what its observer heard as soon as it
-//! heard it, and ends, unless it is to stay.
+//! A minimal host with a sign-in from the command line. It writes the calls of its observer to a file
+//! immediately, and ends unless it should continue.
 int runHost(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
@@ -88,7 +88,7 @@ int runHost(int argc, char** argv)
 
 } // namespace
 
-//! Another program starts a host that is to sign in, and waits for its word.
+//! Another program starts a host with a sign-in and waits for the event.
 class TestE2eCommandLine : public QObject
 {
     Q_OBJECT
@@ -116,7 +116,7 @@ private Q_SLOTS:
     void launcherHearsNothingFromAStalledSignIn();
 
 private:
-    //! The names that the caller has, joined with the rest to an argument.
+    //! The argument with the names of the calling program.
     QString argument(const QString& user, const QString& pwd, const QString& url, const QString& epId) const;
     QString argument(const QString& user = QStringLiteral("lina")) const;
     void start(const QString& program, const QStringList& arguments);
@@ -278,7 +278,7 @@ void TestE2eCommandLine::unknownEnterpriseIsEnteredWithoutAName()
     QCOMPARE(hostReport()["epId"].toString(), QStringLiteral("77"));
 }
 
-//! It goes out as it stands, without being hashed.
+//! It is sent unchanged, without a digest.
 void TestE2eCommandLine::clearPasswordIsRefused()
 {
     startHost(argument(QStringLiteral("lina"), passwordOf(QStringLiteral("lina")), m_services.signInUrl(),
@@ -288,7 +288,7 @@ void TestE2eCommandLine::clearPasswordIsRefused()
     QCOMPARE(hostReport()["failures"].toInt(), 1);
 }
 
-//! The caller cannot tell it from a success.
+//! The calling program cannot distinguish it from a success.
 void TestE2eCommandLine::failedSignInIsToldAllTheSame()
 {
     startHost(argument(QStringLiteral("nobody")));

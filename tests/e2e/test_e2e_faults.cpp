@@ -19,14 +19,14 @@ using TestSupport::MessageLog;
 
 namespace {
 
-//! How a sign-in of an account with one enterprise ends.
+//! The result of a sign-in of an account with one enterprise.
 enum class Outcome {
-    Session,         //!< published, with editor service and token
-    SessionNoToken,  //!< published, with editor service, without a token
-    SessionOddToken, //!< published; what the service sent is taken for the token
-    SessionCutToken, //!< published, with a part of the token or without one
-    NoEditor,        //!< published with empty texts: no editor service
-    NoCompany,       //!< the list page waits, with nothing to choose
+    Session,         //!< a session with editor service and token
+    SessionNoToken,  //!< a session with editor service, without a token
+    SessionOddToken, //!< a session with the service's reply as token
+    SessionCutToken, //!< a session with a part of the token or without one
+    NoEditor,        //!< a session of empty strings: no editor service
+    NoCompany,       //!< the list page waits, without an entry
     Message,         //!< the form shows the message
 };
 
@@ -39,7 +39,7 @@ struct Call {
 // The seven calls of a sign-in, in their order.
 const Call FormPage{"form page", "GET", "/login"};
 const Call FormPost{"form post", "POST", "/login"};
-const Call FormResult{"form result", "GET", "/login/success"}; // where an accepted form leads to
+const Call FormResult{"form result", "GET", "/login/success"}; // the page to which an accepted form redirects
 const Call Companies{"company list", "GET", "/rs/casLogin/listCompany"};
 const Call Binding{"binding", "POST", "/rs/casLogin/casLogin"};
 const Call Addresses{"addresses", "GET", "/rs/casLogin/serverUrl"};
@@ -71,8 +71,8 @@ public:
 Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 Q_DECLARE_METATYPE(Outcome)
 
-//! Each of the seven calls failing in each way, in the loaded library: the documented outcome, and a process
-//! that signs in as if nothing had been once the service is well again.
+//! Each of the seven requests failing in each way, in the loaded library: the result is as documented, and
+//! the same process signs in normally when the service works again.
 class TestE2eFaults : public QObject
 {
     Q_OBJECT
@@ -106,8 +106,7 @@ void TestE2eFaults::cleanup()
     m_host.reset();
 }
 
-//! Without the window: the pages themselves are driven elsewhere, and their closing progress would take its
-//! time, once for each row.
+//! Without the window: other tests use the pages, and their progress bar would take time in each row.
 void TestE2eFaults::signIn()
 {
     m_host->signIn(m_services.signInUrl(), User, &m_message);
@@ -139,7 +138,7 @@ void TestE2eFaults::everyCallInEveryWay_data()
     QTest::addColumn<Fault>("fault");
     QTest::addColumn<int>("value");
     QTest::addColumn<Outcome>("outcome");
-    QTest::addColumn<QStringList>("texts"); // how the message may begin, or the debug line
+    QTest::addColumn<QStringList>("texts"); // possible beginnings of the message, or of the debug line
 
     const auto row = [](const Call& call, const char* way, Fault fault, Outcome outcome,
                         const QStringList& texts = {}, int value = 0) {
@@ -154,10 +153,10 @@ void TestE2eFaults::everyCallInEveryWay_data()
     const QStringList noResult{QStringLiteral("parsePostResult failed")};
     const QStringList noList{QStringLiteral("read compList failed")};
 
-    // Whether Qt takes a body that ends too early for an error is a race in its network thread. Otherwise it
-    // is the body that cannot be read.
+    // A body that ends too early may be an error for Qt or not: this is a race in its network thread. Without
+    // the error, the body cannot be read.
     row(FormPage, "cut body", Fault::CutBody, Outcome::Message, closed + unreadable);
-    // The answer to the form is a redirect without a body; it is the page behind it that can be cut.
+    // The reply to the form is a redirect without a body; the page after it can be cut.
     row(FormResult, "cut body", Fault::CutBody, Outcome::Message, closed + noResult);
     row(Companies, "cut body", Fault::CutBody, Outcome::Message, closed + noList);
     row(Binding, "cut body", Fault::CutBody, Outcome::Session);
@@ -165,18 +164,18 @@ void TestE2eFaults::everyCallInEveryWay_data()
     row(Token, "cut body", Fault::CutBody, Outcome::SessionCutToken);
     row(Heartbeat, "cut body", Fault::CutBody, Outcome::NoEditor, HeartbeatText);
 
-    // What the form's three calls share: the reply's error is the message.
+    // The form's three requests: the error of the reply is the message.
     for (const Call* call : {&FormPage, &FormPost, &Companies}) {
         row(*call, "refuse", Fault::Refuse, Outcome::Message, refused);
         row(*call, "reset", Fault::Reset, Outcome::Message, closed);
         row(*call, "status 500", Fault::Status, Outcome::Message, transferring, 500);
         row(*call, "status 404", Fault::Status, Outcome::Message, transferring, 404);
-        // A redirected POST comes back as a GET: it leaves the loop and finds the form instead of a result.
+        // A redirected POST becomes a GET: it leaves the loop and receives the form instead of a result.
         row(*call, "endless redirect", Fault::EndlessRedirect, Outcome::Message,
             call == &FormPost ? noList : redirects);
         row(*call, "delay", Fault::Delay, Outcome::Session, {}, 30);
     }
-    // Any well-formed page is read, without finding a ticket in it.
+    // Any well-formed page is accepted, even without a ticket.
     row(FormPage, "other page", Fault::NotJson, Outcome::Message, noList);
     row(FormPage, "JSON", Fault::WrongJson, Outcome::Message, unreadable);
     row(FormPage, "redirect", Fault::Redirect, Outcome::Session);
@@ -190,8 +189,8 @@ void TestE2eFaults::everyCallInEveryWay_data()
     row(Companies, "redirect", Fault::Redirect, Outcome::Session);
     row(Companies, "lost session", Fault::LoseSession, Outcome::Message, noList);
 
-    // What the later calls share: a failure is logged, and the sign-in goes on with what it has. Without
-    // the binding the service gives no token.
+    // The later requests: a failure is logged, and the sign-in continues. Without the binding the service
+    // provides no token.
     const auto later = [&](const Call& call, Outcome failed, const QStringList& line) {
         row(call, "refuse", Fault::Refuse, &call == &Binding ? Outcome::NoEditor : failed,
             &call == &Binding ? NoEditorText : line);
@@ -279,7 +278,7 @@ void TestE2eFaults::everyCallInEveryWay()
         break;
     }
 
-    // The same process, the same window: well again.
+    // The same process and window with working services.
     m_services.clearFaults();
     m_host->observer.sessions.clear();
     m_host->observer.failures = 0;
@@ -305,7 +304,7 @@ void TestE2eFaults::stalledCallGoesOnWhenReleased()
     E2e::plugin()->GetLoginMgr()->Start();
     m_services.addFault({Fault::Stall, path, method, 0, false});
 
-    // The host's own timers run while the call waits, for as long as it waits.
+    // The host's timers run during the whole wait.
     int ticks = 0;
     QTimer hostTimer;
     connect(&hostTimer, &QTimer::timeout, this, [&] {
@@ -389,7 +388,7 @@ void TestE2eFaults::formPageThatWouldCrashTheQuery()
     expectSession(m_services.editorUrl(), [](const QString& token) { return !token.isEmpty(); });
 }
 
-//! The application quits while the form's first page never comes: the wait ends, and so does the program.
+//! The application quits while the form page never arrives: the wait ends, and the program too.
 void TestE2eFaults::quitWhileTheFormWaits()
 {
     m_services.log().clear();

@@ -8,7 +8,7 @@
 #include <QCoreApplication>
 #include <QtTest>
 
-//! The watch on the session with its real ten seconds.
+//! The session watch with its real interval of ten seconds.
 class TestE2eHeartbeat : public QObject
 {
     Q_OBJECT
@@ -34,7 +34,7 @@ void TestE2eHeartbeat::pushOutArrivesByItself()
     QVERIFY(!root.children.empty());
     services.log().clear();
 
-    // The cookies that the sign-in captured identify the client.
+    // The cookies of the sign-in identify the client.
     QTRY_VERIFY_WITH_TIMEOUT(!services.log().requests().isEmpty(), patience);
     QCOMPARE(services.log().requests().constFirst().target, QByteArray("/org/heartbeat"));
     const QString cookies = QString::fromStdWString(session.cookies);

@@ -10,7 +10,7 @@
 #include <QSslConfiguration>
 #include <QtTest>
 
-//! The services behind HTTPS, with a certificate that the system does not know.
+//! The services with HTTPS and a certificate that the system does not know.
 class TestE2eHttps : public QObject
 {
     Q_OBJECT
@@ -24,7 +24,7 @@ private:
     std::unique_ptr<TestSupport::StartedServices> m_services;
 };
 
-//! Services of its own for each test: Qt keeps the certificates it trusts with the connections it has.
+//! New services for each test: Qt stores trusted certificates with its connections.
 void TestE2eHttps::init()
 {
     NelvoDevkit::ServicesOptions options;

@@ -7,7 +7,7 @@
 
 #include <thread>
 
-//! The plug-in as a host meets it: entry, managers, resources, shutdown.
+//! The plug-in as a host uses it: export, managers, resources, shutdown.
 class TestE2eLifecycle : public QObject
 {
     Q_OBJECT

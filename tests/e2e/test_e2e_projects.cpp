@@ -10,7 +10,7 @@
 
 #include <algorithm>
 
-//! What a host does with the enterprise's projects after a sign-in, and what the service has afterwards.
+//! The operations of a host on the enterprise's projects after a sign-in, and their effect on the service.
 class TestE2eProjects : public QObject
 {
     Q_OBJECT
@@ -124,7 +124,7 @@ void TestE2eProjects::bindingsAreReplaced()
     QCOMPARE(bindings.elements, 3);
 }
 
-//! The first one's ticks are delivered by hand; elsewhere they come by themselves.
+//! Sends the requests of the first watch directly; the timer sends the others.
 void TestE2eProjects::pushedOutClientIsTold()
 {
     TestSupport::MessageRecorder observer;

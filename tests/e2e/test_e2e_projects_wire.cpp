@@ -8,7 +8,7 @@
 #include <QCoreApplication>
 #include <QtTest>
 
-//! Every request of a host's work with its projects, after a sign-in, as it went over the wire.
+//! Every request of a host's operations on projects after a sign-in, as sent to the services.
 class TestE2eProjectsWire : public QObject
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ NelvoSDK::ProjectNode announcedProject(NelvoSDK::IProjectInfoMgr& projects)
     return node;
 }
 
-//! A refresh, the list, each of the uploads, and a tick of the watch.
+//! A refresh, the list, each of the uploads, and a request of the session watch.
 void work(NelvoSDK::IProjectInfoMgr& projects, const NelvoSDK::LoginSession& session)
 {
     projects.SetPlugin(E2e::plugin());
@@ -74,7 +74,7 @@ void TestE2eProjectsWire::projectsToTheByte()
     services.log().clear();
     work(*E2e::plugin()->GetProjectInfoMgr(), session);
 
-    // The session's cookies and none of the sign-in service's.
+    // The cookies of the session, without those of the sign-in service.
     const QByteArray cookies = "Cookie: EDITORSESSION=*; route=*\n";
     const auto jsonOf = [&cookies](int length) {
         return "Content-Type: application/json\n" + cookies +

@@ -14,7 +14,7 @@
 using NelvoDevkit::Fault;
 using TestSupport::passwordOf;
 
-//! A person signs in through the window, over real HTTP.
+//! A user signs in through the window, with real HTTP.
 class TestE2eSignIn : public QObject
 {
     Q_OBJECT
@@ -118,7 +118,7 @@ void TestE2eSignIn::manyEnterprisesWaitForTheChoice()
     };
     QTRY_VERIFY(thirdRow());
 
-    // Nothing is chosen yet: the button does not react.
+    // Nothing is chosen yet, so the button has no effect.
     UserInput::click(UserInput::findItem(host().window(), QStringLiteral("confirmButton")));
     QVERIFY(UserInput::findItem(host().window(), QStringLiteral("applistComp")));
     QCOMPARE(count("POST", "/rs/casLogin/casLogin"), 0);
@@ -312,7 +312,7 @@ void TestE2eSignIn::signingInAgainInTheSameProcess()
     QTRY_COMPARE(host().observer.sessions.size(), 2);
     QCOMPARE(QString::fromStdWString(host().observer.sessions.constLast().epName),
              QStringLiteral("东方轨道交通有限公司"));
-    // The editor service knows this client already and hands out no new cookie.
+    // The editor service knows this client already and sets no new cookie.
     QVERIFY(host().observer.sessions.constLast().cookies.empty());
 }
 
@@ -327,7 +327,7 @@ void TestE2eSignIn::closeButtonEndsTheApplication()
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("Protocol \"\" is unknown")});
 }
 
-//! A host that does not like the enterprise may ask again at once.
+//! A host may call ShowLogin immediately, to let the user choose another enterprise.
 void TestE2eSignIn::showLoginFromWithinTheObserver()
 {
     host().observer.whenSucceeded = [this] { host().actor()->ShowLogin(); };

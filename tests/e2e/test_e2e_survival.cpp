@@ -1,8 +1,8 @@
 #include <QProcess>
 #include <QtTest>
 
-//! Hosts that do something rash, each in a process of its own: the process goes on, and ends with the
-//! status that was asked for.
+//! Hosts with unusual calls, each in a separate process: the process continues, and ends with the requested
+//! status.
 class TestE2eSurvival : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ private Q_SLOTS:
 
 private:
     static void addRows(const QList<QByteArray>& names);
-    //! Runs the host of the row's name.
+    //! Runs the host with the name of the row.
     static void run();
 };
 
@@ -55,7 +55,7 @@ void TestE2eSurvival::run()
     QFETCH(QString, scenario);
     QProcess host;
     host.setProcessChannelMode(QProcess::MergedChannels);
-    // A process that calls exit leaves everything behind, which is no leak.
+    // A process that calls exit releases nothing, which is no leak.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     if (scenario.startsWith(QStringLiteral("exit ")))
         environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
@@ -65,7 +65,7 @@ void TestE2eSurvival::run()
     const QByteArray output = host.readAll();
     QVERIFY2(host.exitStatus() == QProcess::NormalExit, output.constData());
     QVERIFY2(host.exitCode() == Survived, output.constData());
-    // Qt's complaint about a manager on a thread that isn't its own.
+    // Qt's warning about a manager on another thread.
     QVERIFY2(!output.contains("different thread"), output.constData());
 }
 
@@ -74,7 +74,7 @@ void TestE2eSurvival::processEnds_data()
     QList<QByteArray> names{"return after a call",   "exit with the window shown", "exit after SetQmlContext",
                             "exit during a fetch",   "exit during a sign-in",      "two applications",
                             "shutdowns without need"};
-    // A sanitizer keeps freed memory, so growth means nothing with it.
+    // A sanitizer delays freeing memory, so the growth has no meaning.
     if (!NELVO_SANITIZED)
         names += "a thousand times";
     addRows(names);

@@ -55,7 +55,7 @@ QByteArray packageOnDisk()
     return TestSupport::contentOf(packagePath());
 }
 
-//! The log with its levels; lines of code, addresses and ports left out.
+//! The log with its levels, without line numbers, addresses and ports.
 QStringList lines(const MessageLog& log)
 {
     static const QMap<QtMsgType, QString> levels{
@@ -63,7 +63,7 @@ QStringList lines(const MessageLog& log)
     QStringList found;
     const QVector<MessageLog::Entry> entries = log.entries();
     for (const MessageLog::Entry& entry : entries) {
-        // What Qt has to say of a transfer that is aborted because it failed.
+        // Qt's message about a transfer that is aborted because it has failed.
         if (!entry.text.startsWith("QNetworkReplyImplPrivate::error: "))
             found.append(levels.value(entry.type) + entry.text);
     }
@@ -75,21 +75,21 @@ QStringList lines(const MessageLog& log)
     return found;
 }
 
-//! What a server does with the package, and what is there before.
+//! The behaviour of the server, and the state before the download.
 struct Server {
     PackageDelivery delivery;
     QVector<FaultRule> faults;
-    std::optional<int> partial; //!< bytes of the package that an interrupted download has left
-    QString md5;                //!< in place of the right one
-    qint64 size = PackageSize;  //!< as the release tells it
+    std::optional<int> partial; //!< bytes of the package from an interrupted download
+    QString md5;                //!< instead of the correct one
+    qint64 size = PackageSize;  //!< in the release
 };
 
-//! What comes of it.
+//! The expected result.
 struct Outcome {
-    QStringList log;        //!< from the start of the transfer on
+    QStringList log;        //!< from the start of the transfer
     QString info;           //!< in the page's log
-    bool complete = false;  //!< the package is there and may be installed
-    QString progressText{}; //!< at the end, if there is any progress
+    bool complete = false;  //!< the package is complete and may be installed
+    QString progressText{}; //!< the last one, if there is any progress
 };
 
 QString progressed(const QByteArray& received, const QByteArray& total)
@@ -98,7 +98,7 @@ QString progressed(const QByteArray& received, const QByteArray& total)
         .arg(QString::fromLatin1(received), QString::fromLatin1(total));
 }
 
-// The trace of a check of the package.
+// The log of a check of the package.
 const QStringList Passed{QStringLiteral("info updater 下载完成，校验MD5"),
                          QStringLiteral("info updater 校验通过")};
 const QStringList Wrong{QStringLiteral("info updater 下载完成，校验MD5"),
@@ -109,7 +109,7 @@ QStringList finishedWith(int code, const QStringList& rest)
     return QStringList{QStringLiteral("warning request finished with code %1").arg(code)} + rest;
 }
 
-//! The same where not even the file is there.
+//! The same if the file does not exist.
 QStringList withoutFile(QStringList trace)
 {
     trace.insert(1, "warning updatehelper open failed " +
@@ -117,7 +117,7 @@ QStringList withoutFile(QStringList trace)
     return trace;
 }
 
-//! The request for the package, from that byte on.
+//! The request for the package, starting at that byte.
 QByteArray transferFrom(int first)
 {
     return "GET /packages/Nelvo%20Editor.zip\n"
@@ -134,7 +134,7 @@ QByteArray transferFrom(int first)
            "\n";
 }
 
-//! An error is told twice, before and behind the end of the transfer.
+//! An error is reported twice, before and after the end of the transfer.
 QStringList failedWith(int code, const QString& error)
 {
     const QStringList told{QStringLiteral("info updater 下载失败") + error,
@@ -148,7 +148,7 @@ Q_DECLARE_METATYPE(NelvoDevkit::FaultRule)
 Q_DECLARE_METATYPE(Server)
 Q_DECLARE_METATYPE(Outcome)
 
-//! The update through the built library, at the pages of its login window.
+//! The update through the built library, with the pages of its login window.
 class TestE2eUpdate : public QObject
 {
     Q_OBJECT
@@ -183,7 +183,7 @@ private Q_SLOTS:
 private:
     Release release() const;
     void check() const { E2e::checkVersion(m_services.updateUrl(), m_services.updates().token(), Product); }
-    //! Accepts what the check offers, as far as the page goes.
+    //! Accepts the offered release on the page.
     void acceptRelease() const;
     void click(const QString& name) const { UserInput::click(E2e::pagePart(name)); }
     QJsonObject state() const { return QJsonDocument::fromJson(m_state->content()).object(); }
@@ -289,7 +289,7 @@ void TestE2eUpdate::newReleaseIsOffered()
     QCOMPARE(E2e::pageText("title"), QStringLiteral("检测到新版本！"));
     QCOMPARE(E2e::pageText("releaseNotes"), QStringLiteral("1.0.1<br/> 更新内容: <br/>first<br/>second"));
     QCOMPARE(E2e::updater()->property("localVersion").toString(), QStringLiteral("1.0.0"));
-    // The one text that is read by the system's code page, which isn't its own here.
+    // The only text that is decoded with the system's code page, which is another one here.
     QCOMPARE(lines(*m_log), QStringList{"info updater " +
                                         QTextCodec::codecForLocale()->toUnicode(
                                             "\xB7\xA2\xCF\xD6\xD0\xC2\xB0\xE6\xB1\xBE ") +
@@ -623,7 +623,7 @@ void TestE2eUpdate::serversOfAllKinds()
     const QString line = QStringLiteral("下载失败") + outcome.info + QStringLiteral("<br/>");
     QCOMPARE(pageLog, outcome.info.isEmpty() ? QString() : line + line);
     QCOMPARE(state().value("updateState").toInt(), outcome.complete ? 2 : 1);
-    // What can't be trusted is gone.
+    // A wrong package has been removed.
     QCOMPARE(packageOnDisk(), outcome.complete ? m_package : QByteArray());
     QCOMPARE(QFile::exists(packagePath()), outcome.complete);
 }
@@ -635,8 +635,8 @@ void TestE2eUpdate::cutBodyIsNeverInstalled_data()
         QTest::addRow("after %d bytes", sent) << sent;
 }
 
-//! Whether Qt takes a body that ends too early for an error is a race in its network thread. Without one the
-//! checksum tells.
+//! A body that ends too early may be an error for Qt or not: this is a race in its network thread. Without
+//! the error, the checksum is wrong.
 void TestE2eUpdate::cutBodyIsNeverInstalled()
 {
     QFETCH(const int, sent);
@@ -686,7 +686,7 @@ void TestE2eUpdate::failedUnpackStaysOnThePage()
     const QStringList unpacked{QStringLiteral("info updater 解压中"),
                                QStringLiteral("info updater 解压失败")};
     QTRY_COMPARE_WITH_TIMEOUT(lines(*m_log), unpacked, Patience);
-    // The bar goes on, since it measures time, and nothing is told.
+    // The bar continues, because it measures time, and no error is reported.
     QTRY_VERIFY_WITH_TIMEOUT(E2e::pagePart("progress")->property("value").toDouble() > 0.04, Patience);
     QCOMPARE(E2e::shownPage(), QStringLiteral("coverComp"));
     QCOMPARE(E2e::pageText("log"), QString());

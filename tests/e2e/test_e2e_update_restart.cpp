@@ -13,7 +13,7 @@ constexpr int Patience = Installation::Patience;
 
 const auto Farewell = QStringLiteral("稍后将自动重启,请等待");
 
-//! With the plug-in's address and the lines of its pages left out.
+//! Without the plug-in's address and the line numbers of its pages.
 QStringList withoutPlaces(QStringList events)
 {
     events.replaceInStrings(QRegularExpression("\\(0x[0-9a-f]+\\)"), QString());
@@ -21,7 +21,7 @@ QStringList withoutPlaces(QStringList events)
     return events;
 }
 
-//! What the page's own call comes to, without the places.
+//! The error of the page's own call, without source locations.
 QString scriptError(const char* page, const char* call)
 {
     return QStringLiteral("log 1 qrc:/NelvoPlugin/qmls/BizComp/%1.qml: TypeError: Property '%2' of object "
@@ -29,8 +29,8 @@ QString scriptError(const char* page, const char* call)
         .arg(QLatin1String(page), QLatin1String(call));
 }
 
-//! Puts what takes the batch file's place beside the installation, where that is needed. The path of what
-//! runs.
+//! Installs the replacement of the batch file beside the installation, if the system needs it. Returns the
+//! path of the running file.
 QString installCover(const Installation& host)
 {
     const auto script = QStringLiteral(COVER_SCRIPT);
@@ -45,7 +45,7 @@ QString installCover(const Installation& host)
 
 } // namespace
 
-//! A whole update through the built library, in a host of its own with a directory of its own; killed and
+//! A whole update through the built library, in a separate host with its own directory, which is killed and
 //! started again.
 class TestE2eUpdateRestart : public QObject
 {
@@ -139,8 +139,9 @@ void TestE2eUpdateRestart::wholeUpdate()
     QCOMPARE(host.content("NelvoUnCompress/updateConfig.json"), QByteArray(R"({"version": "9.9"})"));
 }
 
-//! Killed in the download, behind the checksum, in the unpack and behind the commitment, one after the other.
-//! Behind the commitment the host ends itself: from outside it might be too late.
+//! Killed during the download, after the checksum, during the unpacking and after the new version has been
+//! recorded, one after the other. The host ends itself for the last one: a kill from outside might be too
+//! late.
 void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
 {
     ZipArchive archive;
@@ -149,7 +150,7 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
     archive.add("last", "3");
     m_server.offer(archive.bytes());
     Installation host(QStringLiteral(UPDATEHOST));
-    // A pipe that nobody reads holds the unpack at its second entry.
+    // A pipe without a reader blocks the unpacking at its second entry.
     if (!makeFifo(host.path("held")))
         QSKIP("stops the host at a named pipe in its directory; Windows keeps named pipes elsewhere");
 
@@ -188,7 +189,7 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
     QCOMPARE(host.configVersion(), QStringLiteral("1.0.1"));
     QVERIFY(!host.exists("cover.bat"));
 
-    // Committed: the old files are taken for the new release.
+    // Recorded: the old files count as the new release.
     QVERIFY2(host.run(m_server.arguments("check")), host.output().constData());
     QVERIFY(host.events().contains("needUpdate 0"));
     QCOMPARE(host.events().constLast(), QStringLiteral("left with 1.0.1"));
@@ -197,7 +198,7 @@ void TestE2eUpdateRestart::updateGoesOnOverEveryKill()
 
 void TestE2eUpdateRestart::batchFileStartsOnceTheHostIsDone()
 {
-    // A package without an editor: the old one is to start again.
+    // A package without an editor: the old editor must start again.
     ZipArchive archive;
     archive.add("first.txt", "new");
     archive.add("qml/Main.qml", "Item {}");

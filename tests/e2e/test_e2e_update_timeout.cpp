@@ -10,7 +10,7 @@
 
 using NelvoDevkit::Fault;
 
-//! The check of the version with a service that never answers.
+//! The version check with a service that never replies.
 class TestE2eUpdateTimeout : public QObject
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ void TestE2eUpdateTimeout::checkGivesUpAfterThirtySeconds()
     E2e::plugin()->GetLoginMgr()->Start();
     QVERIFY(UserInput::activate(host.window()));
 
-    // The window is alive meanwhile.
+    // The window reacts meanwhile.
     QTimer typist;
     connect(&typist, &QTimer::timeout, [&] {
         typist.stop();

@@ -10,7 +10,7 @@
 #include <QGuiApplication>
 #include <QtTest>
 
-//! Every request of a sign-in, from the first page to the logout, as it went over the wire.
+//! Every request of a sign-in, from the first page to the logout, as sent to the services.
 class TestE2eWire : public QObject
 {
     Q_OBJECT
@@ -50,13 +50,13 @@ void TestE2eWire::signInToTheByte()
                      "{\n    \"epid\": \"1002\",\n    \"version\": \"1.0.0\"\n}\n"),
         E2e::request("GET /rs/casLogin/serverUrl", "SIGN-IN", cookies),
         E2e::request("GET /rs/cim/nelvo/client_token", "SIGN-IN", cookies),
-        // Cookies know hosts and no ports, so those of the sign-in service go along.
+        // Cookies apply to hosts, not to ports, so those of the sign-in service are sent too.
         E2e::request("GET /org/heartbeat", "EDITOR", cookies),
         E2e::request("GET /rs/casLogin/logout", "SIGN-IN",
                      "Cookie: JSESSIONID=*; CASTGC=*; LOCALE=zh_CN; EDITORSESSION=*; route=*\n"),
     };
     QByteArrayList sent = E2e::receivedBy(services);
-    // Qt now and then sends a redirected request twice in a row and drops the second answer.
+    // Qt sometimes sends a redirected request twice and drops the second reply.
     sent.erase(std::unique(sent.begin(), sent.end()), sent.end());
     QCOMPARE(sent.size(), wire.size());
     for (int index = 0; index < wire.size(); ++index)

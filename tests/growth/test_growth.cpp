@@ -47,7 +47,7 @@ QByteArray jsonReply(const QByteArray& body)
     return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
 }
 
-//! What the service answers on that path from now on.
+//! Sets the service's reply for that path.
 void answer(const QString& path, const QByteArray& reply);
 
 Work signInPage(int n)
@@ -149,8 +149,7 @@ Work cachedUsers(int n)
     };
 }
 
-//! A directory in memory, where the system has a place for that: what a disk costs depends on what else it
-//! does.
+//! A directory in memory, if the system has one: the time of a disk depends on its other work.
 std::shared_ptr<QTemporaryDir> fastDirectory()
 {
     const QFileInfo memory(QStringLiteral("/dev/shm"));
@@ -224,8 +223,8 @@ double processorSeconds(const Work& work)
 
 Q_DECLARE_METATYPE(const Input*)
 
-//! Twice the input costs at most three times the work, counted as the time of the processors: what grows with
-//! the square would cost four times as much.
+//! Twice the input takes at most three times the work, measured as processor time: quadratic growth would
+//! take four times the work.
 class TestGrowth : public QObject
 {
     Q_OBJECT
@@ -267,7 +266,7 @@ void TestGrowth::twiceAsMuchCostsTwiceAsMuch()
     constexpr double bound = 3;
     QFETCH(const Input*, input);
     const TestSupport::MessageLog log;
-    // Others that use the processor disturb some rounds, but hardly ever most of them.
+    // Other programs disturb some rounds, but hardly ever most of them.
     std::vector<double> ratios;
     for (int round = 0; round < mostRounds && (round < fewestRounds || median(ratios) >= bound); ++round) {
         const double once = processorSeconds(input->prepare(input->n));

@@ -33,7 +33,7 @@ const auto Product = QStringLiteral("nelvo-editor");
 
 } // namespace
 
-//! The library for a long day: what each step leaves in memory, and that no handle and no thread stays.
+//! Repeated use of the library: the memory that each step leaves, and no remaining handle or thread.
 class TestSoak : public QObject
 {
     Q_OBJECT
@@ -51,7 +51,7 @@ private Q_SLOTS:
 private:
     using Step = std::function<void()>;
     void start();
-    //! Does the step a tenth as often first, to warm up. Then no step may leave more than `mostKilobytes`.
+    //! Runs a tenth of the steps first, as a warm-up. Afterwards no step may leave more than `mostKilobytes`.
     void soak(int times, double mostKilobytes, const Step& step);
 
     std::unique_ptr<TestSupport::StartedServices> m_services;
@@ -78,10 +78,10 @@ void TestSoak::start()
 void TestSoak::soak(int times, double mostKilobytes, const Step& step)
 {
     constexpr double kilobyte = 1024;
-    constexpr int slack = 4; // connections of Qt and of the simulator that are about to close
+    constexpr int slack = 4; // connections of Qt and of the simulator that are closing
     const auto repeat = [&](int count) {
         for (int i = 0; i < count && !QTest::currentTestFailed(); ++i) {
-            const TestSupport::MessageLog log; // a log for all steps would itself grow
+            const TestSupport::MessageLog log; // one log for all steps would grow
             step();
             m_services->log().clear();
         }
@@ -155,7 +155,7 @@ void TestSoak::openedDialogs()
     models->Detach(&observer);
 }
 
-//! Each release is newer than what the one before it recorded.
+//! Each release is newer than the version that the previous one recorded.
 void TestSoak::updatesUpToTheCover()
 {
     ZipArchive archive;

@@ -29,13 +29,13 @@ QByteArray whole(const SoundReply& sound)
     return statusLine(sound) + ownLength(sound) + "\r\n" + sound.body;
 }
 
-//! The body behind headers of its own.
+//! The body with other headers.
 RawAnswer withHeaders(const SoundReply& sound, const QByteArray& headers)
 {
     return {statusLine(sound) + headers + "\r\n" + sound.body};
 }
 
-//! Another status with a body of the right length.
+//! Another status with a body of the correct length.
 RawAnswer withStatus(const SoundReply& sound, const QByteArray& status, const QByteArray& headers = {})
 {
     return {"HTTP/1.1 " + status + "\r\n" + headers + ownLength(sound) + "\r\n" + sound.body};
@@ -58,7 +58,7 @@ RawAnswer chunked(const SoundReply& sound, const QByteArray& chunks, End end = E
     return {statusLine(sound) + Chunked + "\r\n" + chunks, {}, 0, {}, end};
 }
 
-//! With the content encoding of that name: zlib's bytes, which Qt takes for both kinds.
+//! With the content encoding of that name: the format of zlib, which Qt accepts for both encodings.
 RawAnswer compressed(const SoundReply& sound, const QByteArray& encoding, const QByteArray& bytes)
 {
     return {statusLine(sound) + "Content-Encoding: " + encoding + "\r\n" + length(bytes.size()) + "\r\n" +

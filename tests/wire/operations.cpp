@@ -29,7 +29,7 @@ using NelvoDevkit::Services;
 
 const auto User = QStringLiteral("zhangwei");
 
-//! \brief An operation whose start returns at its end.
+//! \brief An operation whose start returns when it has ended.
 class BlockingOperation : public Operation
 {
 public:
@@ -56,7 +56,7 @@ public:
     using BlockingOperation::BlockingOperation;
 
 private:
-    //! What the page says is sent to the service.
+    //! The page's text is sent to the service.
     bool succeeds() override
     {
         services().forgetSessions();
@@ -111,7 +111,7 @@ private:
         messages->Attach(&observer);
         QTimerEvent tick(0);
         QCoreApplication::sendEvent(dynamic_cast<QObject*>(E2e::plugin()->GetProjectInfoMgr()), &tick);
-        // A shutdown during the tick ends the manager of messages too.
+        // A shutdown during the request also ends the message manager.
         if (E2e::plugin()->GetMessageMgr())
             messages->Detach(&observer);
         return !observer.heard.isEmpty();
@@ -132,7 +132,7 @@ private:
     }
 };
 
-//! \brief The list comes on the worker thread.
+//! \brief The list is fetched on the worker thread.
 class ReadModels final : public Operation
 {
 public:
@@ -161,7 +161,7 @@ private:
 const auto Package = QStringLiteral("package.zip");
 const QByteArray PackageBytes = QByteArray("package").repeated(1000);
 
-//! \brief The transfer of a package. What it brings is checked by its MD5 before it is installed.
+//! \brief The transfer of a package. The updater checks its MD5 before it installs it.
 class Download final : public Operation
 {
 public:
@@ -201,12 +201,13 @@ std::unique_ptr<Operation> make(Services& services, PluginHost& host)
 const std::vector<OperationKind>& operations()
 {
     using Exceptions = std::vector<std::pair<const char*, Outcome>>;
-    // The watch reads the body of any status but 200.
+    // The watch reads the body for any status except 200.
     static const Exceptions ofTheWatch{{"status 999", Outcome::Used},
                                        {"401 with a challenge", Outcome::Used},
                                        {"401 with an odd challenge", Outcome::Used},
                                        {"407 with a challenge", Outcome::Used}};
-    // These leave the encoding to Qt, which decompresses. The others name encodings and take a body as it is.
+    // These requests leave the encoding to Qt, which decompresses. The others set encodings and accept a body
+    // unchanged.
     static const Exceptions ofQtsEncoding{{"compressed", Outcome::Used},
                                           {"compressed by deflate", Outcome::Used},
                                           {"not compressed, but said to be", Outcome::Failed}};

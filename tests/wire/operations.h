@@ -18,7 +18,7 @@ class PluginHost;
 
 namespace Wire {
 
-//! \brief Something that a host or a person does, and that takes bytes from a service.
+//! \brief An operation of a host or a user that reads bytes from a service.
 class Operation
 {
 public:
@@ -26,21 +26,21 @@ public:
     virtual ~Operation() = default;
     Q_DISABLE_COPY(Operation)
 
-    //! Does it. Most return when there is an answer or none will come.
+    //! Starts the operation. Most return when it has ended.
     virtual void start() = 0;
-    //! How it ended, Used or Failed; nothing as long as it goes on.
+    //! The result, Used or Failed; nothing while it runs.
     virtual std::optional<Outcome> outcome() const = 0;
 };
 
-//! \brief An operation and the one request of it that gets the answer.
+//! \brief An operation and the request of it that gets the reply.
 struct OperationKind {
     const char* name;
     QByteArray method;
     QString path;
     SoundReply sound;
-    //! Needs a host that has signed in to these services, which answer everything else soundly.
+    //! Needs a host that is signed in to these services, which reply correctly to everything else.
     std::unique_ptr<Operation> (*make)(NelvoDevkit::Services& services, E2e::PluginHost& host);
-    //! How it ends where that differs from Answer::outcome, by the answer's name.
+    //! The results that differ from Answer::outcome, by the name of the reply.
     std::vector<std::pair<const char*, Outcome>> exceptions;
 };
 

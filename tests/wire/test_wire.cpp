@@ -29,7 +29,7 @@ namespace {
 
 constexpr int Patience = 60000;
 constexpr double Mebi = 1024.0 * 1024;
-//! Of the whole process, the simulator's part included.
+//! For the whole process, including the simulator.
 constexpr double MemoryBound = 32 * Mebi;
 
 Outcome expected(const OperationKind& operation, const Answer& answer)
@@ -43,8 +43,8 @@ Outcome expected(const OperationKind& operation, const Answer& answer)
 
 } // namespace
 
-//! Every operation under every answer of the table, in one process: the documented outcome, bounded memory,
-//! and the same operation succeeds with the next sound answer.
+//! Every operation with every reply of the table, in one process: the result is as documented, the memory is
+//! limited, and the same operation succeeds with the next correct reply.
 class TestWire : public QObject
 {
     Q_OBJECT
@@ -60,11 +60,11 @@ private Q_SLOTS:
 private:
     void startServices(bool https);
     void enter();
-    //! The operation's sound reply, which the other origin gives from now on.
+    //! The operation's correct reply, which the other origin sends from now on.
     Wire::SoundReply soundReplyOf(const OperationKind& operation);
     void check(const OperationKind& kind, const Answer& answer, Outcome wanted);
     bool isAsked(const OperationKind& operation) const;
-    //! Runs the operation to its end, and calls `release` as soon as it has waited for a while.
+    //! Runs the operation to its end, and calls `release` when it has waited for a while.
     Outcome run(const OperationKind& kind, const std::function<void()>& release);
     void answer(const OperationKind& kind, const NelvoDevkit::RawAnswer& answer)
     {
@@ -81,7 +81,7 @@ void TestWire::init()
     startServices(QByteArray(QTest::currentTestFunction()) == "redirectFromHttpsToHttp");
 }
 
-//! Unless they run.
+//! Has no effect if they run.
 void TestWire::startServices(bool https)
 {
     if (m_services && m_services->certificatePem().isEmpty() != https)
@@ -97,13 +97,13 @@ void TestWire::startServices(bool https)
     QSslConfiguration::setDefaultConfiguration(configuration);
 }
 
-//! Makes a host and signs it in, unless there is one that no row has shut down.
+//! Creates a host and signs it in, unless one exists that no row has shut down.
 void TestWire::enter()
 {
     if (m_host && E2e::plugin()->GetLoginMgr())
         return;
     m_host.reset();
-    QTRY_VERIFY(QGuiApplication::topLevelWindows().isEmpty()); // the old window goes with the next events
+    QTRY_VERIFY(QGuiApplication::topLevelWindows().isEmpty()); // the event loop deletes the old window
     m_host = std::make_unique<E2e::PluginHost>(m_services->signInUrl());
     E2e::plugin()->GetLoginMgr()->Start();
     NelvoSDK::IProjectInfoMgr* const projects = E2e::plugin()->GetProjectInfoMgr();
@@ -165,7 +165,7 @@ void TestWire::everyAnswerToEveryOperation_data()
     QTest::addColumn<const Answer*>("answer");
     for (const OperationKind& kind : Wire::operations()) {
         for (const Answer& answer : Wire::answers()) {
-            // The shutdown waits for the thread that reads the models, and with it for their service.
+            // The shutdown waits for the worker thread, and thereby for the service of the models.
             const bool isEndless = expected(kind, answer) == Outcome::MayNeverEnd;
             if (!isEndless || qstrcmp(kind.name, "models") != 0)
                 QTest::addRow("%s: %s", kind.name, answer.name) << &kind << &answer;
@@ -210,13 +210,13 @@ void TestWire::check(const OperationKind& kind, const Answer& answer, Outcome wa
 
     Outcome outcome{};
     const double growth = Bench::growthDuring(Bench::ownBytes, [&] { outcome = run(kind, release); });
-    // Where Qt decides by a race.
+    // Depends on a race in Qt.
     const bool isEither =
         (wanted == Outcome::UsedOrFailed && (outcome == Outcome::Used || outcome == Outcome::Failed)) ||
         (wanted == Outcome::MayNeverEnd && outcome == Outcome::Failed);
     if (!isEither)
         QCOMPARE(outcome, wanted);
-    // A sanitizer holds freed memory back.
+    // A sanitizer delays freeing memory.
     QVERIFY2(NELVO_SANITIZED || growth < MemoryBound,
              qPrintable(QStringLiteral("%1 MiB").arg(growth / Mebi)));
 
