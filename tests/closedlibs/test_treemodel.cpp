@@ -13,7 +13,7 @@ QStandardItem* appendTo(QStandardItem* parent, const QString& text)
     return item;
 }
 
-//! The texts of the indices that a signal carried.
+//! The texts of the indices in a signal.
 QStringList texts(const QSignalSpy& spy)
 {
     QStringList list;

@@ -23,8 +23,8 @@ namespace {
 
 using Header = NelvoDevkit::HttpHeader;
 
-//! The request line says where it goes, and the other headers are the same in every request but those of the
-//! self-update.
+//! The request line contains the address, and the other headers are the same in every request except those of
+//! the self-update.
 bool isEverywhere(const Header& header)
 {
     static const QStringList common{
@@ -56,7 +56,7 @@ QString urlOf(const QByteArray& service, const Services& services)
     return service == "update" ? services.updateUrl() : services.packageUrl();
 }
 
-//! Ends the line of a body that doesn't end its last one.
+//! Adds a line feed to a body that does not end with one.
 QString bodyText(const QString& body)
 {
     if (body.isEmpty())
@@ -64,8 +64,8 @@ QString bodyText(const QString& body)
     return QLatin1Char('\n') + body + QString(body.endsWith(QLatin1Char('\n')) ? 0 : 1, QLatin1Char('\n'));
 }
 
-//! The elements of the form page that lead to the values, and those of the page behind it. A row "…" stands
-//! for what is between them.
+//! The elements of the form page that contain the values, and those of the page after it. A line "…" replaces
+//! the elements between them.
 QString pageExcerpt(const QString& page)
 {
     static const QRegularExpression read(QStringLiteral(

@@ -12,9 +12,9 @@ namespace Docs {
 //! A request with all its headers.
 QString requestText(const NelvoDevkit::Exchange& exchange, const NelvoDevkit::Services& services);
 
-//! A request and its answer. Headers that every request has are left out, and what differs from run to run
-//! is replaced: ports by names, ids and tickets by "…". JSON of answers is folded, and of pages that part is
-//! shown which the plug-in reads.
+//! A request and its reply, without headers that every request has. Values that differ from run to run are
+//! replaced: ports by names, ids and tickets by "…". JSON of replies is folded, and of a page only the part
+//! that the plug-in reads is shown.
 QString exchangeText(const NelvoDevkit::Exchange& exchange, const NelvoDevkit::Services& services);
 
 } // namespace Docs

@@ -5,8 +5,8 @@
 
 namespace Docs {
 
-//! JSON for readers: what fits on a line stands on one, and of a list with more than five rows the first two
-//! stand there, followed by "…".
+//! JSON for readers: a value that fits on a line is on one line, and of a list with more than five rows only
+//! the first two are shown, followed by "…".
 QString foldedJson(const QJsonValue& value);
 
 } // namespace Docs

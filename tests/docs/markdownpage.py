@@ -1,10 +1,10 @@
-"""What the tests of the documents read of a Markdown page."""
+"""Reads Markdown pages for the tests of the documents."""
 
 import os
 import re
 from pathlib import Path
 
-# Of the repository, unless the variable names the documents of a kit.
+# The repository, unless the variable contains the path of a kit's documents.
 ROOT = Path(os.environ.get("NELVO_DOCUMENTS", Path(__file__).resolve().parents[2]))
 
 
@@ -36,7 +36,7 @@ class Page:
         return [heading.index(" ") for heading in self.headings()]
 
     def anchors(self):
-        """What a link names behind '#', in the order of the headings."""
+        """The anchors of the headings, in their order."""
         return [anchor(heading) for heading in self.headings()]
 
     def code_spans(self):
@@ -62,6 +62,6 @@ class Page:
 
 
 def anchor(heading):
-    """The anchor of a heading as the usual hosts of repositories make it."""
+    """The anchor of a heading, as common repository hosts create it."""
     text = re.sub(r"\[([^]]*)\]\([^)]*\)", r"\1", heading.lstrip("#").strip())
     return re.sub(r"[^\w\- ]", "", text.lower()).replace(" ", "-")

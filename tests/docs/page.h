@@ -5,22 +5,22 @@
 
 namespace Docs {
 
-//! \brief A page of docs/, with its fenced blocks that have a name.
+//! \brief A page of docs/ with its named fenced blocks.
 //!
-//! The name stands on the line before the block, in a comment that readers don't see: `<!-- kind: name -->`.
+//! The name is in a comment on the line before the block, which readers do not see: `<!-- kind: name -->`.
 class Page
 {
 public:
-    //! `fileName` is relative to docs/. A page that can't be read is empty.
+    //! `fileName` is relative to docs/. If the page cannot be read, it is empty.
     explicit Page(const QString& fileName);
 
     const QString& text() const { return m_text; }
     //! Names of the blocks of that kind, in their order.
     QStringList names(const QString& kind) const;
-    //! What stands in the block, its last line ended; null if there is no such block.
+    //! The content of the block, with a line feed at its end; null if the block is missing.
     QString block(const QString& kind, const QString& name) const;
-    //! Replaces what stands in the block, in the file too. False if there is no such block, or if the file
-    //! can't be written.
+    //! Replaces the content of the block, also in the file. Returns false if the block is missing or the file
+    //! cannot be written.
     bool replace(const QString& kind, const QString& name, const QString& content);
 
 private:
@@ -28,7 +28,7 @@ private:
     QString m_text;
 };
 
-//! The C++ files of a directory below docs/, one behind the other.
+//! The content of all C++ files of a directory below docs/.
 QString sourcesIn(const QString& directory);
 
 } // namespace Docs

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""examples/translation/nelvo_en.ts has each text that the library's pages translate, and no other."""
+"""examples/translation/nelvo_en.ts contains each text that the library's pages translate, and no other."""
 
 import re
 import unittest

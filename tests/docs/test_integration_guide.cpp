@@ -7,7 +7,7 @@ namespace {
 
 const auto Kind = QStringLiteral("snippet");
 
-//! A piece of the sources that are built: what stands between two lines `//! [name]`.
+//! A part of the built sources: the lines between two lines `//! [name]`.
 QString snippet(const QString& sources, const QString& name)
 {
     const QRegularExpression piece(QStringLiteral("^//! \\[%1\\]\n(.*?)^//! \\[%1\\]$").arg(name),
@@ -30,7 +30,7 @@ QStringList snippetNames(const QString& sources)
 
 } // namespace
 
-//! The code in the integration guide is the code that is built.
+//! The code in the integration guide is the built code.
 class TestIntegrationGuide : public QObject
 {
     Q_OBJECT

@@ -26,7 +26,7 @@ const auto Kind = QStringLiteral("recorded");
 const auto User = QStringLiteral("zhangwei");
 constexpr int WaitMilliseconds = 30000;
 
-//! A request that the page has an example of.
+//! A request with an example on the page.
 struct Example {
     QString name;
     QByteArray method;
@@ -95,9 +95,9 @@ QObject* objectOf(NelvoSDK::IPdsMgr* manager)
 
 } // namespace
 
-//! The examples in the reference of the services are what went over the wire: the plug-in does everything it
-//! can do with a service, and what was said on both sides is compared with the page. With NELVO_RECORD=1 in
-//! the environment the page is written anew instead.
+//! The examples in the reference of the services are real requests and replies: the plug-in runs all its
+//! operations on services, and the exchanged messages are compared with the page. With NELVO_RECORD=1 in the
+//! environment the page is updated instead.
 class TestServicesReference : public QObject
 {
     Q_OBJECT
@@ -120,7 +120,7 @@ private:
     void take(const QVector<Example>& examples);
     void clearUpdateFiles() const;
 
-    //! By name; and the names in the order in which they came about.
+    //! By name; and the names in the order of the requests.
     QMap<QString, QString> m_texts;
     QStringList m_names;
     QSet<QString> m_fields;
@@ -193,7 +193,7 @@ void TestServicesReference::workWithProjects(const NelvoSDK::LoginSession& sessi
     manager.OnUploadSdkProperty(QString::fromStdWString(renamed.id), {{"g1", "SN1"}, {"g2", "SN2"}});
 }
 
-//! A tick of the watch, without waiting for its time.
+//! A request of the session watch, sent without waiting for its time.
 void TestServicesReference::beat()
 {
     QTimerEvent event(0);
@@ -216,8 +216,8 @@ void TestServicesReference::quit()
     QCoreApplication::exec();
 }
 
-//! What was said since the last time. The first of several equal requests is the one that counts: Qt now and
-//! then sends a redirected one twice, and the watch has a will of its own.
+//! The requests since the last call. Of several equal requests only the first counts: Qt sometimes sends a
+//! redirected request twice, and the watch sends more of them.
 void TestServicesReference::take(const QVector<Example>& examples)
 {
     const QVector<Exchange> exchanges = m_services->log().exchanges();
@@ -256,7 +256,7 @@ void TestServicesReference::examplesAreWhatIsSaid()
     QFETCH(QString, name);
     if (qEnvironmentVariableIsSet("NELVO_RECORD"))
         QVERIFY2(m_page.replace(Kind, name, m_texts[name]), "the page has no place for it");
-    // Line by line, so that a difference is told by the line that has it.
+    // Line by line, so that the test reports the line that differs.
     const QStringList shown = m_page.block(Kind, name).split(QLatin1Char('\n'));
     const QStringList said = m_texts[name].split(QLatin1Char('\n'));
     for (int line = 0; line < std::min(shown.size(), said.size()); ++line)

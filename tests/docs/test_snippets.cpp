@@ -57,7 +57,7 @@ NelvoSDK::ProjectNode newProject(const std::wstring& id, const std::wstring& nam
     return project;
 }
 
-//! A host's window with the dialog's scene in it.
+//! A host's window with the dialog's scene.
 class SceneWindow : public QQuickView
 {
 public:
@@ -96,7 +96,7 @@ private:
     int m_count = 0;
 };
 
-//! Ids of a branch and of what is below it, as the dialog's tree shows them.
+//! Ids of a branch and its descendants, as the dialog's tree shows them.
 QStringList departmentIds(const QAbstractItemModel& model, const QModelIndex& parent = {})
 {
     QStringList ids;
@@ -143,7 +143,7 @@ private:
 
 } // namespace
 
-//! The code of the integration guide at work, and what the guide says of it.
+//! Runs the code of the integration guide, and checks the guide's statements about it.
 class TestSnippets : public QObject
 {
     Q_OBJECT
@@ -175,7 +175,7 @@ private Q_SLOTS:
     void updatePageShowsAfterTheSignIn();
 
 private:
-    //! Waits for the login window and sends its form off. False if it didn't come.
+    //! Waits for the login window and submits its form. Returns false if the window did not appear.
     bool sendForm(const QString& user) const;
     //! The same, and waits for the session.
     bool signIn(const QString& user = User);
@@ -235,7 +235,7 @@ bool TestSnippets::signIn(const QString& user)
     return sendForm(user) && QTest::qWaitFor(isInstalled, WaitMilliseconds);
 }
 
-//! A tick of the watch, without waiting for its time.
+//! A request of the session watch, sent without waiting for its time.
 void TestSnippets::beat() const
 {
     QTimerEvent event(0);
@@ -308,7 +308,7 @@ void TestSnippets::cookieWithAnExpiryDateIsNotSent()
     m_host->start();
     QVERIFY(signIn());
     m_services->log().clear();
-    Snippets::listProjects(projects()); // refused or not
+    Snippets::listProjects(projects()); // with any result
     QVERIFY(!m_services->log().requests().isEmpty());
     const QByteArray sent = m_services->log().requests().constFirst().header("Cookie");
     QVERIFY2(sent.contains("plain=1") && !sent.contains("dated"), sent.constData());
@@ -431,7 +431,7 @@ void TestSnippets::closeButtonEndsTheApplicationUnannounced()
     };
     QVector<std::ptrdiff_t> logoutsWhenSaving;
     m_host.reset();
-    // Before Initialize, as the guide advises.
+    // Before Initialize, as the guide recommends.
     const QObject saver;
     connect(qApp, &QCoreApplication::aboutToQuit, &saver, [&] { logoutsWhenSaving.append(logouts()); });
     m_host.emplace(*m_plugin, nullptr);
@@ -569,7 +569,7 @@ void TestSnippets::updateIsOfferedAndDownloaded()
 {
     QObject* const updater = Snippets::findUpdater();
     QVERIFY(updater);
-    QVERIFY(updater->metaObject()->indexOfMethod("upgrade()") >= 0); // what install calls
+    QVERIFY(updater->metaObject()->indexOfMethod("upgrade()") >= 0); // called by install
     Snippets::Update update(updater);
     QSignalSpy offered(&update, &Snippets::Update::offered);
     QSignalSpy progress(&update, &Snippets::Update::progress);
@@ -615,7 +615,7 @@ void TestSnippets::updatePageShowsAfterTheSignIn()
     QSignalSpy downloaded(&update, &Snippets::Update::downloaded);
     UserInput::click(UserInput::findItem(E2e::loginWindow(), QStringLiteral("upgradeButton")));
     QTRY_COMPARE(E2e::shownPage(), QStringLiteral("downloadComp"));
-    // Nothing has begun but the page; the host begins the download.
+    // Only the page has changed; the host starts the download.
     update.download();
     QTRY_COMPARE_WITH_TIMEOUT(downloaded.size(), 1, WaitMilliseconds);
     QTRY_VERIFY(UserInput::findItem(E2e::loginWindow(), QStringLiteral("installButton"))->isEnabled());

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The Chinese pages stay in step with the English ones: the same structure, code, names and links."""
+"""The Chinese pages match the English ones: the same structure, code, names and links."""
 
 import re
 import unittest
@@ -20,12 +20,12 @@ def pages(name):
 
 
 def commands(page):
-    """The lines of code without the comments behind them, which are translated."""
+    """The lines of code without trailing comments, which are translated."""
     return [re.sub(r"\s+# .*", "", line) for line in page.code]
 
 
 def in_chinese(link, page):
-    """What a link of the English page at `page` is in the Chinese one."""
+    """The link in the Chinese page that corresponds to a link of the English page at `page`."""
     target, _, fragment = link.partition("#")
     for english, chinese in map(pair, NAMES):
         if (page.parent / target if target else page).resolve() == english:

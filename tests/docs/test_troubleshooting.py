@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""Every fixed text that the library logs, shows or throws stands in docs/troubleshooting.md, and nothing that it
-no longer has.
+"""docs/troubleshooting.md contains every fixed text that the library logs, shows or throws, and no other text.
 
-The document names a text in a code span in the first column of a table; "…" there stands for what varies.
+The document contains a text as a code span in the first column of a table; "…" replaces the variable parts.
 """
 
 import re
@@ -13,7 +12,7 @@ ROOT = Path(__file__).resolve().parents[2]
 DOCUMENT = ROOT / "docs" / "troubleshooting.md"
 LIBRARY = ("bim", "login", "platform", "plugin", "project", "resources", "sdk", "tasks", "updater", "web")
 
-# What begins a statement whose literals somebody gets to read.
+# The beginnings of statements whose string literals are logged, shown or thrown.
 WAYS = (
     r"\bq(?:Debug|Info|Warning|Critical|Fatal)\b",
     r"\breportInfo\b",  # of the updater
@@ -26,12 +25,12 @@ WAYS = (
 )
 LITERAL = r'"(?:[^"\\]|\\.)*"'
 REST_OF_STATEMENT = rf'(?:{LITERAL}|[^;"])*;'
-# Texts of failed operations begin with the operation's name. They count wherever they stand.
+# Texts of failed operations begin with the operation's name. They count in every statement.
 OPERATION_TEXT = r'"C\w+::[^"]*"'
 
 
 def pieces(text):
-    """What is fixed in a text: without what varies, which "…" or a place marker stands for."""
+    """The fixed parts of a text: those between "…" and place markers."""
     return {piece.strip() for piece in re.split(r"…|%\w", text)} - {""}
 
 
@@ -71,7 +70,7 @@ class TestTroubleshooting(unittest.TestCase):
         self.assertEqual(in_document - in_library, set(), "no longer in the library")
 
     def test_each_way_is_in_use(self):
-        """One that finds nothing has lost its track of the sources."""
+        """A pattern without a match no longer fits the sources."""
         everything = texts_by_way("\n".join(library_sources()))
         self.assertEqual([way for way, found in everything.items() if not found], [])
 

@@ -12,15 +12,15 @@
 #include <QStandardItemModel>
 #include <QStringList>
 
-//! \brief A BIM manager without a dialog of its own, that writes down what the host calls. Tests play the
-//! user through `observer`.
+//! \brief A BIM manager without a dialog that records the host's calls. Tests act as the user through
+//!   `observer`.
 class PdsStandIn final : public NelvoSDK::IPdsMgr
 {
 public:
     QStringList calls;
     NelvoSDK::INelvoSDKPlugin* plugin = nullptr;
     NelvoSDK::IPdsObserver* observer = nullptr;
-    //! The dialog's tree, to which each InitBimData appends the project manager's.
+    //! The dialog's tree. Each InitBimData appends the tree of the project manager.
     QStandardItemModel organisation;
     QMap<QString, QString> names; //!< of the models, by GUID
     bool dialogLoads = true;

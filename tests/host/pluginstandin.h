@@ -11,7 +11,7 @@
 
 #include <functional>
 
-//! \brief A plug-in that does nothing but write down what the host calls, and in which order.
+//! \brief A plug-in that only records the host's calls in their order.
 class PluginStandIn final : public NelvoSDK::INelvoSDKPlugin,
                             private NelvoSDK::ILoginMgr,
                             private NelvoSDK::ILoginActor,
@@ -24,7 +24,7 @@ public:
     NelvoSDK::ILoginObserver* loginObserver = nullptr;
     NelvoSDK::IMessageObserver* messageObserver = nullptr;
 
-    //! Runs where the plug-in ends.
+    //! Called by Shutdown.
     std::function<void()> onShutdown;
 
     // INelvoSDKPlugin

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-//! \brief A project manager with a service of its own making, that writes down what the host calls.
+//! \brief A project manager with a simulated service that records the host's calls.
 class ProjectInfoStandIn final : public NelvoSDK::IProjectInfoMgr
 {
 public:
@@ -16,14 +16,14 @@ public:
     NelvoSDK::LoginSession session;
     NelvoSDK::INelvoSDKPlugin* plugin = nullptr;
 
-    //! What the service has. Each ReflushProjOrgInfo adds these units to the tree.
+    //! The data of the service. Each ReflushProjOrgInfo appends these units to the tree.
     QString rootName;
     QStringList firstLevel;
     std::list<NelvoSDK::ProjectNode> serverProjects;
     bool answers = true;
-    //! What an upload that arrives does.
+    //! The effect of a successful upload.
     std::function<void(const NelvoSDK::ProjectNode&)> upload;
-    //! Runs where an operation would block, as the host's event handlers do.
+    //! Called where an operation would block, like event handlers of the host.
     std::function<void()> whileBlocking;
 
     //! Announced and not withdrawn.

@@ -107,7 +107,7 @@ void TestHostEditor::contextHandsOverTheWebChannel()
     QCOMPARE(channelOf(plugin), &channel);
 }
 
-//! What the plug-in's component panel needs, asked for as that page does.
+//! The objects for the plug-in's component panel, read as that page does.
 void TestHostEditor::pagesFindTheirObjects()
 {
     PluginStandIn plugin;
@@ -148,7 +148,7 @@ void TestHostEditor::modelsFollowTheSession()
     QCOMPARE(count(), 1);
     QVERIFY(editor.models()->isReady());
 
-    // There is no organisation without a service.
+    // Without a service there is no organisation.
     plugin.projects.whileBlocking = nullptr;
     NelvoSDK::LoginSession session = fullSession();
     session.sdkAddr.clear();
@@ -261,7 +261,7 @@ void TestHostEditor::signOutForgetsTheSession()
     LogModel log;
     Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
-    QGuiApplication::setQuitOnLastWindowClosed(false); // as the plug-in leaves it
+    QGuiApplication::setQuitOnLastWindowClosed(false); // as the plug-in does
     plugin.calls.clear();
     QSignalSpy changed(&editor, &Editor::sessionChanged);
     editor.signOut();
@@ -334,7 +334,7 @@ void TestHostEditor::earlierCookiesHoldOn()
     QCOMPARE(cookiesAfter(session), QStringLiteral("a=1"));
     session.cookies.clear();
     QCOMPARE(cookiesAfter(session), QStringLiteral("a=1"));
-    // The record shows what came.
+    // The record shows the received values.
     QCOMPARE(values(editor).value(QStringLiteral("cookies")), QString());
     session.sdkAddr = L"http://another";
     QCOMPARE(cookiesAfter(session), QString());

@@ -257,7 +257,7 @@ void TestHostLists::bindingsAreWhatHasASerial()
     QCOMPARE(list.bindings(), (QMap<QString, QString>{{guid, "SN-1"}}));
     QCOMPARE(list.boundCount(), 1);
 
-    // What was typed stays with its project.
+    // The input remains with its project.
     list.setProject(QStringLiteral("p-2"));
     QVERIFY(list.bindings().isEmpty());
     list.setProject(QStringLiteral("p-1"));

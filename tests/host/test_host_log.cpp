@@ -136,7 +136,7 @@ void TestHostLog::appendFromManyThreads()
         thread.join();
     QTRY_COMPARE(log.rowCount(), threadCount * entriesEach);
 
-    // Each thread's entries are complete and in its order.
+    // The entries of each thread are complete and in order.
     QVector<int> next(threadCount, 0);
     for (const QString& text : texts(log)) {
         const QStringList parts = text.split(QLatin1Char(' '));
@@ -201,7 +201,7 @@ void TestHostLog::textOfRows()
     QCOMPARE(filter.text(1, 2), two + three);
     QCOMPARE(filter.text(2, 99), three);
     QCOMPARE(filter.text(-5, -1), QString());
-    // Rows count among those shown.
+    // Row numbers count the shown rows only.
     filter.setShown(LogFilter::Problems);
     QCOMPARE(filter.text(0, 0), two);
 }

@@ -19,7 +19,7 @@ using NelvoDevkit::LogModel;
 using NelvoDevkit::ModelDesk;
 using NelvoDevkit::WebView;
 
-//! What the host does with BIM models, and what it tells the plug-in's pages.
+//! The host's part of the BIM models, and its objects for the plug-in's pages.
 class TestHostModels : public QObject
 {
     Q_OBJECT
@@ -93,7 +93,7 @@ void TestHostModels::cleanup()
 
 QStringList TestHostModels::logged(LogEntry::Kind kind) const
 {
-    QCoreApplication::processEvents(); // entries show up with the next turn
+    QCoreApplication::processEvents(); // the event loop adds the entries
     QStringList texts;
     for (int row = 0; row < m_log->rowCount(); ++row) {
         if (m_log->entry(row).kind == kind)
@@ -102,7 +102,7 @@ QStringList TestHostModels::logged(LogEntry::Kind kind) const
     return texts;
 }
 
-//! What the desk's models have in that role.
+//! The values of that role in the desk's models.
 QStringList TestHostModels::column(int role) const
 {
     QStringList found;
@@ -111,7 +111,7 @@ QStringList TestHostModels::column(int role) const
     return found;
 }
 
-//! Waits until all models have come in.
+//! Waits until all imports are complete.
 bool TestHostModels::settle() const
 {
     return QTest::qWaitFor(
@@ -220,7 +220,7 @@ void TestHostModels::secondImportIsRefused()
 {
     QVERIFY(m_desk->checkBimProjValid("g-1", false));
     manager().observer->OnDownLoadBimProj({"g-1"});
-    QVERIFY(!m_desk->checkBimProjValid("g-1", false)); // also on its way
+    QVERIFY(!m_desk->checkBimProjValid("g-1", false)); // also while it is being imported
     QVERIFY(m_desk->checkBimProjValid("g-2", false));
     QVERIFY(settle());
     QVERIFY(!m_desk->checkBimProjValid("g-1", false));
@@ -248,7 +248,7 @@ void TestHostModels::conversionsAreListed()
     QCOMPARE(column(ImportedModels::KindRole),
              (QStringList{"概要模型（完整度优先）", "概要模型（性能优先）"}));
     QVERIFY(settle());
-    // An outline model is not the model: there is nothing to read from it, and it may still be imported.
+    // An outline model has no PDS projects, and the complete model may still be imported.
     QCOMPARE(column(ImportedModels::ReadableRole), (QStringList{"false", "false"}));
     QVERIFY(m_desk->checkBimProjValid("g-2", true));
 }
@@ -299,7 +299,7 @@ void TestHostModels::importedModelsAsRows()
     QVERIFY(!models.data({}, ImportedModels::NameRole).isValid());
 }
 
-//! One that comes later neither waits nor starts an earlier one again.
+//! A later import neither waits nor restarts an earlier one.
 void TestHostModels::modelsComeInSideBySide()
 {
     ImportedModels models;

@@ -50,7 +50,7 @@ void TestHostOperations::oneAfterTheOther()
     QCOMPARE(done, (QStringList{"a", "b", "c"}));
 }
 
-//! As the plug-in does while it waits, an operation lets events happen.
+//! An operation processes events, as the plug-in does while it waits.
 void TestHostOperations::noneWithinAnother()
 {
     OperationQueue queue;

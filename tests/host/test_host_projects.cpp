@@ -14,7 +14,7 @@ using NelvoDevkit::LogModel;
 using NelvoDevkit::MessageCapture;
 using NelvoDevkit::ProjectDesk;
 
-//! What the host does with the enterprise's projects, above a manager that is a stand-in.
+//! The host's part of the enterprise's projects, with a stand-in of the manager.
 class TestHostProjects : public QObject
 {
     Q_OBJECT
@@ -142,7 +142,7 @@ bool TestHostProjects::settle() const
 
 QStringList TestHostProjects::logged(LogEntry::Kind kind) const
 {
-    QCoreApplication::processEvents(); // entries show up with the next turn
+    QCoreApplication::processEvents(); // the event loop adds the entries
     QStringList texts;
     for (int row = 0; row < m_log->rowCount(); ++row) {
         if (m_log->entry(row).kind == kind)
@@ -201,7 +201,7 @@ void TestHostProjects::missingTreeIsTold()
     manager().rootName = QStringLiteral("root");
     manager().firstLevel = QStringList("u1");
     signIn();
-    // The next one does not arrive, and the earlier one is not shown in its place.
+    // The next tree does not arrive, and the earlier one is hidden.
     manager().firstLevel.clear();
     signIn(L"1002");
     QCOMPARE(m_desk->tree()->unitCount(), 0);
@@ -219,7 +219,7 @@ void TestHostProjects::sessionWithoutServiceIsNotInstalled()
     QCOMPARE(logged(LogEntry::Kind::Warning).size(), 1);
 }
 
-//! The manager throws where it needs the enterprise; the host does not ask.
+//! The manager throws if it needs the enterprise, so the host does not call it.
 void TestHostProjects::sessionWithoutEnterprise()
 {
     signIn();
@@ -407,14 +407,14 @@ void TestHostProjects::failedRenameIsTold()
 void TestHostProjects::bindings()
 {
     signIn();
-    m_desk->uploadBindings(); // with no project in hand
+    m_desk->uploadBindings(); // without a selected project
     m_desk->select(QStringLiteral("s-1"));
     NelvoDevkit::DeviceList& devices = *m_desk->devices();
     devices.setData(devices.index(1), QStringLiteral("SN-1"), NelvoDevkit::DeviceList::SerialRole);
     const QMap<QString, QString> expected = devices.bindings();
     QCOMPARE(expected.size(), 1);
     m_desk->uploadBindings();
-    m_desk->select(QStringLiteral("s-2")); // comes too late to matter
+    m_desk->select(QStringLiteral("s-2")); // too late to matter
     QVERIFY(settle());
     QCOMPARE(manager().calls.filter(QStringLiteral("OnUpload")), QStringList("OnUploadSdkProperty s-1"));
     QCOMPARE(manager().bindings, expected);
@@ -452,7 +452,7 @@ void TestHostProjects::detailsNameTheEnterprise()
     QVERIFY(m_desk->details().isEmpty());
 }
 
-//! The stand-in ends the test if the host calls it within a call.
+//! The stand-in ends the test if the host calls it inside a call.
 void TestHostProjects::eventsWhileBlockingWait()
 {
     signIn();
@@ -472,7 +472,7 @@ void TestHostProjects::eventsWhileBlockingWait()
              (QStringList{"GetServerProjectTree", "GetServerProjectTree", "GetServerProjectTree"}));
 }
 
-//! Failures reach the host as lines of the plug-in's log only, most of them debug ones.
+//! The plug-in reports failures in its log only, mostly as debug messages.
 void TestHostProjects::pluginsOwnLinesAreInTheLog()
 {
     LogFilter shownLog(*m_log);

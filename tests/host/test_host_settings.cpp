@@ -29,7 +29,7 @@ private Q_SLOTS:
 
 namespace {
 
-//! A folder for settings, gone at the end of the test.
+//! A folder for settings, removed at the end of the test.
 class Folder
 {
 public:

@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-//! Starts the built host from a folder of its own, in which something is missing or wrong.
+//! Starts the built host from a separate folder with a missing or wrong file.
 class TestHostStart : public QObject
 {
     Q_OBJECT
@@ -29,21 +29,21 @@ const QString Program = QStringLiteral(NELVO_EDITOR_PROGRAM);
 const QString Plugin = QStringLiteral(NELVO_PLUGIN_FILE);
 const QString EmptyLibrary = QStringLiteral(NELVO_EMPTY_LIBRARY);
 
-//! How a run of the host ended.
+//! The result of a run of the host.
 struct Ending {
     int status = -1;
     QString output;
     QString error;
 };
 
-//! An application folder with the host in it, gone at the end of the test.
+//! An application folder with the host, removed at the end of the test.
 class Folder
 {
 public:
     Folder() { copy(Program, QFileInfo(Program).fileName()); }
 
     QString path(const QString& name) const { return m_directory.filePath(name); }
-    //! Puts a library in the plug-in's place.
+    //! Installs a library under the plug-in's name.
     void addPlugin(const QString& library) const { copy(library, QFileInfo(Plugin).fileName()); }
     void write(const QString& name, const QByteArray& content) const
     {
@@ -114,7 +114,7 @@ void TestHostStart::optionsWrong()
     folder.addPlugin(Plugin);
     const Ending host = folder.run({QStringLiteral("--colour"), QStringLiteral("blue")});
     QCOMPARE(host.status, 2);
-    // Qt may warn of the system before.
+    // Qt may log a warning about the system first.
     QVERIFY2(host.error.endsWith(
                  QStringLiteral("NelvoEditor: Unknown option 'colour'; --help lists the options\n")),
              qPrintable(host.error));
@@ -161,7 +161,7 @@ void TestHostStart::singleArgumentIsForThePlugin()
     QVERIFY2(!host.error.contains(QStringLiteral("Unknown option")), qPrintable(host.error));
 }
 
-//! One that fails ends the host.
+//! A failed sign-in ends the host.
 void TestHostStart::signInIsNoOptionWhateverItBeginsWith()
 {
     const Folder folder;

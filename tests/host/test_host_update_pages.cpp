@@ -15,7 +15,7 @@ using NelvoDevkit::Editor;
 using NelvoDevkit::LogModel;
 using NelvoDevkit::UpdateDesk;
 
-//! A check for a newer release while the login form of the built plug-in waits for its user.
+//! A check for a newer release while the login form of the built plug-in waits for the user.
 class TestHostUpdatePages : public QObject
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ namespace {
 
 constexpr int Patience = 30000;
 
-//! In a window that shows.
+//! Finds the item in a visible window.
 QQuickItem* find(const QString& name)
 {
     for (QWindow* window : QGuiApplication::topLevelWindows()) {

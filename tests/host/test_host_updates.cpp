@@ -29,7 +29,7 @@ const auto LastPage = QStringLiteral("ValidComp.qml");
 
 } // namespace
 
-//! What the host does with the self-update.
+//! The host's part of the self-update.
 class TestHostUpdates : public QObject
 {
     Q_OBJECT
@@ -239,7 +239,7 @@ void TestHostUpdates::downloadHasItsProgress()
     QCOMPARE(m_desk->progress(), 0.25);
     Q_EMIT m_updater->downloadProgress(QStringLiteral("p.zip"), 400, 400);
     QCOMPARE(m_desk->progress(), 1.0);
-    QCOMPARE(m_desk->state(), State::Downloading); // the checksum is still to be looked at
+    QCOMPARE(m_desk->state(), State::Downloading); // the checksum has not been checked yet
     Q_EMIT m_updater->downloadFinished(QStringLiteral("p.zip"));
     QCOMPARE(m_desk->state(), State::Downloaded);
     m_desk->dismiss();
@@ -256,7 +256,7 @@ void TestHostUpdates::progressOfAnUnknownSize()
     QCOMPARE(m_desk->progress(), 1.0);
 }
 
-//! One that an earlier process has brought.
+//! A package that an earlier process has downloaded.
 void TestHostUpdates::completePackageIsNotFetched()
 {
     offerRelease();
@@ -288,7 +288,7 @@ void TestHostUpdates::failureIsToldOnceMore()
     QCOMPARE(m_desk->error(), QString());
 }
 
-//! The updater refuses it while the transfer of an earlier one is under way.
+//! The updater refuses it while an earlier transfer is running.
 void TestHostUpdates::refusedDownloadGoesOn()
 {
     offerRelease();
@@ -356,7 +356,7 @@ void TestHostUpdates::everythingIsLogged()
                           "updater: readyUpdateInfo: restarting", "updater: upgradeEnd"}));
 }
 
-//! A page that nobody sees would take the outcome of the check for a step of a sign-in.
+//! A hidden page would treat the result of the check as a step of a sign-in.
 void TestHostUpdates::unseenPageGoes()
 {
     showLogin();
@@ -400,7 +400,7 @@ void TestHostUpdates::lastPageNeedsTheFormBack()
     turnTo(LastPage);
     QCOMPARE(needed.size(), 1);
     QCOMPARE(m_desk->state(), state);
-    // From here on it is a sign-in.
+    // From now on it is a sign-in.
     turnTo(LoginPage);
     turnTo(LastPage);
     QCOMPARE(needed.size(), 1);

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int LookEveryMs = 200;
 
-//! \brief A person at the example with the BIM dialog: chooses the first model and closes the window.
+//! \brief Acts as the user of the example with the BIM dialog: chooses the first model and closes the window.
 class ModelChooser final : public QObject
 {
 public:

@@ -25,10 +25,10 @@ namespace {
 
 constexpr int PatienceMs = 60000;
 
-//! Set in a process that is to be the host: what it does, and the folder in which it can be met.
+//! Set in a process that acts as the host: its behaviour, and the folder through which the test controls it.
 const char* const BehaviourVariable = "NELVO_TEST_HOST";
 const char* const FolderVariable = "NELVO_TEST_FOLDER";
-//! Exit status of a host that ends by itself.
+//! Exit status of a host that ends itself.
 constexpr int HostStatus = 7;
 
 const auto LockName = QStringLiteral("/lock");
@@ -51,7 +51,7 @@ void tell(const QString& argument)
     NelvoPlugin::setEvent(NelvoPlugin::openEvent(parts.at(3).toStdWString()));
 }
 
-//! Stays until it finds a file that ends it, or until the test must have forgotten it.
+//! Continues until a file requests the end, or until the test must have ended.
 int stay(const QString& folder)
 {
     QTimer looking;
@@ -64,7 +64,7 @@ int stay(const QString& folder)
     return QCoreApplication::exec();
 }
 
-//! Whether both names can be taken.
+//! Whether both names are free.
 bool areFree(const QString& event, const QString& mapping)
 {
     try {
@@ -75,7 +75,7 @@ bool areFree(const QString& event, const QString& mapping)
     }
 }
 
-//! Windows has no way to take a name from an object that somebody has open; POSIX systems do so at once.
+//! On Windows a name exists as long as a process has its object open; POSIX systems remove it at once.
 bool namesLastAsLongAsTheirObjects(const QString& name)
 {
     const std::wstring event = (name + QStringLiteral("-probe-event")).toStdWString();
@@ -130,7 +130,7 @@ private Q_SLOTS:
 
 private:
     void start(const QString& behaviour, const QStringList& further);
-    //! Status of the program, once it has ended.
+    //! Exit status of the program, after its end.
     int status();
     int run(const QString& behaviour, const QStringList& further = {});
     bool isHostRunning() const;
@@ -162,7 +162,7 @@ void TestLaunch::start(const QString& behaviour, const QStringList& further)
     environment.insert(QLatin1String(BehaviourVariable), behaviour);
     environment.insert(QLatin1String(FolderVariable), m_folder->path());
     m_program->setProcessEnvironment(environment);
-    // Files and no pipes: a host that stays keeps them open.
+    // Files instead of pipes: a continuing host keeps them open.
     m_program->setStandardOutputFile(m_folder->path() + QStringLiteral("/out"));
     m_program->setStandardErrorFile(m_folder->path() + QStringLiteral("/error"));
     const QStringList arguments{

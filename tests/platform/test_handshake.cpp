@@ -17,7 +17,7 @@ namespace {
 constexpr std::chrono::milliseconds Now{0};
 constexpr std::chrono::minutes LongEnough{1};
 
-//! Set in a process that is to be the one that tells.
+//! Set in a process that acts as the notifying one.
 const char* const TellerVariable = "NELVO_TEST_TELLER";
 
 std::wstring unique(const QString& prefix)
@@ -25,7 +25,7 @@ std::wstring unique(const QString& prefix)
     return (prefix + QUuid::createUuid().toString(QUuid::WithoutBraces)).toStdWString();
 }
 
-//! The process that tells: writes its third argument into the block and sets the event, by names.
+//! The notifying process: writes its third argument to the block and sets the event, by names.
 int runTeller(const QStringList& arguments)
 {
     const QByteArray text = arguments.at(3).toLatin1();
@@ -39,7 +39,7 @@ int runTeller(const QStringList& arguments)
     return (block ? 0 : 1) + (event ? 0 : 2);
 }
 
-//! Starts that process; it ends with this object at the latest.
+//! Starts that process. The destructor ends it.
 class Teller
 {
 public:
@@ -65,7 +65,7 @@ private:
 
 } // namespace
 
-//! Both sides of the handshake, in this process and across two.
+//! Both sides of the handshake, in one process and in two.
 class TestHandshake : public QObject
 {
     Q_OBJECT
@@ -166,7 +166,7 @@ void TestHandshake::removedNamesAreGone()
     QVERIFY(NelvoPlugin::openEvent(event));
 }
 
-//! A caller that gave up does no harm to a host that has found the objects already.
+//! A calling program that has given up does not disturb a host that has already opened the objects.
 void TestHandshake::openedObjectsOutliveTheirNames()
 {
     const std::wstring eventName = unique(QStringLiteral("event-"));
@@ -191,7 +191,7 @@ void TestHandshake::takenNamesAreRefused()
     const CallerHandshake caller(event, block);
     QVERIFY_EXCEPTION_THROWN(CallerHandshake(unique(QStringLiteral("event-")), block), std::system_error);
     QVERIFY_EXCEPTION_THROWN(CallerHandshake(event, unique(QStringLiteral("block-"))), std::system_error);
-    // The first one's are still there.
+    // The objects of the first one still exist.
     QVERIFY(NelvoPlugin::openSharedMemory(block));
     QVERIFY(NelvoPlugin::openEvent(event));
 }
@@ -317,7 +317,7 @@ void TestHandshake::otherProcessFindsAnyName()
     QVERIFY(caller.wait(LongEnough));
 }
 
-//! The event is what orders the two: whoever it wakes finds the whole text.
+//! The event determines the order: the woken process finds the whole text.
 void TestHandshake::whatWasWrittenIsThereWithTheEvent()
 {
     for (int round = 0; round < 20; ++round) {

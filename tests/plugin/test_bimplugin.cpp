@@ -114,7 +114,7 @@ void TestBimPlugin::secondInitializeReplacesTheManagers()
 {
     CBimPlugin plugin;
     plugin.Initialize();
-    // The old manager lives until the new one is stored, so the two addresses differ.
+    // The old manager exists until the new one is stored, so the two addresses differ.
     const NelvoSDK::ILoginMgr* login = plugin.GetLoginMgr();
     const NelvoSDK::IMessageMgr* message = plugin.GetMessageMgr();
     const NelvoSDK::IProjectInfoMgr* project = plugin.GetProjectInfoMgr();
@@ -126,7 +126,7 @@ void TestBimPlugin::secondInitializeReplacesTheManagers()
     QVERIFY(plugin.GetProjectInfoMgr() != project);
     QVERIFY(plugin.GetPdsMgr() != pds);
     QVERIFY(!plugin.GetMessageMgr()->GetContext());
-    // The old login manager is gone, and its window with it.
+    // The old login manager has been deleted with its window.
     QCOMPARE(QGuiApplication::topLevelWindows().size(), 1);
     plugin.Shutdown();
     QVERIFY(QGuiApplication::topLevelWindows().isEmpty());

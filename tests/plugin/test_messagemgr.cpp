@@ -95,7 +95,7 @@ void TestMessageMgr::notifyingNobodyReturns()
     manager.Detach(&gone);
     notifyEachKind();
     QVERIFY(gone.heard.isEmpty());
-    // Nothing was kept for those who come later, and the manager still works.
+    // Nothing is stored for later observers, and the manager still works.
     MessageRecorder late;
     manager.Attach(&late);
     manager.NotifySecond(QStringLiteral("heard"));
@@ -145,7 +145,7 @@ void TestMessageMgr::strangeTextsPassUnchanged()
 
 namespace {
 
-//! Set in a process that is to notify a null observer.
+//! Set in a process that notifies a null observer.
 const char* const NullVariable = "NELVO_TEST_NOTIFY_NULL";
 
 int notifyNull()
@@ -161,7 +161,7 @@ int notifyNull()
 
 } // namespace
 
-//! Callers must not pass null: it is stored like any other, and the process that notifies it dies.
+//! Callers must not pass null: it is stored, and a notification crashes the process.
 void TestMessageMgr::nullObserverIsKeptAndCalled()
 {
     QProcess process;

@@ -22,7 +22,7 @@ public:
     {
         Notify([](Observer& observer) { ++observer.calls; });
     }
-    //! `happens` runs in each call, with the observer that is called and the number of calls before it.
+    //! Runs `happens` in each call, with the called observer and the number of calls before it.
     void notifyWith(const std::function<void(Observer&, int)>& happens)
     {
         int before = 0;
@@ -197,7 +197,7 @@ void TestSubject::oneAttachedDuringANotificationWaitsForTheNext()
 {
     Subject subject;
     Observer first;
-    std::vector<Observer> later(50); // some of them would lie behind the first in the order of the walk
+    std::vector<Observer> later(50); // some of them would follow the first in the order of the walk
     subject.Attach(&first);
     subject.notifyWith([&](Observer&, int) {
         for (Observer& observer : later)
@@ -256,7 +256,7 @@ void TestSubject::notificationsNest()
             subject.Detach(&second);
         }
     });
-    // Both in the inner walk, and the one that began it.
+    // Both in the inner notification, and in the outer one the observer that started it.
     QCOMPARE(first.calls + second.calls, 3);
 }
 
@@ -303,7 +303,7 @@ void TestSubject::attachAndDetachFromManyThreads()
     QCOMPARE(subject.reached(), int(threadCount * perThread / 2));
 }
 
-//! An observer that stays is called by each notification, whatever comes and goes beside it.
+//! An observer that stays attached is called by each notification, even if others are attached and detached.
 void TestSubject::attachAndDetachDuringNotifications()
 {
     constexpr int notifications = 2000;

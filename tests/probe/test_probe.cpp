@@ -46,7 +46,7 @@ Change reply(const char* method, const char* path, const QByteArray& body,
     };
 }
 
-//! The commands and the changes of what the services hold, which are none of the probe's business.
+//! Whether the request only reads data or belongs to a sign-in. The probe must send no other requests.
 bool isHarmless(const NelvoDevkit::LoggedRequest& request)
 {
     static const QByteArrayList posts{"/login", "/rs/casLogin/casLogin",
@@ -58,7 +58,7 @@ bool isHarmless(const NelvoDevkit::LoggedRequest& request)
 
 Q_DECLARE_METATYPE(Change)
 
-//! nelvo-probe, started as a program against the simulator.
+//! nelvo-probe as a program, with the simulator.
 class TestProbe : public QObject
 {
     Q_OBJECT
@@ -194,7 +194,7 @@ void TestProbe::tableIsForPeople()
     const QStringList arguments{"--url",    m_services->signInUrl(), "--user", User,
                                 "--plugin", NELVO_PLUGIN_FOLDER};
     QCOMPARE(run(arguments), int(ProbeRun::Well));
-    QCOMPARE(m_run.error, QByteArray()); // no line of Qt's own
+    QCOMPARE(m_run.error, QByteArray()); // no message of Qt
     const QString table = QString::fromUtf8(m_run.output);
     const auto has = [](const QString& text, const char* pattern) {
         return QRegularExpression(QString::fromLatin1(pattern), QRegularExpression::MultilineOption)
@@ -222,7 +222,7 @@ void TestProbe::serverIsLeftAsItWas()
     const QVector<NelvoDevkit::LoggedRequest> requests = m_services->log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests)
         QVERIFY2(isHarmless(request), (request.method + ' ' + request.target).constData());
-    // It signs out again, by the plug-in.
+    // It signs out through the plug-in.
     QVERIFY(std::any_of(requests.begin(), requests.end(), [](const NelvoDevkit::LoggedRequest& request) {
         return request.path() == "/rs/casLogin/logout";
     }));
@@ -384,8 +384,8 @@ void TestProbe::whatIsWrongIsTold()
     QCOMPARE(m_run.step(step)["askedDirectly"].toBool(), askedDirectly);
 }
 
-//! Whether Qt takes a body that ends too early for an error is a race in its network thread. Otherwise the
-//! form cannot be read.
+//! A body that ends too early may be an error for Qt or not: this is a race in its network thread. Without
+//! the error, the form cannot be read.
 void TestProbe::cutFormIsTold()
 {
     fault(Fault::CutBody, "/login", "GET")(*m_services);
@@ -396,7 +396,7 @@ void TestProbe::cutFormIsTold()
     expect(step, isNoticed ? closed : QStringLiteral("the form page is not well-formed XML: line "));
 }
 
-//! The ticket of another server's form is worth nothing, so the service seems to reject the password.
+//! The ticket of another server's form is invalid, so the service seems to reject the password.
 void TestProbe::redirectedFormIsTold()
 {
     const StartedServices other;
@@ -478,7 +478,7 @@ void TestProbe::noSecretIsTold_data()
     QTest::addColumn<Change>("change");
     QTest::addColumn<int>("status");
     QTest::newRow("well") << Change([](Services&) {}) << int(ProbeRun::Well);
-    // An error's text holds the address that was asked, and the update service's holds its token.
+    // The text of an error contains the requested address, and that of the update service contains its token.
     QTest::newRow("errors") << Change([](Services& services) {
         services.addFault(
             {Fault::Status, QStringLiteral("/v1.0/service/sys/productVersion/findLatest"), {}, 500, false});
@@ -487,7 +487,7 @@ void TestProbe::noSecretIsTold_data()
     QTest::newRow("rejected") << Change([](Services& services) {
         services.addFault({Fault::LoseSession, QStringLiteral("/rs/casLogin/listCompany"), {}, 0, false});
     }) << int(ProbeRun::Wrong);
-    // A server that repeats what it was given.
+    // A server that repeats its input.
     QTest::newRow("parrot") << Change([](Services& services) {
         const QString md5 = TestSupport::md5(passwordOf(User).toUtf8());
         const QJsonObject body{{"code", 401},

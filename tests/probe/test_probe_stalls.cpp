@@ -12,9 +12,9 @@ using NelvoDevkit::Fault;
 
 namespace {
 
-//! For each walk. Enough to reach its last step on a machine that has much else to do.
+//! For each walk: enough time to reach its last step on a busy machine.
 const auto Seconds = QStringLiteral("10");
-//! Walks that run at the same time, each with services of its own.
+//! Walks that run at the same time, each with its own services.
 constexpr int SideBySide = 7;
 
 struct Stall {
@@ -50,7 +50,7 @@ ProbeRun walkUnder(const Stall& stall)
 
 } // namespace
 
-//! nelvo-probe and a server that accepts a request and never answers it, at each step.
+//! nelvo-probe and a server that accepts a request and never replies, at each step.
 class TestProbeStalls : public QObject
 {
     Q_OBJECT
@@ -94,7 +94,7 @@ void TestProbeStalls::stalledServerEndsWithTheTimeout()
     QVERIFY2(run.words(step).startsWith("no answer when the " + Seconds + " s of this walk were over"),
              qPrintable(run.words(step)));
 
-    // What came before it is well, and nothing comes after it.
+    // The steps before it have passed, and no step follows.
     QString verdict = QStringLiteral("well");
     const QJsonArray steps = run.json()["steps"].toArray();
     for (const QJsonValue found : steps) {
@@ -105,7 +105,7 @@ void TestProbeStalls::stalledServerEndsWithTheTimeout()
     }
 }
 
-//! The form is read once by the plug-in; asked for directly, it never comes.
+//! The plug-in receives the form; the reply to the probe's own request never arrives.
 void TestProbeStalls::stalledQuestionOfItsOwnEndsToo()
 {
     TestSupport::StartedServices services;

@@ -18,7 +18,7 @@ namespace {
 
 const QStringList Required{"nelvo-probe", "--user", "lina", "--url", "http://s:80"};
 
-//! A form page with this around its inputs, and these inputs.
+//! A form page with these inputs inside of this section.
 QByteArray page(const QByteArray& section, const QByteArray& inputs, const QByteArray& root = "<html>")
 {
     return "<!DOCTYPE html>" + root +
@@ -32,7 +32,7 @@ const QByteArray Inputs{"<input name=\"lt\" value=\"LT-1\"/><input name=\"execut
 
 } // namespace
 
-//! What nelvo-probe reads and says, without any server.
+//! The texts that nelvo-probe reads and prints, without a server.
 class TestProbeWords : public QObject
 {
     Q_OBJECT
@@ -187,7 +187,7 @@ void TestProbeWords::secretsAreHidden()
     QCOMPARE(redaction.redacted(text), redacted);
 }
 
-//! Stars in the place of each "1" would tell what the password is.
+//! Replacing each "1" by stars would reveal the password.
 void TestProbeWords::shortSecretsAreNotGivenAway()
 {
     Redaction redaction;
@@ -202,7 +202,7 @@ void TestProbeWords::accountsAreMasked()
     QCOMPARE(maskedAccount(QStringLiteral("x")), QStringLiteral("***"));
 }
 
-//! Lines of unknown kinds are counted only; known ones are redacted.
+//! Lines of unknown kinds are only counted; lines of known kinds are redacted.
 void TestProbeWords::reportHidesWhatTheLogHolds()
 {
     Report report;

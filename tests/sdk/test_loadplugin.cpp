@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-//! The way from a folder to the plug-in object.
+//! Loading the plug-in object from a folder.
 class TestLoadPlugin : public QObject
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ QString pluginFolder()
     return QFileInfo(Plugin).path();
 }
 
-//! Where a folder has the plug-in.
+//! The path of the plug-in in the folder.
 QString pluginIn(const QTemporaryDir& folder)
 {
     return folder.filePath(QFileInfo(Plugin).fileName());

@@ -8,7 +8,7 @@
 
 #include <QtTest>
 
-//! What a host may rely on in the public records before anybody has filled them.
+//! The guarantees for new public records.
 class TestSdk : public QObject
 {
     Q_OBJECT

@@ -10,10 +10,10 @@
 
 #include <memory>
 
-//! How long a test waits for what is sure to come; a loaded machine may need a while.
+//! The maximum wait for an event that must happen; a loaded machine may take a while.
 constexpr int Patience = 20000;
 
-//! \brief What came back on a request.
+//! \brief The reply to a request.
 struct Answer {
     QNetworkReply::NetworkError error = QNetworkReply::NoError;
     int status = 0;
@@ -21,12 +21,12 @@ struct Answer {
     QByteArray contentType;
     QByteArray location;
     QByteArray allow;
-    QUrl url; //!< of the last page, where redirects were followed
+    QUrl url; //!< of the last page, after redirects
 
     bool isJson() const;
 };
 
-//! \brief A client with a cookie jar, as the plug-in is one.
+//! \brief A client with a cookie jar, like the plug-in.
 class Client
 {
 public:
@@ -38,16 +38,16 @@ public:
                 const QByteArray& contentType = "application/x-www-form-urlencoded");
     Answer send(const QByteArray& method, const QString& url, const QByteArray& body = {},
                 const QByteArray& contentType = {});
-    //! Sends and doesn't wait.
+    //! Sends a request and does not wait.
     QNetworkReply* start(const QByteArray& method, const QString& url, const QByteArray& body = {},
                          const QByteArray& contentType = {});
-    //! Waits for the end of what was started.
+    //! Waits for the end of the request.
     static Answer finish(QNetworkReply* reply);
 
-    //! The jar's cookie of that name for the address, or a null array.
+    //! The value of the jar's cookie with that name for the address, or a null array.
     QByteArray cookie(const QString& url, const QByteArray& name) const;
 
-    //! Signs in with the form of the service at `url` and returns the last page's answer.
+    //! Signs in with the form of the service at `url` and returns the reply of the last page.
     Answer signIn(const QString& url, const QString& user, const QString& password);
 
 private:
@@ -56,12 +56,12 @@ private:
     bool m_follow = true;
 };
 
-//! The value of the form page's hidden input of that name, found the way in which the plug-in finds it.
+//! The value of the form page's hidden input with that name, found like in the plug-in.
 QString inputValue(const QByteArray& page, const QString& name);
 //! The body of a posted form.
 QByteArray formBody(const QString& ticket, const QString& user, const QString& password);
 
-//! \brief A bare connection, for what a well-behaved client hides.
+//! \brief A plain connection, for details that an HTTP client hides.
 class RawConnection
 {
 public:
@@ -70,9 +70,9 @@ public:
     bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
     QAbstractSocket::SocketError error() const { return m_socket.error(); }
     void send(const QByteArray& bytes);
-    //! Reads one answer, head and body, or what there is of it until the connection ends.
+    //! Reads one reply, head and body, or the part before the end of the connection.
     QByteArray readAnswer();
-    //! Waits until the other side ends the connection, and returns what came before.
+    //! Waits until the other side ends the connection, and returns the received bytes.
     QByteArray readToEnd();
 
 private:

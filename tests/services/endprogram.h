@@ -2,7 +2,7 @@
 
 class QProcess;
 
-//! To be called before the start of a program that is asked to end.
+//! Call it before the start of a program that will be asked to end.
 void prepareToEnd(QProcess& program);
 
 //! Asks a program without windows to end: by SIGTERM, or by Ctrl+C on Windows.

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-//! A console of its own: Ctrl+C reaches every program that shares one.
+//! A separate console: Ctrl+C reaches every program of a console.
 void prepareToEnd(QProcess& program)
 {
     program.setCreateProcessArgumentsModifier(

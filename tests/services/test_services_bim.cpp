@@ -36,7 +36,7 @@ QJsonArray list(const Answer& answer)
     return object(answer)["data"].toArray();
 }
 
-//! The member of that name in every row.
+//! The values of that member in all rows.
 QVariantList column(const QJsonArray& rows, const QString& name)
 {
     QVariantList values;
@@ -53,7 +53,7 @@ void collectIds(const QJsonObject& node, QSet<QString>& ids)
         collectIds(child.toObject(), ids);
 }
 
-//! The ids of all units of the tree that came.
+//! The ids of all units in the received tree.
 QSet<QString> units(const Answer& tree)
 {
     QSet<QString> ids;
@@ -97,7 +97,7 @@ private Q_SLOTS:
 private:
     QString editor(const QString& path) const { return m_services->editorUrl() + path; }
     QString control(const QString& path) const { return m_services->controlUrl() + path; }
-    //! Signs in as lina, binds to the enterprise and lets the editor service know.
+    //! Signs in as lina, enters the enterprise and connects to the editor service.
     void enter(Client& client, int enterpriseId = 1001);
 
     std::unique_ptr<StartedServices> m_services;
@@ -270,7 +270,7 @@ void TestServicesBim::listsFitTheTree()
     QCOMPARE(guids.size(), rows);
 }
 
-//! The editor finds what it is told of here in its own database, under the same id and name.
+//! The editor's own database contains some of these models, with the same ids and names.
 void TestServicesBim::databaseKnowsSomeOfTheModels()
 {
     QMap<QString, QString> names;
@@ -360,7 +360,7 @@ void TestServicesBim::modelsAreGeneratedByControl()
 
 namespace {
 
-//! A seed file with one enterprise that has these members more.
+//! A seed file with one enterprise and these additional members.
 class SeedFile
 {
 public:

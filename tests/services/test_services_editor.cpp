@@ -47,7 +47,7 @@ QByteArray newProject(const QString& id, const QString& deptId = "1001-12")
     return body({{"id", id}, {"name", "新项目"}, {"deptId", deptId}});
 }
 
-//! What is told of a tree by walking it.
+//! Properties of a tree, found by visiting its nodes.
 struct TreeFacts {
     int nodes = 0;
     int levels = 0;
@@ -139,7 +139,7 @@ private:
     {
         return client.cookie(editor("/org/heartbeat"), "EDITORSESSION");
     }
-    //! Signs in, binds to the enterprise and lets the editor service know.
+    //! Signs in, enters the enterprise and connects to the editor service.
     void enter(Client& client, const QString& user, const QString& password, const QString& enterpriseId);
     void enterAsLina(Client& client) { enter(client, "lina", "lina2024", "1001"); }
 
@@ -456,7 +456,7 @@ void TestServicesEditor::projectIsAddedOnce()
     QCOMPARE(m_services->editorData().projects(1001).size(), 4);
     QCOMPARE(m_services->editorData().projects(1001).last().deptId, QString("1001-12"));
 
-    // Each enterprise has ids of its own.
+    // Each enterprise has different ids.
     enter(client, "lina", "lina2024", "1003");
     QCOMPARE(client.post(editor("/scene/project"), newProject("p-1", "nowhere"), Json).status, 200);
     QCOMPARE(m_services->editorData().projects(1003).last().deptName, QString());

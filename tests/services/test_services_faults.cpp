@@ -31,8 +31,8 @@ FaultRule rule(Fault fault, const QString& path = {}, int value = 0, bool once =
     return {fault, path, {}, value, once};
 }
 
-//! How a connection ends that sends one request and gets no answer. QTcpSocket doesn't tell a reset from
-//! an orderly end.
+//! The end of a connection that sends one request and gets no reply. QTcpSocket cannot distinguish a reset
+//! from an orderly end.
 boost::system::error_code endOfConnection(const QString& url)
 {
     using boost::asio::ip::tcp;
@@ -92,7 +92,7 @@ private:
     {
         return Client().get(url).error == QNetworkReply::ConnectionRefusedError;
     }
-    //! Waits until that many requests were read.
+    //! Waits until that number of requests has been read.
     bool waitForRequests(int count) const
     {
         return QTest::qWaitFor([this, count] { return m_services->log().requests().size() >= count; },
@@ -417,7 +417,7 @@ void TestServicesFaults::faultsStrikeCannedReplies()
 
 void TestServicesFaults::faultsAreSafeFromSeveralThreads()
 {
-    // Rules come and go while requests run into them; in the end the services work as ever.
+    // Rules are added and removed while requests run; in the end the services work as before.
     std::vector<std::unique_ptr<QThread>> threads;
     for (int i = 0; i < 3; ++i) {
         threads.emplace_back(QThread::create([this] {

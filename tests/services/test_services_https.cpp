@@ -112,7 +112,7 @@ void TestServicesHttps::faultsStrike()
     Client client;
     client.setSslConfiguration(trusting(m_services->certificatePem()));
     m_services->addFault({Fault::CutBody, {}, {}, 0, false});
-    // Whether Qt takes a body that ends too early for an error is a race in its network thread.
+    // A body that ends too early may be an error for Qt or not: this is a race in its network thread.
     QCOMPARE(client.get(heartbeat).body, QByteArray(R"({"code":0,"data":{}})").left(10));
     m_services->clearFaults();
 

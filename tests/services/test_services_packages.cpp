@@ -35,7 +35,7 @@ namespace {
 
 constexpr int BlockSize = 64 * 1024;
 
-//! Content in which no byte stands where another one could.
+//! Content in which a byte at another position is detected.
 QByteArray countedContent(int size)
 {
     QByteArray content;
@@ -86,7 +86,7 @@ QByteArray requestFor(const QString& url, const QByteArray& headers = {})
            "\r\n";
 }
 
-//! Head and body of an answer as it came over the wire.
+//! Head and body of a reply as received.
 struct WireAnswer {
     explicit WireAnswer(const QByteArray& bytes)
         : head(bytes.left(bytes.indexOf("\r\n\r\n") + 2)), body(bytes.mid(bytes.indexOf("\r\n\r\n") + 4))
@@ -98,7 +98,7 @@ struct WireAnswer {
     QByteArray body;
 };
 
-//! Reads all that comes for the package, and tells how the connection ended.
+//! Reads the whole reply with the package, and returns how the connection ended.
 boost::system::error_code endOf(const QString& url, std::size_t* size)
 {
     using boost::asio::ip::tcp;
@@ -116,7 +116,7 @@ boost::system::error_code endOf(const QString& url, std::size_t* size)
 
 } // namespace
 
-//! \brief The package server, and what the control path does with packages.
+//! \brief The package server, and the control path's operations on packages.
 class TestServicesPackages : public QObject
 {
     Q_OBJECT
@@ -355,7 +355,7 @@ void TestServicesPackages::generatedHasNoTwoBlocksAlike()
 
 void TestServicesPackages::generatedIsOfAnySize()
 {
-    // No memory and no disk would hold it.
+    // No memory and no disk could store it.
     constexpr qint64 size = qint64{1} << 60;
     m_services->packages().addGenerated("p.zip", size);
     const WireAnswer answer(wire("Range: bytes=" + QByteArray::number(size - 100) + "-\r\n"));
@@ -501,7 +501,7 @@ void TestServicesPackages::stallGoesOnWhenReleased()
     Client client;
     QNetworkReply* reply = start(client);
     QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, Patience));
-    // Other answers come and go; this one doesn't move.
+    // Other replies are sent meanwhile; this one does not continue.
     QCOMPARE(Client().get(url()).body, m_content);
     QCOMPARE(reply->bytesAvailable(), 1000);
     QVERIFY(!reply->isFinished());

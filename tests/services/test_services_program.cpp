@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-//! \brief Runs the program itself.
+//! \brief Runs the program.
 class TestServicesProgram : public QObject
 {
     Q_OBJECT
@@ -108,7 +108,7 @@ void TestServicesProgram::outputTellsAddressesAndAccounts()
 
 void TestServicesProgram::portsAreTaken()
 {
-    // The first run's ports are free again after its end.
+    // The ports of the first run are free after its end.
     start();
     const QJsonObject first = m_ready;
     m_program->kill();

@@ -29,7 +29,7 @@ QJsonObject object(const Answer& answer)
     return QJsonDocument::fromJson(answer.body).object();
 }
 
-//! A seed with that in place of its updates.
+//! A seed with `updates` instead of its updates.
 QByteArray seedWith(const QByteArray& updates)
 {
     return R"({"accounts": [], "enterprises": [], "updates": )" + updates + "}";
@@ -42,7 +42,7 @@ QByteArray seedWithRelease(const QByteArray& release)
 
 } // namespace
 
-//! \brief The update service, and what the control path does with releases.
+//! \brief The update service, and the control path's operations on releases.
 class TestServicesUpdate : public QObject
 {
     Q_OBJECT
@@ -335,7 +335,7 @@ void TestServicesUpdate::seedWithoutUpdates()
     QCOMPARE(m_services->updates().token(), QString());
     QVERIFY(m_services->updates().releases().isEmpty());
     QVERIFY(m_services->packages().names().isEmpty());
-    // A product that is released all the same can't be asked for.
+    // A product with a release, for which requests are not possible.
     m_services->updates().setRelease("a", {"1", {}, {}, 0, {}});
     QCOMPARE(object(findLatest("a", "")).value("code"), QJsonValue(401));
 }

@@ -27,7 +27,7 @@ namespace {
 
 constexpr int Patience = 20000;
 
-//! What a client finds in the package that reads names as GB2312, in the package's order.
+//! The entries that a client finds if it reads the names as GB2312, in the order of the package.
 QVector<PackageEntry> entriesOf(QByteArray package)
 {
     QVector<PackageEntry> entries;
@@ -62,7 +62,7 @@ void writeFile(const QString& fileName, const QByteArray& content)
 
 } // namespace
 
-//! \brief The maker of update packages, as a library and as a program.
+//! \brief The program and the library that create update packages.
 class TestUpdatePackage : public QObject
 {
     Q_OBJECT
@@ -183,15 +183,15 @@ void TestUpdatePackage::namesAreGb2312()
     const auto package = packEntries({{"更新.txt", "x"}}, &error);
     QVERIFY2(package, qPrintable(error));
     const QByteArray name = QByteArray::fromHex("b8fcd0c2") + ".txt";
-    QCOMPARE(package->count(name), 2);  // beside the content and in the directory at the end
-    QCOMPARE(package->at(7) & 0x08, 0); // no mark of UTF-8
+    QCOMPARE(package->count(name), 2);  // before its content and in the directory at the end
+    QCOMPARE(package->at(7) & 0x08, 0); // not marked as UTF-8
     const int directory = package->indexOf("PK\x01\x02");
     QCOMPARE(package->at(directory + 9) & 0x08, 0);
 }
 
 void TestUpdatePackage::namesHaveEveryCharacterOfGb2312()
 {
-    // One from each end of each block.
+    // A character from each end of each block.
     const QString name = "　〓⒈⒛⑴⑽①⑩㈠㈩ⅠⅫ！￣ぁんァヶΑΩαωАЯаяāêㄅㄩ─╋啊座亍齄";
     QString error;
     const auto package = packEntries({{name, "x"}}, &error);
@@ -303,7 +303,7 @@ void TestUpdatePackage::directoryWithANameThatIsRefused()
     QVERIFY(!QFile::exists(path("p.zip")));
 }
 
-//! Also a name that GB2312 cannot hold.
+//! Also a name that GB2312 cannot encode.
 void TestUpdatePackage::directoryWithNamesInUtf8()
 {
     writeFile(path(QStringLiteral("tree/说明😀.txt")), "text");
@@ -313,7 +313,7 @@ void TestUpdatePackage::directoryWithNamesInUtf8()
     QVERIFY2(summary, qPrintable(error));
     QCOMPARE(summary->namesBeyondAscii, QStringList{QStringLiteral("说明😀.txt")});
     const QByteArray package = contentOf(path("p.zip"));
-    // Read with the codec of the other kind, as every client does: the archive says that its names are UTF-8.
+    // Read with the other codec, like every client: the archive marks its names as UTF-8.
     QCOMPARE(namesOf(package), (QStringList{"plain.txt", QStringLiteral("说明😀.txt")}));
     QVERIFY(package.contains("说明😀.txt"));
 }

@@ -31,7 +31,7 @@ void startTalkingJob()
         [](bool) { puts("result delivered"); });
 }
 
-//! What the process of processWithoutAnEventLoop does.
+//! The main function of the process in processWithoutAnEventLoop.
 int runWithoutAnEventLoop(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
@@ -71,7 +71,7 @@ private Q_SLOTS:
     void processWithoutAnEventLoop();
 };
 
-//! The machine may have one core; jobs that wait for each other need a thread each.
+//! The machine may have one core; tasks that wait for each other need a thread each.
 void TestThreadPool::initTestCase()
 {
     QThreadPool::globalInstance()->setMaxThreadCount(4);
@@ -136,7 +136,7 @@ void TestThreadPool::startDoesNotBlock()
             return true;
         },
         [&results](bool) { ++results; });
-    // The job can't have ended: it waits for what comes next.
+    // The task cannot have ended: it waits for the next step.
     goOn.release();
     QTRY_COMPARE(results, 1);
 }
@@ -166,7 +166,7 @@ void TestThreadPool::resultsComeInTheOrderInWhichTheJobsEnd()
     QCOMPARE(results, (QVector<JobResult>{{0, true}, {1, false}, {2, true}}));
 }
 
-//! Each job waits for the result of the one that was started after it.
+//! Each task waits for the result of the task that was started after it.
 void TestThreadPool::jobsEndInAnyOrderAndEachGetsItsOwnResult()
 {
     QSemaphore told[4];
@@ -200,7 +200,7 @@ void TestThreadPool::functionObjectsAreCopiedAtStart()
     QTRY_COMPARE(results, 1);
     QVERIFY(QThreadPool::globalInstance()->waitForDone());
     QCoreApplication::processEvents();
-    QCOMPARE(token.use_count(), 1L); // nothing keeps them any longer
+    QCOMPARE(token.use_count(), 1L); // no copy exists any longer
 }
 
 void TestThreadPool::taskIsGoneWhenItsResultArrives()
@@ -230,7 +230,7 @@ void TestThreadPool::resultMayStartTheNextJob()
 
 void TestThreadPool::waitingJobsTakeTheirTurn()
 {
-    constexpr int jobs = 50; // more than there are threads
+    constexpr int jobs = 50; // more than the number of threads
     int results = 0;
     for (int job = 0; job < jobs; ++job)
         ThreadPool::instance()->start([] { return true; }, [&results](bool) { ++results; });

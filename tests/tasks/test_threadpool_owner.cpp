@@ -9,7 +9,7 @@
 
 using VCIM::ThreadPool;
 
-//! \brief The thread that asks for the pool first gets the results; here it is not the main thread.
+//! \brief The thread of the first call receives the results; here it is not the main thread.
 class TestThreadPoolOwner : public QObject
 {
     Q_OBJECT
@@ -35,7 +35,7 @@ void TestThreadPoolOwner::resultsGoToTheThreadOfTheFirstUser()
                                       resultThread = QThread::currentThread();
                                       delivered.set_value();
                                   });
-    // No event loop of this thread is needed.
+    // This thread needs no event loop.
     QVERIFY(delivered.get_future().wait_for(std::chrono::minutes(1)) == std::future_status::ready);
     QCOMPARE(resultThread, &first);
     QVERIFY(QThreadPool::globalInstance()->waitForDone());

@@ -13,7 +13,7 @@ constexpr int PatienceMs = 120000;
 
 } // namespace
 
-//! A tour that fails says where and why, and ends the host with status 1.
+//! A failing tour prints place and reason, and ends the host with status 1.
 class TestTour : public QObject
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ private Q_SLOTS:
     void linesGoToTheLogAsWell();
 
 private:
-    //! Runs the host with the tour in it. Its status, or -1 if it does not end by itself.
+    //! Runs the host with the tour. Returns its status, or -1 if it does not end itself.
     int run(const QProcessEnvironment& tour);
 
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();

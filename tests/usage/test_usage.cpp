@@ -7,8 +7,7 @@ constexpr int PatienceMs = 30000;
 
 } // namespace
 
-//! \brief What the programs of the devkit print where nobody sees a console: a message box would wait for
-//! ever.
+//! \brief The output of the devkit's programs without a console: a message box would wait forever.
 class TestUsage : public QObject
 {
     Q_OBJECT
@@ -20,7 +19,7 @@ private Q_SLOTS:
     void unknownOption();
 
 private:
-    //! Its status, or -1 if it doesn't end by itself.
+    //! Returns the exit status, or -1 if the program does not end itself.
     int run(const QString& program, const QStringList& arguments);
 
     QString m_output;

@@ -41,7 +41,7 @@ QNetworkCookie cookie(const QByteArray& name)
     return made;
 }
 
-//! The jar as Qt has it.
+//! Qt's own jar.
 class PlainJar final : public QNetworkCookieJar
 {
 public:
@@ -58,7 +58,7 @@ QList<QNetworkCookie> numbered(int first, int last)
 
 const auto Host = QStringLiteral("127.0.0.1");
 
-//! Cookies of a host, with its name alone, as an answer sets them.
+//! Sets cookies for a host as a reply does: with the host's name.
 void answer(QNetworkCookieJar& jar, const QList<QNetworkCookie>& cookies, const QString& host = Host)
 {
     QList<QNetworkCookie> ofHost;
@@ -157,7 +157,7 @@ void TestCookiesJar::oldestOfAllGo()
 void TestCookiesJar::restoredCookiesStay()
 {
     CCookiesJar jar;
-    // Twice the same, as a session's text may have it.
+    // Duplicates, as in the text of a session.
     const QList<QNetworkCookie> restored = numbered(1, 4000) + numbered(1, 10);
     jar.setAllCookies(restored);
     answer(jar, numbered(5001, 5300));

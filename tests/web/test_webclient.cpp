@@ -173,7 +173,7 @@ void TestWebClient::putSendsBodyAndContentType()
     QVERIFY(headerLines(request).contains("Content-Type: application/json"));
 }
 
-//! A double slash stays in the URL; Qt's HTTP layer alone sends one slash for it at the front of a path.
+//! A double slash remains in the URL; only Qt's HTTP layer replaces it by one slash at the start of a path.
 void TestWebClient::urlIsPlainConcatenation()
 {
     QUrl url;
@@ -295,8 +295,8 @@ void TestWebClient::failureIsLoggedAndGivesFalse()
     QCOMPARE(log.entries().constFirst().file, QStringLiteral("web/webclient.cpp"));
 }
 
-//! Whether Qt takes a body that ends too early for an error is a race in its network thread. Otherwise the
-//! handler gets what there is.
+//! A body that ends too early may be an error for Qt or not: this is a race in its network thread. Without
+//! the error, the handler receives the incomplete body.
 void TestWebClient::cutBodyIsAnErrorOrNone()
 {
     m_services.addFault({Fault::CutBody, Path, {}, 0, false});
@@ -326,7 +326,7 @@ void TestWebClient::refusedSchemeDoesNotBlock()
 
 namespace {
 
-//! A reply that was done before anybody could look at it, and tells so later.
+//! A reply that has finished before a slot could be connected, and emits its signal later.
 class FinishedReply : public QNetworkReply
 {
 public:
@@ -362,7 +362,7 @@ void TestWebClient::finishedReplySkipsTheLoop()
     QCOMPARE(manager.findChildren<QNetworkReply*>().size(), 1);
 }
 
-//! Local addresses are such replies. A service could name one.
+//! Local addresses create such replies. A service could send one.
 void TestWebClient::localAddressGivesFalse()
 {
     QJsonObject result;
@@ -458,7 +458,7 @@ void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched_data()
     QTest::newRow("html") << QByteArray("<html/>") << illegal;
     QTest::newRow("cut") << QByteArray("[{}") << QStringLiteral("unterminated array");
     const QByteArray deflated = qCompress("{\"code\":0}").mid(4);
-    QTest::newRow("deflated") << deflated << illegal; // sent as "Content-Encoding: deflate", all of them
+    QTest::newRow("deflated") << deflated << illegal; // all of them sent as "Content-Encoding: deflate"
 }
 
 void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched()
@@ -557,10 +557,10 @@ void TestWebClient::repliesAreKept()
 
 namespace {
 
-//! Makes a call to `url` for `owner`.
+//! Starts a call to `url` with `owner`.
 using OwnedCall = std::function<bool(const QString& url, QObject* owner)>;
 
-//! Runs `work` on a thread of Qt's, and returns when that has ended.
+//! Runs `work` on a thread of Qt and waits for its end.
 void runOnAThread(const std::function<void()>& work)
 {
     std::promise<void> done;
@@ -599,7 +599,7 @@ void TestWebClient::ownerMayGoDuringACall_data()
     });
 }
 
-//! The server doesn't answer, so a call that went on waiting would never return.
+//! The server does not reply, so a call that continued to wait would never return.
 void TestWebClient::ownerMayGoDuringACall()
 {
     QFETCH(OwnedCall, call);
@@ -611,7 +611,7 @@ void TestWebClient::ownerMayGoDuringACall()
     QTimer::singleShot(0, owner, [owner] { delete owner; });
     QVERIFY(!call(m_url, owner));
     QVERIFY(log.entries().isEmpty());
-    // What comes later finds nobody, and does no harm.
+    // Later replies have no receiver and do no harm.
     m_services.clearFaults();
     QTRY_COMPARE(m_services.log().requests().size(), 1);
     QVERIFY(get(Path, accept));
@@ -671,7 +671,7 @@ void TestWebClient::anotherThreadHasAManagerOfItsOwn()
     QVERIFY(succeeds);
     QVERIFY(other != own);
     QCOMPARE(finishedOn, QVector<QThread*>{threadOfReply});
-    // The jar is the one of all threads, and the manager of this one has it still.
+    // All threads share the jar, and the manager of this thread still has it.
     QCOMPARE(sharedCookieJar()->allCookies().size(), 1);
     QCOMPARE(own->cookieJar(), sharedCookieJar());
     QVERIFY(log.entries().isEmpty());

@@ -262,7 +262,7 @@ void TestWebServer::codeAndDataDecide()
     answerWith(json(body));
     QJsonObject reply;
     QCOMPARE(findLatest(reply), success);
-    QCOMPARE(reply, QJsonDocument::fromJson(body).object()); // without a message of our own
+    QCOMPARE(reply, QJsonDocument::fromJson(body).object()); // without a message of the client
 }
 
 void TestWebServer::bodyThatIsNoObjectIsAnUnknownFailure_data()
@@ -313,7 +313,7 @@ void TestWebServer::networkFailureIsTold()
     QVERIFY(!findLatest(reply));
     QCOMPARE(reply, message(text));
 
-    // The body of a failure is not looked at.
+    // The body of a failure is ignored.
     if (fault == Fault::Status) {
         m_services.clearFaults();
         answerWith(json(Release, value));
@@ -359,7 +359,7 @@ void TestWebServer::timeIsUp()
     QCOMPARE(reply, message(QStringLiteral("request timeout")));
 }
 
-//! A scheme that nobody knows fails in the first pass, in which no time at all is up as well.
+//! An unknown scheme fails in the first pass, in which a timeout of zero expires too.
 void TestWebServer::finishingInTheLastPassIsTooLate()
 {
     int finished = 0;

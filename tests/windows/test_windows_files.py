@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""tools/windows-files, with a build directory, a Qt and an objdump that are made up here, and with a program and a
-library that mingw-w64 builds, where that is installed."""
+"""Tests tools/windows-files with a simulated build directory, Qt and objdump, and with a program and a library that
+mingw-w64 builds, if it is installed."""
 
 import shutil
 import subprocess
@@ -10,7 +10,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-# Prints, as objdump does, the libraries that the made-up program or library lists.
+# Prints, like objdump, the libraries in the list of the simulated program or library.
 OBJDUMP = """\
 #!/bin/sh
 [ "$1" = -p ] || exit 1

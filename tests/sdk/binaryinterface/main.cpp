@@ -2,8 +2,8 @@
 
 #include <iostream>
 
-//! Compares the public headers with the table of the binary interface, without Qt's help: it runs on systems
-//! too where Qt isn't there to be built with.
+//! Compares the public headers with the table of the binary interface. Uses no Qt library, so it also runs on
+//! systems without a Qt for the compiler.
 int main()
 {
     const BinaryInterface::Problems problems = BinaryInterface::problemsWithTable();

@@ -5,23 +5,22 @@
 #include <string>
 #include <vector>
 
-//! What the rows of the table are made of. Each row looks by itself whether the headers agree with it, and
-//! keeps what it finds wrong.
+//! The rows of the table. Each row compares itself with the headers and stores the differences.
 namespace BinaryInterface {
 
 using Problems = std::vector<std::string>;
 
-//! Whether the table's numbers are those of the standard library at hand: of libstdc++ on 64-bit x86.
+//! Whether the numbers of the table apply to the standard library: those of libstdc++ on 64-bit x86.
 bool numbersApply();
 
-//! \brief Bytes from the start of an object to the first byte behind what has been looked at.
+//! \brief The bytes of an object that have been compared so far.
 class Layout
 {
 public:
-    //! Takes in a member. What is wrong with its place goes to `problems`.
+    //! Compares a member and appends differences to `problems`.
     void add(const std::string& name, std::size_t actualOffset, std::size_t numberInTable, std::size_t size,
              std::size_t alignment, Problems& problems);
-    //! The same for the whole of them.
+    //! The same for the whole object.
     void end(const std::string& name, std::size_t actualSize, std::size_t numberInTable,
              std::size_t alignment, Problems& problems) const;
 
@@ -40,8 +39,8 @@ std::size_t offsetOf(Member Class::*member)
 
 //! \brief A public record: its fields in order, each with type and offset, and its size.
 //!
-//! Offsets and size hold where numbersApply. Everywhere a field follows the one before as closely as its
-//! alignment lets it, and the record ends behind the last one.
+//! Offsets and size are compared if numbersApply. On every system a field follows the previous one as closely
+//! as its alignment allows, and the record ends after the last field.
 template <typename Record>
 class RecordRow
 {
@@ -85,7 +84,7 @@ public:
         take("the destructor", destructorSlots<Interface>());
         return *this;
     }
-    //! A data member, behind the pointer to the virtual table and `pointers - 1` others.
+    //! A data member, after the pointer to the virtual table and `pointers - 1` others.
     template <typename Field>
     InterfaceRow& field(const char* name, Field Interface::*member, std::size_t pointers)
     {
@@ -93,7 +92,7 @@ public:
             m_problems.push_back(m_name + "::" + name + " is at " + std::to_string(offsetOf(member)));
         return *this;
     }
-    //! Ends the row: there is no other operation, and an object is that large.
+    //! Ends the row: there is no other operation, and an object has that size.
     void size(std::size_t pointers) const
     {
         if (slotCount<Interface>() != m_next)

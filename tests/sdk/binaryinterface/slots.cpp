@@ -37,7 +37,7 @@ VirtualTable keepingTable(std::index_sequence<Slot...> /*slots*/)
     return {&keepSlot<Slot>...};
 }
 
-//! As an object of an interface begins.
+//! The beginning of an object of an interface.
 struct AnyObject {
     const Recorder* virtualTable;
     void* members[7] = {};

@@ -4,14 +4,14 @@
 #include <type_traits>
 #include <utility>
 
-//! Where a call of a virtual operation arrives, as compiled into whoever calls it: calls go to an object
-//! whose virtual table holds recorders only.
+//! Finds the slot of a virtual operation that a compiled call uses: the call goes to an object whose virtual
+//! table contains recorders only.
 namespace BinaryInterface {
 
-//! That of an operation which is called without a virtual table.
+//! For an operation that is called without a virtual table.
 constexpr std::size_t NoSlot = static_cast<std::size_t>(-1);
 
-//! \brief Places in a virtual table; a destructor has two on some systems.
+//! \brief Slots of a virtual table; on some systems a destructor has two.
 struct Slots {
     std::size_t first = 0;
     std::size_t last = 0;
@@ -19,7 +19,7 @@ struct Slots {
 
 namespace Details {
 
-//! Thrown by the slot that an operation's call has reached: whatever the caller waits for is not made.
+//! Thrown by the slot that a call has reached: the result of the operation is not created.
 struct Reached {
     std::size_t slot;
 };
@@ -27,20 +27,20 @@ struct Reached {
 //! What the recorders do with their number.
 enum class Recording { Throw, Keep };
 
-//! An object of any interface. Each call of a virtual operation reaches a recorder.
+//! An object for any interface. Each call of a virtual operation reaches a recorder.
 void* anyObject(Recording recording);
-//! The number that was kept last.
+//! The number that was stored last.
 std::size_t keptSlot();
 
 template <typename Interface>
 Interface* object(Recording recording)
 {
-    // The compiler is not to know what stands behind the pointer.
+    // Hides the object from the compiler.
     void* volatile any = anyObject(recording);
     return static_cast<Interface*>(any);
 }
 
-//! Some argument, which nobody looks at.
+//! An argument of any type, which is not read.
 template <typename Argument>
 Argument anyArgument()
 {
@@ -53,7 +53,7 @@ Argument anyArgument()
     }
 }
 
-//! Whose slot is the first one behind those of the interface.
+//! A class whose own slot is the first one after those of the interface.
 template <typename Interface>
 class Next : public Interface
 {
@@ -86,7 +86,7 @@ Slots destructorSlots()
     return {first, Details::keptSlot()};
 }
 
-//! How many slots the interface has.
+//! The number of slots of the interface.
 template <typename Interface>
 std::size_t slotCount()
 {

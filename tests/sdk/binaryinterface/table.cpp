@@ -8,7 +8,7 @@
 #include <NelvoSDK/IProjectInfoMgr.h>
 #include <VLSmartDB/IVLDBDirector.h>
 
-// Made of Qt's containers, so it stands in the table where Qt is.
+// Consists of Qt's containers, so it is compared only if Qt is available.
 #if __has_include(<QSet>)
 #include <BVUtility/ISubject.h>
 #define NELVO_TABLE_HAS_SUBJECT 1
@@ -16,8 +16,8 @@
 #define NELVO_TABLE_HAS_SUBJECT 0
 #endif
 
-// The table of the binary interface. Editors that were compiled against earlier headers rely on every row: a
-// row that has to change means that they have to be compiled anew.
+// The table of the binary interface. Editors that were compiled with earlier headers depend on every row: if
+// a row must change, they must be compiled again.
 
 namespace BinaryInterface {
 
@@ -28,12 +28,12 @@ using namespace NelvoSDK;
 using Text = std::wstring;
 using TextMap = std::map<std::wstring, std::wstring>;
 
-//! Knows the interface's protected member.
+//! Gives access to the protected member of the interface.
 struct HostContextMember : INelvoSDKPlugin {
     static constexpr void* INelvoSDKPlugin::*Pointer = &HostContextMember::hostContext;
 };
 
-// A field in the gap behind another one moves nothing, but with one more these don't compile.
+// A new field in the padding after another one moves nothing, but these do not compile with one more field.
 
 [[maybe_unused]] void allFields(const LoginSession& record)
 {
@@ -217,14 +217,14 @@ void checkSubject(Problems& problems)
 {
 #if NELVO_TABLE_HAS_SUBJECT
     using I = BVUTILITY::ISubject<IMessageObserver>;
-    // The virtual table, the two containers, and what std::mutex takes.
+    // The virtual table, the two containers, and the size of std::mutex.
     InterfaceRow<I>("ISubject", problems).destructor().size(3 + sizeof(std::mutex) / sizeof(void*));
 #else
     (void)problems;
 #endif
 }
 
-//! What the plug-in calls of the host's closed libraries.
+//! The operations of the host's closed libraries that the plug-in calls.
 void checkDatabase(Problems& problems)
 {
     using namespace VLSmartDB;

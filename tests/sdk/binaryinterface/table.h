@@ -4,7 +4,7 @@
 
 namespace BinaryInterface {
 
-//! What the public headers, as this compiler understands them, have otherwise than the table.
+//! The differences between the public headers, as compiled here, and the table.
 Problems problemsWithTable();
 
 } // namespace BinaryInterface

@@ -7,13 +7,13 @@
 
 namespace WindowsTest {
 
-//! \brief What a test program finds. Each check that fails is printed, and makes the program fail.
+//! \brief The result of a test program. Each failing check is printed, and makes the program fail.
 class Checks
 {
 public:
     explicit Checks(std::string program) : m_program(std::move(program)) {}
 
-    //! Runs some cases; an exception ends them.
+    //! Runs cases; an exception ends them.
     void run(void (*cases)(Checks&))
     {
         try {
@@ -22,7 +22,7 @@ public:
             that(false, exception.what());
         }
     }
-    //! Begins a case; its name is printed in front of what fails in it.
+    //! Begins a case; its name precedes the messages of its failures.
     void begin(std::string name)
     {
         m_case = std::move(name);
@@ -36,7 +36,7 @@ public:
         ++m_failures;
         std::cout << "FAIL: " << m_case << ": " << what << '\n';
     }
-    //! The status for the program to exit with.
+    //! The exit status of the program.
     int end() const
     {
         std::cout << m_program << ": " << m_cases << " cases, " << m_checks << " checks, " << m_failures

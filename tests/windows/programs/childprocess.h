@@ -14,21 +14,21 @@ struct HandleCloser {
 };
 using Handle = std::unique_ptr<void, HandleCloser>;
 
-//! \brief A process with all that it starts; they end with this object at the latest.
+//! \brief A process with all processes that it starts. The destructor ends them.
 class ChildProcess
 {
 public:
-    //! Throws std::system_error if it can't be started. What it prints is discarded.
+    //! Throws std::system_error if it cannot be started. Drops its output.
     ChildProcess(std::wstring commandLine, const std::filesystem::path& directory);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    //! Waits for the end of the process itself; false if it doesn't come in time.
+    //! Waits for the end of the process itself. Returns false if it does not end in time.
     bool ends(std::chrono::milliseconds patience) const;
     //! The exit status of a process that has ended.
     DWORD status() const;
-    //! Ends it and all that it has started, at once.
+    //! Ends the process and all that it has started, at once.
     void kill() const;
 
 private:
@@ -36,7 +36,7 @@ private:
     Handle m_process;
 };
 
-//! How long a test waits for what has to come.
+//! The maximum wait for an event that must happen.
 constexpr std::chrono::minutes Patience{1};
 
 } // namespace WindowsTest

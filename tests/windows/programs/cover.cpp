@@ -15,8 +15,8 @@ using WindowsTest::Checks;
 using WindowsTest::ChildProcess;
 using WindowsTest::Patience;
 
-// The batch file of the update, run by cmd over installations that this program prepares. Its arguments are
-// the batch file and the programs that stand in for the editor and for a copy that never ends.
+// The batch file of the update, run by cmd in installations that this program prepares. The arguments are the
+// batch file, the program that replaces the editor, and a copy program that never ends.
 
 namespace {
 
@@ -28,8 +28,8 @@ const fs::path Unpacked = "NelvoUnCompress";
 const std::initializer_list<const char*> Protected{"NelvoUpdateLog.txt", "updateConfig.json",
                                                    "NelvoUpdateState.dat"};
 
-//! Waits until the file can be read. It exists a moment earlier, while the program that renamed it still
-//! holds it.
+//! Waits until the file can be read. It exists slightly earlier, while the program that renamed it still has
+//! it open.
 bool appears(const fs::path& file)
 {
     const auto end = steady_clock::now() + Patience;
@@ -41,8 +41,7 @@ bool appears(const fs::path& file)
     return true;
 }
 
-//! \brief An application directory with an unpacked package in it, and the batch file as the update leaves
-//! it.
+//! \brief An application directory with an unpacked package and the batch file, as the update leaves them.
 class Installation
 {
 public:
@@ -77,12 +76,12 @@ public:
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    //! Starts the batch file as the update does, by its bare path and from another directory.
+    //! Starts the batch file like the update: by its path only and in another directory.
     std::unique_ptr<ChildProcess> startBatchFile() const
     {
         return std::make_unique<ChildProcess>(path("cover.bat").wstring(), fs::current_path());
     }
-    //! Runs it to its end, and waits for the editor that it starts.
+    //! Runs the batch file to its end, and waits for the editor that it starts.
     void cover(Checks& checks) const
     {
         fs::remove(path("started.txt"));
@@ -93,7 +92,7 @@ public:
         checks.that(!has("cover.bat"), "the batch file has removed itself");
     }
 
-    //! Files of the installation and of the package, of which some are the same ones.
+    //! Files of the installation and of the package; some exist in both.
     void fill() const
     {
         for (const char* const file : {"first.txt", "second.txt", "third.txt", "sub/deep/file.txt"}) {
@@ -207,7 +206,7 @@ void emptyPackage(Checks& checks)
     checks.that(!host.has(Unpacked), "the unpack directory is gone");
 }
 
-//! A file that somebody has open is the host's when it is still running.
+//! A file is open in the host if the host is still running.
 void lockedFileLeavesAMixture(Checks& checks)
 {
     checks.begin("a file that is still in use");
@@ -225,7 +224,7 @@ void lockedFileLeavesAMixture(Checks& checks)
     checks.that(!host.has(Unpacked), "the unpack directory goes anyway");
 }
 
-//! What it had still to do is done by running it again: nothing is lost until the copy has ended.
+//! Running it again completes the work: nothing is lost until the copy has ended.
 void killedWhileItCopies(Checks& checks)
 {
     checks.begin("killed during the copy");
@@ -258,7 +257,7 @@ void killedWhileItRemoves(Checks& checks)
     const Installation host;
     host.fill();
     host.cover(checks);
-    // As far as it had come: everything copied, a part of the package removed.
+    // At that point: everything is copied, and a part of the package has been removed.
     host.putBatchFile();
     host.write(Unpacked / "third.txt", "new");
     host.cover(checks);
@@ -276,7 +275,7 @@ void runOnceTooOften(Checks& checks)
     host.isReplaced(checks);
 }
 
-//! Not a check: on Windows it waits for two seconds, and the copy relies on that.
+//! No check: on Windows it waits for two seconds, and the copy depends on that.
 void sayHowLongChoiceWaits()
 {
     const auto begin = steady_clock::now();

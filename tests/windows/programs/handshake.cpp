@@ -14,16 +14,16 @@ using WindowsTest::Checks;
 using WindowsTest::ChildProcess;
 using WindowsTest::Patience;
 
-// The handshake between a caller and the process that it has started. This program is both: with three
-// arguments it is the one that tells.
+// The handshake between a calling program and the process that it starts. This program is both: with three
+// arguments it is the process that notifies.
 
 namespace {
 
 constexpr std::chrono::milliseconds Now{0};
 const std::string Unwritten(CallerHandshake::BlockSize, 'x');
 
-//! The word as the plug-in gives it. The status says what it can open: 1 without the block, plus 2 without
-//! the event.
+//! Notifies as the plug-in does. The status shows what could not be opened: 1 for the block, plus 2 for the
+//! event.
 int tell(const std::wstring& event, const std::wstring& mapping)
 {
     CLoginCmdLineMgr manager;
@@ -33,7 +33,7 @@ int tell(const std::wstring& event, const std::wstring& mapping)
     return (NelvoPlugin::openSharedMemory(mapping) ? 0 : 1) + (NelvoPlugin::openEvent(event) ? 0 : 2);
 }
 
-//! This process alone has it.
+//! A name that only this process uses.
 std::wstring unique(const std::wstring& name)
 {
     static int count = 0;
@@ -52,14 +52,14 @@ std::wstring ownPath()
     return path.data();
 }
 
-//! Starts the process that tells.
+//! Starts the process that notifies.
 std::unique_ptr<ChildProcess> startTeller(const std::wstring& event, const std::wstring& mapping)
 {
     return std::make_unique<ChildProcess>(
         quoted(ownPath()) + L" tell " + quoted(event) + L' ' + quoted(mapping), L".");
 }
 
-//! A caller whose block holds something that the word would replace.
+//! A calling program whose block contains bytes that the notification would replace.
 class Caller
 {
 public:
@@ -81,7 +81,7 @@ public:
         const auto bytes = m_handshake.block();
         return {bytes.begin(), bytes.end()};
     }
-    //! "1" and a NUL, and nothing else.
+    //! Contains "1" and a NUL, and is otherwise unchanged.
     bool isTold() const { return block() == std::string("1\0xxxxxx", CallerHandshake::BlockSize); }
 
 private:
@@ -95,7 +95,7 @@ bool endsWith(const ChildProcess& teller, DWORD status)
     return teller.ends(Patience) && teller.status() == status;
 }
 
-//! The event is what orders the two: whoever it wakes finds the word written.
+//! The event determines the order: the woken process finds the written bytes.
 void wordIsWrittenBeforeTheEvent(Checks& checks)
 {
     checks.begin("the word is written before the event is set");
@@ -174,7 +174,7 @@ void namesAreUsedAsGiven(Checks& checks)
     checks.that(NelvoPlugin::openEvent(caller.mapping()) == nullptr, "a block is no event");
 }
 
-//! A caller that gave up does no harm to a host that has found the objects already.
+//! A calling program that has given up does not disturb a host that has already opened the objects.
 void openObjectsOutliveTheirCaller(Checks& checks)
 {
     checks.begin("a caller that is gone");

@@ -1,10 +1,11 @@
 #include <cstdio>
 #include <fstream>
 
-//! Stands in for the editor that the batch file starts: says in its directory with how many arguments.
+//! Replaces the editor that the batch file starts: writes the number of its arguments to a file in its
+//! directory.
 int main(int argc, char* /*argv*/[])
 {
     std::ofstream("started.new") << argc - 1;
-    // A reader of the file finds it whole.
+    // A reader finds the complete file.
     return std::rename("started.new", "started.txt");
 }

@@ -3,8 +3,7 @@
 #include <fstream>
 #include <thread>
 
-//! Stands in for a copy during which the machine loses its power: one file is there, another one half, and
-//! then nothing more happens.
+//! Acts like a copy during a power failure: copies one file, half of another one, and then waits forever.
 int main()
 {
     namespace fs = std::filesystem;
