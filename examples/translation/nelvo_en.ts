@@ -8,8 +8,23 @@
         <translation>Enterprise:</translation>
     </message>
     <message>
+        <source>折叠</source>
+        <translation>Fold</translation>
+    </message>
+    <message>
+        <source>展开</source>
+        <translation>Unfold</translation>
+    </message>
+    <message>
         <source>确定</source>
         <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>Background</name>
+    <message>
+        <source>关闭</source>
+        <translation>Close</translation>
     </message>
 </context>
 <context>
@@ -143,6 +158,24 @@
     <message>
         <source>升级</source>
         <translation>Update</translation>
+    </message>
+    <message>
+        <source>更新内容</source>
+        <translation>Release notes</translation>
+    </message>
+</context>
+<context>
+    <name>UpdateLog</name>
+    <message>
+        <source>更新日志</source>
+        <translation>Update log</translation>
+    </message>
+</context>
+<context>
+    <name>ValidComp</name>
+    <message>
+        <source>正在登录</source>
+        <translation>Signing in</translation>
     </message>
 </context>
 </TS>

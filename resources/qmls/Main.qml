@@ -75,6 +75,10 @@ Background {
         focus: true
         source: root.compList["loginComp"]
 
+        // The page has the focus and is no stop of the Tab key. Without this, Qt goes to the first stop of the window.
+        Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
+        Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+
         onLoaded: item.forceActiveFocus()
     }
 

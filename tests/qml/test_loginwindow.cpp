@@ -43,6 +43,7 @@ private Q_SLOTS:
     void updatePagesOutliveTheUpdater_data();
     void updatePagesOutliveTheUpdater();
     void titleBarMovesTheWindow();
+    void closeButtonClosesTheWindowAndThenQuits_data();
     void closeButtonClosesTheWindowAndThenQuits();
     void keyboardAloneSignsIn();
     void logoutPutsHttpInFrontOfWhatDoesNotStartWithIt_data();
@@ -290,14 +291,28 @@ void TestLoginWindow::titleBarMovesTheWindow()
     QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, press);
 }
 
+void TestLoginWindow::closeButtonClosesTheWindowAndThenQuits_data()
+{
+    QTest::addColumn<bool>("byMouse");
+    QTest::newRow("mouse") << true;
+    QTest::newRow("keyboard") << false;
+}
+
 void TestLoginWindow::closeButtonClosesTheWindowAndThenQuits()
 {
+    QFETCH(bool, byMouse);
     load();
     bool closedBeforeQuit = false;
     QSignalSpy quits(m_view->engine(), &QQmlEngine::quit);
     connect(m_view->engine(), &QQmlEngine::quit, this, [&] { closedBeforeQuit = !m_view->isVisible(); });
 
-    QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, centreOf("closeButton"));
+    if (byMouse) {
+        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, centreOf("closeButton"));
+    } else {
+        QTRY_VERIFY(item("loginComp")->hasActiveFocus());
+        QTest::keyClick(m_view.get(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QTest::keyClick(m_view.get(), Qt::Key_Space);
+    }
     QTRY_COMPARE(quits.count(), 1);
     QVERIFY(closedBeforeQuit);
 }

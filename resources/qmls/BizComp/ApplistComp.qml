@@ -99,6 +99,15 @@ Item {
 
                 onClicked: foldImage.open = !foldImage.open
             }
+
+            KeyArea {
+                enabled: !applistComp.waiting
+                frameMargin: 3
+                Accessible.name: title.text
+                Accessible.description: foldImage.open ? qsTr("折叠") : qsTr("展开")
+
+                onActivated: foldImage.open = !foldImage.open
+            }
         }
 
         Rectangle {
@@ -132,10 +141,14 @@ Item {
             boundsBehavior: Flickable.StopAtBounds
             snapMode: ListView.SnapToItem
             model: applistComp.appList
+            activeFocusOnTab: count > 0
+
+            Accessible.role: Accessible.List
+            Accessible.name: title.text
 
             ScrollBar.vertical: SlimScrollBar {}
 
-            delegate: Item {
+            delegate: FocusScope {
                 id: row
                 objectName: "companyRow"
 
@@ -164,6 +177,7 @@ Item {
                         elide: Text.ElideRight
                         font.pixelSize: 13
                         color: row.selected ? Theme.chosenText : Theme.softText
+                        Accessible.ignored: true
                     }
 
                     Image {
@@ -186,6 +200,19 @@ Item {
                         hoverEnabled: true
 
                         onClicked: applistComp.select(index)
+                    }
+
+                    // The list is the one stop of the Tab key; the arrow keys go from row to row.
+                    KeyArea {
+                        focus: true
+                        activeFocusOnTab: false
+                        enabled: !applistComp.waiting
+                        Accessible.role: Accessible.ListItem
+                        Accessible.name: applistComp.textOf(modelData.enterpriseName)
+                        Accessible.selectable: true
+                        Accessible.selected: row.selected
+
+                        onActivated: applistComp.select(index)
                     }
                 }
             }

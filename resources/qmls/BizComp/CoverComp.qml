@@ -45,6 +45,7 @@ Item {
             rightMargin: 26
         }
         height: 14
+        Accessible.name: title.text
     }
 
     UpdateLog {

@@ -61,6 +61,7 @@ Item {
             rightMargin: 26
         }
         height: 14
+        Accessible.name: title.text
     }
 
     PageText {
@@ -74,6 +75,9 @@ Item {
         }
         textFormat: Text.StyledText
         horizontalAlignment: Text.AlignRight
+
+        // The text without its colour tags.
+        Accessible.name: text.replace(/<[^>]*>/g, "")
     }
 
     UpdateLog {

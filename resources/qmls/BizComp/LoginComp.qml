@@ -148,6 +148,8 @@ FocusScope {
             }
         }
 
+        FocusFrame {}
+
         onTextChanged: loginComp.passwd = text.trim()
     }
 
@@ -193,6 +195,9 @@ FocusScope {
             source: keepPassword.checked ? "qrc:/NelvoPlugin/qmls/images/checkYes.png"
                                          : "qrc:/NelvoPlugin/qmls/images/checkNo.png"
         }
+
+        Accessible.name: text
+
         contentItem: Text {
             leftPadding: keepPassword.indicator.width + keepPassword.spacing
             text: keepPassword.text
@@ -200,6 +205,10 @@ FocusScope {
             renderType: Text.NativeRendering
             color: keepPassword.visualFocus ? Theme.text : Theme.softText
             verticalAlignment: Text.AlignVCenter
+        }
+
+        FocusFrame {
+            anchors.margins: -4
         }
     }
 

@@ -31,6 +31,7 @@ Item {
             bottom: buttons.top
             bottomMargin: 20
         }
+        name: qsTr("更新内容")
         // When the host shuts down, `updater` becomes null before the window is deleted.
         text: updater ? asItIs(updater.latestVersion) + "<br/> 更新内容: <br/>" + updater.changeLog : ""
     }

@@ -23,6 +23,7 @@ Item {
             rightMargin: 26
         }
         height: 14
+        Accessible.name: qsTr("正在登录")
 
         onValueChanged: {
             // Ten times 0.1 is slightly less than 1.

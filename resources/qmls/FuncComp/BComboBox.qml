@@ -46,6 +46,8 @@ T.ComboBox {
     // without using them. (Reading `down` instead of `popup` avoids creating the list before it opens.)
     Keys.forwardTo: down ? [] : [parent]
 
+    Accessible.name: placeholderText
+
     // By mouse or by key. Return in an open list without a highlighted entry chooses nothing.
     onActivated: {
         if (index !== -1)
@@ -70,6 +72,7 @@ T.ComboBox {
             color: control.textColor
             elide: Text.ElideRight
             verticalAlignment: Text.AlignVCenter
+            Accessible.ignored: true
         }
         background: Rectangle {
             color: entry.highlighted || entry.hovered ? control.highlightColor : control.normalColor
@@ -145,6 +148,10 @@ T.ComboBox {
         implicitWidth: 200
         implicitHeight: 36
         color: control.enabled ? control.normalColor : control.disableColor
+
+        FocusFrame {
+            control: field
+        }
     }
 
     popup: T.Popup {

@@ -7,6 +7,11 @@ Rectangle {
 
     property real titleBarHeight: 32
 
+    function close() {
+        view.close();
+        Qt.quit();
+    }
+
     width: 340
     height: 642
     color: Theme.window
@@ -63,10 +68,14 @@ Rectangle {
                 anchors.fill: parent
                 hoverEnabled: true
 
-                onClicked: {
-                    view.close();
-                    Qt.quit();
-                }
+                onClicked: background.close()
+            }
+
+            KeyArea {
+                frameMargin: 3
+                Accessible.name: qsTr("关闭")
+
+                onActivated: background.close()
             }
         }
     }

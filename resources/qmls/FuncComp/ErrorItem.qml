@@ -12,6 +12,8 @@ PageText {
     verticalAlignment: Text.AlignBottom
     wrapMode: Text.Wrap
 
+    Accessible.role: Accessible.AlertMessage
+
     Timer {
         interval: 1500
         // Depends on the visibility, not on the text: a new text does not prolong a visible error.

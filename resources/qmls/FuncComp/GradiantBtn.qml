@@ -60,6 +60,14 @@ Item {
 
         anchors.centerIn: parent
         color: button.textColor
+        Accessible.ignored: true
+    }
+
+    KeyArea {
+        enabled: mouseArea.enabled
+        Accessible.name: button.text
+
+        onActivated: button.clicked()
     }
 
     MouseArea {

@@ -19,6 +19,8 @@ T.TextField {
     renderType: Text.NativeRendering
     verticalAlignment: TextInput.AlignVCenter
 
+    Accessible.name: placeholderText
+
     PageText {
         x: input.leftPadding
         width: input.width - input.leftPadding - input.rightPadding
@@ -29,5 +31,7 @@ T.TextField {
         color: input.placeholderTextColor
         elide: Text.ElideRight
         verticalAlignment: Text.AlignVCenter
+        // The field has this text as its name.
+        Accessible.ignored: true
     }
 }

@@ -8,4 +8,7 @@ Text {
     font.family: Theme.fontFamily
     font.pixelSize: Theme.textSize
     renderType: Text.NativeRendering
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
 }

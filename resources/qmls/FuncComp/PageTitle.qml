@@ -14,6 +14,8 @@ PageText {
     }
     color: Theme.titleText
 
+    Accessible.role: Accessible.Heading
+
     SequentialAnimation {
         loops: Animation.Infinite
         running: title.fading

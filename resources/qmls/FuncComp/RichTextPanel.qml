@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
+import QtQuick.Templates 2.15 as T
 import "../Theme"
 
 // A panel of rich text that the user can read, select and scroll.
@@ -9,6 +10,8 @@ Rectangle {
     // The given text: `text` of the editor would return a whole document.
     property string text: ""
     property int textSize: Theme.textSize
+    // For assistive technology.
+    property string name: ""
     // Scrolls to appended text, as in a log.
     property bool followsEnd: false
 
@@ -16,6 +19,11 @@ Rectangle {
     // could load pictures.
     function asItIs(plainText) {
         return plainText.replace(/&/g, "&amp;").replace(/</g, "&lt;");
+    }
+
+    function scrollBy(distance) {
+        flickable.contentY = Math.max(0, Math.min(flickable.contentY + distance,
+                                                  flickable.contentHeight - flickable.height));
     }
 
     color: Theme.textPanel
@@ -41,11 +49,12 @@ Rectangle {
                 contentY = Math.max(0, contentHeight - height);
         }
 
-        TextEdit {
+        T.TextArea {
             id: edit
             objectName: "edit"
 
             width: flickable.width
+            height: Math.ceil(contentHeight)
             text: panel.text
             readOnly: true
             selectByMouse: true
@@ -57,7 +66,22 @@ Rectangle {
             font.family: Theme.fontFamily
             renderType: TextEdit.NativeRendering
             font.pixelSize: panel.textSize
+
+            Accessible.name: panel.name
+
+            Keys.onUpPressed: panel.scrollBy(-20)
+            Keys.onDownPressed: panel.scrollBy(20)
+            Keys.onPressed: {
+                if (event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown) {
+                    panel.scrollBy(event.key === Qt.Key_PageUp ? -flickable.height : flickable.height);
+                    event.accepted = true;
+                }
+            }
         }
+    }
+
+    FocusFrame {
+        control: edit
     }
 
     // Beside the text, not over it.

@@ -9,6 +9,7 @@ RichTextPanel {
         text += asItIs(message) + "<br/>";
     }
 
+    name: qsTr("更新日志")
     visible: text !== ""
     textSize: Theme.smallTextSize
     followsEnd: true

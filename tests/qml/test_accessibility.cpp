@@ -1,0 +1,292 @@
+#include "login/tools.h"
+#include "tests/qml/standins.h"
+#include "tests/support/messagelog.h"
+#include "tests/support/updaterstandin.h"
+
+#include <QAccessible>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QMetaEnum>
+#include <QQmlContext>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QtTest>
+
+#include <memory>
+
+//! \brief The login window as assistive technology finds it.
+class TestAccessibility : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void pagesNameTheirControls_data();
+    void pagesNameTheirControls();
+    void everyStopOfTheTabKeyHasANameAndARole_data();
+    void everyStopOfTheTabKeyHasANameAndARole();
+    void passwordIsMarkedAsOne();
+    void checkBoxShowsItsState();
+    void selectedEnterpriseIsMarked();
+    void errorIsAnAlertWhileItShows();
+    void pressActionDoesWhatAClickDoes();
+    void pressActionDoesNothingWhileTheButtonIsDisabled();
+
+private:
+    void load(const QString& page);
+    QQuickItem* item(const char* objectName) const;
+    QAccessibleInterface* find(QAccessible::Role role, const QString& name) const;
+    void press(QAccessible::Role role, const QString& name) const;
+
+    std::unique_ptr<TestSupport::MessageLog> m_log;
+    std::unique_ptr<LoginCtrl> m_loginCtrl;
+    std::unique_ptr<TestSupport::UpdaterStandIn> m_updater;
+    std::unique_ptr<QQuickView> m_view;
+};
+
+namespace {
+
+const auto CloseButton = QStringLiteral("Button 关闭");
+
+QString described(QAccessible::Role role, const QString& name)
+{
+    return QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(role)) + QLatin1Char(' ') +
+           name;
+}
+
+//! What shows below `parent`, in the order of the tree.
+QList<QAccessibleInterface*> shown(QAccessibleInterface* parent)
+{
+    QList<QAccessibleInterface*> found;
+    for (int index = 0; index < parent->childCount(); ++index) {
+        QAccessibleInterface* const child = parent->child(index);
+        if (!child || child->state().invisible)
+            continue;
+        found.append(child);
+        found.append(shown(child));
+    }
+    return found;
+}
+
+QList<QAccessibleInterface*> shown(QQuickView& view)
+{
+    return shown(QAccessible::queryAccessibleInterface(&view));
+}
+
+QStringList describedControls(QQuickView& view)
+{
+    QStringList texts;
+    const QList<QAccessibleInterface*> interfaces = shown(view);
+    for (QAccessibleInterface* control : interfaces)
+        texts.append(described(control->role(), control->text(QAccessible::Name)));
+    return texts;
+}
+
+QJsonArray enterprises()
+{
+    QJsonArray list;
+    for (const char* name : {"Acme", "Bolt"})
+        list.append(QJsonObject{{QStringLiteral("enterpriseId"), 7},
+                                {QStringLiteral("enterpriseName"), QString::fromLatin1(name)}});
+    return list;
+}
+
+} // namespace
+
+void TestAccessibility::initTestCase()
+{
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
+}
+
+void TestAccessibility::init()
+{
+    m_log = std::make_unique<TestSupport::MessageLog>();
+    m_loginCtrl = std::make_unique<LoginCtrl>();
+    m_updater = std::make_unique<TestSupport::UpdaterStandIn>();
+    m_view = std::make_unique<QQuickView>();
+}
+
+void TestAccessibility::cleanup()
+{
+    m_view.reset();
+    const QStringList warnings = m_log->warnings();
+    m_log.reset();
+    QCOMPARE(warnings, QStringList());
+}
+
+void TestAccessibility::load(const QString& page)
+{
+    m_loginCtrl->setAppList(enterprises());
+    QQmlContext* context = m_view->rootContext();
+    context->setContextProperty(QStringLiteral("loginCtrl"), m_loginCtrl.get());
+    context->setContextProperty(QStringLiteral("updater"), m_updater.get());
+    context->setContextProperty(QStringLiteral("defaultUrl"), QStringLiteral("http://default"));
+    context->setContextProperty(QStringLiteral("view"), m_view.get());
+    m_view->setResizeMode(QQuickView::SizeViewToRootObject);
+    m_view->setSource(QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml")));
+    m_view->show();
+    m_view->requestActivate();
+    QVERIFY(m_view->rootObject());
+    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+    const QUrl url(QStringLiteral("qrc:/NelvoPlugin/qmls/BizComp/%1.qml").arg(page));
+    QVERIFY(item("contentLoader")->setProperty("source", url));
+    if (page == QStringLiteral("ApplistComp"))
+        QTRY_COMPARE(item("companyList")->property("count").toInt(), 2);
+    // As when a screen reader starts: Qt asks the controls that there are to describe themselves.
+    QAccessible::setActive(true);
+    Q_EMIT m_updater->readyUpdateInfo(QStringLiteral("ready"));
+    const qint64 megabyte = 1024 * 1024;
+    Q_EMIT m_updater->downloadProgress(QStringLiteral("package"), megabyte, 2 * megabyte);
+}
+
+QQuickItem* TestAccessibility::item(const char* objectName) const
+{
+    return m_view->rootObject()->findChild<QQuickItem*>(QString::fromLatin1(objectName));
+}
+
+QAccessibleInterface* TestAccessibility::find(QAccessible::Role role, const QString& name) const
+{
+    const QList<QAccessibleInterface*> interfaces = shown(*m_view);
+    for (QAccessibleInterface* control : interfaces) {
+        if (control->role() == role && control->text(QAccessible::Name) == name)
+            return control;
+    }
+    return nullptr;
+}
+
+void TestAccessibility::press(QAccessible::Role role, const QString& name) const
+{
+    QAccessibleInterface* const control = find(role, name);
+    QVERIFY2(control, qPrintable(described(role, name)));
+    QVERIFY(control->actionInterface());
+    control->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+}
+
+void TestAccessibility::pagesNameTheirControls_data()
+{
+    QTest::addColumn<QStringList>("controls");
+    const auto page = [](const char* name, QStringList controls) {
+        controls.prepend(CloseButton);
+        QTest::newRow(name) << controls;
+    };
+    // Qt names no password field; see passwordIsMarkedAsOne().
+    page("LoginComp", {QStringLiteral("ComboBox 用户名"), QStringLiteral("EditableText 用户名"),
+                       QStringLiteral("EditableText "), QStringLiteral("ComboBox Nelvo服务器地址"),
+                       QStringLiteral("EditableText Nelvo服务器地址"), QStringLiteral("CheckBox 记住密码"),
+                       QStringLiteral("Button 登录")});
+    page("ApplistComp", {QStringLiteral("StaticText 选择企业:"), QStringLiteral("Button 选择企业:"),
+                         QStringLiteral("List 选择企业:"), QStringLiteral("ListItem Acme"),
+                         QStringLiteral("ListItem Bolt"), QStringLiteral("Button 确定")});
+    page("ValidComp", {QStringLiteral("ProgressBar 正在登录")});
+    page("UpdateComp", {QStringLiteral("Heading 检测到新版本！"), QStringLiteral("EditableText 更新内容"),
+                        QStringLiteral("Button 跳过"), QStringLiteral("Button 升级")});
+    page("DownloadComp", {QStringLiteral("Heading 正在下载"), QStringLiteral("ProgressBar 正在下载"),
+                          QStringLiteral("StaticText 1.00/2.00 MB"), QStringLiteral("EditableText 更新日志"),
+                          QStringLiteral("Button 安装")});
+    page("CoverComp", {QStringLiteral("Heading 安装中"), QStringLiteral("ProgressBar 安装中"),
+                       QStringLiteral("EditableText 更新日志")});
+}
+
+void TestAccessibility::pagesNameTheirControls()
+{
+    QFETCH(QStringList, controls);
+    load(QString::fromLatin1(QTest::currentDataTag()));
+    QCOMPARE(describedControls(*m_view).join(QLatin1Char('\n')), controls.join(QLatin1Char('\n')));
+}
+
+void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole_data()
+{
+    QTest::addColumn<QString>("page");
+    for (const char* page :
+         {"LoginComp", "ApplistComp", "ValidComp", "UpdateComp", "DownloadComp", "CoverComp"})
+        QTest::newRow(page) << QString::fromLatin1(page);
+}
+
+void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole()
+{
+    QFETCH(QString, page);
+    load(page);
+    QSet<QQuickItem*> stops;
+    for (;;) {
+        QTest::keyClick(m_view.get(), Qt::Key_Tab);
+        QQuickItem* const stop = m_view->activeFocusItem();
+        if (stops.contains(stop))
+            break;
+        stops.insert(stop);
+        QAccessibleInterface* const control = QAccessible::queryAccessibleInterface(stop);
+        QVERIFY2(control, stop->metaObject()->className());
+        const QAccessible::Text label =
+            control->state().passwordEdit ? QAccessible::Description : QAccessible::Name;
+        QVERIFY2(!control->text(label).isEmpty(), stop->metaObject()->className());
+        QVERIFY(control->role() != QAccessible::NoRole);
+        QVERIFY(control->state().focusable);
+        QVERIFY(control->state().focused);
+    }
+    QVERIFY(!stops.isEmpty());
+}
+
+// Qt keeps the name of a password field from assistive technology, but not its description.
+void TestAccessibility::passwordIsMarkedAsOne()
+{
+    load(QStringLiteral("LoginComp"));
+    QAccessibleInterface* const password = QAccessible::queryAccessibleInterface(item("passwordField"));
+    QVERIFY(password->state().passwordEdit);
+    QCOMPARE(password->text(QAccessible::Description), QStringLiteral("密码"));
+}
+
+void TestAccessibility::checkBoxShowsItsState()
+{
+    load(QStringLiteral("LoginComp"));
+    QAccessibleInterface* const box = find(QAccessible::CheckBox, QStringLiteral("记住密码"));
+    QVERIFY(box);
+    QVERIFY(box->state().checkable);
+    QVERIFY(!box->state().checked);
+    item("keepPassword")->setProperty("checked", true);
+    QVERIFY(box->state().checked);
+}
+
+void TestAccessibility::selectedEnterpriseIsMarked()
+{
+    load(QStringLiteral("ApplistComp"));
+    QAccessibleInterface* const row = find(QAccessible::ListItem, QStringLiteral("Bolt"));
+    QVERIFY(row);
+    QVERIFY(row->state().selectable);
+    QVERIFY(!row->state().selected);
+    press(QAccessible::ListItem, QStringLiteral("Bolt"));
+    QVERIFY(row->state().selected);
+    QVERIFY(!find(QAccessible::ListItem, QStringLiteral("Acme"))->state().selected);
+}
+
+void TestAccessibility::errorIsAnAlertWhileItShows()
+{
+    load(QStringLiteral("LoginComp"));
+    const QString error = QStringLiteral("用户名或密码输入为空！");
+    QVERIFY(!find(QAccessible::AlertMessage, error));
+    press(QAccessible::Button, QStringLiteral("登录"));
+    QVERIFY(find(QAccessible::AlertMessage, error));
+    QTRY_VERIFY(!find(QAccessible::AlertMessage, error));
+}
+
+void TestAccessibility::pressActionDoesWhatAClickDoes()
+{
+    load(QStringLiteral("UpdateComp"));
+    press(QAccessible::Button, QStringLiteral("跳过"));
+    QVERIFY(item("validComp"));
+}
+
+void TestAccessibility::pressActionDoesNothingWhileTheButtonIsDisabled()
+{
+    load(QStringLiteral("ApplistComp"));
+    QAccessibleInterface* const button = find(QAccessible::Button, QStringLiteral("确定"));
+    QVERIFY(button);
+    QVERIFY(!button->state().focusable);
+    press(QAccessible::Button, QStringLiteral("确定"));
+    QCOMPARE(m_loginCtrl->calls(), QVariantList());
+}
+
+QTEST_MAIN(TestAccessibility)
+#include "test_accessibility.moc"
