@@ -43,8 +43,11 @@ Rectangle {
             }
             // Compares with the position of the press, because this area moves with the window.
             onPositionChanged: {
-                view.x += mouseX - pressX;
-                view.y += mouseY - pressY;
+                // In units of the window, which may show its content reduced.
+                const from = mapToItem(null, pressX, pressY);
+                const to = mapToItem(null, mouseX, mouseY);
+                view.x += to.x - from.x;
+                view.y += to.y - from.y;
             }
         }
 
