@@ -129,6 +129,10 @@
         <source>转换概要模型</source>
         <translation>Convert to outline</translation>
     </message>
+    <message>
+        <source>搜索</source>
+        <translation>Search</translation>
+    </message>
 </context>
 <context>
     <name>SDKBindParam</name>

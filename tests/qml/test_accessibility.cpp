@@ -1,18 +1,22 @@
 #include "login/tools.h"
 #include "tests/qml/standins.h"
+#include "tests/support/accessibletree.h"
 #include "tests/support/messagelog.h"
 #include "tests/support/updaterstandin.h"
 
 #include <QAccessible>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QMetaEnum>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickView>
 #include <QtTest>
 
 #include <memory>
+
+using TestSupport::described;
+using TestSupport::describedControls;
+using TestSupport::shownControls;
 
 //! \brief The login window as assistive technology finds it.
 class TestAccessibility : public QObject
@@ -50,40 +54,6 @@ private:
 namespace {
 
 const auto CloseButton = QStringLiteral("Button 关闭");
-
-QString described(QAccessible::Role role, const QString& name)
-{
-    return QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(role)) + QLatin1Char(' ') +
-           name;
-}
-
-//! What shows below `parent`, in the order of the tree.
-QList<QAccessibleInterface*> shown(QAccessibleInterface* parent)
-{
-    QList<QAccessibleInterface*> found;
-    for (int index = 0; index < parent->childCount(); ++index) {
-        QAccessibleInterface* const child = parent->child(index);
-        if (!child || child->state().invisible)
-            continue;
-        found.append(child);
-        found.append(shown(child));
-    }
-    return found;
-}
-
-QList<QAccessibleInterface*> shown(QQuickView& view)
-{
-    return shown(QAccessible::queryAccessibleInterface(&view));
-}
-
-QStringList describedControls(QQuickView& view)
-{
-    QStringList texts;
-    const QList<QAccessibleInterface*> interfaces = shown(view);
-    for (QAccessibleInterface* control : interfaces)
-        texts.append(described(control->role(), control->text(QAccessible::Name)));
-    return texts;
-}
 
 QJsonArray enterprises()
 {
@@ -150,7 +120,7 @@ QQuickItem* TestAccessibility::item(const char* objectName) const
 
 QAccessibleInterface* TestAccessibility::find(QAccessible::Role role, const QString& name) const
 {
-    const QList<QAccessibleInterface*> interfaces = shown(*m_view);
+    const QList<QAccessibleInterface*> interfaces = shownControls(*m_view);
     for (QAccessibleInterface* control : interfaces) {
         if (control->role() == role && control->text(QAccessible::Name) == name)
             return control;

@@ -2,6 +2,7 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "qrc:/EditorCommon/qmls/Config"
 import "qrc:/EditorCommon/qmls/BasicComponent"
+import "../FuncComp"
 import "../Theme" as Nelvo
 
 // Chooses a department from the organisation tree.
@@ -39,6 +40,8 @@ T.ComboBox {
     font.family: Nelvo.Theme.fontFamily
     model: orgModel
 
+    Accessible.name: deptName
+
     indicator: Image {
         anchors {
             right: parent.right
@@ -64,6 +67,8 @@ T.ComboBox {
     background: Rectangle {
         color: control.backGroundColor
     }
+
+    FocusFrame {}
 
     popup: T.Popup {
         y: control.height - 1
@@ -147,6 +152,12 @@ T.ComboBox {
                 objectName: "deptRow"
 
                 readonly property var dept: styleData.value
+
+                Accessible.role: Accessible.TreeItem
+                Accessible.name: dept.name || ""
+                Accessible.selectable: true
+                Accessible.selected: control.deptID === dept.id
+                Accessible.onPressAction: control.selectDept(dept)
 
                 width: control.width
                 height: 32

@@ -2,6 +2,7 @@ import QtQuick 2.15
 import "qrc:/EditorCommon/qmls/Config"
 import "qrc:/EditorCommon/qmls/BasicComponent"
 import "qrc:/EditorCommon/qmls/BizComponent"
+import "../FuncComp"
 import "../Theme" as Nelvo
 
 // The panel with the models of one kind, and the filters of their list.
@@ -31,6 +32,21 @@ EDialog {
         pdsMgr.downLoadBimProj(guid);
     }
 
+    function convert(guid) {
+        pdsMgr.convertSimplyMode(guid, !speedProprityCheck.checked);
+    }
+
+    // Scrolls the list to a button that the Tab key has reached.
+    function reveal(button) {
+        let view = button.parent;
+        while (view && view.contentY === undefined)
+            view = view.parent;
+        if (!view || !button.activeFocus)
+            return;
+        const top = button.parent.mapToItem(view.contentItem, 0, 0).y;
+        view.contentY = Math.max(top + button.parent.height - view.height, Math.min(top, view.contentY));
+    }
+
     width: 360
     height: 444
 
@@ -45,6 +61,9 @@ EDialog {
                 right: parent.right
             }
             title: frimPanel.viewDWGList ? qsTr("关联DWG模型") : qsTr("关联BIM模型")
+
+            Accessible.role: Accessible.TitleBar
+            Accessible.name: title
 
             onClick: frimPanel.close()
             onMove: {
@@ -79,6 +98,8 @@ EDialog {
             x: 20
             width: parent.width - 40
             height: 26
+
+            Accessible.name: qsTr("搜索")
 
             onTextChanged: searchList.searchText = text
         }
@@ -137,6 +158,12 @@ EDialog {
                 checkedUrl: "qrc:/EditorPlug/qmls/images1/checkBox_selected.png"
                 normalUrl: "qrc:/EditorPlug/qmls/images1/checkBox.png"
                 text: qsTr("性能优先")
+
+                Accessible.name: text
+
+                FocusFrame {
+                    anchors.margins: -3
+                }
             }
 
             ERadioBtn {
@@ -146,6 +173,12 @@ EDialog {
                 checkedUrl: "qrc:/EditorPlug/qmls/images1/checkBox_selected.png"
                 normalUrl: "qrc:/EditorPlug/qmls/images1/checkBox.png"
                 text: qsTr("完整度优先")
+
+                Accessible.name: text
+
+                FocusFrame {
+                    anchors.margins: -3
+                }
             }
         }
 
@@ -162,6 +195,10 @@ EDialog {
             text: ""
             font.pixelSize: Nelvo.Theme.smallTextSize
             color: Nelvo.Theme.errorText
+
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+            Accessible.ignored: text === ""
         }
     }
 
@@ -174,6 +211,9 @@ EDialog {
             width: searchList.width
             height: 40
             color: EConfig.eDialogBackground
+
+            Accessible.role: Accessible.ListItem
+            Accessible.name: modelData.name
 
             Image {
                 id: professionImage
@@ -258,7 +298,26 @@ EDialog {
                 disabledImg: "qrc:/NelvoPlugin/qmls/images/pop_ic_muxing.png"
                 tipText: qsTr("转换概要模型")
 
-                onClick: pdsMgr.convertSimplyMode(modelData.guid, !speedProprityCheck.checked)
+                onClick: frimPanel.convert(modelData.guid)
+            }
+
+            KeyArea {
+                anchors.fill: outlineButton
+                visible: outlineButton.visible
+                Accessible.name: outlineButton.tipText
+                Accessible.description: modelData.name
+
+                onActivated: frimPanel.convert(modelData.guid)
+                onActiveFocusChanged: frimPanel.reveal(this)
+            }
+
+            KeyArea {
+                anchors.fill: downloadButton
+                Accessible.name: downloadButton.tipText
+                Accessible.description: modelData.name
+
+                onActivated: frimPanel.download(modelData.guid)
+                onActiveFocusChanged: frimPanel.reveal(this)
             }
         }
     }

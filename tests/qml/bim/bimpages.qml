@@ -14,4 +14,5 @@ Item {
     LongListTest {}
     EditCheckBoxTest {}
     BindParamTest {}
+    AccessTest {}
 }

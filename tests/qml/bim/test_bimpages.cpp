@@ -1,4 +1,5 @@
 #include "tests/qml/bim/standins.h"
+#include "tests/support/accessibletree.h"
 #include "tests/support/warninglog.h"
 
 #include <QQmlContext>
@@ -19,6 +20,23 @@ public:
     Q_INVOKABLE void offerProject(bool offered)
     {
         offer(QStringLiteral("editConext"), offered ? &m_host : nullptr);
+    }
+
+    //! What assistive technology finds in the window.
+    Q_INVOKABLE QStringList controls(QWindow* window)
+    {
+        QAccessible::setActive(true);
+        return TestSupport::describedControls(*window);
+    }
+    //! Presses the first control of that description, as assistive technology does.
+    Q_INVOKABLE bool press(QWindow* window, const QString& control)
+    {
+        const int index = controls(window).indexOf(control);
+        if (index < 0)
+            return false;
+        TestSupport::shownControls(*window).at(index)->actionInterface()->doAction(
+            QAccessibleActionInterface::pressAction());
+        return true;
     }
 
 public Q_SLOTS:
