@@ -109,7 +109,7 @@ void TestAccessibility::load(const QString& page)
     // As when a screen reader starts: Qt asks the controls that there are to describe themselves.
     QAccessible::setActive(true);
     Q_EMIT m_updater->readyUpdateInfo(QStringLiteral("ready"));
-    const qint64 megabyte = 1024 * 1024;
+    const qint64 megabyte = 1 << 20;
     Q_EMIT m_updater->downloadProgress(QStringLiteral("package"), megabyte, 2 * megabyte);
 }
 
