@@ -272,8 +272,9 @@ void TestKit::debianPackagesHoldTheKit()
     if (QStandardPaths::findExecutable("dpkg-shlibdeps").isEmpty())
         QSKIP("dpkg-dev is not installed");
     const QString folder = m_folder.filePath("debian");
-    const Outcome packed = run(
-        NELVO_CPACK, {"--config", BuildDir + "/CPackConfig.cmake", "-C", Config, "-G", "DEB", "-B", folder});
+    const Outcome packed =
+        run(NELVO_CPACK, {"--config", BuildDir + "/CPackConfig.cmake", "-C", Config, "-G", "DEB", "-B",
+                          folder, "-D", "CPACK_DEBIAN_COMPRESSION_TYPE=none"});
     QVERIFY2(packed.status == 0, qPrintable(packed.all()));
     const auto namesOf = [&folder](const QString& pattern) {
         QStringList names;
