@@ -52,9 +52,11 @@ DirectAnswer askForHead(const QUrl& url)
     QObject::connect(reply.get(), &QNetworkReply::readyRead, &loop, &QEventLoop::quit);
     QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
     loop.exec();
-    const bool isThere = reply->error() == QNetworkReply::NoError;
+    // Of an HTTP error, the body may arrive before the reply has failed.
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const bool isThere = reply->error() == QNetworkReply::NoError && status < 400;
     DirectAnswer answer = isThere ? DirectAnswer{} : answerOf(*reply);
-    answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    answer.status = status;
     return answer;
 }
 
