@@ -15,14 +15,14 @@ double median(QVector<double> values);
 //! Runs a program to its end and returns its output. If it fails, the benchmark fails.
 QByteArray outputOf(const QString& program, const QStringList& arguments);
 
-// Each prints one line and adds it as a row to the file that the variable NELVO_BENCH_TABLE names. A bound of
-// 0 is none.
+// Each function prints one line and appends it as a row to the file that the variable NELVO_BENCH_TABLE
+// names. A bound of 0 means that there is no bound.
 
-//! The figure, what it stands beside and their ratio, which is to keep the bound.
+//! Prints a figure, its peer, and their ratio, which the bound limits.
 void printRatio(const char* name, double own, double other, const char* unit, double bound);
-//! A figure that is bounded by itself.
+//! Prints a figure, which the bound limits.
 void printFigure(const char* name, double value, const char* unit, double bound);
-//! A figure for each size, and how many times the one before it each is.
+//! Prints a figure for each size, and the ratio of each figure to the previous one.
 void printScaling(const char* name, const QVector<int>& sizes, const QVector<double>& values,
                   const char* unit);
 

@@ -87,7 +87,7 @@ LaunchStatus awaitWord(const CallerHandshake& handshake, HostProcess& host, mill
         // A host may set the event and end immediately, so the event is checked once more after the end.
         const bool ended = host.hasEnded();
         if (handshake.wait(ended ? milliseconds(0) : LookEvery))
-            return LaunchStatus::Told;
+            return LaunchStatus::Signalled;
         if (ended)
             return LaunchStatus::HostEnded;
         if (interrupted != 0)
@@ -100,7 +100,7 @@ LaunchStatus awaitWord(const CallerHandshake& handshake, HostProcess& host, mill
 void report(LaunchStatus status, const CallerHandshake& handshake, const LaunchOptions& options)
 {
     switch (status) {
-    case LaunchStatus::Told:
+    case LaunchStatus::Signalled:
         say(QStringLiteral(
                 "the host says \"%1\": the sign-in has run; whether it went well shows in the host")
                 .arg(QString::fromStdString(handshake.text())));
@@ -130,7 +130,8 @@ bool awaitEnd(HostProcess& host)
 //! Handles the host, ended or not, as the options require. Returns the exit status of the program.
 int partWith(HostProcess& host, LaunchStatus status, LaunchOptions::Afterwards afterwards)
 {
-    const bool isAwaited = afterwards == LaunchOptions::Afterwards::Await && status == LaunchStatus::Told;
+    const bool isAwaited =
+        afterwards == LaunchOptions::Afterwards::Await && status == LaunchStatus::Signalled;
     if (isAwaited && !awaitEnd(host))
         status = LaunchStatus::Interrupted;
     if (!host.hasEnded() && afterwards == LaunchOptions::Afterwards::Leave) {
@@ -141,7 +142,7 @@ int partWith(HostProcess& host, LaunchStatus status, LaunchOptions::Afterwards a
     if (!host.hasEnded())
         host.end();
     say(QStringLiteral("the host has ended with status %1").arg(host.status()));
-    return isAwaited && status == LaunchStatus::Told ? host.status() : static_cast<int>(status);
+    return isAwaited && status == LaunchStatus::Signalled ? host.status() : static_cast<int>(status);
 }
 
 } // namespace

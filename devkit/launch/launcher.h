@@ -6,7 +6,7 @@ namespace NelvoDevkit {
 
 //! Exit status of nelvo-launch.
 enum class LaunchStatus {
-    Told,        //!< the host has set the event: the sign-in has ended
+    Signalled,   //!< the host has set the event: the sign-in has ended
     NotStarted,  //!< a name is in use, or the host cannot be started
     WrongUsage,  //!< the command line is wrong
     TimedOut,    //!< the host has not set the event in time

@@ -374,7 +374,7 @@ void TestE2eCommandLine::launcherSignsIn()
            m_services.signInUrl(), "--enterprise", "1003", "--host", QCoreApplication::applicationFilePath(),
            "--end"});
     QVERIFY(hostEnds());
-    QCOMPARE(m_host->exitCode(), int(LaunchStatus::Told));
+    QCOMPARE(m_host->exitCode(), int(LaunchStatus::Signalled));
     QVERIFY(m_host->readAllStandardOutput().contains("nelvo-launch: the host says \"1\""));
     QCOMPARE(hostReport()["epName"].toString(), QStringLiteral("江南水利工程局"));
     QCOMPARE(hostReport()["window"].toBool(true), false);

@@ -206,7 +206,7 @@ QStringList TestLaunch::hostArguments() const
 
 void TestLaunch::hostTellsAndStays()
 {
-    QCOMPARE(run(QStringLiteral("tell and stay")), int(LaunchStatus::Told));
+    QCOMPARE(run(QStringLiteral("tell and stay")), int(LaunchStatus::Signalled));
     QVERIFY2(m_output.contains(QStringLiteral("nelvo-launch: the host says \"1\"")), qPrintable(m_output));
     QVERIFY2(m_output.contains(QStringLiteral("nelvo-launch: the host stays, as process ")),
              qPrintable(m_output));
@@ -224,7 +224,7 @@ void TestLaunch::hostGetsOneArgumentOfSixParts()
 
 void TestLaunch::hostIsEndedIfAskedTo()
 {
-    QCOMPARE(run(QStringLiteral("tell and stay"), {"--end"}), int(LaunchStatus::Told));
+    QCOMPARE(run(QStringLiteral("tell and stay"), {"--end"}), int(LaunchStatus::Signalled));
     QVERIFY2(m_output.contains(QStringLiteral("nelvo-launch: the host has ended")), qPrintable(m_output));
     QVERIFY(!isHostRunning());
 }
@@ -265,7 +265,7 @@ void TestLaunch::hostEndsWithoutAWord()
 
 void TestLaunch::wordOfAHostThatEndsAtOnceCounts()
 {
-    QCOMPARE(run(QStringLiteral("tell and end")), int(LaunchStatus::Told));
+    QCOMPARE(run(QStringLiteral("tell and end")), int(LaunchStatus::Signalled));
     QVERIFY2(m_output.contains(QStringLiteral("nelvo-launch: the host says \"1\"")), qPrintable(m_output));
 }
 

@@ -58,12 +58,13 @@ private:
 void TestLoginView::initTestCase()
 {
     QGuiApplication::setQuitOnLastWindowClosed(false);
-    if (QGuiApplication::primaryScreen()->availableSize().height() >= PageSize.height())
-        QSKIP("the screen is high enough for the page");
 }
 
 void TestLoginView::init()
 {
+    const bool isCalculated = qstrcmp(QTest::currentTestFunction(), "geometryFits") == 0;
+    if (!isCalculated && QGuiApplication::primaryScreen()->availableSize().height() >= PageSize.height())
+        QSKIP("the user's display (NELVO_SHOW) is larger than the window; the test needs a smaller one");
     m_cache = std::make_unique<ApplicationFile>(QStringLiteral("loginchache.json"));
     m_cache->write(R"([{"user": "lina"}, {"user": "tom"}])");
     m_defaultServer = std::make_unique<ApplicationFile>(QStringLiteral("defaultServerAddress.json"));

@@ -431,8 +431,8 @@ void TestWebServer::inputIsDeliveredDuringACall()
     QVERIFY(findLatest(reply, 20000));
 }
 
-//! A wait with the shortest sleep in each pass makes a pass a millisecond. The machine may be busy meanwhile,
-//! so that one wait of several counts.
+//! A wait that sleeps makes at most one pass in a millisecond. The fastest of several waits counts, because
+//! the machine may be busy.
 void TestWebServer::theWaitNeverSleeps()
 {
     m_services.addFault({Fault::Stall, FindLatest, {}, 0, false});
