@@ -78,7 +78,7 @@ private Q_SLOTS:
     void kitNamesNoPathOfTheBuild();
     void kitHasWhatItsDocumentsLinkTo();
     void documentsNameNoPathOfTheRepository();
-    void packageOffersItsVersionOnly();
+    void packageChecksVersionAndCompiler();
     void archiveHoldsTheKit();
     void debianPackagesHoldTheKit();
     void minimalListsTheProjects();
@@ -237,13 +237,21 @@ void TestKit::documentsNameNoPathOfTheRepository()
     }
 }
 
-void TestKit::packageOffersItsVersionOnly()
+void TestKit::packageChecksVersionAndCompiler()
 {
     const QString prefix = m_folder.filePath("sdk");
     const Outcome installed = install(prefix, {"--component", "sdk"});
     QVERIFY2(installed.status == 0, qPrintable(installed.all()));
     const Outcome configured = configure("package", prefix, m_folder.filePath("package"));
     QVERIFY2(configured.status == 0, qPrintable(configured.all()));
+    QVERIFY2(!configured.error.contains("CMake Warning"), qPrintable(configured.all()));
+
+    const Outcome other =
+        configure("package", prefix, m_folder.filePath("other"), {"-DKIT_COMPILER_ID=OtherCompiler"});
+    QVERIFY2(other.status == 0, qPrintable(other.all()));
+    const QString text = other.error.simplified();
+    QVERIFY2(text.contains("NelvoSDK was built with the compiler " NELVO_COMPILER_ID), qPrintable(text));
+    QVERIFY2(text.contains("this project uses OtherCompiler"), qPrintable(text));
 }
 
 void TestKit::archiveHoldsTheKit()

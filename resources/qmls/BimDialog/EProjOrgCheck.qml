@@ -34,6 +34,29 @@ T.ComboBox {
         popup.close();
     }
 
+    // The rows that exist in the tree, from top to bottom. The host's tree may create them in any order.
+    function rowsIn(item) {
+        if (item.objectName === "deptRow")
+            return [item];
+        return Array.from(item.children).reduce((rows, child) => rows.concat(rowsIn(child)), [])
+            .sort((one, other) => one.mapToItem(control, 0, 0).y - other.mapToItem(control, 0, 0).y);
+    }
+
+    // Moves the focus to the next or the previous row: at first to the chosen row, or to the first one.
+    function focusRow(step) {
+        const rows = rowsIn(popup.contentItem);
+        const current = rows.findIndex(row => row.keyArea.activeFocus);
+        const chosen = rows.findIndex(row => row.dept.id === deptID);
+        const next = rows[current === -1 ? Math.max(chosen, 0) : current + step];
+        if (next)
+            next.keyArea.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function leaveTree(forward) {
+        popup.close();
+        nextItemInFocusChain(forward).forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+    }
+
     implicitWidth: 200
     implicitHeight: 26
     padding: 0
@@ -75,6 +98,7 @@ T.ComboBox {
         width: control.width
         height: 280
         padding: 1
+        focus: true
 
         onVisibleChanged: {
             control.treeShown = visible;
@@ -87,7 +111,13 @@ T.ComboBox {
         }
 
         contentItem: Loader {
+            focus: true
             sourceComponent: deptTree
+
+            Keys.onUpPressed: control.focusRow(-1)
+            Keys.onDownPressed: control.focusRow(1)
+            Keys.onTabPressed: control.leaveTree(true)
+            Keys.onBacktabPressed: control.leaveTree(false)
         }
     }
 
@@ -152,12 +182,7 @@ T.ComboBox {
                 objectName: "deptRow"
 
                 readonly property var dept: styleData.value
-
-                Accessible.role: Accessible.TreeItem
-                Accessible.name: dept.name || ""
-                Accessible.selectable: true
-                Accessible.selected: control.deptID === dept.id
-                Accessible.onPressAction: control.selectDept(dept)
+                readonly property alias keyArea: deptArea
 
                 width: control.width
                 height: 32
@@ -212,6 +237,24 @@ T.ComboBox {
                     hoverEnabled: true
 
                     onClicked: control.selectDept(parent.dept)
+                }
+
+                // The arrow keys go from row to row; the Tab key leaves the tree.
+                KeyArea {
+                    id: deptArea
+
+                    row: parent
+                    activeFocusOnTab: false
+                    Accessible.role: Accessible.TreeItem
+                    Accessible.name: parent.dept.name || ""
+                    Accessible.selectable: true
+                    Accessible.selected: control.deptID === parent.dept.id
+
+                    // Before the host's tree, which would move the focus to a row without its button.
+                    Keys.onUpPressed: control.focusRow(-1)
+                    Keys.onDownPressed: control.focusRow(1)
+
+                    onActivated: control.selectDept(parent.dept)
                 }
             }
         }

@@ -36,17 +36,6 @@ EDialog {
         pdsMgr.convertSimplyMode(guid, !speedProprityCheck.checked);
     }
 
-    // Scrolls the list to a button that the Tab key has reached.
-    function reveal(button) {
-        let view = button.parent;
-        while (view && view.contentY === undefined)
-            view = view.parent;
-        if (!view || !button.activeFocus)
-            return;
-        const top = button.parent.mapToItem(view.contentItem, 0, 0).y;
-        view.contentY = Math.max(top + button.parent.height - view.height, Math.min(top, view.contentY));
-    }
-
     width: 360
     height: 444
 
@@ -206,6 +195,7 @@ EDialog {
         id: projectRow
 
         Rectangle {
+            id: rowFace
             objectName: "projectRow"
 
             width: searchList.width
@@ -303,21 +293,21 @@ EDialog {
 
             KeyArea {
                 anchors.fill: outlineButton
+                row: rowFace
                 visible: outlineButton.visible
                 Accessible.name: outlineButton.tipText
                 Accessible.description: modelData.name
 
                 onActivated: frimPanel.convert(modelData.guid)
-                onActiveFocusChanged: frimPanel.reveal(this)
             }
 
             KeyArea {
                 anchors.fill: downloadButton
+                row: rowFace
                 Accessible.name: downloadButton.tipText
                 Accessible.description: modelData.name
 
                 onActivated: frimPanel.download(modelData.guid)
-                onActiveFocusChanged: frimPanel.reveal(this)
             }
         }
     }

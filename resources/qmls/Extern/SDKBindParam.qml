@@ -1,11 +1,20 @@
 import QtQuick 2.15
 import "qrc:/EditorCommon/qmls/BizComponent"
 import "qrc:/EditorPlug/qmls/component"
+import "../FuncComp"
 import "../Theme" as Nelvo
 
 // The device that is bound to a component, for the component panel of the host.
 Column {
     id: bindParam
+
+    function openDevices() {
+        webViewMgr.openWeb(appPath + "/EditorWebExtern/page/device.html", Qt.rect(0, 0, 368, 440));
+    }
+
+    function clearDevice() {
+        componentObject.clearDeviceData(componentObject.currentComp);
+    }
 
     width: parent ? parent.width : implicitWidth
     spacing: 5
@@ -34,6 +43,7 @@ Column {
     }
 
     EditText {
+        id: deviceLabel
         objectName: "deviceLabel"
 
         anchors.horizontalCenter: parent.horizontalCenter
@@ -45,6 +55,7 @@ Column {
     }
 
     ETextBtn {
+        id: deviceButton
         objectName: "deviceButton"
 
         anchors.horizontalCenter: parent.horizontalCenter
@@ -55,9 +66,18 @@ Column {
         eBtnTextColor: Nelvo.Theme.deviceText
         eBtnBackGround: Nelvo.Theme.deviceFace
 
-        onSendClick: webViewMgr.openWeb(appPath + "/EditorWebExtern/page/device.html", Qt.rect(0, 0, 368, 440))
+        onSendClick: bindParam.openDevices()
+
+        KeyArea {
+            frameMargin: 3
+            Accessible.name: deviceLabel.text
+            Accessible.description: deviceButton.btnText
+
+            onActivated: bindParam.openDevices()
+        }
 
         EImageBtn {
+            id: clearButton
             objectName: "clearButton"
 
             anchors {
@@ -74,7 +94,15 @@ Column {
             ePressedSource: "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear_hover.png"
             tipText: qsTr("清除")
 
-            onSendClick: componentObject.clearDeviceData(componentObject.currentComp)
+            onSendClick: bindParam.clearDevice()
+
+            KeyArea {
+                frameMargin: 3
+                frameColor: Nelvo.Theme.deviceText
+                Accessible.name: clearButton.tipText
+
+                onActivated: bindParam.clearDevice()
+            }
         }
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "../Theme"
 
 // Makes an item usable by keyboard and by assistive technology, as a MouseArea does by mouse: a stop of the Tab key
 // that Space, Return and Enter activate. Its default role is a button.
@@ -7,8 +8,23 @@ Item {
 
     // By how much the outline is larger than the area.
     property real frameMargin: 0
+    property color frameColor: Theme.text
+    // The row of a list that holds the area. When the area gets the focus, the list scrolls to this row and its neighbours.
+    property Item row: null
+    property bool spaceHeld: false
 
     signal activated
+
+    function revealRow() {
+        let view = row.parent;
+        while (view && view.contentY === undefined)
+            view = view.parent;
+        if (!view)
+            return;
+        const top = row.mapToItem(view.contentItem, 0, 0).y;
+        const wanted = Math.max(top + 2 * row.height - view.height, Math.min(top - row.height, view.contentY));
+        view.contentY = Math.max(view.originY, Math.min(view.originY + view.contentHeight - view.height, wanted));
+    }
 
     function activateBy(event) {
         if (!event.isAutoRepeat)
@@ -20,6 +36,12 @@ Item {
     anchors.fill: parent
     activeFocusOnTab: enabled
 
+    onActiveFocusChanged: {
+        spaceHeld = false;
+        if (activeFocus && row)
+            revealRow();
+    }
+
     Accessible.role: Accessible.Button
     Accessible.focusable: enabled
     // Assistive technology can also press a disabled item.
@@ -28,7 +50,14 @@ Item {
             activated();
     }
 
-    Keys.onSpacePressed: activateBy(event)
+    // On release, as in Qt's buttons: the control that gets the focus by the activation must not get the release.
+    Keys.onSpacePressed: spaceHeld = true
+    Keys.onReleased: {
+        if (event.key !== Qt.Key_Space || !spaceHeld)
+            return;
+        spaceHeld = event.isAutoRepeat;
+        activateBy(event);
+    }
     Keys.onReturnPressed: activateBy(event)
     Keys.onEnterPressed: activateBy(event)
 
@@ -36,5 +65,6 @@ Item {
     FocusFrame {
         anchors.margins: -keyArea.frameMargin
         visible: keyArea.activeFocus
+        border.color: keyArea.frameColor
     }
 }

@@ -75,11 +75,80 @@ BimTest {
         compare(view().contentY, 0);
     }
 
-    function test_spaceOpensTheDepartments() {
+    function openDepartments() {
         createAndOpen();
         tabTo("所有工程");
         keyClick(Qt.Key_Space);
         tryCompare(item("orgCheck").popup, "opened", true);
+        tryVerify(() => setup.controls(panel.contentItem.Window.window).includes("TreeItem 二部"));
+        callLog.clear();
+    }
+
+    function test_departmentIsChosenByKeyboard_data() {
+        return test_keysPressTheButtonsOfARow_data();
+    }
+
+    function test_departmentIsChosenByKeyboard(data) {
+        openDepartments();
+        const names = [];
+        for (let i = 0; i < 5; ++i) {
+            keyClick(Qt.Key_Down);
+            names.push(focused().Accessible.name);
+            compare(frames(panel.contentItem.Window.window.contentItem).length, 1, names[i]);
+        }
+        // The last row keeps the focus.
+        compare(names, ["集团", "一部", "一部一组", "二部", "二部"]);
+        keyClick(Qt.Key_Up);
+        compare(focused().Accessible.name, "一部一组");
+        keyClick(data.key);
+        compare([item("orgCheck").deptID, item("orgCheck").deptName], ["dept-1-1", "一部一组"]);
+        compare(callLog.calls, [["searchBydeptId", "dept-1-1"]]);
+        tryCompare(item("orgCheck").popup, "visible", false);
+        compare(focused(), item("orgCheck"));
+        wait(0);
+        compare(item("orgCheck").popup.visible, false);
+    }
+
+    function test_arrowKeysStartAtTheChosenDepartment() {
+        openDepartments();
+        item("orgCheck").deptID = "dept-1";
+        keyClick(Qt.Key_Up);
+        compare(focused().Accessible.name, "一部");
+        verify(focused().Accessible.selected);
+    }
+
+    function test_treeScrollsToTheRowThatHasTheFocus() {
+        createAndOpen();
+        orgModel.load([{ id: "root", name: "集团", canSelect: false,
+                         children: [1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25]
+                             .map(number => ({ id: "d" + number, name: "部门 " + number, canSelect: true, children: [] })) }]);
+        tabTo("所有工程");
+        keyClick(Qt.Key_Space);
+        tryCompare(item("orgCheck").popup, "opened", true);
+        tryVerify(() => setup.controls(panel.contentItem.Window.window).includes("TreeItem 部门 1"));
+        const tree = findChild(item("orgCheck").popup.contentItem, "orgTree");
+        for (const key of [Qt.Key_Down, Qt.Key_Up]) {
+            for (let i = 0; i < 30; ++i) {
+                keyClick(key);
+                waitForRendering(tree);
+                const top = focused().mapToItem(tree, 0, 0).y;
+                verify(top >= 0 && top + 32 <= tree.height, focused().Accessible.name + " at " + top);
+            }
+            compare(focused().Accessible.name, key === Qt.Key_Down ? "部门 25" : "集团");
+        }
+    }
+
+    function test_escapeAndTabCloseTheDepartments_data() {
+        return [{ tag: "Escape", key: Qt.Key_Escape, then: "所有工程" }, { tag: "Tab", key: Qt.Key_Tab, then: "搜索" }];
+    }
+
+    function test_escapeAndTabCloseTheDepartments(data) {
+        openDepartments();
+        keyClick(Qt.Key_Down);
+        keyClick(data.key);
+        tryCompare(item("orgCheck").popup, "visible", false);
+        compare(focused().Accessible.name, data.then);
+        compare(callLog.calls, []);
     }
 
     function test_controlsHaveRolesAndNames() {

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 import QtTest 1.15
 import "qrc:/NelvoPlugin/qmls/Extern"
 
@@ -82,6 +83,31 @@ BimTest {
         compare(findChild(clear, "picture").status, Image.Ready);
         click(clear);
         compare(callLog.calls, [["clearDeviceData", "comp-9"]]);
+    }
+
+    function test_isUsedByKeyboard_data() {
+        return [{ tag: "device", stop: "设备ID", description: "SN-0017", call: "openWeb" },
+                { tag: "clear", stop: "清除", description: "", call: "clearDeviceData" }];
+    }
+
+    function test_isUsedByKeyboard(data) {
+        const page = createPage();
+        const window = page.Window.window;
+        for (let i = 0; i < 3 && window.activeFocusItem.Accessible.name !== data.stop; ++i)
+            keyClick(Qt.Key_Tab);
+        const stop = window.activeFocusItem;
+        compare([stop.Accessible.name, stop.Accessible.description], [data.stop, data.description]);
+        compare(findChild(stop, "focusFrame").visible, true);
+        keyClick(Qt.Key_Space);
+        compare(names(callLog.calls), [data.call]);
+    }
+
+    function test_controlsHaveRolesAndNames() {
+        const page = createPage();
+        const window = page.Window.window;
+        compare(setup.controls(window), ["Button 设备ID", "Button 清除"]);
+        verify(setup.press(window, "Button 清除"));
+        compare(names(callLog.calls), ["clearDeviceData"]);
     }
 
     function test_takesTheWidthOfWhatHoldsIt() {
