@@ -13,9 +13,9 @@
 #include <cstdio>
 #include <functional>
 
-//! The organisation tree and the project list beside a bare parse of the same bodies, in processor time of
-//! the thread that does it all, how their cost grows, and what a tick of the watch on the session leaves in
-//! memory.
+//! The organisation tree and the project list compared with a bare parse of the same bodies, how their cost
+//! grows, and what a tick of the watch on the session leaves in memory. The tree: processor time of the one
+//! thread that does the work. The list, which two threads convert: elapsed time.
 
 namespace {
 
@@ -30,6 +30,9 @@ const auto ScenePath = QStringLiteral("/scene/project");
 const auto TreeMemoryMode = QStringLiteral("--tree-memory");
 
 constexpr int Rounds = 7;
+
+//! Elapsed time or processor time of the calling thread.
+using Clock = double (*)(const std::function<void()>& work);
 
 HttpReply treeReply(StartedServices& services, int nodes)
 {
@@ -54,7 +57,7 @@ NelvoSDK::LoginSession sessionAt(const QString& url)
     return session;
 }
 
-//! Of so many rounds, one after the other, what the calling thread works in one.
+//! The median of so many rounds, one after the other.
 double medianOf(const std::function<double()>& round)
 {
     QVector<double> times;
@@ -63,20 +66,20 @@ double medianOf(const std::function<double()>& round)
     return Bench::median(times);
 }
 
-double parseMilliseconds(const QByteArray& body)
+double parseMilliseconds(Clock clock, const QByteArray& body)
 {
-    return medianOf([&body] {
-        return Bench::processorMilliseconds([&body] {
+    return medianOf([&] {
+        return clock([&body] {
             if (QJsonDocument::fromJson(body).isNull())
                 qFatal("the body is no JSON");
         });
     });
 }
 
-double transferMilliseconds(const QString& url, const QString& path)
+double transferMilliseconds(Clock clock, const QString& url, const QString& path)
 {
     return medianOf([&] {
-        return Bench::processorMilliseconds(
+        return clock(
             [&] { httpGet(sharedNetworkManager(), url, path, {}, [](const QByteArray&) { return true; }); });
     });
 }
@@ -101,7 +104,7 @@ double projectsMilliseconds(const QString& url)
     CProjectInfoMgr manager;
     manager.ReflushProjOrgInfo(sessionAt(url));
     std::list<NelvoSDK::ProjectNode> projects;
-    const double elapsed = Bench::processorMilliseconds([&] { manager.GetServerProjectTree(projects); });
+    const double elapsed = Bench::milliseconds([&] { manager.GetServerProjectTree(projects); });
     if (projects.empty())
         qFatal("no projects");
     return elapsed;
@@ -115,8 +118,9 @@ void measureTree(StartedServices& services, const QString& url)
     for (const int size : sizes) {
         const HttpReply reply = treeReply(services, size);
         services.setReply("GET", TreePath, reply);
-        own.append(medianOf([&url] { return treeMilliseconds(url); }) - transferMilliseconds(url, TreePath));
-        parse = parseMilliseconds(reply.body);
+        own.append(medianOf([&url] { return treeMilliseconds(url); }) -
+                   transferMilliseconds(Bench::processorMilliseconds, url, TreePath));
+        parse = parseMilliseconds(Bench::processorMilliseconds, reply.body);
     }
     Bench::printRatio("organisation of 100,000 units / parse", own.constLast(), parse, "ms", 2);
     Bench::printScaling("  units", sizes, own, "ms");
@@ -131,8 +135,8 @@ void measureProjects(StartedServices& services, const QString& url)
         const HttpReply reply = projectsReply(services, size);
         services.setReply("GET", ScenePath, reply);
         own.append(medianOf([&url] { return projectsMilliseconds(url); }) -
-                   transferMilliseconds(url, ScenePath));
-        parse = parseMilliseconds(reply.body);
+                   transferMilliseconds(Bench::milliseconds, url, ScenePath));
+        parse = parseMilliseconds(Bench::milliseconds, reply.body);
     }
     Bench::printRatio("50,000 scene projects / parse", own.constLast(), parse, "ms", 2.5);
     Bench::printScaling("  projects", sizes, own, "ms");

@@ -188,19 +188,18 @@ void CPdsMgr::takeInNames(QJsonArray list)
 {
     if (m_names.valid())
         m_bimNameMap = m_names.get();
-    m_names = std::async(std::launch::async,
-                         [list = std::move(list), names = std::exchange(m_bimNameMap, {})]() mutable {
-                             // The task exists until a name is requested; the list need not.
-                             const QJsonArray all = std::exchange(list, {});
-                             for (const QJsonValue& element : all) {
-                                 const QJsonObject record = element.toObject();
-                                 const auto guid = record.constFind(QLatin1String("guid"));
-                                 const auto name = record.constFind(QLatin1String("name"));
-                                 if (guid != record.constEnd() && name != record.constEnd())
-                                     names.insert(guid->toString(), name->toString());
-                             }
-                             return std::exchange(names, {});
-                         });
+    m_names = std::async([list = std::move(list), names = std::exchange(m_bimNameMap, {})]() mutable {
+        // The task exists until a name is requested; the list need not.
+        const QJsonArray all = std::exchange(list, {});
+        for (const QJsonValue& element : all) {
+            const QJsonObject record = element.toObject();
+            const auto guid = record.constFind(QLatin1String("guid"));
+            const auto name = record.constFind(QLatin1String("name"));
+            if (guid != record.constEnd() && name != record.constEnd())
+                names.insert(guid->toString(), name->toString());
+        }
+        return std::exchange(names, {});
+    });
 }
 
 void CPdsMgr::getPdsProj(const QString& strGuid)

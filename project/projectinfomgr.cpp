@@ -20,6 +20,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <future>
 
 namespace NelvoPlugin {
 
@@ -69,6 +70,11 @@ QJsonObject identity(const NelvoSDK::ProjectNode& project)
 {
     return {{QStringLiteral("id"), QString::fromStdWString(project.id)},
             {QStringLiteral("name"), QString::fromStdWString(project.name)}};
+}
+
+bool hasLesserId(const NelvoSDK::ProjectNode& left, const NelvoSDK::ProjectNode& right)
+{
+    return left.id < right.id;
 }
 
 //! Whether a failed reply means that the account has signed in elsewhere.
@@ -138,11 +144,12 @@ bool CProjectInfoMgr::GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& pro
     }
     const QJsonArray elements = reply.value(QStringLiteral("data")).toArray();
     reply = {};
-    std::list<NelvoSDK::ProjectNode> listed;
-    // From the last one on: of several with one id, the later one counts.
-    for (int index = elements.size() - 1; index >= 0; --index)
-        listed.push_back(ToProjectNode(elements.at(index).toObject()));
-    listed.sort([](const auto& left, const auto& right) { return left.id < right.id; });
+    // Both halves of a long list are converted at once.
+    const int middle = elements.size() / 2;
+    std::future<std::list<NelvoSDK::ProjectNode>> firstHalf =
+        std::async([&] { return SortedNodes(elements, 0, middle); });
+    std::list<NelvoSDK::ProjectNode> listed = SortedNodes(elements, middle, elements.size());
+    listed.merge(firstHalf.get(), hasLesserId);
     listed.unique([](const auto& left, const auto& right) { return left.id == right.id; });
     serverProjects.clear();
     for (const NelvoSDK::ProjectNode& project : listed)
@@ -268,6 +275,16 @@ NelvoSDK::ProjectNode CProjectInfoMgr::ToProjectNode(const QJsonObject& object)
     node.attrs[RecordKeys::DeptId] = wideText(object, "deptId");
     node.attrs[RecordKeys::DeptName] = wideText(object, "deptName");
     return node;
+}
+
+//! Begins at the end: of several projects with one id, the last one comes first.
+std::list<NelvoSDK::ProjectNode> CProjectInfoMgr::SortedNodes(const QJsonArray& elements, int begin, int end)
+{
+    std::list<NelvoSDK::ProjectNode> nodes;
+    for (int index = end - 1; index >= begin; --index)
+        nodes.push_back(ToProjectNode(elements.at(index).toObject()));
+    nodes.sort(hasLesserId);
+    return nodes;
 }
 
 CProjectInfoMgr::LocalProject CProjectInfoMgr::ToLocalProject(const NelvoSDK::ProjectRef& project)

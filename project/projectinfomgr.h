@@ -71,6 +71,7 @@ private:
     };
 
     static NelvoSDK::ProjectNode ToProjectNode(const QJsonObject& object);
+    static std::list<NelvoSDK::ProjectNode> SortedNodes(const QJsonArray& elements, int begin, int end);
     static LocalProject ToLocalProject(const NelvoSDK::ProjectRef& project);
     static void WalkOrgTree(QJsonObject object, OrgUnit& node);
     static void CopyOrgTree(const OrgUnit& node, NelvoSDK::OrgTreeNode& out);
