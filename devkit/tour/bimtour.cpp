@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QTest>
 #include <QUrl>
 
 #include <algorithm>
@@ -82,8 +83,12 @@ void BimTour::bimDialog()
 
 void BimTour::departments()
 {
-    m_ui.click(QStringLiteral("orgCheck"));
+    QQuickWindow* const window = m_ui.awaitItem(QStringLiteral("orgCheck"))->window();
+    m_ui.focusByTab(window, QStringLiteral("orgCheck"));
+    QTest::keyClick(window, Qt::Key_Space);
     m_ui.awaitItemWith(QStringLiteral("deptNameText"), "text", QStringLiteral("BIM 研发部"));
+    QTest::keyClick(window, Qt::Key_Down);
+    QTest::keyClick(window, Qt::Key_Down);
     const QStringList shown = texts(UserInput::findItems(QStringLiteral("deptNameText")), "text");
     m_ui.require(!shown.contains(QStringLiteral("江南水利工程局")) &&
                      !shown.contains(QStringLiteral("太湖流域分局")),
@@ -93,7 +98,7 @@ void BimTour::departments()
 
 void BimTour::departmentChosen()
 {
-    m_ui.click(QStringLiteral("deptNameText"), "text", Organisation);
+    QTest::keyClick(m_ui.awaitItem(QStringLiteral("orgCheck"))->window(), Qt::Key_Return);
     m_ui.awaitText(QStringLiteral("orgCheck"), "deptName", Organisation);
     const QStringList below = m_simulator.modelNames(Organisation);
     m_ui.require(below.size() > 1 && below.size() < m_simulator.modelNames().size(),

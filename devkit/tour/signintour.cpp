@@ -162,6 +162,7 @@ void SignInTour::signedOut()
     m_ui.awaitText(QStringLiteral("addressBox"), "outText", m_simulator.signInUrl());
     m_ui.await([] { return !UserInput::findItem(QStringLiteral("enterprise")); },
                QStringLiteral("the host's window hidden"));
+    m_ui.focusByTab(form->window(), QStringLiteral("loginButton"));
     m_ui.takePicture(form->window());
 }
 

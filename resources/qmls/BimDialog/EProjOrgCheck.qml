@@ -243,6 +243,8 @@ T.ComboBox {
                 KeyArea {
                     id: deptArea
 
+                    // Without the place of the tree's scroll bar.
+                    anchors.rightMargin: 10
                     row: parent
                     activeFocusOnTab: false
                     Accessible.role: Accessible.TreeItem
