@@ -61,7 +61,7 @@ const QByteArray HiddenInputs = "<input type=\"hidden\" name=\"lt\" value=\"LT-1
 
 constexpr int MaxPageSize = 4 * 1024 * 1024;
 
-//! Texts with a number each: "%" is its place.
+//! The text `count` times, each time with its number in place of "%".
 QByteArray numbered(const QByteArray& text, int count)
 {
     QByteArray all;
@@ -75,7 +75,7 @@ QByteArray nested(int depth)
     return QByteArray("<b>").repeated(depth) + QByteArray("</b>").repeated(depth);
 }
 
-//! The page of exactly that size.
+//! The form page, padded with spaces to exactly this size.
 QByteArray paddedPage(int size)
 {
     return formPage(HiddenInputs + QByteArray(size - formPage(HiddenInputs).size(), ' '));
@@ -142,7 +142,7 @@ void TestCasForm::unreadablePageIsRefused()
 void TestCasForm::pageWithinTheBoundsIsRead_data()
 {
     QTest::addColumn<QByteArray>("page");
-    // The page has names, levels and attributes of its own.
+    // 950 and 240 stay below the limits of 1000 and 250, because the names and levels of the form count too.
     row("names", formPage(HiddenInputs + numbered("<n%/>", 950)));
     row("names of attributes", formPage(HiddenInputs + numbered("<n a%=\"\"/>", 950)));
     row("one name over and over", formPage(HiddenInputs + numbered("<n/>", 5000)));
@@ -176,11 +176,11 @@ void TestCasForm::pageBeyondTheBoundsIsRefused_data()
     row("names of instructions", formPage(HiddenInputs + numbered("<?n% ?>", 1001)));
     row("levels", formPage(HiddenInputs + nested(251)));
     row("attributes", formPage(HiddenInputs + "<n" + numbered(" a%=''", 1001) + "/>"));
-    row("attributes of the page's own kind",
+    row("attributes declared in the page",
         "<!DOCTYPE html [<!ATTLIST html" + numbered(" a% CDATA 'x'", 1001) + ">]><html/>");
     row("size", paddedPage(MaxPageSize + 1));
 
-    // These have ended the process, or kept it busy for minutes.
+    // Without the limits, these pages crash the process or keep it busy for minutes.
     row("names that crash", formPage(HiddenInputs + numbered("<n%/>", 33000)));
     row("instructions that crash", formPage(HiddenInputs + numbered("<?n% ?>", 33000)));
     row("levels that crash", formPage(HiddenInputs + nested(200000)));

@@ -29,13 +29,13 @@ namespace {
 
 const auto ListPath = QStringLiteral("/rs/casLogin/listCompany");
 constexpr int PatienceMs = 60000;
-//! Status of an event loop that nobody asked to end.
+//! The tests end the event loop with this status if the library has not ended it.
 constexpr int StillRunning = 17;
 const auto LoginFailedPrefix = QStringLiteral("login failed: ");
 
 } // namespace
 
-//! The sign-in in one go, without the window.
+//! The sign-in from the command line, which shows no window.
 class TestCommandLineLogin : public QObject
 {
     Q_OBJECT
@@ -61,7 +61,8 @@ private Q_SLOTS:
 
 private:
     void signIn(const QString& user, const QString& pwd, const QString& epId);
-    //! From the event loop, which ends with it: a sign-in that fails asks for that. The end logs out.
+    //! Signs in from the event loop and checks that the failed sign-in ends the loop. The end of the loop
+    //! also logs out.
     void failToSignIn(const QString& user, const QString& pwd, const QString& cimUrl, const QString& epId);
     NelvoSDK::LoginSession session() const;
     QString name() const { return QString::fromStdWString(session().epName); }
@@ -143,7 +144,7 @@ void TestCommandLineLogin::sendsTheSevenRequests()
              QStringLiteral("1001"));
 }
 
-//! It is hashed already; a clear one is sent in the clear, and the service refuses it.
+//! The password is expected as its MD5. A clear password is sent unchanged, and the service rejects it.
 void TestCommandLineLogin::sendsThePasswordAsItIs()
 {
     MessageLog log;
@@ -192,8 +193,8 @@ void TestCommandLineLogin::idsAreComparedAsNumbers_data()
     row("null counts as zero", withId("null"), "0", true);
     row("fraction counts as zero", withId("5.5"), "0", true);
     row("missing counts as zero", QByteArray(R"({"enterpriseName": "x"})"), "0", true);
-    row("no number asked for", withId("0"), "first", true);
-    row("no number asked for among numbers", withId("5"), "first", false);
+    row("non-numeric argument counts as zero", withId("0"), "first", true);
+    row("non-numeric argument is no other number", withId("5"), "first", false);
 }
 
 void TestCommandLineLogin::idsAreComparedAsNumbers()
@@ -235,7 +236,7 @@ void TestCommandLineLogin::failureIsLoggedAndGoesThroughAllTheSame()
     QVERIFY2(log.warnings().contains(LoginFailedPrefix + message),
              qPrintable(log.warnings().join(QLatin1Char('\n'))));
     QCOMPARE(m_observer->calls, (QStringList{QStringLiteral("failed"), QStringLiteral("succeeded")}));
-    // The steps of entering were tried, one warning each at least, and found no editor service.
+    // The remaining steps ran: they logged at least one more warning and found no editor service.
     const int failed = log.warnings().indexOf(LoginFailedPrefix + message);
     QVERIFY(log.warnings().size() > failed + 1);
     QVERIFY(log.debugs().contains(QStringLiteral("获取代理地址失败, 请检查服务器部署")));
@@ -243,7 +244,7 @@ void TestCommandLineLogin::failureIsLoggedAndGoesThroughAllTheSame()
     QVERIFY(session().sdkAddr.empty());
 }
 
-//! It runs through before the event loop gets to its end.
+//! The sign-in completes before the event loop ends.
 void TestCommandLineLogin::failureAsksTheApplicationToQuit()
 {
     MessageLog log;
@@ -271,7 +272,7 @@ void TestCommandLineLogin::successDoesNotAskTheApplicationToQuit()
     QCOMPARE(m_observer->sessions.size(), 1);
 }
 
-//! A failed sign-in leaves the list of the one before, and the enterprise is looked up there.
+//! A failed sign-in keeps the list of the previous one and searches the enterprise in it.
 void TestCommandLineLogin::failureEntersFromTheEarlierList()
 {
     signIn(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina")).toUtf8()), QStringLiteral("1003"));
@@ -280,7 +281,7 @@ void TestCommandLineLogin::failureEntersFromTheEarlierList()
     failToSignIn(QStringLiteral("lina"), md5(passwordOf(QStringLiteral("lina")).toUtf8()),
                  m_services.signInUrl(), QStringLiteral("1002"));
     QVERIFY(log.warnings().constFirst().startsWith(LoginFailedPrefix));
-    // The service's session is the earlier one, so the enterprise is entered.
+    // The previous session is still valid, so entering the enterprise succeeds.
     QCOMPARE(name(), QStringLiteral("东方轨道交通有限公司"));
 }
 

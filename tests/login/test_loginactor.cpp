@@ -35,7 +35,7 @@ using TestSupport::row;
 
 namespace {
 
-//! A window, its actor and an observer, made anew for each test.
+//! A window, its actor and an observer. Each test creates its own.
 struct SignIn {
     SignIn()
     {
@@ -43,7 +43,7 @@ struct SignIn {
         view.rootContext()->setContextProperty(QStringLiteral("view"), &view);
         actor.Attach(&observer);
     }
-    //! What onLogin left, as the host gets it.
+    //! Calls onShowHome and returns the session that the observer received.
     NelvoSDK::LoginSession published()
     {
         actor.onShowHome();
@@ -140,7 +140,7 @@ private Q_SLOTS:
 private:
     QString login(SignIn& signIn, const QString& user = QStringLiteral("lina"));
     QByteArrayList targets() const;
-    //! The editor service answers its next heartbeats with these cookies.
+    //! Makes the editor service set these cookies in its heartbeat replies.
     void setHeartbeatCookies(const QByteArrayList& cookies);
 
     TestSupport::StartedServices m_services;
@@ -444,7 +444,7 @@ void TestLoginActor::addressIsKeptOnlyOnceTheFormPassed()
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QVERIFY(!targets().contains("GET " + ServersPath.toLatin1()));
 
-    // Then at once, whether or not the company list comes.
+    // The address is kept as soon as the form has passed, even if the company list fails.
     m_services.clearReplies();
     m_services.addFault({Fault::Status, ListPath, {}, 503, false});
     QVERIFY(!login(signIn).isEmpty());
@@ -503,7 +503,7 @@ void TestLoginActor::aLoginInsideALoginEndsFirst()
     ended.append(QStringLiteral("outer:") + login(signIn));
     QCOMPARE(ended, (QStringList{QStringLiteral("inner:"), QStringLiteral("outer:")}));
 
-    // What follows goes to the service of the one that ended last.
+    // The next calls use the address of the login that ended last.
     signIn.actor.onLogin(m_url, QStringLiteral("1"), QStringLiteral("x"));
     QVERIFY(targets().contains("GET " + ServersPath.toLatin1()));
 }
@@ -688,7 +688,7 @@ void TestLoginActor::onLoginFailures_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<HttpReply>("reply");
     QTest::addColumn<QString>("warning");
-    QTest::addColumn<QString>("debug"); // empty: the session is filled all the same
+    QTest::addColumn<QString>("debug"); // empty if the session is filled despite the failure
 
     const auto replied = [](const QString& base, const QString& path) {
         return QStringLiteral("Error transferring %1%2 - server replied: Service Unavailable")
@@ -737,7 +737,8 @@ void TestLoginActor::onLoginFailures()
         QVERIFY(session.sdkAddr.empty());
         QVERIFY(session.loggedIn);
     }
-    // Without the binding the service gives no token, and an unfilled session has none.
+    // The token is empty in every row: it was not issued without a binding, its call failed, or the session
+    // was not filled.
     QVERIFY(session.iotToken.empty());
 }
 
@@ -824,7 +825,7 @@ void TestLoginActor::cookieTextMayHoldAnyCharacter()
     QCOMPARE(text(signIn.published().cookies), QStringLiteral("s=桥; domain=127.0.0.1; path=/"));
 }
 
-//! Names and ids pass unchanged, whatever they hold.
+//! Names and ids pass unchanged, whatever characters they contain.
 void TestLoginActor::sessionIsJsonText()
 {
     SignIn signIn;
@@ -836,7 +837,8 @@ void TestLoginActor::sessionIsJsonText()
     QCOMPARE(text(session.extra.at(L"epId")), QStringLiteral("not a number"));
 }
 
-//! All of them, also those that are empty. The published copy does not distinguish those from missing ones.
+//! The object contains even the empty texts. The published record does not distinguish empty from missing
+//! texts.
 void TestLoginActor::sessionObjectHasItsSevenTexts()
 {
     SignIn signIn;
@@ -852,7 +854,7 @@ void TestLoginActor::sessionObjectHasItsSevenTexts()
                                {"cookies", ""},
                                {"iotToken", ""}};
 
-    // The service hands its cookies out at the first call, and none at the second.
+    // The service sets its cookies in the first call only.
     signIn.actor.onLogin(m_url, {}, {});
     const QString cookies = kept[QStringLiteral("cookies")].toString();
     QVERIFY(cookies.startsWith(QStringLiteral("EDITORSESSION=")));
@@ -897,7 +899,7 @@ void TestLoginActor::showHomeClosesTheWindow()
     SignIn signIn;
     signIn.view.show();
     QVERIFY(QTest::qWaitForWindowExposed(&signIn.view));
-    // Each in its turn: what quits with the last window, the window, the observers.
+    // The order: quitOnLastWindowClosed is switched off, the window closes, the observers are called.
     connect(&signIn.view, &QWindow::visibleChanged, this,
             [] { QVERIFY(!QGuiApplication::quitOnLastWindowClosed()); });
     bool wasVisible = true;
@@ -927,7 +929,7 @@ void TestLoginActor::observersShareOneCopy()
     QCOMPARE(first.seen, second.seen);
 }
 
-//! A page may not be replaced while its own call is at work.
+//! A page must not be replaced while a call from it is running.
 void TestLoginActor::showLoginDuringACallWaitsForItsEnd()
 {
     class Impatient final : public NelvoSDK::ILoginObserver
@@ -986,7 +988,7 @@ void TestLoginActor::logoutGoesOutAtQuit()
     QVERIFY(m_services.log().requests().constFirst().header("Cookie").contains("CASTGC="));
 }
 
-//! A quit may be called off, and the next one signs out again.
+//! A quit can be cancelled. The next quit then signs out again.
 void TestLoginActor::logoutLeavesJarAndAddress()
 {
     SignIn signIn;

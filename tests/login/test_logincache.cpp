@@ -245,7 +245,7 @@ void TestLoginCache::damagedCacheIsLostOnUpdate()
     QCOMPARE(users(read()), QStringList{QStringLiteral("new")});
 }
 
-//! A directory in the file's place can be neither read nor written, whoever runs the test.
+//! A directory in place of the file can be neither read nor written, even by root.
 void TestLoginCache::unwritableFileKeepsItsContent()
 {
     QVERIFY(QDir().mkdir(m_file->path()));
@@ -257,7 +257,7 @@ void TestLoginCache::unwritableFileKeepsItsContent()
     QVERIFY(QDir().rmdir(m_file->path()));
 }
 
-//! Not by a new file that takes the place of the old one: another name of the same file would keep that.
+//! The cache file is rewritten, not replaced: after a replacement, a hard link would have the old content.
 void TestLoginCache::fileIsRewrittenInPlace()
 {
     m_file->write("[]");
@@ -284,7 +284,7 @@ void TestLoginCache::latin1PasswordComesBackAltered()
                  fileContent().at(0).toObject().value(QStringLiteral("passwd")).toString().toLatin1()),
              QByteArray("Gr\xF6\xDF"
                         "e"));
-    // Single Latin-1 bytes are no UTF-8: each becomes the replacement character.
+    // The Latin-1 bytes beyond ASCII are invalid UTF-8: each becomes the replacement character.
     const QString altered = read().front().passwd;
     QCOMPARE(altered, QString::fromUtf8("Gr\xF6\xDF"
                                         "e"));

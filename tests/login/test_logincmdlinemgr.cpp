@@ -19,7 +19,7 @@ namespace {
 constexpr std::chrono::milliseconds Now{0};
 const Block Untouched{'x', 'x', 'x', 'x', 'x', 'x', 'x', 'x'};
 
-//! Names that nobody else uses.
+//! Names that no other test or program uses.
 struct Names {
     std::wstring unique = QUuid::createUuid().toString(QUuid::WithoutBraces).toStdWString();
     std::wstring event = L"event-" + unique;
@@ -222,7 +222,7 @@ void TestLoginCmdLineMgr::tellsTheCaller()
     QCOMPARE(caller.text(), std::string("1"));
 }
 
-//! The text and its end; the rest of the caller's block is the caller's.
+//! Writes the text and its NUL. The rest of the block does not change.
 void TestLoginCmdLineMgr::writesTwoBytesOnly()
 {
     const Names names;
@@ -276,7 +276,7 @@ void TestLoginCmdLineMgr::nobodyThereIsQuiet()
 {
     const Names names;
     managerFor(names.event, names.block).notifyCaller();
-    // Nothing was created either.
+    // notifyCaller has created neither object: if one existed, this constructor would throw.
     const CallerHandshake caller(names.event, names.block);
     QVERIFY(!caller.wait(Now));
     QCOMPARE(caller.text(), std::string());

@@ -11,7 +11,7 @@
 #include <array>
 #include <cstring>
 
-// Stands in for the system's part of the handshake, so that it is seen in what order it is asked for.
+// Replaces the system's part of the handshake and records the order of the calls.
 
 struct NelvoPlugin::SharedMemory {
     std::array<char, 8> bytes{};
@@ -26,7 +26,7 @@ NelvoPlugin::SharedMemory block;
 NelvoPlugin::NamedEvent event;
 bool blockIsThere = true;
 bool eventIsThere = true;
-//! What was asked for, and what the observers heard.
+//! The calls of these functions and of the observers, in order.
 QStringList calls;
 
 } // namespace
@@ -56,12 +56,12 @@ void NelvoPlugin::setEvent(NamedEvent* /*event*/)
 
 namespace {
 
-//! Nobody listens at that address.
+//! No service listens at this address.
 const char* const Argument = "lina$$x$$127.0.0.1:1$$E$$B$$5";
 
 } // namespace
 
-//! The word back to the caller comes last, and the event comes behind the text that it tells of.
+//! The calling program is notified last: first the text is written, then the event is set.
 class TestLoginCmdLineMgrOrder : public QObject
 {
     Q_OBJECT
@@ -124,7 +124,7 @@ void TestLoginCmdLineMgrOrder::missingEventIsNotSet()
     QCOMPARE(block.bytes[0], '1');
 }
 
-//! Also after a sign-in that failed, since the whole sequence runs then too.
+//! The sign-in fails here. The remaining steps still run and notify the calling program.
 void TestLoginCmdLineMgrOrder::callerHearsAfterTheObservers()
 {
     const TestSupport::MessageLog log;

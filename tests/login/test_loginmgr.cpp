@@ -42,7 +42,7 @@ private Q_SLOTS:
     void destructionWithAShownWindowIsQuiet();
 
 private:
-    //! The one window there is: the manager's.
+    //! The manager's window; null unless it is the only window of the program.
     QQuickView* view() const;
     QJsonArray userInfos() const;
 
@@ -143,8 +143,8 @@ void TestLoginMgr::windowShowsBeforeItGetsTheUsers()
     QCOMPARE(userInfos().size(), 1);
 }
 
-//! Until the first home the application ends with its last window, as Qt has it. Later sign-ins change
-//! nothing.
+//! Until the first onShowHome, the application quits with its last window, which is Qt's default. After
+//! onShowHome it does not, even if ShowLogin shows the window again.
 void TestLoginMgr::homeKeepsTheApplicationFromThenOn()
 {
     QGuiApplication::setQuitOnLastWindowClosed(true);

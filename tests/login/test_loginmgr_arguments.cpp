@@ -20,23 +20,23 @@ bool anyWindowShown()
     return false;
 }
 
-//! Set in a process that is to be the application under test.
+//! Environment variable that makes this program the application under test.
 const char* const HostVariable = "NELVO_TEST_HOST";
 const QByteArray Shown = "shown";
 const QByteArray NotShown = "not shown";
 
-//! Shows a window and waits until the system has brought it up. What was to be shown before has been shown
-//! by then, since both went the same way.
+//! Shows a window and waits until it is exposed. The system handles requests in order, so an earlier window
+//! has been shown by then.
 void showAWindowAndWait()
 {
     QWindow window;
     window.resize(100, 100);
     window.show();
     if (!QTest::qWaitForWindowExposed(&window, 60000))
-        qFatal("no window comes up here");
+        qFatal("the system shows no window");
 }
 
-//! The application under test: starts the sign-in and tells whether there is a window.
+//! The application under test: starts the sign-in and prints whether a window is shown.
 int runHost(int argc, char** argv)
 {
     QGuiApplication application(argc, argv);
@@ -62,7 +62,7 @@ QByteArray start(const QStringList& arguments)
 
 } // namespace
 
-//! What the number of arguments does, each time in a process of its own.
+//! How Start depends on the number of arguments. Each row runs in its own process.
 class TestLoginMgrArguments : public QObject
 {
     Q_OBJECT

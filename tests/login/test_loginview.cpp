@@ -16,7 +16,7 @@ using TestSupport::ApplicationFile;
 
 namespace {
 
-//! At this factor the screen of the tests is lower than the page.
+//! With this factor, the screen of the tests is not as high as the page.
 constexpr double ScaleFactor = 1.5;
 constexpr QSize PageSize(340, 642);
 
@@ -45,7 +45,7 @@ private Q_SLOTS:
 private:
     void start();
     QQuickItem* item(const char* objectName) const;
-    //! In the window.
+    //! The item's rectangle in the window.
     QRectF place(const QQuickItem* item) const;
 
     std::unique_ptr<ApplicationFile> m_cache;
