@@ -54,7 +54,7 @@ QString text(const std::wstring& wide)
     return QString::fromStdWString(wide);
 }
 
-//! A manager, the plug-in behind it, and its ticks without the ten seconds between them.
+//! A manager and its plug-in. tick sends a timer event at once, without the interval of ten seconds.
 struct Project {
     Project()
     {
@@ -90,7 +90,7 @@ ProjectNode projectNode(const std::wstring& id, const std::wstring& name, bool w
     return project;
 }
 
-//! A reply whose tree has that many levels below its root, with `innermost` as the last node.
+//! A reply with a tree of that many levels below the root; `innermost` is the deepest node.
 QByteArray nested(int levels, const QByteArray& innermost)
 {
     return "{\"data\":" + QByteArray("{\"children\":[").repeated(levels) + innermost +
@@ -102,7 +102,7 @@ QList<QAbstractEventDispatcher::TimerInfo> timersOf(CProjectInfoMgr& manager)
     return QAbstractEventDispatcher::instance()->registeredTimers(&manager);
 }
 
-//! Set, to the address of the service, in a process that is to be pushed out without a plug-in.
+//! Environment variable with the address of the service. It makes this program run tickWithoutAPlugin only.
 const char* const NoPluginVariable = "NELVO_TEST_NO_PLUGIN";
 
 int tickWithoutAPlugin(const QString& sdkAddr)
@@ -116,7 +116,7 @@ int tickWithoutAPlugin(const QString& sdkAddr)
     return 0;
 }
 
-//! Levels below the root, along the first child.
+//! The number of levels below the node, along the first children.
 int depthOf(const OrgTreeNode& node)
 {
     return node.children.empty() ? 0 : 1 + depthOf(node.children.front());
@@ -233,7 +233,7 @@ private:
     void refresh(Project& project);
     void knowsOnServer(Project& project, const QByteArray& elements);
     QByteArrayList targets() const;
-    //! Makes a call, and runs `handler` while it waits for its first answer.
+    //! Runs `call`, and `handler` while the call waits for its first reply.
     void duringItsWait(const std::function<void()>& handler, const std::function<void()>& call);
 
     TestSupport::StartedServices m_services;
@@ -270,7 +270,7 @@ void TestProjectInfoMgr::refresh(Project& project)
     m_services.log().clear();
 }
 
-//! A session, and these projects in the snapshot of the service.
+//! Sets a session and makes the manager read these projects from the service.
 void TestProjectInfoMgr::knowsOnServer(Project& project, const QByteArray& elements)
 {
     m_services.setReply("GET", ScenePath, json("{\"data\":[" + elements + "]}"));
@@ -350,7 +350,7 @@ void TestProjectInfoMgr::emptyOperationsDoNothing()
     project.manager.GetProjectInfo(L"a", found);
     QVERIFY(found.id == L"a");
     QVERIFY(m_services.log().requests().isEmpty());
-    // The watch goes on until the manager is deleted.
+    // Shutdown does not stop the watch, which runs until the manager is deleted.
     QCOMPARE(timersOf(project.manager).size(), 1);
     project.tick();
     QCOMPARE(targets(), QByteArrayList{"GET /org/heartbeat"});
@@ -372,7 +372,8 @@ void TestProjectInfoMgr::knownProjectsAreNotAnnounced()
     Project project;
     knowsOnServer(project, R"({"id":"a","name":"theirs"})");
     project.manager.AddLocalProject(projectRef(L"a", L"ours"));
-    // Had it been announced, it would be added now; it is known by another name, so it is renamed.
+    // A local project would now be added with a POST. The service has this one under another name, so a PUT
+    // renames it.
     project.manager.OnUploadProject(projectNode(L"a", L"ours"), nullptr, true);
     QCOMPARE(targets(), QByteArrayList{"PUT /scene/project"});
 }
@@ -767,7 +768,7 @@ void TestProjectInfoMgr::replyWithoutDataClearsTheRoot()
     }
 }
 
-//! Qt's parser takes 1024 levels: one around the data, two for each level of the tree, one for the last node.
+//! Qt's parser accepts 1024 levels: one for the reply, two for each level of the tree, one for the last node.
 void TestProjectInfoMgr::treeAsDeepAsTheParserAllows()
 {
     constexpr int deepest = 511;
@@ -932,7 +933,7 @@ void TestProjectInfoMgr::listWithoutASessionFails()
     QVERIFY(projects.empty());
 }
 
-//! Three levels are the reply, its list and the project, the rest is what nobody reads.
+//! The reply, its list and the project are three levels. The other levels are in an ignored value.
 void TestProjectInfoMgr::listAsDeepAsTheParserAllows()
 {
     constexpr int deepest = 1021;
@@ -1103,7 +1104,7 @@ void TestProjectInfoMgr::uploadsDoNotLookAtTheReply_data()
     QTest::addColumn<int>("status");
     QTest::addColumn<QByteArray>("body");
     QTest::newRow("no JSON") << 200 << QByteArray("<html/>");
-    QTest::newRow("told failure") << 200 << QByteArray(R"({"code":500,"message":"no"})");
+    QTest::newRow("failure in the body") << 200 << QByteArray(R"({"code":500,"message":"no"})");
     QTest::newRow("created") << 201 << QByteArray("{}");
     QTest::newRow("no content") << 204 << QByteArray();
 }
@@ -1365,7 +1366,7 @@ void TestProjectInfoMgr::tickNeedsNoPluginUnlessPushedOut()
     QCOMPARE(log.warnings().size(), 1);
 }
 
-//! Hosts must call SetPlugin first; what happens otherwise happens in a process of its own.
+//! Hosts must call SetPlugin first. Otherwise a push-out ends the process, so the test uses a child process.
 void TestProjectInfoMgr::pushOutWithoutAPluginEndsTheProcess()
 {
     m_services.setReply("GET", HeartbeatPath, json(R"({"infoCode":"1007"})", 401));
@@ -1374,7 +1375,7 @@ void TestProjectInfoMgr::pushOutWithoutAPluginEndsTheProcess()
     environment.insert(QLatin1String(NoPluginVariable), m_services.editorUrl());
     process.setProcessEnvironment(environment);
     process.start(QCoreApplication::applicationFilePath(), QStringList());
-    // The services run on threads of their own, so they answer while this one waits.
+    // The services have their own threads, so they reply while this thread waits.
     QVERIFY(process.waitForFinished(60000));
     QVERIFY(process.exitStatus() == QProcess::CrashExit || process.exitCode() != 0);
     QCOMPARE(targets(), (QByteArrayList{"GET /org/tree", "GET /org/heartbeat"}));
@@ -1402,7 +1403,7 @@ void TestProjectInfoMgr::tickAsDeepAsTheParserAllows()
     QCOMPARE(log.warnings().at(1), TooDeep);
 }
 
-//! There is no time limit: the tick waits for as long as the service does.
+//! The tick has no timeout: it waits until the service replies.
 void TestProjectInfoMgr::tickGoesOnWhenAStalledReplyArrives()
 {
     Project project;
@@ -1487,7 +1488,7 @@ void TestProjectInfoMgr::noTimerDuringTheFirstRefresh()
     QCOMPARE(timersOf(project.manager).size(), 1);
 }
 
-//! Each of the timers fires once, without the ten seconds before that.
+//! Sends one event of each timer, without the interval of ten seconds.
 void TestProjectInfoMgr::twoTimersAskAndTellTwice()
 {
     Project project;
@@ -1502,7 +1503,7 @@ void TestProjectInfoMgr::twoTimersAskAndTellTwice()
     }
     QCOMPARE(targets(), (QByteArrayList{"GET /org/heartbeat", "GET /org/heartbeat"}));
     QCOMPARE(project.messages.first, (QStringList{PushedOut, PushedOut}));
-    // Being told stops neither.
+    // Both timers still run after the message.
     QCOMPARE(timersOf(project.manager).size(), 2);
 }
 

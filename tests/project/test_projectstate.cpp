@@ -106,20 +106,20 @@ const CallFacts& factsOf(Call call)
     return calls().at(static_cast<int>(call));
 }
 
-//! How the manager takes what came of a call.
+//! The outcome of a call, as the manager handles it.
 enum class Verdict { Failed, Unreadable, Accepted, WithoutData };
 
-//! A way to fail, as each kind of call sees it.
+//! A fault of the service, with the result of each kind of call.
 struct Way {
     const char* name;
     Fault fault;
     int value;
-    QString warning; //!< of a call that fails by it
+    QString warning; //!< of a call that fails; "%1" is its URL
     Verdict ofReading;
     Verdict ofUpload;
     Verdict ofHeartbeat;
-    bool isServed; //!< whether the service does what it was asked for
-    //! Warning of a body that cannot be read.
+    bool isServed; //!< whether the service carries out the request
+    //! The warning about a body that cannot be parsed.
     QString unreadable = QStringLiteral("parse json failed: illegal value");
 };
 
@@ -146,8 +146,8 @@ QVector<Way> ways()
     };
 }
 
-//! Whether Qt takes a body that ends too early for an error is a race in its network thread. Otherwise who
-//! reads the body fails all the same, and who does not succeeds.
+//! A race in Qt's network thread decides whether a body that ends too early is a transport error. If it is
+//! none, a call that reads the body still fails, and a call that ignores the body succeeds.
 Verdict verdictOf(const Way& way, Call call, const QStringList& warnings)
 {
     if (way.fault == Fault::CutBody && !warnings.contains(way.warning))
@@ -163,7 +163,7 @@ Q_DECLARE_METATYPE(NelvoDevkit::Fault)
 Q_DECLARE_METATYPE(Call)
 Q_DECLARE_METATYPE(Way)
 
-//! What the manager holds and what the service holds after each call, however the call ends.
+//! The state of the manager and of the service after each call, successful or not.
 class TestProjectState : public QObject
 {
     Q_OBJECT
@@ -187,11 +187,11 @@ private Q_SLOTS:
     void tickInsideEveryCall();
 
 private:
-    // What the manager keeps, part of which never comes out again by itself.
-    //! Ids and names of the service's projects, one a line.
+    // The manager's private state; no operation returns all of it.
+    //! Ids and names of the service's projects, one project per line.
     static QStringList serverProjects(const CProjectInfoMgr& manager);
     static QStringList localProjects(const CProjectInfoMgr& manager);
-    //! The tree, one unit a line, each below its parent.
+    //! The tree, one unit per line, each after its parent and with one ">" per level.
     static QStringList units(const CProjectInfoMgr& manager);
 
     void prepare(CProjectInfoMgr& manager);
@@ -204,11 +204,11 @@ private:
     LoginSession m_session;
     TestSupport::MessageMgrStandIn m_messages;
     PluginShell m_plugin;
-    // As prepare() leaves it.
+    // The manager's state at the end of prepare.
     QStringList m_server;
     QStringList m_local;
     QStringList m_units;
-    // What came out of the list's call.
+    // The result of the call that reads the list.
     bool m_isListed = false;
     std::list<ProjectNode> m_listed;
 };
@@ -243,7 +243,7 @@ void TestProjectState::initTestCase()
     m_plugin.messageMgr = &m_messages;
 }
 
-//! A session of the service, as a sign-in hands it over.
+//! Gets a session from the service, as a sign-in does.
 void TestProjectState::init()
 {
     m_services.clearFaults();
@@ -266,7 +266,7 @@ void TestProjectState::init()
     m_session.extra = {{L"epId", L"1001"}, {L"epName", L"企业"}};
 }
 
-//! Tree and list are known, two projects are announced, two devices are bound.
+//! Makes the manager read tree and list, adds two local projects, and binds two devices.
 void TestProjectState::prepare(CProjectInfoMgr& manager)
 {
     manager.SetPlugin(&m_plugin);
@@ -322,7 +322,7 @@ void TestProjectState::make(Call call, CProjectInfoMgr& manager)
     }
 }
 
-//! The enterprise's projects by id and name, then the number of bound devices.
+//! The enterprise's projects as id=name, then the number of bound devices.
 QStringList TestProjectState::onService() const
 {
     QStringList lines;
@@ -342,7 +342,7 @@ QStringList TestProjectState::expectedOnService(Call call, Verdict verdict, bool
         lines.append(QStringLiteral("new=新桥"));
     if (call == Call::Rename && isServed)
         lines[0] = QStringLiteral("scene-1001-01=改名");
-    // What the delete call leaves behind, then what the batch adds if it goes out.
+    // The devices that remain after the delete call, plus those of the batch if it is sent.
     if (call == Call::Delete)
         devices = (isServed ? 0 : 2) + (verdict == Verdict::Accepted ? 3 : 0);
     if (call == Call::Batch)
@@ -402,7 +402,7 @@ void TestProjectState::sessionIsKeptWhole()
             kept.sdkAddr == full.sdkAddr && kept.epName == full.epName && kept.appVer == full.appVer &&
             kept.iotToken == full.iotToken && kept.loggedIn && kept.extra == full.extra);
 
-    // What an earlier session had and the new one has not is gone.
+    // The new session replaces the whole earlier one, including values that the new one lacks.
     manager.ReflushProjOrgInfo(m_session);
     QVERIFY(kept.token.empty() && kept.extra == m_session.extra);
 }
@@ -451,7 +451,7 @@ void TestProjectState::departmentOfAnAnnouncementIsKept()
     QCOMPARE(localProjects(manager), (QStringList{"a|a|n||", "b|b|n|d|D"}));
 }
 
-//! Also one of another enterprise.
+//! The projects stay even with a session of another enterprise.
 void TestProjectState::newSessionKeepsProjects()
 {
     CProjectInfoMgr manager;
@@ -471,7 +471,7 @@ void TestProjectState::successfulCalls_data()
     QTest::addColumn<Fault>("fault");
     for (const CallFacts& facts : calls()) {
         QTest::addRow("%s: delay", facts.name) << facts.call << Fault::Delay;
-        // What an upload makes of a redirect is Qt's business: it goes on as a GET.
+        // Uploads have no such row: Qt follows their redirect with a GET.
         if (!isUpload(facts.call))
             QTest::addRow("%s: redirect", facts.name) << facts.call << Fault::Redirect;
     }
@@ -516,7 +516,7 @@ void TestProjectState::everyCallInEveryWay()
     const MessageLog log;
     make(call, manager);
     QStringList found = log.warnings();
-    found.replaceInStrings(QRegularExpression("( unterminated) .*"), "\\1"); // what the cut left open
+    found.replaceInStrings(QRegularExpression("( unterminated) .*"), "\\1"); // the rest depends on the cut
     const Verdict verdict = verdictOf(way, call, found);
     QStringList warnings;
     QStringList debugs;
@@ -547,7 +547,7 @@ void TestProjectState::tickInsideEveryCall_data()
     }
 }
 
-//! The call is held until a tick has come to its end inside it.
+//! The service does not reply to the call until a tick inside the call has ended.
 void TestProjectState::tickInsideEveryCall()
 {
     QFETCH(Call, call);
