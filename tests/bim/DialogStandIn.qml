@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// Stands at the dialog's address and writes down what it is asked, and what it sees of the context.
+// Replaces the dialog's page. Records the calls of its functions and the context properties that it finds.
 Item {
     property var calls: []
     property point placeWhenAsked

@@ -9,11 +9,11 @@
 inline const QString BimPath = QStringLiteral("/bim/relation/");
 inline const QString DwgPath = QStringLiteral("/bim/relation/dwg");
 
-//! \brief The simulated service with one BIM model and one drawing, at the application's address.
+//! \brief The simulated service with one BIM model and one drawing.
 class ModelService : public TestSupport::StartedServices
 {
 public:
-    //! As it is at the beginning of each test.
+    //! Restores the initial state, and sets the application's property "sdkAddr" to the service's address.
     void reset()
     {
         StartedServices::reset();
@@ -22,7 +22,7 @@ public:
         QCoreApplication::instance()->setProperty("sdkAddr", editorUrl());
     }
 
-    //! These rows, separated by commas, are the list from now on.
+    //! Replaces the list with these rows, separated by commas.
     void setList(const QString& path, const QByteArray& rows)
     {
         setAnswer(path, "{\"data\":[" + rows + "]}");

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-//! A unit of the organisation with that id and what is below it, named after its id.
+//! A unit of the organisation with that id and those children. Its name is "名" and the id.
 inline NelvoSDK::OrgTreeNode node(const std::wstring& id, std::list<NelvoSDK::OrgTreeNode> children = {},
                                   bool canSelect = true)
 {

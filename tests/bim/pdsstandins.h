@@ -10,7 +10,7 @@
 
 #include <functional>
 
-//! \brief Writes down what the observer of the BIM dialog hears.
+//! \brief Records the calls of an observer of the BIM dialog.
 class PdsObserver final : public NelvoSDK::IPdsObserver
 {
 public:
@@ -28,10 +28,10 @@ public:
     }
 
     QStringList calls;
-    //! The items of the dialog calls, and the visual parents that they had then.
+    //! The items in the dialog calls, and their visual parents at that time.
     QList<QQuickItem*> dialogs;
     QList<QQuickItem*> visualParents;
-    //! Runs in every call, with its text.
+    //! Called with the text of each call.
     std::function<void(const QString&)> whenCalled;
 
 private:
@@ -50,7 +50,7 @@ private:
     }
 };
 
-//! \brief Has an organisation tree and nothing else, and expects to fill an empty one.
+//! \brief Provides an organisation tree and nothing else. Records whether the caller passes an empty root.
 class ProjectInfo final : public NelvoSDK::IProjectInfoMgr
 {
 public:
@@ -77,7 +77,7 @@ public:
     bool wasAskedForEmpty = false;
 };
 
-//! \brief A host with the web channel that it is given, or none.
+//! \brief A host with the web channel `channel`, or none if this is null.
 class HostContext final : public NelvoSDK::IHostContext
 {
 public:

@@ -18,7 +18,7 @@ using TestSupport::PluginShell;
 
 namespace {
 
-//! A host's scene: a window, and an item in it that stands at (30, 40) in a frame at (100, 50).
+//! A host's scene: a window with a frame at (100, 50), and in the frame an item at (30, 40).
 struct Scene {
     Scene()
     {
@@ -45,7 +45,7 @@ struct Scene {
     QQuickItem item;
 };
 
-//! A dialog that a manager has built in the scene; before anyone opens it.
+//! A scene in which a manager has created the dialog. The dialog is not open.
 struct BuiltDialog : Scene {
     BuiltDialog()
     {
@@ -218,13 +218,12 @@ void TestBimDialogBridge::openingGoesThroughTheParentsTransform()
     built.item.setTransformOrigin(QQuickItem::TopLeft);
     built.item.setScale(2);
     built.manager.OpenBimDialog();
-    // Through the scale on the way to the scene, and through the same scale on the way back.
+    // The mapping to the scene applies the scale, and the mapping to the dialog removes it again.
     QCOMPARE(built.dialog()->position(), QPointF(30, 40));
     QCOMPARE(built.dialog()->mapToScene({0, 0}), QPointF(130 + 60, 90 + 80));
 }
 
-//! The point goes into the dialog's own coordinates, so a dialog that has been placed is placed anew from
-//! where it stands.
+//! The position is mapped to the dialog's own coordinates, so a second opening moves a placed dialog.
 void TestBimDialogBridge::openingTwicePlacesTheDialogAgain()
 {
     BuiltDialog built;
@@ -270,7 +269,7 @@ void TestBimDialogBridge::closingTakesTheDialogOutOfTheScene()
     QVERIFY(dialog);
     QVERIFY(!dialog->parentItem());
     QCOMPARE(dialog->parent(), &built.item);
-    // It is used again.
+    // The next call opens the same dialog.
     built.manager.OpenDWGBimDialog();
     QCOMPARE(built.dialogs().size(), 1);
     QCOMPARE(dialog->parentItem(), &built.item);
@@ -317,7 +316,7 @@ void TestBimDialogBridge::dialogGoesWithTheHostsItem()
         QQuickItem item(&scene.frame);
         manager.CreateBimDialog(&item);
     }
-    // A host may tear its scene down before it shuts the plug-in down.
+    // A host may destroy its scene before it shuts down the plug-in.
     manager.OpenBimDialog();
     manager.OpenDWGBimDialog();
     manager.onOpenDialog();
@@ -340,7 +339,7 @@ void TestBimDialogBridge::withoutItsContextThereIsNoDialog()
 {
     Scene scene;
     CPdsMgr manager;
-    manager.CreateBimDialog(&scene.item); // none was ever given
+    manager.CreateBimDialog(&scene.item); // no context is set yet
     {
         QQmlContext context(scene.engine.rootContext());
         manager.SetQmlContext(&context);
@@ -376,7 +375,7 @@ void TestBimDialogBridge::withoutItsItemNothingOpens()
     QVERIFY(built.dialogs().isEmpty());
 }
 
-//! The dialog can belong to something else than the item over which it shows.
+//! The object that owns the dialog can differ from the item in which the dialog is shown.
 void TestBimDialogBridge::withoutItsParentNothingOpens()
 {
     Scene scene;

@@ -23,7 +23,7 @@ const auto BimFailed = QStringLiteral("CProjectInfoMgr::getBimProjList getprojLi
 const auto DwgFailed =
     QStringLiteral("CProjectInfoMgr::getDWGBimProjList getprojList /scene/project falied!");
 
-//! What the worker has answered, in order.
+//! The lists that the worker has emitted, in order.
 struct Answers {
     explicit Answers(const CBimProjWorker& worker) : spy(&worker, &CBimProjWorker::sigSyncBimProjList) {}
     QJsonArray array(int index) const { return spy.at(index).at(0).toJsonArray(); }
@@ -267,7 +267,7 @@ void TestBimProjWorker::requestDuringARequestWaits()
     CBimProjWorker worker;
     const Answers answers(worker);
     m_services.addFault({Fault::Stall, BimPath, "GET", 0, true});
-    // Both run inside the wait for the first answer, which comes only after them.
+    // Both timers fire while the first request waits for its reply, which arrives after them.
     QTimer::singleShot(0, &worker, &CBimProjWorker::getDWGBimProjList);
     QTimer::singleShot(0, &worker, [&] {
         worker.getBimProjList();

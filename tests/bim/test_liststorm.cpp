@@ -19,7 +19,7 @@ constexpr int Fetches = 5000;
 constexpr int Calls = 5000;
 const auto HeartbeatPath = QStringLiteral("/org/heartbeat");
 
-//! As the timer of the watch does.
+//! Sends a timer event, as the manager's watch does.
 void tick(CProjectInfoMgr& manager)
 {
     QTimerEvent event(0);
@@ -28,8 +28,8 @@ void tick(CProjectInfoMgr& manager)
 
 } // namespace
 
-//! The lists are fetched on a thread of their own while the GUI thread makes calls and the watch ticks, at a
-//! service that sets two cookies with each answer.
+//! A worker thread fetches lists while the GUI thread makes calls and runs the watch. The service sets two
+//! cookies in each reply.
 class TestListStorm : public QObject
 {
     Q_OBJECT

@@ -8,7 +8,7 @@
 
 using NelvoPlugin::CPdsMgr;
 
-//! A program in which the dialog's page cannot be found.
+//! A program that does not contain the dialog's page.
 class TestMissingDialog : public QObject
 {
     Q_OBJECT
@@ -25,13 +25,13 @@ void TestMissingDialog::operationsHaveNoEffect()
     CPdsMgr manager;
     manager.Attach(&observer);
     const TestSupport::MessageLog log;
-    // Before there is any.
+    // Before CreateBimDialog.
     manager.OpenBimDialog();
     manager.OpenDWGBimDialog();
     manager.onOpenDialog();
     manager.onCloseDialog();
     QVERIFY(log.entries().isEmpty());
-    // After it failed to load, of which Qt says one line itself.
+    // After the dialog has failed to load, for which Qt logs one line.
     manager.SetQmlContext(engine.rootContext());
     manager.CreateBimDialog(&item);
     QCOMPARE(log.warnings(), QStringList{QStringLiteral("QQmlComponent: Component is not ready")});

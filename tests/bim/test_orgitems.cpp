@@ -12,7 +12,7 @@ using NelvoSDK::OrgTreeNode;
 
 namespace {
 
-//! r with a (of a1, a2) and b (of b1).
+//! The unit r with the children a (with a1 and a2) and b (with b1).
 OrgTreeNode sample()
 {
     return node(L"r", {node(L"a", {node(L"a1"), node(L"a2")}), node(L"b", {node(L"b1")}, false)}, false);

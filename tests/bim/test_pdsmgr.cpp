@@ -35,7 +35,7 @@ QStringList words(const char* text)
     return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
-//! One value of every record in the array.
+//! The value of `key` in each record of the array.
 QStringList column(const QJsonArray& records, const char* key)
 {
     QStringList values;
@@ -44,7 +44,7 @@ QStringList column(const QJsonArray& records, const char* key)
     return values;
 }
 
-//! A manager, an observer of it, and the order of its signals.
+//! A manager and its observer, which also records the manager's signals.
 struct Pds {
     Pds()
     {
@@ -61,7 +61,7 @@ struct Pds {
         QObject::connect(&manager, &CPdsMgr::checkListChanged, note("checkListChanged"));
     }
 
-    //! What was called since the last look.
+    //! The calls and signals since the previous call of this function.
     QStringList calls() { return std::exchange(observer.calls, {}); }
     QStringList shown(const char* key = "name") const { return column(manager.getBimProjList(), key); }
 
@@ -160,7 +160,7 @@ void TestPdsMgr::cleanup()
     VLSmartDB::clearDatabase();
 }
 
-//! Takes the organisation over, and waits for the list that is asked for with it.
+//! Calls InitBimData with this tree, and waits for the list that InitBimData requests.
 void TestPdsMgr::receiveTree(Pds& pds, const NelvoSDK::OrgTreeNode& tree)
 {
     pds.projects.tree = tree;
@@ -169,7 +169,7 @@ void TestPdsMgr::receiveTree(Pds& pds, const NelvoSDK::OrgTreeNode& tree)
     QTRY_COMPARE(arrived.size(), 1);
 }
 
-//! Asks for the BIM list, waits until it is there and forgets what was called meanwhile.
+//! Requests the BIM list, waits until it arrives, and drops the recorded calls.
 void TestPdsMgr::receiveBimList(Pds& pds, const QByteArray& rows)
 {
     m_services.setList(BimPath, rows);
@@ -289,7 +289,7 @@ void TestPdsMgr::destroyedWithoutEverHavingFetched()
     QVERIFY(log.entries().isEmpty());
 }
 
-//! Whether or not the thread has taken the request up by then.
+//! The worker thread may or may not have started the request by then.
 void TestPdsMgr::destroyedRightAfterARequest()
 {
     PdsObserver late;
@@ -317,7 +317,7 @@ void TestPdsMgr::destructionWaitsForTheFetch()
         answered = true;
         m_services.clearFaults();
     });
-    // Outlives the manager, to hear whatever it would still say.
+    // Outlives the manager and records any late call.
     PdsObserver late;
     pds->manager.Attach(&late);
     pds.reset();
@@ -326,7 +326,7 @@ void TestPdsMgr::destructionWaitsForTheFetch()
     QVERIFY(waited);
     QCoreApplication::sendPostedEvents();
     QVERIFY(late.calls.isEmpty());
-    // What was waiting behind the fetch is not taken up any more.
+    // The request that waited behind the fetch is not sent.
     QCOMPARE(m_services.targets(), QByteArrayList{"GET /bim/relation/"});
 }
 
@@ -358,7 +358,7 @@ void TestPdsMgr::emptyingIsToldBeforeTheRequest()
 {
     QFETCH(bool, isDwg);
     Pds pds;
-    // The list that is emptied is of the other kind.
+    // First shows the list of the other kind, which the call then empties.
     const auto fetch = [&pds](bool dwg) { dwg ? pds.manager.getDWGBimProj() : pds.manager.getBimProj(); };
     fetch(!isDwg);
     QTRY_VERIFY(!pds.shown().isEmpty());
@@ -384,7 +384,7 @@ void TestPdsMgr::nothingIsToldUntilTheListArrives()
     pds.manager.getDWGBimProj();
     QTRY_COMPARE(m_services.targets().size(), 2);
     QCOMPARE(pds.calls(), words("cleared"));
-    // The values have changed; only the signals wait.
+    // The values have already changed. Only the signals are emitted later.
     QVERIFY(pds.shown().isEmpty());
     QVERIFY(pds.manager.isDWGBimListViewed());
     m_services.clearFaults();
@@ -409,7 +409,7 @@ void TestPdsMgr::listIsThereBeforeItsKindIsTold()
     QStringList shown;
     QObject::connect(&pds.manager, &CPdsMgr::bViewDWGBimListChanged, [&] {
         shown += pds.shown();
-        pds.manager.searchBydeptId({}); // from the whole list
+        pds.manager.searchBydeptId({}); // reads the whole list
         shown += pds.shown();
     });
     pds.manager.getBimProj();
@@ -425,7 +425,7 @@ void TestPdsMgr::everythingIsToldOnTheGuiThread()
             strays.append(call);
     };
     pds.observer.whenCalled = check;
-    // In the thread that emits, whichever that is.
+    // A direct connection runs on the thread that emits the signal.
     QObject::connect(
         &pds.manager, &CPdsMgr::bimProjListChanged, &pds.manager,
         [&check] { check(QStringLiteral("bimProjListChanged")); }, Qt::DirectConnection);
@@ -465,7 +465,7 @@ void TestPdsMgr::failedFetchIsAnEmptyList()
     QVERIFY(pds.shown().isEmpty());
 }
 
-//! What asks for the list here leaves the one that is there as it is.
+//! InitBimData does not empty the list when it requests a new one. The failed fetch empties it.
 void TestPdsMgr::failedFetchEmptiesWhatWasShown()
 {
     Pds pds;
@@ -489,7 +489,7 @@ void TestPdsMgr::failedFetchKeepsTheNames()
     QVERIFY(pds.manager.GetBimProjName(L"g1") == L"一号楼");
 }
 
-//! Not before, when the host hears of a list that is not there yet.
+//! The names are not known yet in OnBimProjListSynced, which is called before the list is stored.
 void TestPdsMgr::namesAreKnownWhenTheListIsTold()
 {
     Pds pds;
@@ -517,7 +517,7 @@ void TestPdsMgr::namesOfBothListsAnswer()
     QVERIFY(pds.manager.GetBimProjName(L"b1") == L"bim");
 }
 
-//! The names of the first list are still to be taken in when the second one arrives.
+//! When the second list arrives, the names of the first one may not be stored yet.
 void TestPdsMgr::listsThatArriveTogetherAreNamedInOrder()
 {
     Pds pds;
@@ -536,7 +536,7 @@ void TestPdsMgr::listsThatArriveTogetherAreNamedInOrder()
     });
     pds.manager.getDWGBimProj();
     pds.manager.getBimProj();
-    pds.manager.getBimProj(); // goes out once the lists of the others are on their way
+    pds.manager.getBimProj(); // is sent after the other lists have been emitted
     for (const QDeadlineTimer end(30000); m_services.targets().size() < 3 && !end.hasExpired();)
         QThread::msleep(1);
     QCOMPARE(lists, 0);
@@ -557,7 +557,7 @@ void TestPdsMgr::laterRowNamesTheGuid()
 void TestPdsMgr::namesCompareExactly()
 {
     Pds pds;
-    // The second row has an empty guid, and still nothing answers to one.
+    // The second row has an empty GUID. GetBimProjName still returns no name for an empty GUID.
     receiveBimList(pds, R"({"nelvo3dId":"Ab","ppName":"name"},{"ppName":"nameless"})");
     QVERIFY(pds.manager.GetBimProjName(L"ab").empty());
     QVERIFY(pds.manager.GetBimProjName(L"Ab ").empty());
@@ -577,7 +577,7 @@ void TestPdsMgr::quickSwitchesAreAnsweredInOrder()
     pds.manager.getBimProj();
     pds.manager.getDWGBimProj();
     QTRY_COMPARE(shown.size(), 4);
-    // Each answer comes in its turn, under the flag of the request that was made last.
+    // The lists arrive in the order of the requests. The flag is always that of the last request.
     QCOMPARE(shown, words("bim1 dwg1 bim1 dwg1"));
 }
 
@@ -785,7 +785,7 @@ void TestPdsMgr::departmentAndAllBelowIt()
     pds.manager.searchBydeptId(QStringLiteral("a1"));
     QCOMPARE(pds.shown(), words("below self below2"));
     QCOMPARE(pds.calls(), words("bimProjListChanged"));
-    // The filter starts from the whole list each time.
+    // Each filter applies to the whole list.
     pds.manager.searchBydeptId(QStringLiteral("b"));
     QCOMPARE(pds.shown(), words("beside"));
 }
@@ -850,7 +850,7 @@ void TestPdsMgr::projectWithoutDepartment()
     pds.manager.searchBydeptId(QStringLiteral("r"));
     QCOMPARE(pds.shown(), words("bound"));
 
-    // A unit without an id below the chosen one takes it in.
+    // A unit without an id below the chosen unit matches the projects without a department.
     Pds odd;
     odd.projects.tree = node(L"r", {node({})});
     odd.manager.InitBimData();
@@ -869,7 +869,7 @@ void TestPdsMgr::initialDataFillsTheTreeAndAsksForTheList()
     pds.projects.tree = node(L"r");
     pds.manager.InitBimData();
     QTRY_COMPARE(m_services.targets(), (QByteArrayList{"GET /bim/relation/dwg", "GET /bim/relation/"}));
-    // Lists and flag stay as they are, and nobody is told that they were emptied.
+    // The list and the flag have not changed, and no observer has been called.
     QVERIFY(pds.calls().isEmpty());
     QCOMPARE(pds.shown(), words("dwg"));
     m_services.clearFaults();
@@ -887,7 +887,7 @@ void TestPdsMgr::initialDataGoesInItsOrder()
     pds.projects.tree = node(L"r");
     QStringList seen;
     QObject::connect(&pds.manager, &CPdsMgr::sigGetBimProjList, [&] {
-        // A department that is not there yet would change nothing.
+        // searchBydeptId emits a signal only if the tree already contains the department.
         pds.manager.searchBydeptId(QStringLiteral("r"));
         seen = pds.calls() + channel.registeredObjects().keys();
     });

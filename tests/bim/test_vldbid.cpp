@@ -110,7 +110,7 @@ void TestVldbId::whatTheNumberReaderLetsPass()
     QCOMPARE(toVldbId(replaced(0, L"      1f")).data1, 0x1fU);
     QCOMPARE(toVldbId(replaced(0, L"0x00002a")).data1, 0x2aU);
     QCOMPARE(toVldbId(replaced(0, L"+000002a")).data1, 0x2aU);
-    // A sign turns the number round in all the reader's bits, of which the field keeps its own.
+    // For a minus sign, the reader returns the two's complement. The field keeps its lowest bits.
     const VLDBId negative = toVldbId(replaced(9, L"-001"));
     QVERIFY(negative.text.empty());
     QCOMPARE(int(negative.data2), 0xffff);
@@ -118,7 +118,7 @@ void TestVldbId::whatTheNumberReaderLetsPass()
     // Blanks alone are no number, and neither is a prefix without a digit.
     QVERIFY(!toVldbId(replaced(0, L"        ")).text.empty());
     QVERIFY(!toVldbId(replaced(19, L"0x")).text.empty());
-    // A blank behind the digits is not consumed.
+    // The reader stops at a blank after the digits.
     QVERIFY(!toVldbId(replaced(7, L" ")).text.empty());
 }
 
