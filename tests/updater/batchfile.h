@@ -2,24 +2,25 @@
 
 #include "tests/updater/installation.h"
 
-//! \brief What replaces an installation after its host has ended: the batch file and `cmd` that runs it, or
-//! where there is no `cmd`, a script in its place.
+//! \brief The batch file that replaces an installation after its host has ended. On systems without `cmd`, a
+//! script takes its place.
 class BatchFile
 {
 public:
-    //! `script` is what runs where there is no `cmd`.
+    //! `script` is the path of the script on systems without `cmd`.
     BatchFile(const Installation& host, const QString& script) : m_host(host), m_script(script) {}
 
-    //! What it leaves behind: of the script that it has run, or of the host that the batch file starts in the
-    //! end, with how many arguments. Empty before that.
+    //! The trace file of the script, or of the host that the batch file starts at its end. It contains the
+    //! number of arguments. Empty if there is no file yet.
     QByteArray trace() const;
 
-    //! Lets it wait, once it runs, between `first.txt` and `second.txt`. False where nothing can.
+    //! Makes the next run stop after `first.txt`, before `second.txt` is complete. Returns false if the
+    //! system cannot do this.
     bool hold() const;
     bool isHeld() const;
-    //! Ends it there, as the end of the machine does. False if it can't be found.
+    //! Kills the stopped run, as a power failure would. Returns false if the run is not found.
     bool kill() const;
-    //! A next one need not wait.
+    //! Makes later runs continue without a stop.
     void letGo() const;
 
 private:

@@ -18,7 +18,7 @@ QByteArray BatchFile::trace() const
 
 bool BatchFile::hold() const
 {
-    // Nobody opens it.
+    // The script waits at this pipe, because no process opens it for writing.
     return makeFifo(m_host.path(Gate));
 }
 

@@ -13,7 +13,7 @@
 
 namespace {
 
-//! `cmd` looks for the programs of a batch file beside it first.
+//! `cmd` searches the directory of the batch file first, so it runs this program as xcopy.
 const auto Copy = QStringLiteral("xcopy.exe");
 
 struct HandleCloser {
@@ -70,7 +70,7 @@ bool BatchFile::kill() const
     entry.dwSize = sizeof entry;
     for (BOOL more = Process32FirstW(all, &entry); more; more = Process32NextW(all, &entry)) {
         const Handle process = openProcess(entry.th32ProcessID);
-        // The command that started the copy first, or it would go on.
+        // Ends the copy's parent first: the `cmd` would continue with the next line of the batch file.
         if (process && programOf(process) == copy)
             return end(openProcess(entry.th32ParentProcessID)) && end(process);
     }
@@ -79,7 +79,7 @@ bool BatchFile::kill() const
 
 void BatchFile::letGo() const
 {
-    // Windows lets go of the program of a process some time after its end.
+    // Windows releases the program file some time after its process has ended.
     const QString copy = m_host.path(Copy);
     if (!QTest::qWaitFor([&copy] { return QFile::remove(copy); }, Installation::Patience))
         qFatal("cannot remove %s", qUtf8Printable(copy));

@@ -1,7 +1,7 @@
 //! \file
-//! \brief A host in small that reads the files of the sign-in beside itself and remembers an account there.
+//! \brief A small host that reads the sign-in's files in its directory and stores an account there.
 //!
-//! Prints the two texts that it has read, and the users that it has remembered, each on a line of its own.
+//! Prints the two addresses from the files, then the stored users, one text per line.
 
 #include "login/addressfiles.h"
 #include "login/logincache.h"

@@ -19,7 +19,7 @@ void sayMessage(QtMsgType type, const QMessageLogContext& context, const QString
     say(QStringLiteral("log %1 ").arg(type) + place + text);
 }
 
-//! Whoever waits for the file finds it whole.
+//! Tests wait for the file, so it appears only when it is complete.
 int leaveTrace()
 {
     QSaveFile trace(QCoreApplication::applicationFilePath() + QStringLiteral(".started"));

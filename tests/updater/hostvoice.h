@@ -4,14 +4,15 @@
 #include <QtGlobal>
 
 //! \file
-//! \brief How a host in small says what happens in it, for an Installation to read.
+//! \brief How a small host reports its events to an Installation.
 
-//! What the host knows at this moment. Each host defines it.
+//! The current state of the host as one text. Each host defines this function.
 QString knowledge();
 
-//! Writes an event to the standard output, and what the host knows behind a tab.
+//! Writes a line to the standard output: the event, a tab, and the state of the host.
 void say(const QString& event);
-//! A message handler that says every log line, behind its category if that isn't the default one.
+//! A message handler that writes each log line as an event, with the category in front unless it is the
+//! default.
 void sayMessage(QtMsgType type, const QMessageLogContext& context, const QString& text);
-//! Leaves NAME.started beside the program, with the number of its arguments. The status to end with.
+//! Writes NAME.started beside the program, with the number of arguments. Returns the host's exit status.
 int leaveTrace();

@@ -14,7 +14,7 @@
 
 namespace {
 
-//! The user's settings of the hosts of this program, which has them for itself.
+//! The user's settings of the hosts of this test program. Other test programs have other settings.
 QSettings settings()
 {
     return QSettings(QSettings::NativeFormat, QSettings::UserScope, "NelvoTests",
@@ -32,7 +32,7 @@ Installation::Installation(const QString& program, const QString& subdirectory, 
     if (!m_dir.isValid() || !QDir().mkpath(m_home) || !QFile::copy(program, m_program))
         qFatal("cannot install the host");
     write("updateConfig.json", R"({"version": "1.0.0", "other": true})");
-    // Where settings are files, the hosts have them in here, too.
+    // On systems that store settings in files, the hosts use this directory too.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_dir.filePath("config"));
     settings().clear();
 }
@@ -40,7 +40,7 @@ Installation::Installation(const QString& program, const QString& subdirectory, 
 Installation::~Installation()
 {
     settings().clear();
-    // Windows lets go of the files of a process some time after its end.
+    // Windows releases the files of a process some time after the process has ended.
     if (!QTest::qWaitFor([this] { return QDir(root()).removeRecursively(); }))
         qWarning("%s is left behind", qUtf8Printable(root()));
 }
@@ -78,7 +78,7 @@ void Installation::writeState(int updateState) const
 
 void Installation::makeBatchFileStartable() const
 {
-    // Longer than what comes: nothing of it may stay.
+    // Longer than the new content, which must replace it completely.
     write("cover.bat", QByteArray(5000, '#'));
     QFile::setPermissions(path("cover.bat"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
@@ -160,7 +160,7 @@ QStringList Installation::column(int index) const
     const QRegularExpression place(R"( \S*updater[/\\]updater\.cpp \d+ )");
     QStringList texts;
     QStringList lines = QString::fromUtf8(m_output).remove('\r').split('\n');
-    lines.removeLast(); // not complete yet
+    lines.removeLast(); // empty or incomplete
     for (const QString& line : qAsConst(lines))
         texts.append(line.section('\t', index, index).replace(place, QStringLiteral(" > ")));
     return texts;

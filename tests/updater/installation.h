@@ -8,28 +8,28 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-//! \brief A host in a directory of its own, version 1.0.0, run again and again there.
+//! \brief A small host of version 1.0.0 in its own directory. It can run several times.
 //!
-//! The host writes what happens in it to its standard output: a line for each event, which a tab parts from
-//! what the host knows at that moment.
+//! The host writes a line for each event to its standard output: the event, a tab, and the state of the host
+//! at that moment.
 class Installation
 {
 public:
-    //! Milliseconds to wait for what must come.
+    //! Milliseconds after which a wait fails.
     static constexpr int Patience = 60000;
 
-    //! A subdirectory whose path has no blank, so that the batch file can be started there.
+    //! A subdirectory without a blank in its path, so that the batch file can be started there.
     inline static const QString WithoutBlank = QStringLiteral("app");
 
-    //! Installs a copy of the program, in a directory of its own below `parent`. By default the batch file
-    //! can't be started, and what it would use up stays.
+    //! Installs a copy of the program in its own directory below `parent`. The default path contains a blank.
+    //! So the batch file cannot be started, and the files that it would remove stay.
     explicit Installation(const QString& program, const QString& subdirectory = QStringLiteral("an app"),
                           const QString& parent = QDir::tempPath());
     ~Installation();
     Q_DISABLE_COPY(Installation)
 
     QString path(const QString& name) const { return m_home + QLatin1Char('/') + name; }
-    //! The directory that holds the subdirectory and the user's settings.
+    //! The directory that contains the subdirectory and the user's settings.
     QString root() const { return m_dir.path(); }
 
     QByteArray content(const QString& name) const;
@@ -38,33 +38,33 @@ public:
     void write(const QString& name, const QByteArray& content) const;
     //! Writes a state file of the release 1.0.1.
     void writeState(int updateState) const;
-    //! Where it takes a permission to start a file, the one that is there before lends its own to the batch
-    //! file.
+    //! Writes an executable `cover.bat`. The updater replaces only its content, so the batch file is
+    //! executable on systems that need a permission for this.
     void makeBatchFileStartable() const;
-    //! What is on record of an update that is under way; -1 if nothing is.
+    //! The state in the state file; -1 if there is none.
     int state() const { return json(QStringLiteral("NelvoUpdateState.dat")).value("updateState").toInt(-1); }
     QString configVersion() const;
     QString settingsVersion() const;
 
     void start(const QStringList& arguments);
-    //! Runs it to its end. False if it doesn't end well.
+    //! Runs the host to its end. Returns false unless it exits with status 0.
     bool run(const QStringList& arguments);
-    //! Waits for the end of what was started. False if it doesn't end well.
+    //! Waits for the end of the started host. Returns false unless it exits with status 0.
     bool ends();
-    //! Waits for such an event.
+    //! Waits for this event. Returns false if it does not occur.
     bool reaches(const QString& event);
-    //! Ends it without a word, as a crash does.
+    //! Kills the host, as a crash would.
     void kill();
-    //! What was started has printed so far.
+    //! The output of the last start, as far as it has been read.
     const QByteArray& output() const { return m_output; }
     bool runs() const { return m_process.state() == QProcess::Running; }
 
-    //! What happened in it, in order.
+    //! The events of the last start, in order.
     QStringList events() const { return column(0); }
-    //! The same without what depends on the time that passes: the progress before its end, and how long that
-    //! was shown.
+    //! The events that do not depend on timing: without the progress below 1, and without the time for which
+    //! the end was shown.
     QStringList orderedEvents() const;
-    //! What it knew at the last event that begins like that.
+    //! The state of the host at the last event that begins with this text.
     QString recordsAt(const QString& event) const;
 
 private:
@@ -77,5 +77,6 @@ private:
     QByteArray m_output;
 };
 
-//! Makes a pipe that holds whoever opens it until the other end is opened too. False where there are none.
+//! Creates a named pipe: a process that opens it waits until the other end is opened too. Returns false if
+//! the system has no such pipes.
 bool makeFifo(const QString& path);

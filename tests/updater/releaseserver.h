@@ -7,25 +7,25 @@
 #include <QString>
 #include <QStringList>
 
-//! \brief The simulated update service with one release of one package, for an Installation to come to.
+//! \brief The simulated update service with one release, for the host of an Installation.
 class ReleaseServer
 {
 public:
-    //! Offers a package with a new editor, a configuration of its own and a page, whole and at once, and
-    //! forgets the requests so far.
+    //! Offers a package with an editor, a configuration file and a page, delivers it completely and without
+    //! delay, and clears the recorded requests.
     void reset();
     void offer(const QByteArray& package, const QString& version = QStringLiteral("1.0.1"));
-    //! What is offered.
+    //! The offered package.
     const QByteArray& package() const { return m_package; }
     QString md5() const;
 
-    //! Sends so many bytes of the package, and no more until it delivers again.
+    //! Delivers this number of bytes of the package, and no more until deliver() is called.
     void stallAfter(qint64 bytes);
     void deliver();
 
-    //! The arguments with which a host in small takes that step here.
+    //! The arguments for a small host that runs this step with this service.
     QStringList arguments(const QString& step) const;
-    //! The ranges of the package that were asked for.
+    //! The Range headers of the requests for the package.
     QByteArrayList ranges() const;
     void clearRequests() { m_services.log().clear(); }
 

@@ -1,6 +1,6 @@
 #!/bin/sh
-# Plays the batch file where there is no cmd: lays what was unpacked over the installation, file by file. At a
-# file that has a pipe NAME.gate beside it, it waits until that is opened.
+# Replaces the batch file on systems without cmd: copies the unpacked files over the installation, one by one. If the
+# installation contains a pipe NAME.gate, the script waits before the file NAME until the pipe is opened.
 echo "started with $# arguments" > "$0.started"
 echo $$ > "$0.pid"
 cd "$(dirname "$0")" || exit

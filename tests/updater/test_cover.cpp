@@ -85,7 +85,7 @@ void TestCover::wholeUpdate()
     const QString committed = QStringLiteral("settings=1.0.1 config=1.0.1 history=1 state=0 batch=0");
     QCOMPARE(host.recordsAt("info " + Farewell), committed);
     QCOMPARE(host.recordsAt("upgradeEnd"), committed);
-    QCOMPARE(host.recordsAt("timers 0"), committed); // a second before the batch file is due
+    QCOMPARE(host.recordsAt("timers 0"), committed); // one second before the batch file is written
     QCOMPARE(host.recordsAt("left"), QStringLiteral("settings=1.0.1 config=1.0.1 history=1 state=0 batch=1"));
 
     QCOMPARE(host.content("updateConfig.json"),
@@ -105,7 +105,7 @@ void TestCover::wholeUpdate()
     QCOMPARE(host.content("NelvoUpdate/NelvoEditor.zip"), m_server.package());
     QCOMPARE(host.content("NelvoUnCompress/NelvoEditor.exe"), QByteArray(200000, 'x'));
     QCOMPARE(host.content("NelvoUnCompress/qml/Main.qml"), QByteArray("Item {}"));
-    // It is for the batch file to drop the package's own.
+    // The batch file would delete this file of the package, but it does not run here.
     QCOMPARE(host.content("NelvoUnCompress/updateConfig.json"), QByteArray(R"({"version": "9.9"})"));
 }
 
@@ -131,7 +131,7 @@ void TestCover::pageSeesTheEndForTwoSeconds()
     QVERIFY(host.run({"cover"}));
     const QStringList shown = host.events().filter(QRegularExpression("^shown "));
     QCOMPARE(shown.size(), 1);
-    // A coarse timer of two seconds.
+    // A coarse timer of two seconds may fire 5 % early.
     QVERIFY2(shown[0].section(' ', 1, 1).toInt() >= 1900, qPrintable(shown[0]));
     QVERIFY2(shown[0].section(' ', 2, 2).toInt() > 0, qPrintable(shown[0]));
     QCOMPARE(host.events().filter("upgradeProcess"), QStringList{"upgradeProcess 1"});
@@ -143,8 +143,8 @@ void TestCover::settingsAreCommittedFirst()
     host.writeState(2);
     QVERIFY(QFile::remove(host.path("updateConfig.json")));
     QVERIFY(host.run({"cover"}));
-    // What is logged of the missing file, at the start and in the cover, shows how far the commitment is
-    // there.
+    // The missing file is logged at the start and in doCover. The state at the second line shows what doCover
+    // has recorded by then.
     const QString missing = QStringLiteral("log 1 open file  %1 failed").arg(host.path("updateConfig.json"));
     QCOMPARE(host.events().filter(missing).size(), 2);
     QCOMPARE(host.recordsAt(missing), QStringLiteral("settings=1.0.1 config= history=0 state=2 batch=0"));
@@ -169,7 +169,7 @@ void TestCover::versionIsCommittedBeforeTheState()
 {
     Installation host(QStringLiteral(UPDATEHOST));
     host.writeState(2);
-    // A pipe that nobody reads holds the cover at the history, between the two.
+    // A pipe without a reader blocks doCover at the history, after the version and before the state.
     if (!makeFifo(host.path("NelvoUpdateLog.txt")))
         QSKIP("stops the host at a named pipe in its directory; Windows keeps named pipes elsewhere");
     host.start({"cover"});
@@ -255,7 +255,7 @@ void TestCover::batchFileReplacesTheInstallation()
     QVERIFY(host.content("NelvoUpdateLog.txt").contains("1.0.1"));
     QCOMPARE(host.state(), 0);
 
-    // The new host is the one that looks for the next release.
+    // The new host checks for the next release and finds none.
     QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
     QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.1"}));
 }
@@ -265,7 +265,7 @@ void TestCover::blankInThePathKeepsTheBatchFileFromStarting()
     Installation host(QStringLiteral(UPDATEHOST_RUNNABLE), QStringLiteral("with blank"));
     const BatchFile batch(host, host.path("cover.bat"));
     host.makeBatchFileStartable();
-    // What is started instead is what stands before the blank.
+    // The updater starts the part of the path before the blank as the program.
     const QString before = host.root() + QStringLiteral("/" BEFORE_BLANK_NAME);
     QVERIFY(QFile::copy(QStringLiteral(BEFORE_BLANK), before));
     QVERIFY(QFile::setPermissions(before, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
@@ -308,7 +308,7 @@ void TestCover::packageWithoutEntriesCovers()
     QVERIFY(host.exists("cover.bat"));
 }
 
-//! The unpacking must end, or the host never does.
+//! If the unpacking did not end, the host would not end either.
 void TestCover::packageWithAnEntryThatEndsEarlyCovers()
 {
     ZipArchive package;
@@ -328,7 +328,7 @@ void TestCover::damagedPackageLeavesTheHostRunning()
     Installation host(QStringLiteral(UPDATEHOST));
     host.start(updateArguments());
     QVERIFY(host.reaches(QStringLiteral("log 4 > 解压失败")));
-    // The bar goes on, since it measures time.
+    // The progress continues, because it measures time.
     QVERIFY(host.reaches(QStringLiteral("upgradeProcess 0.05")));
     QVERIFY(host.runs());
     QVERIFY(!host.exists("NelvoUnCompress"));
@@ -357,7 +357,7 @@ void TestCover::killedInTheDownloadItIsContinued()
 void TestCover::killedBehindTheChecksumItSkipsTheTransfer()
 {
     Installation host(QStringLiteral(UPDATEHOST));
-    // The unpack directory can't be made, so this goes no further than the unpack.
+    // A file in place of the directory makes the first unpacking fail.
     host.write("NelvoUnCompress", "in the way");
     host.start(updateArguments());
     QVERIFY(host.reaches(QStringLiteral("log 4 > 解压失败")));
@@ -379,7 +379,7 @@ void TestCover::killedInTheUnpackItIsUnpackedAnew()
     archive.add("last", "3");
     m_server.offer(archive.bytes());
     Installation host(QStringLiteral(UPDATEHOST));
-    // A pipe that nobody reads holds the unpack at its second entry.
+    // A pipe without a reader blocks the unpacking at its second entry.
     if (!makeFifo(host.path("held")))
         QSKIP("stops the host at a named pipe in its directory; Windows keeps named pipes elsewhere");
     host.start(updateArguments());
@@ -408,7 +408,7 @@ void TestCover::killedInTheCoverTheVersionStands()
     QVERIFY(!host.exists("cover.bat"));
     QCOMPARE(host.settingsVersion(), QStringLiteral("1.0.1"));
     QCOMPARE(host.state(), 2);
-    // The files are the old ones, and no update is seen any more.
+    // The files are still the old ones, but the check finds no update.
     QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
     QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.1"}));
     QCOMPARE(host.state(), 2);
@@ -439,7 +439,7 @@ void TestCover::killedBatchFileIsNotContinued()
     for (const QString& name : names)
         host.write(name, "old");
     if (!batch.hold())
-        QSKIP("nothing can hold the batch file here");
+        QSKIP("this system cannot stop the batch file between two files");
     QVERIFY(host.run(updateArguments()));
     QTRY_VERIFY_WITH_TIMEOUT(batch.isHeld(), Patience);
     QVERIFY(batch.kill());
@@ -447,7 +447,7 @@ void TestCover::killedBatchFileIsNotContinued()
     QVERIFY(host.content("second.txt") != "new");
     QCOMPARE(host.content("third.txt"), QByteArray("old"));
 
-    // The version on record is the new one, so nothing puts the mix right.
+    // The recorded version is the new one, so no later check repairs the mixed installation.
     m_server.clearRequests();
     QVERIFY(host.run(updateArguments(QStringLiteral("check"))));
     QCOMPARE(host.events(), (QStringList{"needUpdate 0", "left with 1.0.1"}));
@@ -457,7 +457,7 @@ void TestCover::killedBatchFileIsNotContinued()
     for (const char* name : {"NelvoUnCompress/second.txt", "NelvoUnCompress/third.txt"})
         QCOMPARE(host.content(name), QByteArray("new"));
 
-    // The next release fetches its own package and clears away what was left of this one.
+    // The update to the next release downloads its own package and removes the unpacked files of this one.
     batch.letGo();
     ZipArchive next;
     next.add("first.txt", "newer");

@@ -10,7 +10,7 @@ namespace {
 
 constexpr int Patience = Installation::Patience;
 
-//! The root of a drive other than that of the temporary files; empty if there is none to write to.
+//! A writable directory on another drive than the temporary files; empty if there is none.
 QString otherDrive()
 {
     const QString own = QDir::tempPath().section('/', 0, 0);
@@ -28,7 +28,7 @@ QString otherDrive()
 
 } // namespace
 
-//! \brief Installations in directories that not every program can cope with.
+//! \brief Installations in directories whose paths some programs cannot handle.
 class TestInstallPaths : public QObject
 {
     Q_OBJECT
@@ -39,7 +39,7 @@ private Q_SLOTS:
     void directory_data();
     void directory();
     void directoryOnAnotherDrive();
-    // Much of Windows stops at paths of 260 characters.
+    // Many functions of Windows fail for paths of 260 characters or more.
     void longDirectory();
     void longNamesInThePackage();
 
@@ -112,7 +112,7 @@ void TestInstallPaths::directory_data()
     QTest::newRow("Chinese") << QStringLiteral("三维编辑器") << true;
     QTest::newRow("Chinese below Chinese") << QStringLiteral("软件/三维编辑器") << true;
     QTest::newRow("no code page has all of it") << QStringLiteral("编辑器-é-Ж") << true;
-    // A blank parts the path of the batch file in two.
+    // A blank splits the path of the batch file, so the batch file is not started.
     QTest::newRow("blank") << QStringLiteral("Nelvo Editor") << false;
     QTest::newRow("Chinese with a blank") << QStringLiteral("三维 编辑器") << false;
 }
@@ -136,7 +136,7 @@ void TestInstallPaths::longDirectory()
 {
     const QString subdirectory = QString(120, 'a') + '/' + QString(120, 'b') + '/' + QString(60, 'c');
     if (HAS_SHORT_PATHS) {
-        // No program starts there.
+        // Windows starts no program from such a path.
         Installation host(QStringLiteral(FILEHOST), subdirectory);
         QVERIFY(!host.run({}));
     } else {
@@ -144,8 +144,8 @@ void TestInstallPaths::longDirectory()
     }
 }
 
-//! The unpacking copes with them. What xcopy does with them is for Windows to say, so no batch file runs
-//! there.
+//! The package is unpacked completely. The batch file does not run here, because the result of xcopy with
+//! such paths depends on Windows.
 void TestInstallPaths::longNamesInThePackage()
 {
     const QString name = QString(120, 'a') + '/' + QString(120, 'b') + "/deep.txt";

@@ -24,7 +24,7 @@ namespace {
 constexpr qint64 MiB = 1 << 20;
 constexpr qint64 GiB = 1 << 30;
 
-//! A mebibyte that is cheap to pack and no other's equal.
+//! A mebibyte that packs fast and differs for each number.
 QByteArray piece(qint64 number)
 {
     QByteArray bytes(static_cast<int>(MiB), 'x');
@@ -71,12 +71,12 @@ bool isWhole(const QString& path, qint64 size)
     return true;
 }
 
-//! \brief What was seen of an unpacking, done as an update does it: on a thread of the pool.
+//! \brief Measurements of an unpacking on a thread of the pool, as in an update.
 struct Unpacking {
     std::optional<bool> success;
     qint64 duration = 0;   //!< milliseconds
-    qint64 longestGap = 0; //!< between two events of this thread's timer
-    double growth = 0;     //!< bytes of memory above what was there before; 0 where the system tells nothing
+    qint64 longestGap = 0; //!< milliseconds between two events of this thread's timer
+    double growth = 0;     //!< additional bytes of memory; 0 if the system does not provide the number
 };
 
 Unpacking unpack(const QString& package, const QString& directory)
@@ -99,7 +99,7 @@ Unpacking unpack(const QString& package, const QString& directory)
                                             seen.duration = sinceTheStart.elapsed();
                                             seen.success = success;
                                         });
-    // A limit of its own would leave the task with what is gone by then; the test's own is behind it.
+    // The wait has no timeout, because the task uses these variables until its end. The test program has one.
     while (!seen.success)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     seen.growth = most - before;
@@ -108,7 +108,7 @@ Unpacking unpack(const QString& package, const QString& directory)
 
 } // namespace
 
-//! More bytes than a program should take into its memory, in one entry and in several.
+//! Packages that a program should not read into memory as a whole, with one entry and with several.
 class TestUnzipLarge : public QObject
 {
     Q_OBJECT
@@ -140,7 +140,7 @@ void TestUnzipLarge::entryOfMoreThanTwoGibibytes()
     const Unpacking seen = unpack(m_package, m_dest);
     QVERIFY(*seen.success);
     QVERIFY(isWhole(m_dest + "/entry0", size));
-    // The window is alive: this thread didn't stand still for any large part of it.
+    // A window would stay responsive: this thread never paused for a large part of the unpacking.
     QVERIFY2(seen.longestGap < seen.duration / 3,
              qPrintable(QStringLiteral("%1 ms of %2 ms").arg(seen.longestGap).arg(seen.duration)));
     QVERIFY2(seen.growth < 32 * MiB, qPrintable(QString::number(seen.growth / MiB)));

@@ -23,7 +23,7 @@ using Damage = ZipArchive::Entry::Damage;
 
 namespace {
 
-//! Makes the system's code page GBK while it lives, as it is in production. Otherwise it is UTF-8 here.
+//! Sets the system's code page to GBK, as on the target systems, while it exists. Other tests use UTF-8.
 class GbkSystem
 {
 public:
@@ -38,7 +38,7 @@ private:
     QTextCodec* m_before;
 };
 
-//! Runs out of memory where it reads a name.
+//! Throws std::bad_alloc when it decodes a name with "too much".
 class MemorylessCodec final : public QTextCodec
 {
 public:
@@ -64,7 +64,7 @@ QByteArray gbk(const QString& text)
     return QTextCodec::codecForName("GBK")->fromUnicode(text);
 }
 
-//! The plain way: a library object of its own for each entry, by package and name.
+//! The simple way, for comparison: opens each entry by package and name, with a new object of the library.
 bool unpackPlainly(const QString& zipFile, const QString& destDir)
 {
     QDir(destDir).removeRecursively();
@@ -96,7 +96,7 @@ bool unpackPlainly(const QString& zipFile, const QString& destDir)
     return zip.getZipError() == 0;
 }
 
-//! Everything below a directory: files with their content, directories with none.
+//! All files and directories below a directory. A file has its content, a directory an empty value.
 using Tree = QMap<QString, QByteArray>;
 
 Tree treeOf(const QString& path)
@@ -129,7 +129,7 @@ QByteArray noise(int size)
 constexpr auto Bzip2Piece = "the data of the entry, ";
 constexpr int Bzip2Pieces = 15000;
 
-//! What bzip2 makes of that, in several blocks.
+//! These pieces, packed by bzip2 in several blocks.
 QByteArray bzip2Stream()
 {
     return QByteArray::fromBase64(
@@ -197,7 +197,7 @@ private:
     bool unpack(const QByteArray& package);
     bool unpack(const ZipArchive& archive) { return unpack(archive.bytes()); }
     Tree unpacked() const { return treeOf(m_dest); }
-    //! Whether a file that is open can't be removed here.
+    //! Whether this system refuses to remove an open file.
     bool keepsOpenFiles() const;
 
     std::unique_ptr<GbkSystem> m_system;
@@ -219,7 +219,7 @@ void TestUnzipPackage::init()
     m_dest = m_dir->filePath(QStringLiteral("unpacked"));
 }
 
-//! Names have to be removed under the code page under which they were made.
+//! The files must be removed under the code page that was set when they were created.
 void TestUnzipPackage::cleanup()
 {
     m_dir.reset();
@@ -282,7 +282,7 @@ void TestUnzipPackage::earlierContentIsWiped()
     QCOMPARE(unpacked(), (Tree{{"new", "1"}}));
 }
 
-//! Some systems keep a file as long as somebody has it open. Everything else goes, and comes, all the same.
+//! Some systems refuse to remove an open file. All others are removed, and the new files are written.
 void TestUnzipPackage::fileInUseDoesNotStopTheUnpacking()
 {
     QVERIFY(QDir().mkpath(m_dest + "/old/deep"));
@@ -373,7 +373,7 @@ void TestUnzipPackage::firstOfDuplicatesCounts()
 
 void TestUnzipPackage::firstOfDuplicatesCountsAlsoBehindAnUnknownName()
 {
-    // Looking for the name that isn't found takes the library past all others.
+    // The search for a name that is not found makes the library read all other names.
     ZipArchive archive;
     archive.add(gbk("说明"), "text");
     archive.add("twice", "first");
@@ -415,7 +415,7 @@ void TestUnzipPackage::entryWithDamagedDataGivesWhatCouldBeRead()
     QCOMPARE(unpacked().value("good"), QByteArray("1"));
 }
 
-//! Where the library has no bzip2, it gives what it doesn't know to unpack.
+//! Compares with the library, because a library without bzip2 returns the packed data.
 void TestUnzipPackage::bzip2EntryComesAsFromTheLibrary()
 {
     QByteArray damaged = bzip2Stream();
@@ -663,7 +663,7 @@ void TestUnzipPackage::duplicatesTakeNoLongerThanOthers()
     QVERIFY(unpack(once));
     const qint64 timeOfOthers = time.restart();
     QVERIFY(unpack(twice));
-    // It was some 200 times as much when it grew with the square of their number.
+    // With a time that grows with the square of their number, the factor is about 200.
     QVERIFY2(time.elapsed() < 20 * timeOfOthers,
              qPrintable(QStringLiteral("%1 ms, %2 ms").arg(time.elapsed()).arg(timeOfOthers)));
     const Tree tree = unpacked();

@@ -213,7 +213,7 @@ void TestUpdateHelper::md5OfAMissingFileIsLogged()
 void TestUpdateHelper::md5OfAnEmptyFileIsLogged()
 {
     const MessageLog log;
-    // The MD5 of no bytes at all.
+    // The MD5 of no bytes.
     QVERIFY(!checkMd5(write("empty", ""), "d41d8cd98f00b204e9800998ecf8427e"));
     QCOMPARE(log.entries().size(), 1);
     const QRegularExpression expected(R"(^updater/updatehelper\.cpp \d+ map failed$)");
@@ -229,7 +229,7 @@ void TestUpdateHelper::md5OfADirectoryFails()
 
 void TestUpdateHelper::md5OfTwoGibibytesFails()
 {
-    // Holes, so that it takes no room on the disk.
+    // A sparse file, which takes no space on the disk.
     QFile file(path("large"));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QVERIFY(file.resize(std::numeric_limits<int>::max() + Q_INT64_C(1)));
@@ -270,7 +270,7 @@ void TestUpdateHelper::removeNothing()
     QVERIFY(log.entries().isEmpty());
 }
 
-//! Compilers that can't cut the path themselves give it whole, with the separators of their system.
+//! Some compilers cannot shorten `__FILE__`: it is the whole path, with the separators of the system.
 void TestUpdateHelper::sourceFileIsRelativeForEveryCompiler()
 {
     const QByteArray expected("updater/updater.cpp");

@@ -44,7 +44,7 @@ const auto Product = QStringLiteral("nelvo-editor-test");
 const auto PackageName = QStringLiteral("NelvoEditor.zip");
 const auto CheckPath = QStringLiteral("/v1.0/service/sys/productVersion/findLatest");
 
-//! What the page and the log get to see, in one row.
+//! Records signals of the updater as texts, in order.
 class Events
 {
 public:
@@ -80,7 +80,7 @@ private:
     QStringList m_events;
 };
 
-//! The updater's own lines of the log, with a mark in place of where they come from.
+//! The info lines of the updater, with ">" in place of their source location.
 QStringList updateTrace(const MessageLog& log)
 {
     const QRegularExpression place(R"(^updater/updater\.cpp \d+ )");
@@ -180,7 +180,7 @@ private:
     QString updatePath(const QString& name = PackageName) const;
     QByteArray packageOnDisk(const QString& name = PackageName) const;
     void writePackage(const QByteArray& content, const QString& name = PackageName) const;
-    //! Lets the package stop after so many bytes, without an end.
+    //! Makes the package server stall after this number of bytes.
     void stallPackage(qint64 bytes = 0);
     QVector<LoggedRequest> transfers() const;
 
@@ -239,7 +239,7 @@ void TestUpdater::check(CUpdater& updater) const
     updater.checkVersion(m_services.updateUrl(), m_services.updates().token(), Product);
 }
 
-//! Makes the service answer with `data`.
+//! Sets the value of "data" in the reply to a check.
 void TestUpdater::offer(const QByteArray& data)
 {
     m_services.setReply("POST", CheckPath, json(R"({"code": 200, "data": )" + data + "}"));
@@ -416,7 +416,7 @@ void TestUpdater::numericPartOfAVersionCounts()
 
 void TestUpdater::newReleaseIsTold()
 {
-    // What the GBK bytes read as on a system with another code page.
+    // If the code page of the system is not GBK, the text is garbled.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     const auto system = qScopeGuard([] { QTextCodec::setCodecForLocale(nullptr); });
     const QString found = QString::fromUtf8("\xB7\xA2\xCF\xD6\xD0\xC2\xB0\xE6\xB1\xBE ") + "1.0.1";
@@ -716,7 +716,7 @@ void TestUpdater::letterCaseOfTheChecksumDoesNotMatter()
     QTRY_COMPARE(finished.count(), 1);
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=100000-"));
     QCOMPARE(state().value("fullMd5").toString(), upper.md5);
-    // The other way round, and with the package complete.
+    // The other way round, with a complete package.
     m_services.updates().setRelease(Product, release());
     check(updater);
     writeState(2, md5(m_package).toUpper());
@@ -752,7 +752,7 @@ void TestUpdater::emptyPackageFileIsContinued()
 void TestUpdater::fullSizedPackageInStateOneIsFetchedAgain()
 {
     writeState(1, md5(m_package));
-    writePackage(m_package); // even a right one: it isn't looked at
+    writePackage(m_package); // correct, but the updater does not check it
     CUpdater updater;
     check(updater);
     const QSignalSpy finished(&updater, &CUpdater::downloadFinished);
@@ -781,14 +781,14 @@ void TestUpdater::sizeBeyond32BitsReadsAsZeroAndNeverContinues()
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
 }
 
-//! A crash in between must not leave it as a part of the new one.
+//! After a crash in between, the old package must not count as a part of the new one.
 void TestUpdater::packageOfAnotherReleaseIsRemovedFirst()
 {
     stallPackage();
     writePackage("an earlier package");
     CUpdater updater;
     check(updater);
-    // A pipe holds the download where it reads the state file, and again where it writes that.
+    // A pipe blocks the download when it reads the state file, and again when it writes the file.
     if (!makeFifo(m_state->path()))
         QSKIP("stops the download at a named pipe in its directory; Windows keeps named pipes elsewhere");
     QFile pipe(m_state->path());
@@ -838,7 +838,7 @@ void TestUpdater::partialPackageWithoutAStateIsRemoved()
     updater.download();
     QTRY_COMPARE(finished.count(), 1);
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
-    // The same with the record of this release that an earlier cover left.
+    // The same with a state file that an earlier update to this release has left.
     writeState(0, md5(m_package));
     updater.download();
     QVERIFY(!QFile::exists(updatePath()));
@@ -860,7 +860,7 @@ void TestUpdater::completePackageIsVerifiedWithoutATransfer()
     QCOMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验通过"}));
 }
 
-//! Whatever file is said to be finished.
+//! The checksum is that of the package, even if the slot receives another path.
 void TestUpdater::checksumIsThatOfThePackage()
 {
     writeState(2, md5(m_package));
@@ -885,9 +885,9 @@ void TestUpdater::damagedCompletePackageIsFetchedAgain()
     m_log->clear();
     Events events(updater);
     updater.download();
-    // The attempt isn't recorded on this way.
+    // The attempt is not recorded in this case.
     QCOMPARE(state(), (QJsonObject{{"updateState", 2}, {"fullMd5", md5(m_package)}}));
-    // Nothing else is under way here, so this retry does start a transfer.
+    // No other transfer is running, so this retry starts one.
     QTRY_COMPARE(events.all(), (QStringList{"started NelvoEditor.zip 300000", "finished NelvoEditor.zip"}));
     QCOMPARE(transfers().size(), 1);
     QCOMPARE(transfers()[0].header("Range"), QByteArray("bytes=0-"));
@@ -973,13 +973,14 @@ void TestUpdater::secondDownloadIsRefused()
     QCOMPARE(events.take(), QStringList{"info " + refusal});
     QCOMPARE(updateTrace(*m_log), QStringList{"> " + refusal});
     QCOMPARE(state().value("updateState").toInt(), 1);
-    // The first one isn't disturbed.
+    // The first download continues.
     m_services.packages().setDelivery(PackageName, {});
     QTRY_COMPARE(events.all(), QStringList{"finished NelvoEditor.zip"});
     QCOMPARE(packageOnDisk(), m_package);
 }
 
-//! Without a size no package counts as a part, so what has come is removed before the refusal.
+//! Without a size, no package counts as partial. So the received bytes are removed before the second download
+//! is refused.
 void TestUpdater::secondDownloadWithoutASizeSpoilsTheFirst()
 {
     Release sizeless = release();
@@ -1010,7 +1011,7 @@ void TestUpdater::wrongChecksumIsNotToldAndNotRetried()
     Events events(updater);
     updater.download();
     QTRY_COMPARE(updateTrace(*m_log), (QStringList{"> 下载完成，校验MD5", "> 校验失败", "> 重试"}));
-    // A later transfer shows that the retry didn't start one in between.
+    // The number of transfers after a later download shows that the retry has started none.
     QVERIFY(!QFile::exists(updatePath()));
     QCOMPARE(events.take(), QStringList{"started NelvoEditor.zip 300000"});
     QCOMPARE(state().value("updateState").toInt(), 1);
@@ -1152,12 +1153,12 @@ void TestUpdater::downloadStartsTheRetriesAnew()
     for (int i = 0; i < 4; ++i)
         finish();
     QCOMPARE(updateTrace(*m_log).count("> 重试"), 3);
-    updater.download(); // refused, but counts anew
+    updater.download(); // is refused, but restarts the count of retries
     finish();
     QCOMPARE(updateTrace(*m_log).count("> 重试"), 4);
 }
 
-//! Both slots can be called by name before there is anything to download.
+//! Both slots can be called by name before any download.
 void TestUpdater::slotsWorkBeforeAnyDownload()
 {
     {
@@ -1174,7 +1175,7 @@ void TestUpdater::slotsWorkBeforeAnyDownload()
                               Q_ARG(QString, QStringLiteral("reason")));
     QCOMPARE(updateTrace(*m_log).mid(0, 2),
              (QStringList{QStringLiteral("> 下载失败reason"), QStringLiteral("> 重试")}));
-    // The retry has no address to go to, so it fails and is retried until the limit.
+    // The retry has no address, so its transfer fails. This failure is reported twice.
     QTRY_COMPARE(updateTrace(*m_log).filter(QStringLiteral("下载失败")).size(), 1 + 2);
 }
 
@@ -1202,7 +1203,7 @@ void TestUpdater::progressMeasuresTime()
     CUpdater updater;
     const QSignalSpy progress(&updater, &CUpdater::upgradeProcess);
     const auto tick = [&updater] {
-        QTimerEvent event(12345); // whatever timer it was
+        QTimerEvent event(12345); // any timer
         QCoreApplication::sendEvent(&updater, &event);
     };
     float expected = 0;
@@ -1227,7 +1228,7 @@ void TestUpdater::progressComesOnceASecond()
     sinceTheStart.start();
     updater.upgrade();
     QTRY_COMPARE_WITH_TIMEOUT(progress.count(), 2, 15000);
-    // A coarse timer may come a twentieth too early.
+    // A coarse timer may fire 5 % early.
     QVERIFY2(sinceTheStart.elapsed() >= 1800, qPrintable(QString::number(sinceTheStart.elapsed())));
 }
 
@@ -1255,7 +1256,7 @@ void TestUpdater::secondUpgradeStartsTheBarAnew()
     QTRY_VERIFY(updateTrace(*m_log).contains("> 解压失败"));
 }
 
-//! Also after a failure, when the first one is still there.
+//! A second upgrade also starts a timer after a failure, when the first timer still runs.
 void TestUpdater::everyUpgradeHasATimerOfItsOwn()
 {
     CUpdater updater;

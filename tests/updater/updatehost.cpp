@@ -1,13 +1,13 @@
 //! \file
-//! \brief A host in small, which a test puts into a directory of its own and lets update itself.
+//! \brief A small host that updates itself. A test installs it in its own directory.
 //!
-//! updatehost STEP [URL TOKEN PRODUCT]: the step is "version", "check", "download", "upgrade" or "cover". A
-//! step before "cover" leads on to the next by itself: a newer release is downloaded, a complete download is
-//! unpacked. Every signal and every log line goes to the standard output as it comes, together with what the
-//! records of the installation hold at that moment.
+//! updatehost STEP [URL TOKEN PRODUCT]: the step is "version", "check", "download", "upgrade" or "cover".
+//! With a URL, each step begins with a check. "version" and "check" then end the host. "download" continues
+//! with the upgrade, and the upgrade with the cover. The host writes each signal and each log line to the
+//! standard output at once, with the state of the installation's files and settings at that moment.
 //!
-//! With other arguments or none, as the batch file starts it, it leaves NAME.started beside itself, with
-//! their number.
+//! With other arguments or none, as when the batch file starts it, the host writes their number to
+//! NAME.started beside itself and ends.
 
 #include "tests/support/files.h"
 #include "tests/updater/hostvoice.h"
@@ -70,7 +70,7 @@ int main(int argc, char** argv)
     const QCoreApplication app(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("NelvoTests"));
     QCoreApplication::setApplicationName(qEnvironmentVariable("NELVO_TEST_SETTINGS"));
-    // The system's own encoding, or the one that a test wants.
+    // The encoding that the test requests, otherwise the system's own.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName(qgetenv("NELVO_TEST_CODEC")));
     const QStringList arguments = QCoreApplication::arguments();
     const QString step = arguments.value(1);
@@ -94,7 +94,8 @@ int main(int argc, char** argv)
     };
     QObject::connect(&updater, &CUpdater::downloadFinished, &updater, &CUpdater::upgrade);
 
-    // How long the page can show the end, and whether it gets to. Nothing moves the bar any more.
+    // Measures how long the end is shown, and counts timer events meanwhile. A late event of the updater's
+    // timer must not change the progress.
     QElapsedTimer sinceTheEnd;
     int ticks = 0;
     QTimer ticker;

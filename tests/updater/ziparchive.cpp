@@ -18,7 +18,7 @@ void append32(QByteArray& bytes, quint32 value)
     bytes.append(reinterpret_cast<const char*>(&little), sizeof little);
 }
 
-//! What zlib makes of the data, without its own frame and the length that Qt puts in front.
+//! The deflated data, without the length that Qt puts in front and without zlib's header and checksum.
 QByteArray deflate(const QByteArray& data, int level = -1)
 {
     constexpr int headSize = 4 + 2;
@@ -27,8 +27,8 @@ QByteArray deflate(const QByteArray& data, int level = -1)
     return framed.mid(headSize, framed.size() - headSize - tailSize);
 }
 
-//! A first block that is right, and a second of a kind that there isn't. Level 0 makes blocks of plain data,
-//! which tell their length.
+//! A correct first block and a second block of an invalid type. Level 0 makes blocks of stored data, whose
+//! heads contain their length.
 QByteArray deflateWithDamage(const QByteArray& data)
 {
     constexpr int blockHeadSize = 5;
@@ -68,8 +68,8 @@ void ZipArchive::add(const Entry& entry)
     if (entry.damage == Damage::Checksum)
         ++checksum;
 
-    // From the version that it takes to unpack it to the length of the further fields: the same in both
-    // places.
+    // From the required version to the length of the extra field. The local header and the directory share
+    // these fields.
     QByteArray fields;
     append16(fields, 20);
     append16(fields, entry.utf8 ? 0x800 : 0);

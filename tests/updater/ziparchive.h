@@ -3,28 +3,28 @@
 #include <QByteArray>
 #include <QVector>
 
-//! \brief A zip archive byte for byte, with everything wrong that a test asks for.
+//! \brief Builds a zip archive byte by byte, with the damage that a test needs.
 class ZipArchive
 {
 public:
     struct Entry {
-        QByteArray name; //!< as it stands in the archive
+        QByteArray name; //!< the bytes in the archive
         QByteArray data;
         bool utf8 = false;     //!< flags the name as UTF-8
         bool deflated = false; //!< otherwise stored
         enum class Damage {
             None,
-            Checksum,   //!< the data doesn't match its checksum
-            Data,       //!< deflated data that breaks off; takes some 100 KB
-            LocalHeader //!< the entry has no header where the directory says
+            Checksum,   //!< the checksum is wrong
+            Data,       //!< the deflated data is invalid after its first block; needs about 100 KB
+            LocalHeader //!< no local header at the place that the directory names
         } damage = Damage::None;
-        QByteArray bzip2 = {}; //!< what bzip2 made of the data, if it is packed so
+        QByteArray bzip2 = {}; //!< the data packed by bzip2; null for other methods
     };
 
     void add(const Entry& entry);
     void add(const QByteArray& name, const QByteArray& data) { add({name, data}); }
     QByteArray bytes() const;
-    //! Where the directory of entries begins.
+    //! The offset of the directory of entries.
     int directoryOffset() const { return m_content.size(); }
 
 private:
