@@ -23,7 +23,7 @@ VLDBId textId(const std::wstring& text)
     return id;
 }
 
-//! The id with the text `Bridge`.
+//! The binary form of the id `Bridge`.
 VLDBId bridgeId()
 {
     return {0x0a1b2c3d, 0x4e5f, 0x6071, {0x82, 0x93, 0xa4, 0xb5, 0xc6, 0xd7, 0xe8, 0xf9}, {}};
@@ -241,7 +241,7 @@ void TestDatabase::addIsRefused()
 
 namespace {
 
-//! A model file with that content, removed at the end of the test.
+//! A model file with this content. The destructor removes it.
 class ModelFile
 {
 public:
@@ -330,7 +330,7 @@ void TestDatabase::fileMissing()
     QVERIFY2(error.startsWith("model file " + folder.filePath("none.json") + ": "), qPrintable(error));
 }
 
-//! One model for each case that matters to a reader of the database.
+//! The devkit's model file has a model with children of each kind: a drawing, an imported model, and others.
 void TestDatabase::modelsAreAsTheDevkitNeedsThem()
 {
     QString error;

@@ -13,7 +13,7 @@ QStandardItem* appendTo(QStandardItem* parent, const QString& text)
     return item;
 }
 
-//! The texts of the indices in a signal.
+//! The texts of the items in the emitted signals.
 QStringList texts(const QSignalSpy& spy)
 {
     QStringList list;
@@ -36,7 +36,7 @@ private Q_SLOTS:
     void operationsAreReachableByName();
 
 private:
-    //! a (a1 (a11), a2), b, c (c1)
+    //! Adds the tree a (a1 (a11), a2), b, c (c1).
     static void fill(const CTreeModel& model);
 };
 

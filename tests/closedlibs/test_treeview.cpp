@@ -13,7 +13,7 @@ using BVUTILITY::CTreeModel;
 
 namespace {
 
-//! A tree like the editor's own component: one column with the model's role.
+//! A tree view like the editor's own component: one column with the model's role `nodeData`.
 constexpr char TreePage[] = R"(
 import QtQuick 2.15
 import QtQuick.Controls 1.4
@@ -49,7 +49,7 @@ QStandardItem* node(const QString& id, const QString& name, bool canSelect)
 
 } // namespace
 
-//! \brief The tree model in a tree view like that of the editor.
+//! \brief The tree model in a tree view like the editor's.
 class TestTreeView : public QObject
 {
     Q_OBJECT
@@ -63,7 +63,7 @@ private Q_SLOTS:
     void collapseAllClosesTheWholeTree();
 
 private:
-    //! The values that the delegates received for each node: id, canSelect, depth.
+    //! For each node name, the values that its delegate received: id, canSelect, depth.
     QVariantMap shown() const { return m_tree->property("shown").toMap(); }
     bool isExpanded(const QModelIndex& index) const;
     QModelIndex enterprise() const { return m_model->index(0, 0); }

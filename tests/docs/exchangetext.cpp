@@ -23,8 +23,8 @@ namespace {
 
 using Header = NelvoDevkit::HttpHeader;
 
-//! The request line contains the address, and the other headers are the same in every request except those of
-//! the self-update.
+//! True for headers that the page omits: Host, because the request line shows the address, and the headers
+//! that the requests have in common. Requests of the self-update have other headers, which the page shows.
 bool isEverywhere(const Header& header)
 {
     static const QStringList common{
@@ -56,7 +56,7 @@ QString urlOf(const QByteArray& service, const Services& services)
     return service == "update" ? services.updateUrl() : services.packageUrl();
 }
 
-//! Adds a line feed to a body that does not end with one.
+//! The body after an empty line, with a line feed at its end. Empty if the body is empty.
 QString bodyText(const QString& body)
 {
     if (body.isEmpty())
@@ -64,8 +64,8 @@ QString bodyText(const QString& body)
     return QLatin1Char('\n') + body + QString(body.endsWith(QLatin1Char('\n')) ? 0 : 1, QLatin1Char('\n'));
 }
 
-//! The elements of the form page that contain the values, and those of the page after it. A line "…" replaces
-//! the elements between them.
+//! The lines of the form page, or of the page after it, with the elements that the plug-in reads. A line "…"
+//! replaces the lines between them.
 QString pageExcerpt(const QString& page)
 {
     static const QRegularExpression read(QStringLiteral(

@@ -21,7 +21,7 @@ QString scalarText(const QJsonValue& value)
 
 QString folded(const QJsonValue& value, int indent);
 
-//! The members of an object or the rows of a list, each after `indent` spaces.
+//! The texts of the members of an object or of the rows of a list, for an indentation by `indent` spaces.
 QStringList parts(const QJsonValue& value, int indent)
 {
     QStringList texts;

@@ -5,8 +5,8 @@
 
 namespace Docs {
 
-//! JSON for readers: a value that fits on a line is on one line, and of a list with more than five rows only
-//! the first two are shown, followed by "…".
+//! JSON for readers: a value that fits on one line is on one line. A list with more than five rows shows only
+//! its first two rows and "…".
 QString foldedJson(const QJsonValue& value);
 
 } // namespace Docs

@@ -4,12 +4,12 @@ import os
 import re
 from pathlib import Path
 
-# The repository, unless the variable contains the path of a kit's documents.
+# The folder of the documents: the one in the variable, such as a kit's, or else the repository.
 ROOT = Path(os.environ.get("NELVO_DOCUMENTS", Path(__file__).resolve().parents[2]))
 
 
 class Page:
-    """A page, or a section of one: its prose apart from its code."""
+    """The lines of a page, or of a section of a page: prose and code separately."""
 
     def __init__(self, text):
         self.code, self.prose = [], []
@@ -25,7 +25,7 @@ class Page:
         return cls(path.read_text(encoding="utf-8"))
 
     def sections(self):
-        """The prose from one heading to the next, as pages; each begins with its heading."""
+        """The sections as pages, without code. Each begins with its heading."""
         starts = [number for number, line in enumerate(self.prose) if line.startswith("#")]
         return [Page("\n".join(self.prose[start:end])) for start, end in zip(starts, [*starts[1:], None])]
 
@@ -43,12 +43,12 @@ class Page:
         return re.findall(r"`([^`\n]+)`", "\n".join(self.prose))
 
     def links(self):
-        """The targets of links and pictures, without those that lead out of the repository."""
+        """The targets of links and pictures, without web addresses."""
         text = re.sub(r"`[^`\n]+`", "", "\n".join(self.prose))
         return [target for target in re.findall(r"\]\(([^)\s]+)\)", text) if "://" not in target]
 
     def tables(self):
-        """For each table the number of columns in each of its rows."""
+        """For each table, the numbers of columns of its rows."""
         found = [[]]
         for line in self.prose:
             if line.startswith("|"):
@@ -62,6 +62,6 @@ class Page:
 
 
 def anchor(heading):
-    """The anchor of a heading, as common repository hosts create it."""
+    """The anchor of a heading, formed like on common repository hosts."""
     text = re.sub(r"\[([^]]*)\]\([^)]*\)", r"\1", heading.lstrip("#").strip())
     return re.sub(r"[^\w\- ]", "", text.lower()).replace(" ", "-")

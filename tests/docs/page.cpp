@@ -19,7 +19,7 @@ QString readText(const QString& path)
     return QString::fromUtf8(TestSupport::contentOf(path));
 }
 
-//! Captures the name and the content of the block.
+//! Matches a named block and captures its name and its content.
 QRegularExpression blockOf(const QString& kind, const QString& name)
 {
     return QRegularExpression(QStringLiteral("^<!-- %1: (%2) -->\n```\\w*\n(.*?)^```$").arg(kind, name),

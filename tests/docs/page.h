@@ -7,7 +7,7 @@ namespace Docs {
 
 //! \brief A page of docs/ with its named fenced blocks.
 //!
-//! The name is in a comment on the line before the block, which readers do not see: `<!-- kind: name -->`.
+//! The name is in an invisible comment on the line before the block: `<!-- kind: name -->`.
 class Page
 {
 public:
@@ -15,12 +15,12 @@ public:
     explicit Page(const QString& fileName);
 
     const QString& text() const { return m_text; }
-    //! Names of the blocks of that kind, in their order.
+    //! The names of the blocks of this kind, in order.
     QStringList names(const QString& kind) const;
     //! The content of the block, with a line feed at its end; null if the block is missing.
     QString block(const QString& kind, const QString& name) const;
-    //! Replaces the content of the block, also in the file. Returns false if the block is missing or the file
-    //! cannot be written.
+    //! Replaces the content of the block and writes the file. Returns false if the block is missing or the
+    //! file cannot be written.
     bool replace(const QString& kind, const QString& name, const QString& content);
 
 private:

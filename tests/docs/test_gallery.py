@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""docs/gallery.md shows the existing pictures under the captions of docs/gallery.txt, and tools/gallery requires a
-caption for each picture and a picture for each caption."""
+"""docs/gallery.md shows each picture under its caption from docs/gallery.txt, and tools/gallery requires a caption for
+each picture and a picture for each caption."""
 
 import re
 import tempfile
@@ -57,7 +57,7 @@ class TestTool(unittest.TestCase):
                 gallery.read_captions(text)
 
     def test_pictures_and_captions_belong_together(self):
-        """Otherwise the gallery does not change."""
+        """If a caption or a picture is missing, the tool fails and does not change the gallery."""
         before = {path: path.stat().st_mtime_ns for path in (gallery.PAGE, *gallery.PICTURES.iterdir())}
         sections = {"Sign-in": {"01-window": "The window."}}
         for names, said in (([], "captions without a picture: 01-window"),

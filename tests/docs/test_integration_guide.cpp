@@ -7,7 +7,7 @@ namespace {
 
 const auto Kind = QStringLiteral("snippet");
 
-//! A part of the built sources: the lines between two lines `//! [name]`.
+//! The lines of the built sources between two lines `//! [name]`.
 QString snippet(const QString& sources, const QString& name)
 {
     const QRegularExpression piece(QStringLiteral("^//! \\[%1\\]\n(.*?)^//! \\[%1\\]$").arg(name),
@@ -30,7 +30,7 @@ QStringList snippetNames(const QString& sources)
 
 } // namespace
 
-//! The code in the integration guide is the built code.
+//! Compares the code in the integration guide with the built sources.
 class TestIntegrationGuide : public QObject
 {
     Q_OBJECT

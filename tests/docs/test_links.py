@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Each link between the documents leads to a file or folder, and to a heading in it if it names one."""
+"""The target of each link between the documents exists: the file or folder, and the heading if the link has one."""
 
 import unittest
 

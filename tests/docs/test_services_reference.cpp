@@ -75,7 +75,7 @@ bool hasExample(const Exchange& exchange)
                        [&exchange](const Example& example) { return isOf(exchange, example); });
 }
 
-//! The keys of all objects in the value.
+//! Adds the keys of all objects in `value` to `keys`.
 void collectKeys(const QJsonValue& value, QSet<QString>& keys)
 {
     const QJsonObject object = value.toObject();
@@ -95,9 +95,9 @@ QObject* objectOf(NelvoSDK::IPdsMgr* manager)
 
 } // namespace
 
-//! The examples in the reference of the services are real requests and replies: the plug-in runs all its
-//! operations on services, and the exchanged messages are compared with the page. With NELVO_RECORD=1 in the
-//! environment the page is updated instead.
+//! Compares the examples in the services' contract with real requests and replies: the plug-in runs all its
+//! operations on services against the simulator. With NELVO_RECORD=1 in the environment, the test writes the
+//! requests and replies to the page first.
 class TestServicesReference : public QObject
 {
     Q_OBJECT
@@ -120,7 +120,7 @@ private:
     void take(const QVector<Example>& examples);
     void clearUpdateFiles() const;
 
-    //! By name; and the names in the order of the requests.
+    //! The texts of the examples by name, and the names in the order of the requests.
     QMap<QString, QString> m_texts;
     QStringList m_names;
     QSet<QString> m_fields;
@@ -193,7 +193,7 @@ void TestServicesReference::workWithProjects(const NelvoSDK::LoginSession& sessi
     manager.OnUploadSdkProperty(QString::fromStdWString(renamed.id), {{"g1", "SN1"}, {"g2", "SN2"}});
 }
 
-//! A request of the session watch, sent without waiting for its time.
+//! Makes the session watch send a request now, without its timer.
 void TestServicesReference::beat()
 {
     QTimerEvent event(0);
@@ -216,8 +216,8 @@ void TestServicesReference::quit()
     QCoreApplication::exec();
 }
 
-//! The requests since the last call. Of several equal requests only the first counts: Qt sometimes sends a
-//! redirected request twice, and the watch sends more of them.
+//! Takes the examples from the requests since the last call. Each example is the first matching request: Qt
+//! sometimes sends a redirected request twice, and the session watch sends several.
 void TestServicesReference::take(const QVector<Example>& examples)
 {
     const QVector<Exchange> exchanges = m_services->log().exchanges();
@@ -255,8 +255,9 @@ void TestServicesReference::examplesAreWhatIsSaid()
 {
     QFETCH(QString, name);
     if (qEnvironmentVariableIsSet("NELVO_RECORD"))
-        QVERIFY2(m_page.replace(Kind, name, m_texts[name]), "the page has no place for it");
-    // Line by line, so that the test reports the line that differs.
+        QVERIFY2(m_page.replace(Kind, name, m_texts[name]),
+                 "services.md has no block with this name, or cannot be written");
+    // Compares line by line, so that the failure text shows the differing line.
     const QStringList shown = m_page.block(Kind, name).split(QLatin1Char('\n'));
     const QStringList said = m_texts[name].split(QLatin1Char('\n'));
     for (int line = 0; line < std::min(shown.size(), said.size()); ++line)

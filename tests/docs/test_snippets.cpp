@@ -43,7 +43,7 @@ using TestSupport::json;
 namespace {
 
 const auto User = QStringLiteral("zhangwei");
-const auto OtherUser = QStringLiteral("müller"); // of another enterprise
+const auto OtherUser = QStringLiteral("müller"); // belongs to another enterprise
 constexpr qint64 Enterprise = 1001;
 const std::wstring Department = L"1001-11";
 constexpr int WaitMilliseconds = 30000;
@@ -57,7 +57,7 @@ NelvoSDK::ProjectNode newProject(const std::wstring& id, const std::wstring& nam
     return project;
 }
 
-//! A host's window with the dialog's scene.
+//! A host's window with a scene for the dialog.
 class SceneWindow : public QQuickView
 {
 public:
@@ -74,7 +74,7 @@ public:
     QQuickItem* place() const { return rootObject()->findChild<QQuickItem*>(QStringLiteral("place")); }
 };
 
-//! \brief Counts how often the dialog closes while the plug-in still calls the host.
+//! \brief Counts the calls of OnBimDialogClosed.
 class Closings : public NelvoSDK::IPdsObserver
 {
 public:
@@ -96,7 +96,7 @@ private:
     int m_count = 0;
 };
 
-//! Ids of a branch and its descendants, as the dialog's tree shows them.
+//! The ids of all rows below `parent`, in the order of the dialog's tree.
 QStringList departmentIds(const QAbstractItemModel& model, const QModelIndex& parent = {})
 {
     QStringList ids;
@@ -108,7 +108,7 @@ QStringList departmentIds(const QAbstractItemModel& model, const QModelIndex& pa
     return ids;
 }
 
-//! \brief The English texts of the examples, which a host compiles with lrelease.
+//! \brief A translator with the English texts of the examples. A host compiles them with lrelease instead.
 class EnglishPages : public QTranslator
 {
 public:
@@ -143,7 +143,7 @@ private:
 
 } // namespace
 
-//! Runs the code of the integration guide, and checks the guide's statements about it.
+//! Runs the code of the integration guide and checks the guide's statements about it.
 class TestSnippets : public QObject
 {
     Q_OBJECT
@@ -177,7 +177,7 @@ private Q_SLOTS:
 private:
     //! Waits for the login window and submits its form. Returns false if the window did not appear.
     bool sendForm(const QString& user) const;
-    //! The same, and waits for the session.
+    //! Calls sendForm() and waits until the host has installed the session.
     bool signIn(const QString& user = User);
     void beat() const;
     NelvoSDK::IProjectInfoMgr& projects() const { return *m_plugin->GetProjectInfoMgr(); }
@@ -235,7 +235,7 @@ bool TestSnippets::signIn(const QString& user)
     return sendForm(user) && QTest::qWaitFor(isInstalled, WaitMilliseconds);
 }
 
-//! A request of the session watch, sent without waiting for its time.
+//! Makes the session watch send a request now, without its timer.
 void TestSnippets::beat() const
 {
     QTimerEvent event(0);
@@ -257,7 +257,7 @@ void TestSnippets::ordersWaitForOneAnother()
     QStringList events;
     m_host->orders().add([&] {
         m_host->orders().add([&] { events.append(QStringLiteral("second")); });
-        QCoreApplication::processEvents(); // as the plug-in does while it waits
+        QCoreApplication::processEvents(); // like the plug-in while it waits
         events.append(QStringLiteral("first"));
     });
     QVERIFY(events.isEmpty());
@@ -308,7 +308,7 @@ void TestSnippets::cookieWithAnExpiryDateIsNotSent()
     m_host->start();
     QVERIFY(signIn());
     m_services->log().clear();
-    Snippets::listProjects(projects()); // with any result
+    Snippets::listProjects(projects()); // the result does not matter
     QVERIFY(!m_services->log().requests().isEmpty());
     const QByteArray sent = m_services->log().requests().constFirst().header("Cookie");
     QVERIFY2(sent.contains("plain=1") && !sent.contains("dated"), sent.constData());
@@ -364,7 +364,7 @@ void TestSnippets::dialogHandsAModelOver()
     QCOMPARE(outlines.constFirst(), (QVariantList{first.guid, false}));
 }
 
-//! \brief In the order of the guide: the dialog, the plug-in's managers, the window.
+//! \brief Destroys an open dialog in the guide's order: the dialog, the plug-in's managers, the window.
 void TestSnippets::openDialogEndsQuietly()
 {
     m_host->start();
@@ -417,7 +417,7 @@ void TestSnippets::anotherEnterpriseReplacesTheDepartments()
     m_plugin->GetPdsMgr()->OpenBimDialog();
     QTRY_VERIFY_WITH_TIMEOUT(button(), WaitMilliseconds);
 
-    m_host->signInAgain(); // and back: the first enterprise's departments once
+    m_host->signInAgain(); // to the first enterprise: its departments are listed only once
     QVERIFY(signIn());
     QCOMPARE(departmentIds(*departments), before);
 }
@@ -431,7 +431,7 @@ void TestSnippets::closeButtonEndsTheApplicationUnannounced()
     };
     QVector<std::ptrdiff_t> logoutsWhenSaving;
     m_host.reset();
-    // Before Initialize, as the guide recommends.
+    // The guide recommends connecting before Initialize.
     const QObject saver;
     connect(qApp, &QCoreApplication::aboutToQuit, &saver, [&] { logoutsWhenSaving.append(logouts()); });
     m_host.emplace(*m_plugin, nullptr);
@@ -615,7 +615,7 @@ void TestSnippets::updatePageShowsAfterTheSignIn()
     QSignalSpy downloaded(&update, &Snippets::Update::downloaded);
     UserInput::click(UserInput::findItem(E2e::loginWindow(), QStringLiteral("upgradeButton")));
     QTRY_COMPARE(E2e::shownPage(), QStringLiteral("downloadComp"));
-    // Only the page has changed; the host starts the download.
+    // The button only changes the page. The host starts the download.
     update.download();
     QTRY_COMPARE_WITH_TIMEOUT(downloaded.size(), 1, WaitMilliseconds);
     QTRY_VERIFY(UserInput::findItem(E2e::loginWindow(), QStringLiteral("installButton"))->isEnabled());

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The Chinese pages match the English ones: the same structure, code, names and links."""
+"""The Chinese pages match the English pages: they have the same structure, code, names and links."""
 
 import re
 import unittest
@@ -11,7 +11,7 @@ NAMES = ("README", "docs/deployment")
 
 
 def pair(name):
-    """The English page and the Chinese one."""
+    """The paths of the English page and of the Chinese page."""
     return ROOT / f"{name}.md", ROOT / f"{name}.zh-CN.md"
 
 
@@ -20,7 +20,7 @@ def pages(name):
 
 
 def commands(page):
-    """The lines of code without trailing comments, which are translated."""
+    """The lines of code without comments at the end, because these are translated."""
     return [re.sub(r"\s+# .*", "", line) for line in page.code]
 
 
@@ -36,7 +36,7 @@ def in_chinese(link, page):
 
 
 def body(page):
-    """The sections without the line below the title, which leads to the other language."""
+    """The sections without the line below the title, which contains the link to the other language."""
     page.prose[2:3] = []
     return page.sections()
 

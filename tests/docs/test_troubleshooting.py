@@ -12,30 +12,30 @@ ROOT = Path(__file__).resolve().parents[2]
 DOCUMENT = ROOT / "docs" / "troubleshooting.md"
 LIBRARY = ("bim", "login", "platform", "plugin", "project", "resources", "sdk", "tasks", "updater", "web")
 
-# The beginnings of statements whose string literals are logged, shown or thrown.
+# Patterns of the beginnings of statements whose string literals are logged, shown or thrown.
 WAYS = (
     r"\bq(?:Debug|Info|Warning|Critical|Fatal)\b",
-    r"\breportInfo\b",  # of the updater
-    r"\bhere\.warning\b",  # of files and JSON
-    r"\berrorString =",  # which the updater reports
+    r"\breportInfo\b",  # in the updater
+    r"\bhere\.warning\b",  # for files and JSON
+    r"\berrorString =",  # the updater reports this text
     r"\bconsole\.\w+",
     r"\bthrow\b",
-    r'\breturn QStringLiteral(?=\("[\w ]+ failed"\))',  # how a sign-in ended
-    r"\breturn qsTr\b",  # what is wrong with the form
+    r'\breturn QStringLiteral(?=\("[\w ]+ failed"\))',  # the reason why a sign-in failed
+    r"\breturn qsTr\b",  # an error text of the login form
 )
 LITERAL = r'"(?:[^"\\]|\\.)*"'
 REST_OF_STATEMENT = rf'(?:{LITERAL}|[^;"])*;'
-# Texts of failed operations begin with the operation's name. They count in every statement.
+# Texts of failed operations begin with the operation's name. They are found in any statement.
 OPERATION_TEXT = r'"C\w+::[^"]*"'
 
 
 def pieces(text):
-    """The fixed parts of a text: those between "…" and place markers."""
+    """The fixed parts of a text: the parts between "…" and place markers."""
     return {piece.strip() for piece in re.split(r"…|%\w", text)} - {""}
 
 
 def texts_by_way(source):
-    """The fixed texts of a source, for each of the ways."""
+    """The fixed texts of a source, by the pattern that finds them."""
     found = {way: set() for way in (*WAYS, OPERATION_TEXT)}
     for way in WAYS:
         for statement in re.findall(way + REST_OF_STATEMENT, source):
@@ -70,7 +70,7 @@ class TestTroubleshooting(unittest.TestCase):
         self.assertEqual(in_document - in_library, set(), "no longer in the library")
 
     def test_each_way_is_in_use(self):
-        """A pattern without a match no longer fits the sources."""
+        """A pattern that matches nothing in the library is out of date."""
         everything = texts_by_way("\n".join(library_sources()))
         self.assertEqual([way for way, found in everything.items() if not found], [])
 

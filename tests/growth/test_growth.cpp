@@ -32,7 +32,7 @@ using Work = std::function<void()>;
 
 namespace {
 
-//! A list in a JSON text: begin, n times the element with %1 as its number, end.
+//! A JSON text: `begin`, then `n` elements in which the element's number replaces %1, then `end`.
 QByteArray listOf(const char* begin, const char* element, int n, const char* end)
 {
     QByteArray text(begin);
@@ -47,7 +47,7 @@ QByteArray jsonReply(const QByteArray& body)
     return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body;
 }
 
-//! Sets the service's reply for that path.
+//! Sets the service's reply to GET requests of `path`.
 void answer(const QString& path, const QByteArray& reply);
 
 Work signInPage(int n)
@@ -149,7 +149,7 @@ Work cachedUsers(int n)
     };
 }
 
-//! A directory in memory, if the system has one: the time of a disk depends on its other work.
+//! A directory in memory if the system has one, because the speed of a disk depends on its other work.
 std::shared_ptr<QTemporaryDir> fastDirectory()
 {
     const QFileInfo memory(QStringLiteral("/dev/shm"));
@@ -166,7 +166,7 @@ Work unpacking(int n, bool isEachNameThereTwice)
     const QString package = directory->filePath(QStringLiteral("package.zip"));
     QFile file(package);
     if (!file.open(QIODevice::WriteOnly) || file.write(archive.bytes()) < 0)
-        qFatal("cannot write the package");
+        qFatal("cannot write the package file");
     return
         [directory, package] { QVERIFY(unzipPackage(package, directory->filePath(QStringLiteral("out")))); };
 }
@@ -223,8 +223,7 @@ double processorSeconds(const Work& work)
 
 Q_DECLARE_METATYPE(const Input*)
 
-//! Twice the input takes at most three times the work, measured as processor time: quadratic growth would
-//! take four times the work.
+//! Twice the input takes less than three times the processor time. Quadratic growth would take four times.
 class TestGrowth : public QObject
 {
     Q_OBJECT
@@ -266,7 +265,7 @@ void TestGrowth::twiceAsMuchCostsTwiceAsMuch()
     constexpr double bound = 3;
     QFETCH(const Input*, input);
     const TestSupport::MessageLog log;
-    // Other programs disturb some rounds, but hardly ever most of them.
+    // The median ignores the few rounds that other programs disturb.
     std::vector<double> ratios;
     for (int round = 0; round < mostRounds && (round < fewestRounds || median(ratios) >= bound); ++round) {
         const double once = processorSeconds(input->prepare(input->n));

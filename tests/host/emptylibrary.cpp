@@ -1,6 +1,6 @@
 #include <QtGlobal>
 
-// A library that can be loaded but is no plug-in: the export is missing.
+// A library that a host can load but that is no plug-in: it does not export GetNelvoSDKPlugin.
 extern "C" Q_DECL_EXPORT int somethingElse()
 {
     return 0;

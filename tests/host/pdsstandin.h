@@ -12,8 +12,8 @@
 #include <QStandardItemModel>
 #include <QStringList>
 
-//! \brief A BIM manager without a dialog that records the host's calls. Tests act as the user through
-//!   `observer`.
+//! \brief A BIM manager without a dialog. Records the host's calls. Tests call `observer` in place of a
+//!   user's actions.
 class PdsStandIn final : public NelvoSDK::IPdsMgr
 {
 public:
@@ -22,7 +22,7 @@ public:
     NelvoSDK::IPdsObserver* observer = nullptr;
     //! The dialog's tree. Each InitBimData appends the tree of the project manager.
     QStandardItemModel organisation;
-    QMap<QString, QString> names; //!< of the models, by GUID
+    QMap<QString, QString> names; //!< the models' names by GUID
     bool dialogLoads = true;
 
     NelvoSDK::INelvoSDKPlugin* GetPlugin() override { return plugin; }

@@ -7,12 +7,12 @@
 
 #include <functional>
 
-//! \brief A project manager with a simulated service that records the host's calls.
+//! \brief A project manager with a simulated service. Records the host's calls.
 class ProjectInfoStandIn final : public NelvoSDK::IProjectInfoMgr
 {
 public:
     QStringList calls;
-    //! The last session, and the plug-in of SetPlugin.
+    //! The session of the last ReflushProjOrgInfo, and the plug-in of the last SetPlugin.
     NelvoSDK::LoginSession session;
     NelvoSDK::INelvoSDKPlugin* plugin = nullptr;
 
@@ -21,12 +21,12 @@ public:
     QStringList firstLevel;
     std::list<NelvoSDK::ProjectNode> serverProjects;
     bool answers = true;
-    //! The effect of a successful upload.
+    //! Called by OnUploadProject as the effect of a successful upload.
     std::function<void(const NelvoSDK::ProjectNode&)> upload;
-    //! Called where an operation would block, like event handlers of the host.
+    //! Called while an operation would wait for the service and process the host's events.
     std::function<void()> whileBlocking;
 
-    //! Announced and not withdrawn.
+    //! Local projects that were added and not removed or uploaded since.
     std::map<std::wstring, NelvoSDK::ProjectRef> announced;
     QMap<QString, QString> bindings;
 
@@ -110,7 +110,7 @@ private:
     void note(const QString& call)
     {
         if (m_depth > 0)
-            qFatal("%s within another call", qPrintable(call));
+            qFatal("the host calls %s inside another call", qPrintable(call));
         calls.append(call);
     }
     void block(const QString& call)

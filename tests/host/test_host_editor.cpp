@@ -57,14 +57,14 @@ NelvoSDK::LoginSession fullSession()
     return session;
 }
 
-//! The rows of a session as field and value.
+//! The values of the session's rows by field.
 QMap<QString, QString> values(const Editor& editor)
 {
     QMap<QString, QString> found;
     for (const QVariant& row : editor.session()) {
         const QVariantMap map = row.toMap();
         if (map.value(QStringLiteral("label")).toString().isEmpty())
-            qFatal("a row without a label");
+            qFatal("a row of the session has no label");
         found.insert(map.value(QStringLiteral("field")).toString(),
                      map.value(QStringLiteral("value")).toString());
     }
@@ -107,7 +107,7 @@ void TestHostEditor::contextHandsOverTheWebChannel()
     QCOMPARE(channelOf(plugin), &channel);
 }
 
-//! The objects for the plug-in's component panel, read as that page does.
+//! The QML context contains the objects that the plug-in's page in the component panel uses.
 void TestHostEditor::pagesFindTheirObjects()
 {
     PluginStandIn plugin;
@@ -148,7 +148,7 @@ void TestHostEditor::modelsFollowTheSession()
     QCOMPARE(count(), 1);
     QVERIFY(editor.models()->isReady());
 
-    // Without a service there is no organisation.
+    // A session without an editor service has no organisation tree.
     plugin.projects.whileBlocking = nullptr;
     NelvoSDK::LoginSession session = fullSession();
     session.sdkAddr.clear();
@@ -261,7 +261,7 @@ void TestHostEditor::signOutForgetsTheSession()
     LogModel log;
     Editor editor(plugin, log, nullptr);
     plugin.loginObserver->OnLoginSucceeded(fullSession());
-    QGuiApplication::setQuitOnLastWindowClosed(false); // as the plug-in does
+    QGuiApplication::setQuitOnLastWindowClosed(false); // like the plug-in
     plugin.calls.clear();
     QSignalSpy changed(&editor, &Editor::sessionChanged);
     editor.signOut();
@@ -324,7 +324,7 @@ void TestHostEditor::earlierCookiesHoldOn()
     const auto cookiesAfter = [&](const NelvoSDK::LoginSession& session) {
         plugin.loginObserver->OnLoginSucceeded(session);
         if (!QTest::qWaitFor([&editor] { return !editor.projects()->queue()->isBusy(); }, 30000))
-            qFatal("the operations do not end");
+            qFatal("the host's operations time out");
         return QString::fromStdWString(plugin.projects.session.cookies);
     };
     NelvoSDK::LoginSession session = fullSession();
@@ -334,7 +334,7 @@ void TestHostEditor::earlierCookiesHoldOn()
     QCOMPARE(cookiesAfter(session), QStringLiteral("a=1"));
     session.cookies.clear();
     QCOMPARE(cookiesAfter(session), QStringLiteral("a=1"));
-    // The record shows the received values.
+    // The rows show the received values.
     QCOMPARE(values(editor).value(QStringLiteral("cookies")), QString());
     session.sdkAddr = L"http://another";
     QCOMPARE(cookiesAfter(session), QString());

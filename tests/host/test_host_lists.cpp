@@ -38,7 +38,7 @@ NelvoSDK::OrgTreeNode unit(const std::wstring& name, bool selectable,
     return {L"id of " + name, name, selectable, std::move(children)};
 }
 
-//! a( b( c, d( e ) ), f )
+//! The tree a( b( c, d( e ) ), f ).
 NelvoSDK::OrgTreeNode smallTree()
 {
     return unit(
@@ -257,7 +257,7 @@ void TestHostLists::bindingsAreWhatHasASerial()
     QCOMPARE(list.bindings(), (QMap<QString, QString>{{guid, "SN-1"}}));
     QCOMPARE(list.boundCount(), 1);
 
-    // The input remains with its project.
+    // The list keeps the serial numbers of each project.
     list.setProject(QStringLiteral("p-2"));
     QVERIFY(list.bindings().isEmpty());
     list.setProject(QStringLiteral("p-1"));

@@ -19,7 +19,7 @@ using NelvoDevkit::LogModel;
 using NelvoDevkit::ModelDesk;
 using NelvoDevkit::WebView;
 
-//! The host's part of the BIM models, and its objects for the plug-in's pages.
+//! The host's list of imported BIM models, and its objects for the plug-in's pages.
 class TestHostModels : public QObject
 {
     Q_OBJECT
@@ -93,7 +93,7 @@ void TestHostModels::cleanup()
 
 QStringList TestHostModels::logged(LogEntry::Kind kind) const
 {
-    QCoreApplication::processEvents(); // the event loop adds the entries
+    QCoreApplication::processEvents(); // the log adds its entries in the event loop
     QStringList texts;
     for (int row = 0; row < m_log->rowCount(); ++row) {
         if (m_log->entry(row).kind == kind)
@@ -102,7 +102,7 @@ QStringList TestHostModels::logged(LogEntry::Kind kind) const
     return texts;
 }
 
-//! The values of that role in the desk's models.
+//! The values of `role` in all rows of the desk's models.
 QStringList TestHostModels::column(int role) const
 {
     QStringList found;
@@ -160,7 +160,7 @@ void TestHostModels::dialogEndsBeforeTheScene()
 {
     QQmlEngine engine;
     QQuickItem scene;
-    m_desk->destroyDialog(); // there is none
+    m_desk->destroyDialog(); // without a dialog
     m_desk->publish(engine.rootContext());
     m_desk->createDialog(&scene);
     QCOMPARE(scene.children().size(), 1);
@@ -220,7 +220,7 @@ void TestHostModels::secondImportIsRefused()
 {
     QVERIFY(m_desk->checkBimProjValid("g-1", false));
     manager().observer->OnDownLoadBimProj({"g-1"});
-    QVERIFY(!m_desk->checkBimProjValid("g-1", false)); // also while it is being imported
+    QVERIFY(!m_desk->checkBimProjValid("g-1", false)); // already during the import
     QVERIFY(m_desk->checkBimProjValid("g-2", false));
     QVERIFY(settle());
     QVERIFY(!m_desk->checkBimProjValid("g-1", false));
@@ -248,7 +248,7 @@ void TestHostModels::conversionsAreListed()
     QCOMPARE(column(ImportedModels::KindRole),
              (QStringList{"概要模型（完整度优先）", "概要模型（性能优先）"}));
     QVERIFY(settle());
-    // An outline model has no PDS projects, and the complete model may still be imported.
+    // An outline model has no PDS projects. The user may still import the complete model.
     QCOMPARE(column(ImportedModels::ReadableRole), (QStringList{"false", "false"}));
     QVERIFY(m_desk->checkBimProjValid("g-2", true));
 }
@@ -299,7 +299,7 @@ void TestHostModels::importedModelsAsRows()
     QVERIFY(!models.data({}, ImportedModels::NameRole).isValid());
 }
 
-//! A later import neither waits nor restarts an earlier one.
+//! A later import does not wait for an earlier one and does not restart it.
 void TestHostModels::modelsComeInSideBySide()
 {
     ImportedModels models;
@@ -336,7 +336,7 @@ void TestHostModels::cardFollowsTheDevices()
     devices.setData(devices.index(1), "SN-1", DeviceList::SerialRole);
     QCOMPARE(changed.size(), 1);
     QCOMPARE(card.deviceId(), QString("SN-1"));
-    // Another project has other components.
+    // The other project has other components, so the card has no selection.
     devices.setProject("p-2");
     QCOMPARE(card.currentComp(), QString());
     QCOMPARE(card.deviceId(), QString());
@@ -366,7 +366,7 @@ void TestHostModels::cardClearsTheDevice()
     devices.setData(devices.index(0), "SN-0", DeviceList::SerialRole);
     devices.setData(devices.index(1), "SN-1", DeviceList::SerialRole);
     card.select(devices.index(1).data(DeviceList::GuidRole).toString());
-    card.clearDeviceData(Pump); // nobody's
+    card.clearDeviceData(Pump); // no component of this project
     QCOMPARE(devices.boundCount(), 2);
     QVERIFY(QMetaObject::invokeMethod(&card, "clearDeviceData", Q_ARG(QString, card.currentComp())));
     QCOMPARE(card.deviceId(), QString());

@@ -50,7 +50,7 @@ void TestHostOperations::oneAfterTheOther()
     QCOMPARE(done, (QStringList{"a", "b", "c"}));
 }
 
-//! An operation processes events, as the plug-in does while it waits.
+//! The operation processes events, like the plug-in while it waits.
 void TestHostOperations::noneWithinAnother()
 {
     OperationQueue queue;

@@ -84,7 +84,7 @@ void TestHostOptions::mistakes()
     QFETCH(QString, error);
     try {
         HostOptions::parse(QStringList(QStringLiteral("NelvoEditor")) + arguments);
-        QFAIL("the arguments are accepted");
+        QFAIL("the host accepts the wrong arguments");
     } catch (const Failure& failure) {
         QCOMPARE(failure.text, error + QStringLiteral("; --help lists the options"));
         QCOMPARE(failure.status, 2);

@@ -14,7 +14,7 @@ using NelvoDevkit::LogModel;
 using NelvoDevkit::MessageCapture;
 using NelvoDevkit::ProjectDesk;
 
-//! The host's part of the enterprise's projects, with a stand-in of the manager.
+//! The host's list of the enterprise's projects, with a stand-in for the manager.
 class TestHostProjects : public QObject
 {
     Q_OBJECT
@@ -50,7 +50,7 @@ private Q_SLOTS:
 
 private:
     ProjectInfoStandIn& manager() { return m_plugin->projects; }
-    //! Signs in to an enterprise and waits.
+    //! Signs in to an enterprise and waits for the host's operations.
     void signIn(const std::wstring& epId = L"1001");
     void createProject(const QString& name);
     bool settle() const;
@@ -142,7 +142,7 @@ bool TestHostProjects::settle() const
 
 QStringList TestHostProjects::logged(LogEntry::Kind kind) const
 {
-    QCoreApplication::processEvents(); // the event loop adds the entries
+    QCoreApplication::processEvents(); // the log adds its entries in the event loop
     QStringList texts;
     for (int row = 0; row < m_log->rowCount(); ++row) {
         if (m_log->entry(row).kind == kind)
@@ -201,7 +201,7 @@ void TestHostProjects::missingTreeIsTold()
     manager().rootName = QStringLiteral("root");
     manager().firstLevel = QStringList("u1");
     signIn();
-    // The next tree does not arrive, and the earlier one is hidden.
+    // The next enterprise's tree does not arrive. The host does not show the previous tree.
     manager().firstLevel.clear();
     signIn(L"1002");
     QCOMPARE(m_desk->tree()->unitCount(), 0);
@@ -219,7 +219,7 @@ void TestHostProjects::sessionWithoutServiceIsNotInstalled()
     QCOMPARE(logged(LogEntry::Kind::Warning).size(), 1);
 }
 
-//! The manager throws if it needs the enterprise, so the host does not call it.
+//! Operations of the manager that need the enterprise throw without one, so the host does not call them.
 void TestHostProjects::sessionWithoutEnterprise()
 {
     signIn();
@@ -407,14 +407,14 @@ void TestHostProjects::failedRenameIsTold()
 void TestHostProjects::bindings()
 {
     signIn();
-    m_desk->uploadBindings(); // without a selected project
+    m_desk->uploadBindings(); // does nothing without a selected project
     m_desk->select(QStringLiteral("s-1"));
     NelvoDevkit::DeviceList& devices = *m_desk->devices();
     devices.setData(devices.index(1), QStringLiteral("SN-1"), NelvoDevkit::DeviceList::SerialRole);
     const QMap<QString, QString> expected = devices.bindings();
     QCOMPARE(expected.size(), 1);
     m_desk->uploadBindings();
-    m_desk->select(QStringLiteral("s-2")); // too late to matter
+    m_desk->select(QStringLiteral("s-2")); // does not change the queued upload
     QVERIFY(settle());
     QCOMPARE(manager().calls.filter(QStringLiteral("OnUpload")), QStringList("OnUploadSdkProperty s-1"));
     QCOMPARE(manager().bindings, expected);
@@ -452,7 +452,7 @@ void TestHostProjects::detailsNameTheEnterprise()
     QVERIFY(m_desk->details().isEmpty());
 }
 
-//! The stand-in ends the test if the host calls it inside a call.
+//! The stand-in ends the test if the host calls it inside another call.
 void TestHostProjects::eventsWhileBlockingWait()
 {
     signIn();
@@ -472,7 +472,7 @@ void TestHostProjects::eventsWhileBlockingWait()
              (QStringList{"GetServerProjectTree", "GetServerProjectTree", "GetServerProjectTree"}));
 }
 
-//! The plug-in reports failures in its log only, mostly as debug messages.
+//! The plug-in reports failures only in the log, mostly as debug messages.
 void TestHostProjects::pluginsOwnLinesAreInTheLog()
 {
     LogFilter shownLog(*m_log);

@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-//! Starts the built host from a separate folder with a missing or wrong file.
+//! Starts the built host in a folder where files are missing or wrong.
 class TestHostStart : public QObject
 {
     Q_OBJECT
@@ -56,7 +56,7 @@ public:
         QProcess process;
         process.start(path(QFileInfo(Program).fileName()), arguments);
         if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
-            qFatal("the host did not end: %s", qPrintable(process.errorString()));
+            qFatal("the host did not end normally: %s", qPrintable(process.errorString()));
         const auto text = [](const QByteArray& output) {
             return QString::fromLocal8Bit(TestSupport::withPlainLineEnds(output));
         };
@@ -161,7 +161,7 @@ void TestHostStart::singleArgumentIsForThePlugin()
     QVERIFY2(!host.error.contains(QStringLiteral("Unknown option")), qPrintable(host.error));
 }
 
-//! A failed sign-in ends the host.
+//! The sign-in fails, and a failed sign-in from the command line ends the host.
 void TestHostStart::signInIsNoOptionWhateverItBeginsWith()
 {
     const Folder folder;

@@ -15,7 +15,7 @@ using NelvoDevkit::Editor;
 using NelvoDevkit::LogModel;
 using NelvoDevkit::UpdateDesk;
 
-//! A check for a newer release while the login form of the built plug-in waits for the user.
+//! A version check while the login form of the built plug-in is visible.
 class TestHostUpdatePages : public QObject
 {
     Q_OBJECT
@@ -43,7 +43,7 @@ namespace {
 
 constexpr int Patience = 30000;
 
-//! Finds the item in a visible window.
+//! Returns the item with this object name in a visible window, or null.
 QQuickItem* find(const QString& name)
 {
     for (QWindow* window : QGuiApplication::topLevelWindows()) {

@@ -256,7 +256,7 @@ void TestHostUpdates::progressOfAnUnknownSize()
     QCOMPARE(m_desk->progress(), 1.0);
 }
 
-//! A package that an earlier process has downloaded.
+//! An earlier process has downloaded the package, so the updater only emits downloadFinished.
 void TestHostUpdates::completePackageIsNotFetched()
 {
     offerRelease();
@@ -288,7 +288,7 @@ void TestHostUpdates::failureIsToldOnceMore()
     QCOMPARE(m_desk->error(), QString());
 }
 
-//! The updater refuses it while an earlier transfer is running.
+//! The updater refuses the download while an earlier transfer is running.
 void TestHostUpdates::refusedDownloadGoesOn()
 {
     offerRelease();
@@ -356,7 +356,7 @@ void TestHostUpdates::everythingIsLogged()
                           "updater: readyUpdateInfo: restarting", "updater: upgradeEnd"}));
 }
 
-//! A hidden page would treat the result of the check as a step of a sign-in.
+//! The host unloads the hidden page, which would treat the result of the check as a step of a sign-in.
 void TestHostUpdates::unseenPageGoes()
 {
     showLogin();
@@ -400,7 +400,7 @@ void TestHostUpdates::lastPageNeedsTheFormBack()
     turnTo(LastPage);
     QCOMPARE(needed.size(), 1);
     QCOMPARE(m_desk->state(), state);
-    // From now on it is a sign-in.
+    // Later page changes are part of a sign-in.
     turnTo(LoginPage);
     turnTo(LastPage);
     QCOMPARE(needed.size(), 1);

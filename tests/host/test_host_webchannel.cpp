@@ -16,7 +16,7 @@ namespace {
 
 constexpr int Patience = 30000;
 
-//! The status and body of the reply.
+//! Sends a GET request and returns the status and the body of the reply.
 std::pair<int, QByteArray> get(const QUrl& url)
 {
     QNetworkAccessManager manager;
@@ -27,7 +27,7 @@ std::pair<int, QByteArray> get(const QUrl& url)
     return {reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), reply->readAll()};
 }
 
-//! \brief The other end of the channel, for the handshake only.
+//! \brief A client of the web channel. It only sends and receives messages.
 class ChannelClient : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ public:
     void send(const QByteArray& text) { m_socket.sendTextMessage(QString::fromUtf8(text)); }
     int messageCount() const { return m_messages.size(); }
     QJsonObject lastMessage() const { return QJsonDocument::fromJson(m_messages.last().toUtf8()).object(); }
-    //! Names of the objects in the last message, the reply to an "init".
+    //! The names of the objects in the last message, which must be the reply to an "init".
     QStringList objects() const { return lastMessage()["data"].toObject().keys(); }
 
 private:
@@ -55,7 +55,7 @@ private:
 
 constexpr char Init[] = R"({"type": 3, "id": 5})";
 
-//! \brief An object with a function, to check that a message calls it.
+//! \brief An object with a function that counts its calls.
 class Counter : public QObject
 {
     Q_OBJECT

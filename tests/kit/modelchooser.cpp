@@ -9,7 +9,7 @@ namespace {
 
 constexpr int LookEveryMs = 200;
 
-//! \brief Acts as the user of the example with the BIM dialog: chooses the first model and closes the window.
+//! \brief Operates the example with the BIM dialog: chooses the first model and then closes the window.
 class ModelChooser final : public QObject
 {
 public:

@@ -27,7 +27,7 @@ const auto SourceDir = QStringLiteral(NELVO_SOURCE_DIR);
 const auto Config = QStringLiteral(NELVO_CONFIG);
 
 struct Outcome {
-    int status = -1; //!< unchanged if the program did not start, crashed or took too long
+    int status = -1; //!< -1 if the program did not start, crashed or timed out
     QString out;
     QString error;
     QString all() const { return QStringLiteral("status %1\n").arg(status) + out + error; }
@@ -99,7 +99,7 @@ private:
     QStringList launchArguments(const QStringList& further) const;
 
     QTemporaryDir m_folder;
-    //! With a space: users choose the path when they unpack the kit.
+    //! The path contains a space, because users choose the path when they unpack the kit.
     QString m_kit = m_folder.path() + QStringLiteral("/the kit");
     QProcess m_services;
     QString m_signInUrl;
@@ -117,7 +117,7 @@ Outcome TestKit::configure(const QString& project, const QString& prefix, const 
                              "-DCMAKE_PREFIX_PATH=" + prefix, "-DCMAKE_BUILD_TYPE=Release",
                              QStringLiteral("-DCMAKE_CXX_COMPILER=%1").arg(NELVO_COMPILER),
                              QStringLiteral("-DQt5_DIR=%1").arg(NELVO_QT_DIR),
-                             // Used if a variable of the environment names another one.
+                             // Empty, because a variable of the environment can set a launcher.
                              "-DCMAKE_CXX_COMPILER_LAUNCHER="} +
                  further);
 }
@@ -125,7 +125,7 @@ Outcome TestKit::configure(const QString& project, const QString& prefix, const 
 void TestKit::initTestCase()
 {
     QVERIFY(m_folder.isValid());
-    // The paths for a debugger are removed with the symbols.
+    // Stripping removes the debug symbols and with them the paths of the build.
     const Outcome installed = install(m_kit, {"--strip"});
     QVERIFY2(installed.status == 0, qPrintable(installed.all()));
     const Outcome configured =
@@ -154,7 +154,7 @@ void TestKit::startServices()
     QVERIFY(!m_signInUrl.isEmpty());
 }
 
-//! The seed's names of the entries of a list of the enterprise.
+//! The names in one list of the enterprise in the seed. `key` is the name's field.
 QStringList TestKit::names(const QString& list, const QString& key) const
 {
     const QJsonArray enterprises =
@@ -202,7 +202,7 @@ void TestKit::kitNamesNoPathOfTheBuild()
     const QStringList files = filesIn(m_kit);
     QVERIFY(!files.isEmpty());
     for (const QString& file : files) {
-        // Texts of other authors may contain any path, and one like "/src" by chance.
+        // Licence texts of other projects may contain a path like "/src" by chance.
         if (file.startsWith("share/doc/NelvoPlugin/licenses/"))
             continue;
         const QByteArray content = contentOf(inKit(file));
@@ -256,7 +256,7 @@ void TestKit::packageChecksVersionAndCompiler()
 
 void TestKit::archiveHoldsTheKit()
 {
-    // Of the installed files, instead of building and installing again.
+    // CPack packs the installed files instead of building and installing again.
     const QString folder = m_folder.filePath("archive");
     const Outcome packed = run(NELVO_CPACK, {"--config", BuildDir + "/CPackConfig.cmake", "-C", Config, "-B",
                                              folder, "-D", "CPACK_INSTALL_CMAKE_PROJECTS=", "-D",
@@ -353,7 +353,7 @@ void TestKit::bimDialogOffersTheModels()
          {QStringLiteral("signed in: 远景建筑设计研究院"), QStringLiteral("the dialog is open"),
           "models: " + models.join(", "), "import: " + models.constFirst()})
         QVERIFY2(lines.contains(line), qPrintable(outcome.all()));
-    // No page logs an error, not even at the end.
+    // No page has logged an error, not even during the shutdown.
     QVERIFY2(!outcome.error.contains("qrc:/"), qPrintable(outcome.all()));
 }
 

@@ -25,10 +25,10 @@ namespace {
 
 constexpr int PatienceMs = 60000;
 
-//! Set in a process that acts as the host: its behaviour, and the folder through which the test controls it.
+//! Two variables of the child process that acts as the host: its behaviour, and the folder for its files.
 const char* const BehaviourVariable = "NELVO_TEST_HOST";
 const char* const FolderVariable = "NELVO_TEST_FOLDER";
-//! Exit status of a host that ends itself.
+//! The exit status of a host that ends itself.
 constexpr int HostStatus = 7;
 
 const auto LockName = QStringLiteral("/lock");
@@ -51,7 +51,7 @@ void tell(const QString& argument)
     NelvoPlugin::setEvent(NelvoPlugin::openEvent(parts.at(3).toStdWString()));
 }
 
-//! Continues until a file requests the end, or until the test must have ended.
+//! Runs until the file EndName exists. Also ends after four times the test's patience.
 int stay(const QString& folder)
 {
     QTimer looking;
@@ -64,7 +64,7 @@ int stay(const QString& folder)
     return QCoreApplication::exec();
 }
 
-//! Whether both names are free.
+//! True if no event and no shared memory uses the names.
 bool areFree(const QString& event, const QString& mapping)
 {
     try {
@@ -75,7 +75,8 @@ bool areFree(const QString& event, const QString& mapping)
     }
 }
 
-//! On Windows a name exists as long as a process has its object open; POSIX systems remove it at once.
+//! True on Windows, where a name exists while any process has its object open. POSIX systems remove the name
+//! together with its handshake.
 bool namesLastAsLongAsTheirObjects(const QString& name)
 {
     const std::wstring event = (name + QStringLiteral("-probe-event")).toStdWString();
@@ -130,7 +131,7 @@ private Q_SLOTS:
 
 private:
     void start(const QString& behaviour, const QStringList& further);
-    //! Exit status of the program, after its end.
+    //! Waits for the end of nelvo-launch, reads its output and returns its exit status.
     int status();
     int run(const QString& behaviour, const QStringList& further = {});
     bool isHostRunning() const;
@@ -162,7 +163,7 @@ void TestLaunch::start(const QString& behaviour, const QStringList& further)
     environment.insert(QLatin1String(BehaviourVariable), behaviour);
     environment.insert(QLatin1String(FolderVariable), m_folder->path());
     m_program->setProcessEnvironment(environment);
-    // Files instead of pipes: a continuing host keeps them open.
+    // A host that continues keeps its output open, so the test reads files instead of pipes.
     m_program->setStandardOutputFile(m_folder->path() + QStringLiteral("/out"));
     m_program->setStandardErrorFile(m_folder->path() + QStringLiteral("/error"));
     const QStringList arguments{
@@ -174,7 +175,7 @@ void TestLaunch::start(const QString& behaviour, const QStringList& further)
 int TestLaunch::status()
 {
     if (!m_program->waitForFinished(PatienceMs) || m_program->exitStatus() != QProcess::NormalExit)
-        qFatal("nelvo-launch: %s", qPrintable(m_program->errorString()));
+        qFatal("nelvo-launch did not end normally: %s", qPrintable(m_program->errorString()));
     const auto content = [this](const char* name) {
         return QString::fromUtf8(
             TestSupport::withPlainLineEnds(TestSupport::contentOf(m_folder->path() + QLatin1String(name))));
@@ -333,7 +334,7 @@ void TestLaunch::helpIsNoMistake()
 void TestLaunch::interruptionCleansUp()
 {
     if (!NELVO_HAS_SIGNALS)
-        QSKIP("here Ctrl+C would reach the host as well");
+        QSKIP("on this system Ctrl+C would also interrupt the host");
     const QString event = m_folder->path() + QStringLiteral("-event");
     start(QStringLiteral("stay"), {"--event", event, "--end"});
     QTRY_VERIFY_WITH_TIMEOUT(!hostArguments().isEmpty(), PatienceMs);
@@ -348,7 +349,7 @@ void TestLaunch::interruptionCleansUp()
 void TestLaunch::interruptionEndsTheAwaitedHost()
 {
     if (!NELVO_HAS_SIGNALS)
-        QSKIP("here Ctrl+C would reach the host as well");
+        QSKIP("on this system Ctrl+C would also interrupt the host");
     start(QStringLiteral("tell and stay"), {"--await-end"});
     const auto output = [this] { return TestSupport::contentOf(m_folder->path() + QStringLiteral("/out")); };
     QTRY_VERIFY_WITH_TIMEOUT(output().contains("the host says \"1\""), PatienceMs);

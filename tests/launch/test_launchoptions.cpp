@@ -133,7 +133,7 @@ void TestLaunchOptions::mistakes()
     QFETCH(QString, error);
     try {
         LaunchOptions::parse(arguments);
-        QFAIL("the arguments are accepted");
+        QFAIL("the program accepts the wrong arguments");
     } catch (const Failure& failure) {
         QCOMPARE(failure.text, error + QStringLiteral("; --help lists the options"));
         QCOMPARE(failure.status, int(LaunchStatus::WrongUsage));

@@ -17,7 +17,7 @@ namespace {
 constexpr std::chrono::milliseconds Now{0};
 constexpr std::chrono::minutes LongEnough{1};
 
-//! Set in a process that acts as the notifying one.
+//! This variable is set in the child process, which acts as the started host.
 const char* const TellerVariable = "NELVO_TEST_TELLER";
 
 std::wstring unique(const QString& prefix)
@@ -25,7 +25,7 @@ std::wstring unique(const QString& prefix)
     return (prefix + QUuid::createUuid().toString(QUuid::WithoutBraces)).toStdWString();
 }
 
-//! The notifying process: writes its third argument to the block and sets the event, by names.
+//! The child process: writes its third argument to the block and sets the event. Opens both by their names.
 int runTeller(const QStringList& arguments)
 {
     const QByteArray text = arguments.at(3).toLatin1();
@@ -39,7 +39,7 @@ int runTeller(const QStringList& arguments)
     return (block ? 0 : 1) + (event ? 0 : 2);
 }
 
-//! Starts that process. The destructor ends it.
+//! Starts the child process. The destructor ends it.
 class Teller
 {
 public:
@@ -51,11 +51,11 @@ public:
         m_process.start(QCoreApplication::applicationFilePath(),
                         {QString::fromStdWString(event), QString::fromStdWString(block), text});
     }
-    //! 1 without the block, plus 2 without the event.
+    //! Waits for the end. 0, plus 1 if the block was not found, plus 2 if the event was not found.
     int status()
     {
         if (!m_process.waitForFinished(60000) || m_process.exitStatus() != QProcess::NormalExit)
-            qFatal("the other process: %s", qPrintable(m_process.errorString()));
+            qFatal("the child process failed: %s", qPrintable(m_process.errorString()));
         return m_process.exitCode();
     }
 
@@ -65,7 +65,7 @@ private:
 
 } // namespace
 
-//! Both sides of the handshake, in one process and in two.
+//! Both sides of the handshake, in one process and in two processes.
 class TestHandshake : public QObject
 {
     Q_OBJECT
@@ -166,7 +166,7 @@ void TestHandshake::removedNamesAreGone()
     QVERIFY(NelvoPlugin::openEvent(event));
 }
 
-//! A calling program that has given up does not disturb a host that has already opened the objects.
+//! If the calling program gives up, a host that has already opened the objects can still use them.
 void TestHandshake::openedObjectsOutliveTheirNames()
 {
     const std::wstring eventName = unique(QStringLiteral("event-"));
@@ -191,7 +191,7 @@ void TestHandshake::takenNamesAreRefused()
     const CallerHandshake caller(event, block);
     QVERIFY_EXCEPTION_THROWN(CallerHandshake(unique(QStringLiteral("event-")), block), std::system_error);
     QVERIFY_EXCEPTION_THROWN(CallerHandshake(event, unique(QStringLiteral("block-"))), std::system_error);
-    // The objects of the first one still exist.
+    // The objects of the first caller still exist.
     QVERIFY(NelvoPlugin::openSharedMemory(block));
     QVERIFY(NelvoPlugin::openEvent(event));
 }
@@ -317,7 +317,7 @@ void TestHandshake::otherProcessFindsAnyName()
     QVERIFY(caller.wait(LongEnough));
 }
 
-//! The event determines the order: the woken process finds the whole text.
+//! The text is written before the event is set, so the woken process reads all of it.
 void TestHandshake::whatWasWrittenIsThereWithTheEvent()
 {
     for (int round = 0; round < 20; ++round) {

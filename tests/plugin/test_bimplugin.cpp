@@ -28,7 +28,7 @@ int differences(const Managers& left, const Managers& right)
            std::inner_product(left.begin(), left.end(), right.begin(), 0, std::plus<>(), std::equal_to<>());
 }
 
-//! Hears of the end of each manager of a plug-in. The message manager has no such signal.
+//! Calls `gone` at the deletion of each manager except the message manager, which is no QObject.
 void watchManagers(CBimPlugin& plugin, const std::function<void(const QString& name)>& gone)
 {
     const auto watch = [&gone](auto* object, const char* name) {
@@ -114,7 +114,7 @@ void TestBimPlugin::secondInitializeReplacesTheManagers()
 {
     CBimPlugin plugin;
     plugin.Initialize();
-    // The old manager exists until the new one is stored, so the two addresses differ.
+    // Each old manager exists until the new one is stored, so the addresses differ.
     const NelvoSDK::ILoginMgr* login = plugin.GetLoginMgr();
     const NelvoSDK::IMessageMgr* message = plugin.GetMessageMgr();
     const NelvoSDK::IProjectInfoMgr* project = plugin.GetProjectInfoMgr();
@@ -126,7 +126,7 @@ void TestBimPlugin::secondInitializeReplacesTheManagers()
     QVERIFY(plugin.GetProjectInfoMgr() != project);
     QVERIFY(plugin.GetPdsMgr() != pds);
     QVERIFY(!plugin.GetMessageMgr()->GetContext());
-    // The old login manager has been deleted with its window.
+    // The old login manager and its window have been deleted.
     QCOMPARE(QGuiApplication::topLevelWindows().size(), 1);
     plugin.Shutdown();
     QVERIFY(QGuiApplication::topLevelWindows().isEmpty());
@@ -139,7 +139,7 @@ void TestBimPlugin::managersAreReplacedInOrder_data()
     QTest::newRow("by none") << false;
 }
 
-//! Each goes once the plug-in no longer has it, while the plug-in still has all that follow.
+//! The plug-in replaces a manager before it deletes it, and deletes it before it replaces the next one.
 void TestBimPlugin::managersAreReplacedInOrder()
 {
     QFETCH(bool, again);

@@ -43,14 +43,14 @@ const auto ScenePath = QStringLiteral("/scene/project");
 const auto DeletePath = QStringLiteral("/equipment/bind/deleteAll/s");
 const auto BatchPath = QStringLiteral("/equipment/bind/batchAdd/s");
 
-//! Something that logs, now or later.
+//! An action that causes log lines, immediately or later.
 using Action = std::function<void()>;
 
 } // namespace
 
 Q_DECLARE_METATYPE(Action)
 
-//! The log as a host filters it: by category.
+//! The category of the log lines, by which a host can filter them.
 class TestLog : public QObject
 {
     Q_OBJECT
@@ -67,7 +67,7 @@ private:
     void transfer(const QString& file);
     void signIn();
     NelvoSDK::LoginSession session() const;
-    //! What a manager with a session does while that path fails.
+    //! An action of a manager with a session. Requests to `path` fail during the action.
     Action projects(const QString& path, const std::function<void(CProjectInfoMgr& manager)>& action);
     void readModels(void (CBimProjWorker::*list)(), bool success);
     QString emptyFile() const;
@@ -165,7 +165,7 @@ void TestLog::download()
 void TestLog::everyLineHasTheDefaultCategory_data()
 {
     QTest::addColumn<Action>("action");
-    QTest::addColumn<QStringList>("lines"); // what they hold
+    QTest::addColumn<QStringList>("lines"); // a part of each expected log line
 
     const auto row = [](const char* name, const Action& action, const QStringList& lines) {
         QTest::newRow(name) << action << lines;
@@ -275,7 +275,7 @@ void TestLog::everyLineHasTheDefaultCategory_data()
     row("no archive", [this] { m_updater->upgrade(); },
         {QStringLiteral("解压中"), QStringLiteral("解压失败")});
 
-    // It asks the application to quit, which would end what the others wait for.
+    // The last row: this sign-in quits the application, which would end the waits of later rows.
     row("refused sign-in without a window",
         [] {
             QQuickView view;

@@ -95,7 +95,7 @@ void TestMessageMgr::notifyingNobodyReturns()
     manager.Detach(&gone);
     notifyEachKind();
     QVERIFY(gone.heard.isEmpty());
-    // Nothing is stored for later observers, and the manager still works.
+    // The manager stores no message for later observers, and still works.
     MessageRecorder late;
     manager.Attach(&late);
     manager.NotifySecond(QStringLiteral("heard"));
@@ -145,7 +145,7 @@ void TestMessageMgr::strangeTextsPassUnchanged()
 
 namespace {
 
-//! Set in a process that notifies a null observer.
+//! This variable is set in the child process, which notifies a null observer.
 const char* const NullVariable = "NELVO_TEST_NOTIFY_NULL";
 
 int notifyNull()
@@ -161,7 +161,7 @@ int notifyNull()
 
 } // namespace
 
-//! Callers must not pass null: it is stored, and a notification crashes the process.
+//! Callers must not pass null: Attach stores it, and the next notification crashes the process.
 void TestMessageMgr::nullObserverIsKeptAndCalled()
 {
     QProcess process;

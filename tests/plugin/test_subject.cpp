@@ -22,7 +22,7 @@ public:
     {
         Notify([](Observer& observer) { ++observer.calls; });
     }
-    //! Runs `happens` in each call, with the called observer and the number of calls before it.
+    //! Notifies all observers. Each call runs `happens` with the observer and the number of earlier calls.
     void notifyWith(const std::function<void(Observer&, int)>& happens)
     {
         int before = 0;
@@ -197,7 +197,7 @@ void TestSubject::oneAttachedDuringANotificationWaitsForTheNext()
 {
     Subject subject;
     Observer first;
-    std::vector<Observer> later(50); // some of them would follow the first in the order of the walk
+    std::vector<Observer> later(50); // enough that some would follow the first in the order of the calls
     subject.Attach(&first);
     subject.notifyWith([&](Observer&, int) {
         for (Observer& observer : later)
@@ -256,7 +256,7 @@ void TestSubject::notificationsNest()
             subject.Detach(&second);
         }
     });
-    // Both in the inner notification, and in the outer one the observer that started it.
+    // The inner notification calls both. The outer one calls only the observer that started the inner one.
     QCOMPARE(first.calls + second.calls, 3);
 }
 
@@ -303,7 +303,7 @@ void TestSubject::attachAndDetachFromManyThreads()
     QCOMPARE(subject.reached(), int(threadCount * perThread / 2));
 }
 
-//! An observer that stays attached is called by each notification, even if others are attached and detached.
+//! Each notification calls an observer that stays attached, even if calls attach and detach other observers.
 void TestSubject::attachAndDetachDuringNotifications()
 {
     constexpr int notifications = 2000;

@@ -24,7 +24,7 @@ ProbeRun::ProbeRun(const QStringList& arguments, const QString& password)
     program.write((TestSupport::passwordOf(QStringLiteral("lina")) + QStringLiteral("\r\nmore\n")).toUtf8());
     program.closeWriteChannel();
     if (!program.waitForFinished(PatienceMs) || program.exitStatus() != QProcess::NormalExit)
-        qFatal("nelvo-probe: %s", qPrintable(program.errorString()));
+        qFatal("nelvo-probe did not end normally: %s", qPrintable(program.errorString()));
     status = program.exitCode();
     output = TestSupport::withPlainLineEnds(program.readAllStandardOutput());
     error = TestSupport::withPlainLineEnds(program.readAllStandardError());

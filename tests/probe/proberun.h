@@ -11,14 +11,14 @@ class ProbeRun
 public:
     enum Status { Well, Wrong, WrongUsage };
 
-    //! With `password` in its environment unless it is null, and with lina's password on its standard input.
+    //! Sets `password` in its environment unless null, and writes lina's password to its standard input.
     ProbeRun(const QStringList& arguments, const QString& password);
-    //! With JSON as its output.
+    //! A run with the account's password, the built plug-in and JSON output.
     static ProbeRun withJson(const QString& url, const QString& user, const QStringList& further);
     ProbeRun() = default;
 
     QJsonObject json() const;
-    //! A step of the JSON; empty if there is none with that name.
+    //! The step with this name in the JSON output; empty if it is missing.
     QJsonObject step(const QString& key) const;
     QString verdict(const QString& key) const;
     QString words(const QString& key) const;

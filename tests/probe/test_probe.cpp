@@ -46,7 +46,7 @@ Change reply(const char* method, const char* path, const QByteArray& body,
     };
 }
 
-//! Whether the request only reads data or belongs to a sign-in. The probe must send no other requests.
+//! True if the request only reads data or is part of a sign-in. The probe must send no other requests.
 bool isHarmless(const NelvoDevkit::LoggedRequest& request)
 {
     static const QByteArrayList posts{"/login", "/rs/casLogin/casLogin",
@@ -58,7 +58,7 @@ bool isHarmless(const NelvoDevkit::LoggedRequest& request)
 
 Q_DECLARE_METATYPE(Change)
 
-//! nelvo-probe as a program, with the simulator.
+//! Runs of the program nelvo-probe with the simulator.
 class TestProbe : public QObject
 {
     Q_OBJECT
@@ -90,7 +90,7 @@ private Q_SLOTS:
 
 private:
     int run(const QStringList& arguments, const QString& password = passwordOf(User));
-    //! With the account, the server and JSON.
+    //! Runs the probe with the account, the simulator's address and JSON output.
     int probe(const QStringList& further = {}, const QString& user = QString::fromLatin1(User));
     QStringList updateOptions() const;
     void expect(const QString& key, const QString& words) const;
@@ -194,7 +194,7 @@ void TestProbe::tableIsForPeople()
     const QStringList arguments{"--url",    m_services->signInUrl(), "--user", User,
                                 "--plugin", NELVO_PLUGIN_FOLDER};
     QCOMPARE(run(arguments), int(ProbeRun::Well));
-    QCOMPARE(m_run.error, QByteArray()); // no message of Qt
+    QCOMPARE(m_run.error, QByteArray()); // Qt logs no message
     const QString table = QString::fromUtf8(m_run.output);
     const auto has = [](const QString& text, const char* pattern) {
         return QRegularExpression(QString::fromLatin1(pattern), QRegularExpression::MultilineOption)
@@ -222,7 +222,7 @@ void TestProbe::serverIsLeftAsItWas()
     const QVector<NelvoDevkit::LoggedRequest> requests = m_services->log().requests();
     for (const NelvoDevkit::LoggedRequest& request : requests)
         QVERIFY2(isHarmless(request), (request.method + ' ' + request.target).constData());
-    // It signs out through the plug-in.
+    // The probe signs out through the plug-in.
     QVERIFY(std::any_of(requests.begin(), requests.end(), [](const NelvoDevkit::LoggedRequest& request) {
         return request.path() == "/rs/casLogin/logout";
     }));
@@ -478,7 +478,7 @@ void TestProbe::noSecretIsTold_data()
     QTest::addColumn<Change>("change");
     QTest::addColumn<int>("status");
     QTest::newRow("well") << Change([](Services&) {}) << int(ProbeRun::Well);
-    // The text of an error contains the requested address, and that of the update service contains its token.
+    // An error text contains the requested address, and the update service's address contains the token.
     QTest::newRow("errors") << Change([](Services& services) {
         services.addFault(
             {Fault::Status, QStringLiteral("/v1.0/service/sys/productVersion/findLatest"), {}, 500, false});
@@ -487,7 +487,7 @@ void TestProbe::noSecretIsTold_data()
     QTest::newRow("rejected") << Change([](Services& services) {
         services.addFault({Fault::LoseSession, QStringLiteral("/rs/casLogin/listCompany"), {}, 0, false});
     }) << int(ProbeRun::Wrong);
-    // A server that repeats its input.
+    // The server's message contains the secrets.
     QTest::newRow("parrot") << Change([](Services& services) {
         const QString md5 = TestSupport::md5(passwordOf(User).toUtf8());
         const QJsonObject body{{"code", 401},
@@ -524,7 +524,7 @@ void TestProbe::noSecretIsTold()
         if (ticket.hasMatch())
             secrets.append(QUrl::fromPercentEncoding(ticket.captured(1).toLatin1()));
     }
-    QVERIFY(secrets.size() > 8); // cookies and a ticket are among them
+    QVERIFY(secrets.size() > 8); // includes cookies and a ticket
     for (const QString& secret : qAsConst(secrets)) {
         QVERIFY2(!secret.isEmpty() && !report.contains(secret), qPrintable(secret));
         QVERIFY2(!QString::fromUtf8(m_run.output).contains(secret), qPrintable(secret));

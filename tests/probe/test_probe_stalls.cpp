@@ -12,9 +12,9 @@ using NelvoDevkit::Fault;
 
 namespace {
 
-//! For each walk: enough time to reach its last step on a busy machine.
+//! The timeout of each walk: long enough to reach the last step on a busy machine.
 const auto Seconds = QStringLiteral("10");
-//! Walks that run at the same time, each with its own services.
+//! The number of walks that run at the same time, each with its own services.
 constexpr int SideBySide = 7;
 
 struct Stall {
@@ -64,7 +64,7 @@ private Q_SLOTS:
 
 private:
     QSemaphore m_places{SideBySide};
-    std::map<QByteArray, std::future<ProbeRun>> m_walks; //!< by the step that stalls
+    std::map<QByteArray, std::future<ProbeRun>> m_walks; //!< the key is the step that stalls
 };
 
 void TestProbeStalls::initTestCase()
@@ -94,7 +94,7 @@ void TestProbeStalls::stalledServerEndsWithTheTimeout()
     QVERIFY2(run.words(step).startsWith("no answer when the " + Seconds + " s of this walk were over"),
              qPrintable(run.words(step)));
 
-    // The steps before it have passed, and no step follows.
+    // All earlier steps have passed, and the walk has not reached the later ones.
     QString verdict = QStringLiteral("well");
     const QJsonArray steps = run.json()["steps"].toArray();
     for (const QJsonValue found : steps) {
@@ -105,7 +105,7 @@ void TestProbeStalls::stalledServerEndsWithTheTimeout()
     }
 }
 
-//! The plug-in receives the form; the reply to the probe's own request never arrives.
+//! The plug-in receives the form, but the probe's own request for the form never gets a reply.
 void TestProbeStalls::stalledQuestionOfItsOwnEndsToo()
 {
     TestSupport::StartedServices services;

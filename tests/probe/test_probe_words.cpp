@@ -18,7 +18,7 @@ namespace {
 
 const QStringList Required{"nelvo-probe", "--user", "lina", "--url", "http://s:80"};
 
-//! A form page with these inputs inside of this section.
+//! A form page. Its section has the class `section` and contains `inputs`.
 QByteArray page(const QByteArray& section, const QByteArray& inputs, const QByteArray& root = "<html>")
 {
     return "<!DOCTYPE html>" + root +
@@ -32,7 +32,7 @@ const QByteArray Inputs{"<input name=\"lt\" value=\"LT-1\"/><input name=\"execut
 
 } // namespace
 
-//! The texts that nelvo-probe reads and prints, without a server.
+//! The texts that nelvo-probe reads and prints. No server is involved.
 class TestProbeWords : public QObject
 {
     Q_OBJECT
@@ -187,7 +187,7 @@ void TestProbeWords::secretsAreHidden()
     QCOMPARE(redaction.redacted(text), redacted);
 }
 
-//! Replacing each "1" by stars would reveal the password.
+//! If the report replaced each "1" by stars, it would reveal the password.
 void TestProbeWords::shortSecretsAreNotGivenAway()
 {
     Redaction redaction;
@@ -202,7 +202,7 @@ void TestProbeWords::accountsAreMasked()
     QCOMPARE(maskedAccount(QStringLiteral("x")), QStringLiteral("***"));
 }
 
-//! Lines of unknown kinds are only counted; lines of known kinds are redacted.
+//! The report redacts log lines of known kinds, and only counts lines of other kinds.
 void TestProbeWords::reportHidesWhatTheLogHolds()
 {
     Report report;
@@ -330,7 +330,7 @@ void TestProbeWords::mistakes()
     QFETCH(QString, error);
     try {
         ProbeOptions::parse(arguments);
-        QFAIL("the arguments are accepted");
+        QFAIL("the program accepts the wrong arguments");
     } catch (const Failure& failure) {
         QCOMPARE(failure.text, error + QStringLiteral("; --help lists the options"));
         QCOMPARE(failure.status, 2);

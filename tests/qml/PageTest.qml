@@ -1,13 +1,13 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-// What the tests of the pages share. A test fails on any warning that it does not take from the log itself.
+// The common part of the page tests. A test fails if the log contains a warning that the test has not taken.
 TestCase {
     id: pageTest
 
-    // Root of the pages, after openWindow().
+    // The root item of the pages; openWindow() sets it.
     property Item loginWindow: null
-    // What happens during a call of the pages into loginCtrl, by the name of the called function; once each.
+    // Callbacks by function name: the page's next call of that function of loginCtrl runs the callback once.
     property var during: ({})
 
     when: windowShown

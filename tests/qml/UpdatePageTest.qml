@@ -1,19 +1,19 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-// What the tests of the update pages share.
+// The common part of the tests of the update pages.
 PageTest {
     id: updatePageTest
 
     readonly property int patience: 30000
     property var opacities: []
 
-    // Of the page that shows: the one before it may still be around, with parts of the same names.
+    // Searches the visible page only: the previous page may still exist and has parts with the same names.
     function part(objectName) {
         return findChild(item("contentLoader").item, objectName);
     }
 
-    // An update page calls what the sign-in does not have: a script error, after the next page is there.
+    // The page calls a function that LoginCtrl does not have. This causes a script error after the page change.
     function compareScriptError(page, missing) {
         const warnings = warningLog.take();
         compare(warnings.length, 1);
@@ -31,7 +31,7 @@ PageTest {
         compare(title.font.family, "微软雅黑");
     }
 
-    // Away and back, several times over.
+    // The title fades out and in several times.
     function compareFading(title) {
         const animation = Array.from(title.resources).find(object => object.loops !== undefined);
         compare(animation.running, true);
@@ -51,7 +51,7 @@ PageTest {
         return edit.getText(0, edit.length);
     }
 
-    // Line separators of rich text are their own characters.
+    // Rich text separates lines with U+2028 or U+2029.
     function lines(panel) {
         return plainText(panel).split(/[\u2028\u2029\n]/);
     }
@@ -72,7 +72,7 @@ PageTest {
         compare([edit.font.family, edit.font.pixelSize], ["微软雅黑", 12]);
     }
 
-    // A text that is no rich text shows as it is, and fetches nothing.
+    // The log shows markup literally and loads nothing that it refers to.
     function compareLogShowsMarksAsTheyAre() {
         const texts = ["replied: <img src=\"qrc:/none.png\"><b>no</b>", "a & b &amp; &lt;c> <", "5 > 4"];
         updater.readyUpdateInfo(texts[0]);

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVariantList>
 
-//! \brief Stands in for the sign-in behind the pages: records their calls and answers as told.
+//! \brief Stands in for the sign-in behind the pages: records their calls. `answer` is the result of login().
 class LoginCtrl : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     //! The calls so far: each a list of the function's name and its arguments.
     QVariantList calls() const { return m_calls; }
 
-    //! Forgets the calls, empties the list and answers with success again.
+    //! Clears the calls and the list. Later calls of login() succeed.
     Q_INVOKABLE void reset();
 
 public Q_SLOTS:
@@ -33,8 +33,8 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void appListChanged();
-    //! From within each call. The real login and onLogin let events in there, while they wait for the
-    //! service.
+    //! Emitted during each call. The real login and onLogin process events at this point, while they wait
+    //! for the service.
     void called(const QString& function);
 
 private:
@@ -45,7 +45,7 @@ private:
     QVariantList m_calls;
 };
 
-//! \brief Stands in for the login window that a page moves and closes.
+//! \brief Stands in for the login window, which the pages move.
 class WindowStandIn : public QObject
 {
     Q_OBJECT

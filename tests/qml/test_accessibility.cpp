@@ -18,7 +18,7 @@ using TestSupport::described;
 using TestSupport::describedControls;
 using TestSupport::shownControls;
 
-//! \brief The login window as assistive technology finds it.
+//! \brief The login window as assistive technology reads it.
 class TestAccessibility : public QObject
 {
     Q_OBJECT
@@ -106,7 +106,7 @@ void TestAccessibility::load(const QString& page)
     QVERIFY(item("contentLoader")->setProperty("source", url));
     if (page == QStringLiteral("ApplistComp"))
         QTRY_COMPARE(item("companyList")->property("count").toInt(), 2);
-    // As when a screen reader starts: Qt asks the controls that there are to describe themselves.
+    // Like the start of a screen reader: Qt activates the accessibility of the existing controls.
     QAccessible::setActive(true);
     Q_EMIT m_updater->readyUpdateInfo(QStringLiteral("ready"));
     const qint64 megabyte = 1 << 20;
@@ -143,7 +143,7 @@ void TestAccessibility::pagesNameTheirControls_data()
         controls.prepend(CloseButton);
         QTest::newRow(name) << controls;
     };
-    // Qt names no password field; see passwordIsMarkedAsOne().
+    // The empty name is the password field: Qt hides its name, see passwordIsMarkedAsOne().
     page("LoginComp", {QStringLiteral("ComboBox 用户名"), QStringLiteral("EditableText 用户名"),
                        QStringLiteral("EditableText "), QStringLiteral("ComboBox Nelvo服务器地址"),
                        QStringLiteral("EditableText Nelvo服务器地址"), QStringLiteral("CheckBox 记住密码"),
@@ -199,7 +199,7 @@ void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole()
     QVERIFY(!stops.isEmpty());
 }
 
-// Qt keeps the name of a password field from assistive technology, but not its description.
+// Qt hides the name of a password field from assistive technology, but not its description.
 void TestAccessibility::passwordIsMarkedAsOne()
 {
     load(QStringLiteral("LoginComp"));

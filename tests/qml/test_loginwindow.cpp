@@ -22,7 +22,7 @@
 
 using TestSupport::row;
 
-//! \brief The pages in a real login window, with an engine of its own and without a version check.
+//! \brief The pages in a real login window with its own QML engine and without a version check.
 class TestLoginWindow : public QObject
 {
     Q_OBJECT
@@ -71,7 +71,7 @@ QJsonObject account(const QString& user, const QString& passwd, const QJsonArray
             {QStringLiteral("pdsUrlList"), QJsonArray()}};
 }
 
-//! \brief Makes network managers that note each address asked for and go nowhere.
+//! \brief Creates network managers that record each requested address and never use the network.
 class RecordingFactory : public QQmlNetworkAccessManagerFactory
 {
 public:
@@ -220,7 +220,7 @@ void TestLoginWindow::secondLoadStartsAfresh()
     QCOMPARE(item("passwordField")->property("text").toString(), QStringLiteral("changed"));
 }
 
-// Else the tests of the update pages would tell nothing of those pages in the product.
+// The tests of the update pages use the stand-in instead of the real updater, so both must offer the same.
 void TestLoginWindow::standInOffersWhatTheUpdaterOffers()
 {
     const QMetaObject& real = CUpdater::staticMetaObject;
@@ -246,7 +246,7 @@ void TestLoginWindow::standInOffersWhatTheUpdaterOffers()
     }
 }
 
-// The update pages call them there, and stop.
+// The update pages call both functions, which fail with a script error.
 void TestLoginWindow::signInOffersNeitherDownloadNorUpgrade()
 {
     QCOMPARE(NelvoPlugin::CLoginActor::staticMetaObject.indexOfMethod("download()"), -1);
@@ -260,7 +260,7 @@ void TestLoginWindow::updatePagesOutliveTheUpdater_data()
         QTest::newRow(page) << QString::fromLatin1(page);
 }
 
-// As when the host shuts down: what stands behind the pages goes before the window.
+// When the host shuts down, the objects behind the pages are deleted before the window.
 void TestLoginWindow::updatePagesOutliveTheUpdater()
 {
     QFETCH(QString, page);

@@ -7,7 +7,7 @@
 #include <QQmlEngine>
 #include <QtQuickTest>
 
-//! \brief Gives the test cases what the pages find in their context.
+//! \brief Sets the context properties that the pages use.
 class Setup : public QObject
 {
     Q_OBJECT

@@ -185,7 +185,7 @@ Item {
             compare(scrollBar().visible, false);
         }
 
-        // Entries that a service left incomplete, and what is entered for each.
+        // Incomplete entries of the service's list, and the id and name that the page passes to onLogin.
         function test_markedEntryIsTheOneThatIsEntered_data() {
             const complete = { enterpriseId: 1, enterpriseName: "A" };
             return [

@@ -52,7 +52,7 @@ Item {
             tryCompare(button, "source", picture("close.png"));
         }
 
-        // The stand-in for the window doesn't carry the pages along: each move adds its way from the press.
+        // The pages do not move with the stand-in window, so each move adds the distance from the press.
         function test_dragMeasuresFromThePress() {
             view.x = 100;
             view.y = 200;

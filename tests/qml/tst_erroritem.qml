@@ -15,8 +15,8 @@ Item {
         }
     }
 
-    // What has an order in time is written down when it happens, since a busy machine looks late. Timers that
-    // are due at once fire in the order in which they were started.
+    // The tests record events when they happen, because a busy machine may check late. Timers that are due at
+    // the same time fire in the order in which they were started.
     Timer {
         id: clock
 
@@ -37,7 +37,7 @@ Item {
 
         readonly property int patience: 30000
 
-        // The list to which each change of the item's visibility is added.
+        // Returns a list that records each change of the item's visibility.
         function follow(item) {
             const order = [];
             item.visibleChanged.connect(() => order.push(item.visible ? "shown" : "hidden"));

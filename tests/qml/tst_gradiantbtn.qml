@@ -83,7 +83,7 @@ Item {
         function test_glowsUnderTheMouse() {
             const glow = findChild(button, "glow");
             compare(glow.visible, false);
-            compare(glow.item, null); // made when it is first needed
+            compare(glow.item, null); // created on first use
             hover();
             compare(glow.visible, true);
             compare(glow.item.samples, 7);

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
 
-// The pages by keyboard alone.
+// Use of the pages with the keyboard only.
 Item {
     width: 400
     height: 700
@@ -18,7 +18,7 @@ Item {
             return Array.from(item.children).reduce((found, child) => found.concat(frames(child)), own);
         }
 
-        // The names of the stops, until the first one comes again. Each shows one outline.
+        // Moves the focus until a control repeats and returns the names of the controls. Each shows one outline.
         function walk(key, modifier) {
             const names = [];
             for (;;) {
@@ -66,7 +66,7 @@ Item {
             data.open();
             compare(frames(loginWindow), []);
             compare(walk(Qt.Key_Tab, Qt.NoModifier), data.stops);
-            // The walk has ended on its first stop.
+            // The walk ended on its first control, so the backward walk starts with the last one.
             const backwards = data.stops.slice(1).reverse().concat(data.stops[0]);
             compare(walk(Qt.Key_Backtab, Qt.ShiftModifier), backwards);
         }
@@ -200,7 +200,7 @@ Item {
             tabTo("安装");
             keyClick(Qt.Key_Return);
             verify(item("coverComp"));
-            // The call that the sign-in does not have.
+            // The page calls a function that loginCtrl does not have.
             compare(warningLog.take().length, 1);
         }
     }

@@ -115,7 +115,7 @@ Item {
                 verify(item("loginComp"));
             };
             keyClick(Qt.Key_Return);
-            // The account that signed in is remembered all the same.
+            // The page still stores the account that has signed in.
             compare(loginCtrl.calls, [["login", "ann", "secret", "http://default", ""],
                                       ["onResetCache", "ann", "secret", "http://default", "", true]]);
             compare(item("contentLoader").source, pageUrl("ValidComp"));

@@ -5,7 +5,7 @@ Item {
     width: 400
     height: 700
 
-    // Its timers fire in their order, so what the page's own timer would have done is done after a few rounds.
+    // Timers fire in order: after three rounds, the page's own timer would have fired too if it still ran.
     Timer {
         id: clock
 
@@ -63,7 +63,7 @@ Item {
             };
             tryVerify(() => loginCtrl.calls.length > 0, patience);
             compare(running, false);
-            verify(ticks === 9 || ticks === 10); // the spy may hear of the last one only afterwards
+            verify(ticks === 9 || ticks === 10); // the spy may count the last tick after onShowHome
             compare(values.count, 10);
             fuzzyCompare(item("progress").value, 1, 0.001);
             compare(loginCtrl.calls, [["onShowHome"]]);
@@ -81,7 +81,7 @@ Item {
             compare(loginCtrl.calls, [["onShowHome"]]);
         }
 
-        // A host loads its data inside the call, and a check finds a new release meanwhile.
+        // The host loads its data during the call. Meanwhile a check finds a new release.
         function test_offerDuringShowHomeWaitsForItsEnd() {
             openPage("ValidComp");
             let shown = "";

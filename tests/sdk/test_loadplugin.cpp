@@ -6,7 +6,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
-//! Loading the plug-in object from a folder.
+//! Tests LoadPlugin, which loads the plug-in from a folder.
 class TestLoadPlugin : public QObject
 {
     Q_OBJECT
@@ -29,7 +29,7 @@ QString pluginFolder()
     return QFileInfo(Plugin).path();
 }
 
-//! The path of the plug-in in the folder.
+//! The path of the plug-in in `folder`.
 QString pluginIn(const QTemporaryDir& folder)
 {
     return folder.filePath(QFileInfo(Plugin).fileName());

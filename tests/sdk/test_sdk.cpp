@@ -8,7 +8,7 @@
 
 #include <QtTest>
 
-//! The guarantees for new public records.
+//! The default values of the public records, a host class that implements the observers, and the version.
 class TestSdk : public QObject
 {
     Q_OBJECT

@@ -10,7 +10,7 @@
 
 #include <memory>
 
-//! The maximum wait for an event that must happen; a loaded machine may take a while.
+//! The maximum wait for an event that must happen, in milliseconds. Long enough for a loaded machine.
 constexpr int Patience = 20000;
 
 //! \brief The reply to a request.
@@ -21,7 +21,7 @@ struct Answer {
     QByteArray contentType;
     QByteArray location;
     QByteArray allow;
-    QUrl url; //!< of the last page, after redirects
+    QUrl url; //!< the address of the last page, after redirects
 
     bool isJson() const;
 };
@@ -44,7 +44,7 @@ public:
     //! Waits for the end of the request.
     static Answer finish(QNetworkReply* reply);
 
-    //! The value of the jar's cookie with that name for the address, or a null array.
+    //! The value of the cookie with this name that the jar sends to `url`, or a null array.
     QByteArray cookie(const QString& url, const QByteArray& name) const;
 
     //! Signs in with the form of the service at `url` and returns the reply of the last page.
@@ -56,12 +56,12 @@ private:
     bool m_follow = true;
 };
 
-//! The value of the form page's hidden input with that name, found like in the plug-in.
+//! The value of the form page's hidden input with this name. Searches the page like the plug-in.
 QString inputValue(const QByteArray& page, const QString& name);
 //! The body of a posted form.
 QByteArray formBody(const QString& ticket, const QString& user, const QString& password);
 
-//! \brief A plain connection, for details that an HTTP client hides.
+//! \brief A plain TCP connection, for details that an HTTP client hides.
 class RawConnection
 {
 public:
@@ -70,9 +70,9 @@ public:
     bool isConnected() const { return m_socket.state() == QAbstractSocket::ConnectedState; }
     QAbstractSocket::SocketError error() const { return m_socket.error(); }
     void send(const QByteArray& bytes);
-    //! Reads one reply, head and body, or the part before the end of the connection.
+    //! Reads the head and the body of one reply. If the connection ends earlier, returns the bytes before it.
     QByteArray readAnswer();
-    //! Waits until the other side ends the connection, and returns the received bytes.
+    //! Waits until the service ends the connection and returns the received bytes.
     QByteArray readToEnd();
 
 private:

@@ -2,7 +2,7 @@
 
 class QProcess;
 
-//! Call it before the start of a program that will be asked to end.
+//! Must be called before the start of a program for which askToEnd() will be called.
 void prepareToEnd(QProcess& program);
 
 //! Asks a program without windows to end: by SIGTERM, or by Ctrl+C on Windows.

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-//! A separate console: Ctrl+C reaches every program of a console.
+//! Gives the program its own console, because Ctrl+C reaches every program of a console.
 void prepareToEnd(QProcess& program)
 {
     program.setCreateProcessArgumentsModifier(

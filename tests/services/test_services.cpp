@@ -33,7 +33,7 @@ int code(const Answer& answer)
     return QJsonDocument::fromJson(answer.body).object().value("code").toInt(-1);
 }
 
-//! Whether the page is XML after its entities have been removed, which XML parsers do not know.
+//! True if the page is well-formed XML after the removal of its HTML entities, which XML does not define.
 bool isWellFormed(const QByteArray& page)
 {
     QXmlStreamReader reader(QString::fromUtf8(page).remove(QRegularExpression("&[0-9a-zA-Z]+;")));
@@ -258,7 +258,7 @@ void TestServices::ticketIsUsedUpByAFailure()
     const QString ticket = inputValue(client.get(login()).body, "lt");
     const QByteArray rejected = client.post(login(), formBody(ticket, "zhangwei", "wrong")).body;
     QVERIFY(client.post(login(), formBody(ticket, "zhangwei", "123456")).body.contains("登录票据无效"));
-    // The ticket of the page with the error is valid.
+    // The page with the error has a new, valid ticket.
     const Answer again = client.post(login(), formBody(inputValue(rejected, "lt"), "zhangwei", "123456"));
     QCOMPARE(again.url.path(), QString("/login/success"));
 }
@@ -529,7 +529,7 @@ void TestServices::connectionServesSeveralRequests()
                             "{\"code\":0,\"data\":{}}"));
         QVERIFY(raw.isConnected());
     }
-    // Two requests at once get their replies in order.
+    // Two requests that are sent together get their replies in order.
     raw.send("GET /org/heartbeat HTTP/1.1\r\nHost: h\r\n\r\nGET /nowhere HTTP/1.1\r\nHost: h\r\n\r\n");
     QVERIFY(raw.readAnswer().startsWith("HTTP/1.1 200"));
     QVERIFY(raw.readAnswer().startsWith("HTTP/1.1 404"));

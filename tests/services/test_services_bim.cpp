@@ -36,7 +36,7 @@ QJsonArray list(const Answer& answer)
     return object(answer)["data"].toArray();
 }
 
-//! The values of that member in all rows.
+//! The values of the member `name` in all rows.
 QVariantList column(const QJsonArray& rows, const QString& name)
 {
     QVariantList values;
@@ -53,7 +53,7 @@ void collectIds(const QJsonObject& node, QSet<QString>& ids)
         collectIds(child.toObject(), ids);
 }
 
-//! The ids of all units in the received tree.
+//! The ids of all units in a received organisation tree.
 QSet<QString> units(const Answer& tree)
 {
     QSet<QString> ids;
@@ -270,7 +270,7 @@ void TestServicesBim::listsFitTheTree()
     QCOMPARE(guids.size(), rows);
 }
 
-//! The editor's own database contains some of these models, with the same ids and names.
+//! The stand-in for the editor's database contains some of these models, with the same ids and names.
 void TestServicesBim::databaseKnowsSomeOfTheModels()
 {
     QMap<QString, QString> names;
@@ -318,7 +318,7 @@ void TestServicesBim::modelsAreSpreadOverAGeneratedTree()
     QSet<QString> departments;
     for (const QVariant& department : column(list(client.get(editor(ModelsPath))), "deptId"))
         departments.insert(department.toString());
-    QCOMPARE(departments.size(), 100); // those of the lowest level
+    QCOMPARE(departments.size(), 100); // the departments of the lowest level
     QVERIFY(units(client.get(editor("/org/tree"))).contains(departments));
 }
 
@@ -360,7 +360,7 @@ void TestServicesBim::modelsAreGeneratedByControl()
 
 namespace {
 
-//! A seed file with one enterprise and these additional members.
+//! A seed file with one enterprise, which has the additional members `more`.
 class SeedFile
 {
 public:

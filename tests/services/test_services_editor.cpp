@@ -47,11 +47,11 @@ QByteArray newProject(const QString& id, const QString& deptId = "1001-12")
     return body({{"id", id}, {"name", "新项目"}, {"deptId", deptId}});
 }
 
-//! Properties of a tree, found by visiting its nodes.
+//! Properties of an organisation tree, collected from all its nodes.
 struct TreeFacts {
     int nodes = 0;
     int levels = 0;
-    int widest = 0; //!< most children of one node
+    int widest = 0; //!< the largest number of children of one node
     QSet<QString> ids;
     QSet<int> types;
     bool parentsFit = true;
@@ -456,7 +456,7 @@ void TestServicesEditor::projectIsAddedOnce()
     QCOMPARE(m_services->editorData().projects(1001).size(), 4);
     QCOMPARE(m_services->editorData().projects(1001).last().deptId, QString("1001-12"));
 
-    // Each enterprise has different ids.
+    // The same id is free in another enterprise.
     enter(client, "lina", "lina2024", "1003");
     QCOMPARE(client.post(editor("/scene/project"), newProject("p-1", "nowhere"), Json).status, 200);
     QCOMPARE(m_services->editorData().projects(1003).last().deptName, QString());

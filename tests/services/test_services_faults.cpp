@@ -31,8 +31,8 @@ FaultRule rule(Fault fault, const QString& path = {}, int value = 0, bool once =
     return {fault, path, {}, value, once};
 }
 
-//! The end of a connection that sends one request and gets no reply. QTcpSocket cannot distinguish a reset
-//! from an orderly end.
+//! Sends one request that gets no reply and returns the error that ended the connection. Uses Boost, because
+//! QTcpSocket cannot distinguish a reset from an orderly end.
 boost::system::error_code endOfConnection(const QString& url)
 {
     using boost::asio::ip::tcp;
@@ -92,7 +92,7 @@ private:
     {
         return Client().get(url).error == QNetworkReply::ConnectionRefusedError;
     }
-    //! Waits until that number of requests has been read.
+    //! Waits until the services have read `count` requests.
     bool waitForRequests(int count) const
     {
         return QTest::qWaitFor([this, count] { return m_services->log().requests().size() >= count; },
@@ -417,7 +417,7 @@ void TestServicesFaults::faultsStrikeCannedReplies()
 
 void TestServicesFaults::faultsAreSafeFromSeveralThreads()
 {
-    // Rules are added and removed while requests run; in the end the services work as before.
+    // The test adds and removes rules during requests. Afterwards the services work normally.
     std::vector<std::unique_ptr<QThread>> threads;
     for (int i = 0; i < 3; ++i) {
         threads.emplace_back(QThread::create([this] {

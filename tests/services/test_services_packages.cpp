@@ -35,7 +35,7 @@ namespace {
 
 constexpr int BlockSize = 64 * 1024;
 
-//! Content in which a byte at another position is detected.
+//! Content of increasing numbers, so that a comparison detects bytes at a wrong position.
 QByteArray countedContent(int size)
 {
     QByteArray content;
@@ -86,7 +86,7 @@ QByteArray requestFor(const QString& url, const QByteArray& headers = {})
            "\r\n";
 }
 
-//! Head and body of a reply as received.
+//! The head and the body of a reply as received.
 struct WireAnswer {
     explicit WireAnswer(const QByteArray& bytes)
         : head(bytes.left(bytes.indexOf("\r\n\r\n") + 2)), body(bytes.mid(bytes.indexOf("\r\n\r\n") + 4))
@@ -98,7 +98,8 @@ struct WireAnswer {
     QByteArray body;
 };
 
-//! Reads the whole reply with the package, and returns how the connection ended.
+//! Requests the package, reads the whole reply and returns the error that ended the connection. Sets `size`
+//! to the size of the body.
 boost::system::error_code endOf(const QString& url, std::size_t* size)
 {
     using boost::asio::ip::tcp;
@@ -355,7 +356,7 @@ void TestServicesPackages::generatedHasNoTwoBlocksAlike()
 
 void TestServicesPackages::generatedIsOfAnySize()
 {
-    // No memory and no disk could store it.
+    // The package is larger than any memory or disk.
     constexpr qint64 size = qint64{1} << 60;
     m_services->packages().addGenerated("p.zip", size);
     const WireAnswer answer(wire("Range: bytes=" + QByteArray::number(size - 100) + "-\r\n"));
@@ -501,7 +502,7 @@ void TestServicesPackages::stallGoesOnWhenReleased()
     Client client;
     QNetworkReply* reply = start(client);
     QVERIFY(QTest::qWaitFor([reply] { return reply->bytesAvailable() >= 1000; }, Patience));
-    // Other replies are sent meanwhile; this one does not continue.
+    // The services send other replies, but this reply does not continue.
     QCOMPARE(Client().get(url()).body, m_content);
     QCOMPARE(reply->bytesAvailable(), 1000);
     QVERIFY(!reply->isFinished());

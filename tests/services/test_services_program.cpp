@@ -11,7 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-//! \brief Runs the program.
+//! \brief Runs the program nelvo-services.
 class TestServicesProgram : public QObject
 {
     Q_OBJECT
@@ -31,7 +31,7 @@ private Q_SLOTS:
     void portThatIsTaken();
 
 private:
-    //! Starts the program and waits until it listens.
+    //! Starts the program and waits for its ready file.
     void start(QStringList arguments = {});
     QString file(const QString& name) const { return m_folder->filePath(name); }
     QString address(const QString& name) const { return m_ready.value(name).toString(); }
@@ -108,7 +108,7 @@ void TestServicesProgram::outputTellsAddressesAndAccounts()
 
 void TestServicesProgram::portsAreTaken()
 {
-    // The ports of the first run are free after its end.
+    // Takes the ports of a first run, which are free after its end.
     start();
     const QJsonObject first = m_ready;
     m_program->kill();

@@ -29,7 +29,7 @@ QJsonObject object(const Answer& answer)
     return QJsonDocument::fromJson(answer.body).object();
 }
 
-//! A seed with `updates` instead of its updates.
+//! A seed without accounts and enterprises, with the given `updates`.
 QByteArray seedWith(const QByteArray& updates)
 {
     return R"({"accounts": [], "enterprises": [], "updates": )" + updates + "}";
@@ -335,7 +335,7 @@ void TestServicesUpdate::seedWithoutUpdates()
     QCOMPARE(m_services->updates().token(), QString());
     QVERIFY(m_services->updates().releases().isEmpty());
     QVERIFY(m_services->packages().names().isEmpty());
-    // A product with a release, for which requests are not possible.
+    // Without a token in the seed, the service rejects every request, even for a product with a release.
     m_services->updates().setRelease("a", {"1", {}, {}, 0, {}});
     QCOMPARE(object(findLatest("a", "")).value("code"), QJsonValue(401));
 }

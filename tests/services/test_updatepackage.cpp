@@ -27,7 +27,7 @@ namespace {
 
 constexpr int Patience = 20000;
 
-//! The entries that a client finds if it reads the names as GB2312, in the order of the package.
+//! The entries of the package in order, read like a client: with names in GB2312.
 QVector<PackageEntry> entriesOf(QByteArray package)
 {
     QVector<PackageEntry> entries;
@@ -62,7 +62,7 @@ void writeFile(const QString& fileName, const QByteArray& content)
 
 } // namespace
 
-//! \brief The program and the library that create update packages.
+//! \brief The library that creates update packages, and the program nelvo-package.
 class TestUpdatePackage : public QObject
 {
     Q_OBJECT
@@ -105,7 +105,7 @@ private Q_SLOTS:
 
 private:
     QString path(const QString& name) const { return m_folder->filePath(name); }
-    //! A small installation.
+    //! Writes a small installation.
     void writeTree(const QString& root) const;
     void run(const QStringList& arguments);
 
@@ -183,7 +183,7 @@ void TestUpdatePackage::namesAreGb2312()
     const auto package = packEntries({{"更新.txt", "x"}}, &error);
     QVERIFY2(package, qPrintable(error));
     const QByteArray name = QByteArray::fromHex("b8fcd0c2") + ".txt";
-    QCOMPARE(package->count(name), 2);  // before its content and in the directory at the end
+    QCOMPARE(package->count(name), 2);  // before the content and in the central directory
     QCOMPARE(package->at(7) & 0x08, 0); // not marked as UTF-8
     const int directory = package->indexOf("PK\x01\x02");
     QCOMPARE(package->at(directory + 9) & 0x08, 0);
@@ -191,7 +191,7 @@ void TestUpdatePackage::namesAreGb2312()
 
 void TestUpdatePackage::namesHaveEveryCharacterOfGb2312()
 {
-    // A character from each end of each block.
+    // The first and the last character of each block.
     const QString name = "　〓⒈⒛⑴⑽①⑩㈠㈩ⅠⅫ！￣ぁんァヶΑΩαωАЯаяāêㄅㄩ─╋啊座亍齄";
     QString error;
     const auto package = packEntries({{name, "x"}}, &error);
@@ -223,7 +223,7 @@ void TestUpdatePackage::packageIsTheSameEveryTime()
     QString error;
     const auto package = packEntries(entries, &error);
     QVERIFY2(package, qPrintable(error));
-    // From another run on another day.
+    // The checksum of an earlier run, on another day.
     QCOMPARE(TestSupport::md5(*package), QString("6e5428bad4cd79474f38a26a87256e49"));
 }
 
@@ -303,7 +303,7 @@ void TestUpdatePackage::directoryWithANameThatIsRefused()
     QVERIFY(!QFile::exists(path("p.zip")));
 }
 
-//! Also a name that GB2312 cannot encode.
+//! One of the names cannot be encoded in GB2312.
 void TestUpdatePackage::directoryWithNamesInUtf8()
 {
     writeFile(path(QStringLiteral("tree/说明😀.txt")), "text");
@@ -313,7 +313,7 @@ void TestUpdatePackage::directoryWithNamesInUtf8()
     QVERIFY2(summary, qPrintable(error));
     QCOMPARE(summary->namesBeyondAscii, QStringList{QStringLiteral("说明😀.txt")});
     const QByteArray package = contentOf(path("p.zip"));
-    // Read with the other codec, like every client: the archive marks its names as UTF-8.
+    // The archive marks its names as UTF-8, so a client that expects GB2312 reads them correctly.
     QCOMPARE(namesOf(package), (QStringList{"plain.txt", QStringLiteral("说明😀.txt")}));
     QVERIFY(package.contains("说明😀.txt"));
 }

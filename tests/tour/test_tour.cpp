@@ -13,7 +13,7 @@ constexpr int PatienceMs = 120000;
 
 } // namespace
 
-//! A failing tour prints place and reason, and ends the host with status 1.
+//! A failing tour prints the station and the reason, and ends the host with status 1.
 class TestTour : public QObject
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ private Q_SLOTS:
     void linesGoToTheLogAsWell();
 
 private:
-    //! Runs the host with the tour. Returns its status, or -1 if it does not end itself.
+    //! Runs the host with the tour. Returns the host's exit status, or -1 if it crashes or times out.
     int run(const QProcessEnvironment& tour);
 
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();

@@ -36,7 +36,7 @@ private:
 void TestTourBrowser::initTestCase()
 {
     if (!Chromium::isInstalled())
-        QSKIP("There is no chromium on the PATH; the Debian package of that name has it.");
+        QSKIP("chromium is not on the PATH; Debian's package chromium installs it");
 }
 
 void TestTourBrowser::init()

@@ -7,7 +7,8 @@ constexpr int PatienceMs = 30000;
 
 } // namespace
 
-//! \brief The output of the devkit's programs without a console: a message box would wait forever.
+//! \brief The help and the errors of the devkit's programs go to the standard output and error. A message box
+//!   would wait forever.
 class TestUsage : public QObject
 {
     Q_OBJECT
@@ -19,7 +20,7 @@ private Q_SLOTS:
     void unknownOption();
 
 private:
-    //! Returns the exit status, or -1 if the program does not end itself.
+    //! Returns the exit status, or -1 if the program crashes or times out.
     int run(const QString& program, const QStringList& arguments);
 
     QString m_output;

@@ -41,7 +41,7 @@ QNetworkCookie cookie(const QByteArray& name)
     return made;
 }
 
-//! Qt's own jar.
+//! Qt's cookie jar, with public access to its cookies.
 class PlainJar final : public QNetworkCookieJar
 {
 public:
@@ -58,7 +58,7 @@ QList<QNetworkCookie> numbered(int first, int last)
 
 const auto Host = QStringLiteral("127.0.0.1");
 
-//! Sets cookies for a host as a reply does: with the host's name.
+//! Sets cookies like a reply of that host.
 void answer(QNetworkCookieJar& jar, const QList<QNetworkCookie>& cookies, const QString& host = Host)
 {
     QList<QNetworkCookie> ofHost;
@@ -157,7 +157,7 @@ void TestCookiesJar::oldestOfAllGo()
 void TestCookiesJar::restoredCookiesStay()
 {
     CCookiesJar jar;
-    // Duplicates, as in the text of a session.
+    // A session's cookie text can contain duplicates.
     const QList<QNetworkCookie> restored = numbered(1, 4000) + numbered(1, 10);
     jar.setAllCookies(restored);
     answer(jar, numbered(5001, 5300));
@@ -191,7 +191,7 @@ void TestCookiesJar::sharedJarBelongsToTheSharedManager()
     QVERIFY(!manager->parent());
 }
 
-//! A host that finds the manager may give it another jar.
+//! A host can find the manager and replace its jar.
 void TestCookiesJar::sharedManagerGetsItsJarBack()
 {
     QNetworkAccessManager* manager = sharedNetworkManager();

@@ -45,7 +45,7 @@ constexpr qint64 Mebi = 1024LL * 1024;
 constexpr qint64 PackageSize = 300000;
 const QString Package = QStringLiteral("package.zip");
 
-//! A network manager that observes its replies.
+//! A network manager that counts its replies and measures their buffers.
 class WatchedManager final : public QNetworkAccessManager
 {
 public:
@@ -436,7 +436,7 @@ void TestDownloader::redirectAwayFromHttpsIsAnError()
     QVERIFY(!QFileInfo::exists(target()));
 }
 
-//! Not at some later turn of the event loop: a slot in the queue finds it gone.
+//! The reply is deleted before a queued slot of downloadFinished runs.
 void TestDownloader::replyIsGoneRightAfterTheEnd()
 {
     int replies = -1;
@@ -455,7 +455,7 @@ void TestDownloader::downloadsFollowOneAnother()
         QVERIFY(download());
         QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), i, Ample);
         QCOMPARE(contentOf(target()), m_content);
-        QCOMPARE(m_report->received(), PackageSize); // counted from zero
+        QCOMPARE(m_report->received(), PackageSize); // each download counts from 0
     }
 }
 
@@ -567,7 +567,7 @@ void TestDownloader::refusedInSlotOfFinished()
     QTRY_VERIFY_WITH_TIMEOUT(m_report->ended(), Ample);
     QCOMPARE(error, QStringLiteral("download already exist: %1").arg(target()));
     QFile::remove(target());
-    QVERIFY(download()); // it was idle as soon as the slots had returned
+    QVERIFY(download()); // accepted, because the slots have returned
     QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), 2, Ample);
     QCOMPARE(m_report->started.size(), 2);
 }
@@ -606,13 +606,13 @@ void TestDownloader::acceptedInQueuedSlots()
         Qt::QueuedConnection);
     QVERIFY(download());
     QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), 1, Ample);
-    QCOMPARE(accepted, (QVector<bool>{true, false})); // two reports, the second during the new transfer
+    QCOMPARE(accepted, (QVector<bool>{true, false})); // the second slot runs during the new transfer
     QCOMPARE(contentOf(target()), m_content);
 }
 
 void TestDownloader::errorIsReportedTwice_data()
 {
-    QTest::addColumn<QString>("url"); // empty for the package's
+    QTest::addColumn<QString>("url"); // rows with a fault use the package's address instead
     QTest::addColumn<std::optional<FaultRule>>("fault");
     QTest::addColumn<QString>("text");
 
@@ -669,7 +669,7 @@ void TestDownloader::errorIsReportedTwice()
     QCOMPARE(contentOf(target()), m_content);
 }
 
-//! A missing local file: its reply has ended before it can be aborted.
+//! The reply for a missing local file has finished before the abort, which then emits no further signal.
 void TestDownloader::errorIsReportedOnceWhereAbortTellsNoEnd()
 {
     const QUrl missing = QUrl::fromLocalFile(m_folder->filePath(QStringLiteral("missing")));
@@ -709,7 +709,7 @@ void TestDownloader::errorInTheMiddleKeepsWhatIsThere()
     QCOMPARE(contentOf(target()), m_content.left(there + 5000));
     QVERIFY(m_services.start());
 
-    // The next run continues after it.
+    // The next download continues after the received bytes.
     m_services.log().clear();
     deliver({});
     QVERIFY(download());
@@ -751,7 +751,7 @@ void TestDownloader::errorSlotMayPumpEvents()
     QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), 1, Ample);
 }
 
-//! The line before the error is Qt's message about an abort inside an error.
+//! The first line of an HTTP error is Qt's, because the downloader aborts the reply in its error signal.
 void TestDownloader::everyEndIsLogged()
 {
     QVERIFY(download());
@@ -799,7 +799,7 @@ void TestDownloader::cutBodyIsAnErrorOrNone()
     }
 }
 
-//! Without a length, the end of the connection is the end of the body.
+//! If the reply has no Content-Length, the end of the connection ends the body.
 void TestDownloader::cutBodyOfUnknownLengthIsNoError()
 {
     QTcpServer server;
@@ -821,14 +821,14 @@ void TestDownloader::cutBodyOfUnknownLengthIsNoError()
     QCOMPARE(contentOf(target()), QByteArray("half of i"));
 }
 
-//! No signal is emitted, and the received bytes can be read on disk at any time.
+//! The downloader emits no end and no error. The received bytes are on disk.
 void TestDownloader::stalledServerMeansNothingHappens()
 {
     deliver(PackageDelivery::End::Stall, 1000);
     QVERIFY(download());
     QTRY_COMPARE_WITH_TIMEOUT(QFileInfo(target()).size(), 1000LL, Ample);
     QCOMPARE(contentOf(target()), m_content.left(1000));
-    QTest::qWait(300); // any time: nothing here has a timeout
+    QTest::qWait(300); // an arbitrary time: downloads have no timeout
     QVERIFY(!m_report->ended());
     deliver({});
     QTRY_COMPARE_WITH_TIMEOUT(m_report->finished.size(), 1, Ample);
@@ -910,8 +910,8 @@ void TestDownloader::networkStaysCloseToTheDisk()
 {
     constexpr qint64 size = 64 * Mebi;
     const QByteArray content = generatePackage(size);
-    // Qt starts a request before a limit can be set, and accepts data without a limit until then. So nearly
-    // all of the package is sent afterwards.
+    // Qt starts a request before the downloader can limit the buffer, and buffers without a limit until then.
+    // So the service sends one byte first and the rest later.
     deliver(PackageDelivery::End::Stall, 1);
     QVERIFY(download(true, size));
     QCOMPARE(m_manager->reply()->readBufferSize(), Mebi);
@@ -919,7 +919,7 @@ void TestDownloader::networkStaysCloseToTheDisk()
     deliver({});
     QTRY_VERIFY_WITH_TIMEOUT(m_report->ended(), Ample);
     QVERIFY(m_report->error.isEmpty());
-    // Qt's network thread may store as much again, and delivers all of it at the end.
+    // Qt's network thread buffers as much again and delivers all of it at the end.
     QVERIFY2(m_manager->mostBuffered() <= 4 * Mebi, qPrintable(QString::number(m_manager->mostBuffered())));
     QVERIFY(contentOf(target()) == content);
     QCOMPARE(m_report->received(), size);
@@ -934,7 +934,7 @@ void TestDownloader::fullDiskIsLoggedOnce_data()
     QTest::newRow("in the only chunk") << qint64(1000) << qint64(400);
 }
 
-//! A limit of the file size acts as the full disk: the write that reaches it is incomplete.
+//! A limit of the file size stands in for the full disk: the write that reaches it is incomplete.
 void TestDownloader::fullDiskIsLoggedOnce()
 {
 #if __has_include(<sys/resource.h>)
@@ -962,13 +962,13 @@ void TestDownloader::fullDiskIsLoggedOnce()
     };
     QCOMPARE(m_log->warnings(), warnings + warnings);
 #else
-    QSKIP("the size of files has no limit here");
+    QSKIP("this system cannot limit the size of files");
 #endif
 }
 
 void TestDownloader::transferEndsThoughTheTargetCannotBeOpened()
 {
-    constexpr qint64 size = 64 * Mebi; // more than all buffers in between
+    constexpr qint64 size = 64 * Mebi; // more than all buffers between the service and the file
     generatePackage(size);
     const QString directory = target(QStringLiteral("gone"));
     const QString file = directory + QStringLiteral("/package.zip");

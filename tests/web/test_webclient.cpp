@@ -173,7 +173,7 @@ void TestWebClient::putSendsBodyAndContentType()
     QVERIFY(headerLines(request).contains("Content-Type: application/json"));
 }
 
-//! A double slash remains in the URL; only Qt's HTTP layer replaces it by one slash at the start of a path.
+//! The URL keeps a double slash. Only Qt's HTTP layer replaces one at the start of the path by one slash.
 void TestWebClient::urlIsPlainConcatenation()
 {
     QUrl url;
@@ -326,7 +326,7 @@ void TestWebClient::refusedSchemeDoesNotBlock()
 
 namespace {
 
-//! A reply that has finished before a slot could be connected, and emits its signal later.
+//! A reply that has finished before the caller can connect to it, and emits `finished` later.
 class FinishedReply : public QNetworkReply
 {
 public:
@@ -362,7 +362,7 @@ void TestWebClient::finishedReplySkipsTheLoop()
     QCOMPARE(manager.findChildren<QNetworkReply*>().size(), 1);
 }
 
-//! Local addresses create such replies. A service could send one.
+//! The reply for a data address has finished at its creation. A service could send such an address.
 void TestWebClient::localAddressGivesFalse()
 {
     QJsonObject result;
@@ -458,7 +458,7 @@ void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched_data()
     QTest::newRow("html") << QByteArray("<html/>") << illegal;
     QTest::newRow("cut") << QByteArray("[{}") << QStringLiteral("unterminated array");
     const QByteArray deflated = qCompress("{\"code\":0}").mid(4);
-    QTest::newRow("deflated") << deflated << illegal; // all of them sent as "Content-Encoding: deflate"
+    QTest::newRow("deflated") << deflated << illegal; // each row is sent with "Content-Encoding: deflate"
 }
 
 void TestWebClient::bodyThatIsNoJsonLeavesTheOutputUntouched()
@@ -557,10 +557,10 @@ void TestWebClient::repliesAreKept()
 
 namespace {
 
-//! Starts a call to `url` with `owner`.
+//! Makes a call to `url` with `owner` and returns its result.
 using OwnedCall = std::function<bool(const QString& url, QObject* owner)>;
 
-//! Runs `work` on a thread of Qt and waits for its end.
+//! Runs `work` on another QThread and waits for its end.
 void runOnAThread(const std::function<void()>& work)
 {
     std::promise<void> done;
@@ -599,7 +599,7 @@ void TestWebClient::ownerMayGoDuringACall_data()
     });
 }
 
-//! The server does not reply, so a call that continued to wait would never return.
+//! The server does not reply, so the call would never return without the deletion of its owner.
 void TestWebClient::ownerMayGoDuringACall()
 {
     QFETCH(OwnedCall, call);
@@ -611,7 +611,7 @@ void TestWebClient::ownerMayGoDuringACall()
     QTimer::singleShot(0, owner, [owner] { delete owner; });
     QVERIFY(!call(m_url, owner));
     QVERIFY(log.entries().isEmpty());
-    // Later replies have no receiver and do no harm.
+    // The late reply has no receiver and is harmless.
     m_services.clearFaults();
     QTRY_COMPARE(m_services.log().requests().size(), 1);
     QVERIFY(get(Path, accept));
@@ -671,7 +671,7 @@ void TestWebClient::anotherThreadHasAManagerOfItsOwn()
     QVERIFY(succeeds);
     QVERIFY(other != own);
     QCOMPARE(finishedOn, QVector<QThread*>{threadOfReply});
-    // All threads share the jar, and the manager of this thread still has it.
+    // All threads share the cookie jar, and the manager of this thread still uses it.
     QCOMPARE(sharedCookieJar()->allCookies().size(), 1);
     QCOMPARE(own->cookieJar(), sharedCookieJar());
     QVERIFY(log.entries().isEmpty());

@@ -41,7 +41,7 @@ QJsonObject message(const QString& text)
     return {{QStringLiteral("message"), text}};
 }
 
-//! A window that says when the mouse moves over it.
+//! A window that calls a function when the mouse moves over it.
 class Page : public QWindow
 {
 public:
@@ -262,7 +262,7 @@ void TestWebServer::codeAndDataDecide()
     answerWith(json(body));
     QJsonObject reply;
     QCOMPARE(findLatest(reply), success);
-    QCOMPARE(reply, QJsonDocument::fromJson(body).object()); // without a message of the client
+    QCOMPARE(reply, QJsonDocument::fromJson(body).object()); // the client adds no message
 }
 
 void TestWebServer::bodyThatIsNoObjectIsAnUnknownFailure_data()
@@ -359,7 +359,7 @@ void TestWebServer::timeIsUp()
     QCOMPARE(reply, message(QStringLiteral("request timeout")));
 }
 
-//! An unknown scheme fails in the first pass, in which a timeout of zero expires too.
+//! An unknown scheme fails in the first pass of the event loop. A timeout of 0 expires in the same pass.
 void TestWebServer::finishingInTheLastPassIsTooLate()
 {
     int finished = 0;
@@ -380,7 +380,7 @@ void TestWebServer::lateReplyIsEndedByItsDeletion()
     QJsonObject reply;
     QVERIFY(!findLatest(reply, 0));
     QCOMPARE(repliesAlive(), 1);
-    QVERIFY(m_server->manager->findChild<QNetworkReply*>()->isRunning()); // it is not aborted
+    QVERIFY(m_server->manager->findChild<QNetworkReply*>()->isRunning()); // not aborted
     QTRY_COMPARE(repliesAlive(), 0);
     QCOMPARE(finished, 0);
 }
@@ -431,8 +431,8 @@ void TestWebServer::inputIsDeliveredDuringACall()
     QVERIFY(findLatest(reply, 20000));
 }
 
-//! A wait that sleeps makes at most one pass in a millisecond. The fastest of several waits counts, because
-//! the machine may be busy.
+//! A wait that sleeps passes the event loop at most once per millisecond. The fastest of several waits
+//! counts, because the machine may be busy.
 void TestWebServer::theWaitNeverSleeps()
 {
     m_services.addFault({Fault::Stall, FindLatest, {}, 0, false});

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
 
-// The dialog by keyboard alone, and as assistive technology finds it.
+// Use of the dialog with the keyboard only and through assistive technology.
 BimTest {
     name: "BimDialogAccess"
 
@@ -16,7 +16,7 @@ BimTest {
                 return;
             keyClick(Qt.Key_Tab);
         }
-        fail("no stop is called " + name);
+        fail("the Tab key reaches no control with the name " + name);
     }
 
     function frames(item) {

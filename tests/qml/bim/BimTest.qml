@@ -1,11 +1,11 @@
 import QtQuick 2.15
 import QtTest 1.15
 
-// What the tests of the dialog share. A test fails on any warning.
+// The common part of the dialog tests. A test fails on any warning.
 TestCase {
     id: bimTest
 
-    // The item that the host hands over, and the dialog's root item.
+    // The host's item, in which the dialog opens, and the dialog's root item.
     property Item hostItem: null
     property Item dialog: null
     property var panel: null
@@ -58,7 +58,7 @@ TestCase {
         return item;
     }
 
-    // As the host does: visual parent, position, and then the function.
+    // Opens the dialog like the host: sets its visual parent and its position, then calls its function.
     function open(kind) {
         dialog.parent = hostItem;
         dialog.x = 0;
@@ -127,7 +127,7 @@ TestCase {
             keyClick(character);
     }
 
-    // What `seen` gives from within the call of that name, which `act` leads to.
+    // Runs `act`, which causes one call of the function `name`. Compares the result of `seen` during that call.
     function compareDuring(name, seen, expected, act) {
         const found = [];
         const look = called => {

@@ -3,7 +3,7 @@ import QtQuick.Window 2.15
 import QtTest 1.15
 import "qrc:/NelvoPlugin/qmls/Extern"
 
-// The equipment binding in the component panel.
+// The equipment binding in the host's component panel.
 BimTest {
     name: "SDKBindParam"
 

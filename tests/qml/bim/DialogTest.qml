@@ -108,7 +108,7 @@ BimTest {
         mouseMove(title, 110, 25);
         tryCompare(panel, "x", 10);
         compare(panel.y, 5);
-        // The bar has moved along: the same point of the window is now at another place of it.
+        // The title bar has moved with the panel, so these coordinates are relative to its new position.
         mouseMove(title, 130, 10);
         tryCompare(panel, "x", 40);
         compare(panel.y, -5);
@@ -173,7 +173,7 @@ BimTest {
         compare(view().count, 2);
         open("BIM");
         compare(item("searchBox").text, "");
-        // The rows of before, for as long as the fetch takes.
+        // The list keeps the previous rows until the fetch ends.
         compare(view().count, 3);
     }
 
@@ -202,7 +202,7 @@ BimTest {
         open("DWG");
         compare([box.deptID, box.deptName], ["", "所有工程"]);
         compare(item("errorText").text, "");
-        // The list that is being fetched replaces the filter; it is not reset on its own.
+        // The dialog does not call searchBydeptId: the fetched list replaces the filtered one.
         compare(names(callLog.calls), ["onCloseDialog", "onOpenDialog", "getDWGBimProj"]);
     }
 }

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtTest 1.15
 import "qrc:/NelvoPlugin/qmls/BimDialog"
 
-// The check box with its three looks.
+// The check box and its three states.
 BimTest {
     name: "EditCheckBox"
 

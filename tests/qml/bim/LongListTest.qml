@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// A list as long as a large enterprise has.
+// A list with as many models as a large enterprise has.
 BimTest {
     name: "LongList"
 

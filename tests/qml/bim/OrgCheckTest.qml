@@ -16,7 +16,7 @@ BimTest {
         EProjOrgCheck {}
     }
 
-    // Hides the tree of the context from the box.
+    // Its property hides the context's orgModel from the box.
     Component {
         id: boxOfAnotherTree
 
@@ -35,7 +35,7 @@ BimTest {
         return findChild(box.popup.contentItem, "orgTree");
     }
 
-    // The rows that show, from top to bottom.
+    // The visible rows, from top to bottom.
     function deptRows() {
         const rows = [];
         const collect = item => {
@@ -131,7 +131,7 @@ BimTest {
         createAndOpen();
         openBox();
         compare(deptNames(), ["集团", "一部", "一部一组", "二部"]);
-        // Once for the tree that has just been made, and once for the popup that shows.
+        // One call is for the created tree, one for the opened popup.
         compare(names(callLog.calls), ["expandAll", "expandAll"]);
         callLog.clear();
         orgModel.collapseAll();

@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// Places, sizes and visibility of what the panel holds, and its search.
+// The positions, sizes and visibility of the panel's parts, and its search.
 BimTest {
     name: "PanelFirm"
 

@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// A row of the list and what its buttons do.
+// A row of the list and its buttons.
 BimTest {
     name: "ProjectRow"
 

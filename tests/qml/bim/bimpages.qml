@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// The host's scene, and the test cases that open the pages in it.
+// Stands in for the host's scene. The test cases open the pages in it.
 Item {
     id: scene
 

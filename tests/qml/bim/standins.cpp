@@ -87,7 +87,7 @@ void PdsManager::searchBydeptId(const QString& deptId)
     m_log.record(QStringLiteral("searchBydeptId"), {deptId});
 }
 
-// Neither change is told before the list has arrived.
+// Emits no signal: deliver() emits both when the list arrives.
 void PdsManager::beginFetch(bool dwg)
 {
     m_viewDWG = dwg;

@@ -7,7 +7,7 @@
 #include <QStandardItemModel>
 #include <QVariantList>
 
-//! \brief Records what the pages call, on whatever object, in order.
+//! \brief Records the calls of the pages to all stand-ins, in order.
 class CallLog : public QObject
 {
     Q_OBJECT
@@ -20,14 +20,14 @@ public:
     Q_INVOKABLE void clear() { m_calls.clear(); }
 
 Q_SIGNALS:
-    //! From within each call.
+    //! Emitted during each call.
     void called(const QString& function);
 
 private:
     QVariantList m_calls;
 };
 
-//! \brief Stands in for the manager behind the dialog: fetches stay open until deliver() answers them.
+//! \brief Stands in for the manager behind the dialog: a fetch lasts until deliver() ends it.
 class PdsManager : public QObject
 {
     Q_OBJECT
@@ -40,14 +40,14 @@ public:
 
     QJsonArray bimProjList() const;
     bool bViewDWGBimList() const { return m_viewDWG; }
-    //! How often the list was read since the last reset().
+    //! The number of reads of the list since the last reset().
     int listReads() const { return m_listReads; }
 
-    //! The list of the fetch arrives.
+    //! Ends the fetch with this list.
     Q_INVOKABLE void deliver(const QJsonArray& list);
-    //! As deliver() does, with `count` models named "模型 0", "模型 1" and so on.
+    //! Ends the fetch with `count` models named "模型 0", "模型 1" and so on.
     Q_INVOKABLE void deliverMany(int count);
-    //! Shows these rows as a filter does: the list alone changes.
+    //! Changes only the list, like a filter.
     Q_INVOKABLE void filter(const QJsonArray& list);
     Q_INVOKABLE void reset();
 
@@ -72,7 +72,7 @@ private:
     mutable int m_listReads = 0;
 };
 
-//! \brief The organisation's tree, filled from a test.
+//! \brief The organisation tree. The tests fill it.
 class OrgModel : public BVUTILITY::CTreeModel
 {
     Q_OBJECT
@@ -80,9 +80,9 @@ class OrgModel : public BVUTILITY::CTreeModel
 public:
     explicit OrgModel(CallLog& log) : m_log(log) {}
 
-    //! Puts a tree in place of the present one: a list of {id, name, canSelect, children}.
+    //! Replaces the tree. `nodes` is a list of {id, name, canSelect, children}.
     Q_INVOKABLE void load(const QVariantList& nodes);
-    //! Records the call, too.
+    //! Also records the call.
     Q_INVOKABLE void expandAll();
 
 private:
@@ -91,7 +91,7 @@ private:
     CallLog& m_log;
 };
 
-//! \brief A tree without the signals that fold its rows.
+//! \brief A model without the signals `expand` and `collapse`.
 class FlatModel : public QStandardItemModel
 {
     Q_OBJECT
@@ -105,7 +105,7 @@ private:
     CallLog& m_log;
 };
 
-//! \brief Stands in for the objects that the host's context offers to the pages.
+//! \brief Stands in for the objects of the host in the pages' QML context.
 class HostContext : public QObject
 {
     Q_OBJECT

@@ -6,13 +6,13 @@
 #include <QQmlEngine>
 #include <QtQuickTest>
 
-//! \brief Gives the test cases what the pages find in the host's context.
+//! \brief Sets the context properties that a host offers to the pages.
 class Setup : public QObject
 {
     Q_OBJECT
 
 public:
-    //! Takes the manager or the host's `editConext` out of the context, as a shutdown does, or puts it back.
+    //! Sets the manager, or the host's `editConext`, to null in the context like a shutdown, or restores it.
     Q_INVOKABLE void offerManager(bool offered)
     {
         offer(QStringLiteral("pdsMgr"), offered ? &m_pdsMgr : nullptr);
@@ -22,13 +22,13 @@ public:
         offer(QStringLiteral("editConext"), offered ? &m_host : nullptr);
     }
 
-    //! What assistive technology finds in the window.
+    //! The controls of the window as assistive technology reads them: role and name.
     Q_INVOKABLE QStringList controls(QWindow* window)
     {
         QAccessible::setActive(true);
         return TestSupport::describedControls(*window);
     }
-    //! Presses the first control of that description, as assistive technology does.
+    //! Presses the first control with this role and name, like assistive technology.
     Q_INVOKABLE bool press(QWindow* window, const QString& control)
     {
         const int index = controls(window).indexOf(control);

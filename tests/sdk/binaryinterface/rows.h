@@ -5,22 +5,22 @@
 #include <string>
 #include <vector>
 
-//! The rows of the table. Each row compares itself with the headers and stores the differences.
+//! The rows of the table. Each row compares itself with the headers and appends the differences to a list.
 namespace BinaryInterface {
 
 using Problems = std::vector<std::string>;
 
-//! Whether the numbers of the table apply to the standard library: those of libstdc++ on 64-bit x86.
+//! True if the table's offsets and sizes apply: they are those of libstdc++ on 64-bit systems.
 bool numbersApply();
 
-//! \brief The bytes of an object that have been compared so far.
+//! \brief Compares the members of an object one after the other.
 class Layout
 {
 public:
     //! Compares a member and appends differences to `problems`.
     void add(const std::string& name, std::size_t actualOffset, std::size_t numberInTable, std::size_t size,
              std::size_t alignment, Problems& problems);
-    //! The same for the whole object.
+    //! Compares the size and the alignment of the whole object and appends differences to `problems`.
     void end(const std::string& name, std::size_t actualSize, std::size_t numberInTable,
              std::size_t alignment, Problems& problems) const;
 
@@ -39,8 +39,8 @@ std::size_t offsetOf(Member Class::*member)
 
 //! \brief A public record: its fields in order, each with type and offset, and its size.
 //!
-//! Offsets and size are compared if numbersApply. On every system a field follows the previous one as closely
-//! as its alignment allows, and the record ends after the last field.
+//! Offsets and size are compared with the table if numbersApply(). On every system, each field must follow
+//! the previous one as closely as its alignment allows, and the record must end after the last field.
 template <typename Record>
 class RecordRow
 {
@@ -92,7 +92,7 @@ public:
             m_problems.push_back(m_name + "::" + name + " is at " + std::to_string(offsetOf(member)));
         return *this;
     }
-    //! Ends the row: there is no other operation, and an object has that size.
+    //! Ends the row. The interface must have no other operation, and its objects this size.
     void size(std::size_t pointers) const
     {
         if (slotCount<Interface>() != m_next)

@@ -37,7 +37,7 @@ VirtualTable keepingTable(std::index_sequence<Slot...> /*slots*/)
     return {&keepSlot<Slot>...};
 }
 
-//! The beginning of an object of an interface.
+//! An object with a virtual table and enough members for every interface.
 struct AnyObject {
     const Recorder* virtualTable;
     void* members[7] = {};

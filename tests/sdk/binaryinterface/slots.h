@@ -4,14 +4,14 @@
 #include <type_traits>
 #include <utility>
 
-//! Finds the slot of a virtual operation that a compiled call uses: the call goes to an object whose virtual
-//! table contains recorders only.
+//! Finds the slot that a compiled call of a virtual operation uses. The call goes to an object whose virtual
+//! table contains only recorders, one for each slot.
 namespace BinaryInterface {
 
-//! For an operation that is called without a virtual table.
+//! The result for an operation that is not virtual.
 constexpr std::size_t NoSlot = static_cast<std::size_t>(-1);
 
-//! \brief Slots of a virtual table; on some systems a destructor has two.
+//! \brief The slots of a destructor in a virtual table. Some compilers use two, others one.
 struct Slots {
     std::size_t first = 0;
     std::size_t last = 0;
@@ -19,28 +19,28 @@ struct Slots {
 
 namespace Details {
 
-//! Thrown by the slot that a call has reached: the result of the operation is not created.
+//! Thrown by the recorder of the called slot, so that the operation returns no result.
 struct Reached {
     std::size_t slot;
 };
 
-//! What the recorders do with their number.
+//! A recorder either throws its slot number or stores it.
 enum class Recording { Throw, Keep };
 
 //! An object for any interface. Each call of a virtual operation reaches a recorder.
 void* anyObject(Recording recording);
-//! The number that was stored last.
+//! The last stored slot number.
 std::size_t keptSlot();
 
 template <typename Interface>
 Interface* object(Recording recording)
 {
-    // Hides the object from the compiler.
+    // The compiler must not know the type of the object, or it could omit the virtual call.
     void* volatile any = anyObject(recording);
     return static_cast<Interface*>(any);
 }
 
-//! An argument of any type, which is not read.
+//! An argument of any type. The recorder does not read it.
 template <typename Argument>
 Argument anyArgument()
 {
@@ -53,7 +53,7 @@ Argument anyArgument()
     }
 }
 
-//! A class whose own slot is the first one after those of the interface.
+//! A class with one more virtual operation, in the first slot after those of the interface.
 template <typename Interface>
 class Next : public Interface
 {

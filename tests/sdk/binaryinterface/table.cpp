@@ -8,7 +8,7 @@
 #include <NelvoSDK/IProjectInfoMgr.h>
 #include <VLSmartDB/IVLDBDirector.h>
 
-// Consists of Qt's containers, so it is compared only if Qt is available.
+// ISubject contains Qt containers, so it is compared only if Qt is available.
 #if __has_include(<QSet>)
 #include <BVUtility/ISubject.h>
 #define NELVO_TABLE_HAS_SUBJECT 1
@@ -17,7 +17,7 @@
 #endif
 
 // The table of the binary interface. Editors that were compiled with earlier headers depend on every row: if
-// a row must change, they must be compiled again.
+// a row changes, they must be compiled again.
 
 namespace BinaryInterface {
 
@@ -33,7 +33,8 @@ struct HostContextMember : INelvoSDKPlugin {
     static constexpr void* INelvoSDKPlugin::*Pointer = &HostContextMember::hostContext;
 };
 
-// A new field in the padding after another one moves nothing, but these do not compile with one more field.
+// A new field can fit into padding and then changes no offset and no size. These functions do not compile if
+// a record has a new field.
 
 [[maybe_unused]] void allFields(const LoginSession& record)
 {

@@ -4,7 +4,7 @@
 
 namespace BinaryInterface {
 
-//! The differences between the public headers, as compiled here, and the table.
+//! Returns the differences between the public headers, as this compiler sees them, and the table.
 Problems problemsWithTable();
 
 } // namespace BinaryInterface

@@ -7,13 +7,13 @@
 
 namespace WindowsTest {
 
-//! \brief The result of a test program. Each failing check is printed, and makes the program fail.
+//! \brief Counts and prints the failed checks of a test program. One failed check makes the program fail.
 class Checks
 {
 public:
     explicit Checks(std::string program) : m_program(std::move(program)) {}
 
-    //! Runs cases; an exception ends them.
+    //! Runs the cases of a function. An exception ends them and counts as a failed check.
     void run(void (*cases)(Checks&))
     {
         try {
@@ -22,7 +22,7 @@ public:
             that(false, exception.what());
         }
     }
-    //! Begins a case; its name precedes the messages of its failures.
+    //! Begins a case. Its name precedes the texts of its failed checks.
     void begin(std::string name)
     {
         m_case = std::move(name);
@@ -36,7 +36,7 @@ public:
         ++m_failures;
         std::cout << "FAIL: " << m_case << ": " << what << '\n';
     }
-    //! The exit status of the program.
+    //! Prints the summary and returns the exit status of the program.
     int end() const
     {
         std::cout << m_program << ": " << m_cases << " cases, " << m_checks << " checks, " << m_failures

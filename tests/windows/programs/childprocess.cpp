@@ -11,7 +11,7 @@ namespace {
     throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
 }
 
-//! A device that provides no input and drops all output.
+//! The NUL device: provides no input and drops all output.
 HANDLE nowhere()
 {
     SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
@@ -31,7 +31,7 @@ ChildProcess::ChildProcess(std::wstring commandLine, const std::filesystem::path
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdInput = startup.hStdOutput = startup.hStdError = nowhere();
     PROCESS_INFORMATION started{};
-    // It is assigned to the job before it can start other processes.
+    // The process starts suspended, so it cannot start other processes before it is in the job.
     if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
                        directory.c_str(), &startup, &started) == FALSE)
         fail("cannot start a process");

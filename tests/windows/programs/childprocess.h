@@ -14,21 +14,21 @@ struct HandleCloser {
 };
 using Handle = std::unique_ptr<void, HandleCloser>;
 
-//! \brief A process with all processes that it starts. The destructor ends them.
+//! \brief A process and all processes that it starts. The destructor ends them.
 class ChildProcess
 {
 public:
-    //! Throws std::system_error if it cannot be started. Drops its output.
+    //! Starts the process and drops its output. Throws std::system_error if this fails.
     ChildProcess(std::wstring commandLine, const std::filesystem::path& directory);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    //! Waits for the end of the process itself. Returns false if it does not end in time.
+    //! Waits for the end of the process, not of those that it started. Returns false after a timeout.
     bool ends(std::chrono::milliseconds patience) const;
     //! The exit status of a process that has ended.
     DWORD status() const;
-    //! Ends the process and all that it has started, at once.
+    //! Ends the process and all processes that it has started immediately.
     void kill() const;
 
 private:

@@ -15,8 +15,8 @@ using WindowsTest::Checks;
 using WindowsTest::ChildProcess;
 using WindowsTest::Patience;
 
-// The batch file of the update, run by cmd in installations that this program prepares. The arguments are the
-// batch file, the program that replaces the editor, and a copy program that never ends.
+// Tests the batch file of the update: prepares installations, in which cmd runs the batch file. The arguments
+// are the batch file, a program that stands in for the editor, and a copy program that does not end.
 
 namespace {
 
@@ -28,8 +28,7 @@ const fs::path Unpacked = "NelvoUnCompress";
 const std::initializer_list<const char*> Protected{"NelvoUpdateLog.txt", "updateConfig.json",
                                                    "NelvoUpdateState.dat"};
 
-//! Waits until the file can be read. It exists slightly earlier, while the program that renamed it still has
-//! it open.
+//! Waits until the file exists and can be read: the program that renamed it may still have it open.
 bool appears(const fs::path& file)
 {
     const auto end = steady_clock::now() + Patience;
@@ -41,7 +40,7 @@ bool appears(const fs::path& file)
     return true;
 }
 
-//! \brief An application directory with an unpacked package and the batch file, as the update leaves them.
+//! \brief An application directory that the update has prepared, with an unpacked package and the batch file.
 class Installation
 {
 public:
@@ -76,12 +75,12 @@ public:
         return {std::istreambuf_iterator<char>(stream), {}};
     }
 
-    //! Starts the batch file like the update: by its path only and in another directory.
+    //! Starts the batch file like the update: by its path and with another current directory.
     std::unique_ptr<ChildProcess> startBatchFile() const
     {
         return std::make_unique<ChildProcess>(path("cover.bat").wstring(), fs::current_path());
     }
-    //! Runs the batch file to its end, and waits for the editor that it starts.
+    //! Runs the batch file to its end and waits until it has started the editor.
     void cover(Checks& checks) const
     {
         fs::remove(path("started.txt"));
@@ -92,7 +91,7 @@ public:
         checks.that(!has("cover.bat"), "the batch file has removed itself");
     }
 
-    //! Files of the installation and of the package; some exist in both.
+    //! Writes files of the installation and of the package. Some exist in both.
     void fill() const
     {
         for (const char* const file : {"first.txt", "second.txt", "third.txt", "sub/deep/file.txt"}) {
@@ -110,15 +109,15 @@ public:
     {
         for (const char* const file :
              {"first.txt", "second.txt", "third.txt", "sub/deep/file.txt", "added.txt"})
-            checks.that(content(file) == "new", std::string(file) + " is the package's");
-        checks.that(content("kept.txt") == "old", "a file that the package lacks stays");
+            checks.that(content(file) == "new", std::string(file) + " is from the package");
+        checks.that(content("kept.txt") == "old", "a file that the package lacks is kept");
         protectedFilesAreMine(checks);
         checks.that(!has(Unpacked), "the unpack directory is gone");
     }
     void protectedFilesAreMine(Checks& checks) const
     {
         for (const char* const file : Protected)
-            checks.that(content(file) == "mine", std::string(file) + " is the installation's");
+            checks.that(content(file) == "mine", std::string(file) + " is from the installation");
     }
 
 private:
@@ -154,7 +153,7 @@ void protectedNamesBelowAreReplaced(Checks& checks)
     host.write("sub/updateConfig.json", "old");
     host.write(Unpacked / "sub/updateConfig.json", "new");
     host.cover(checks);
-    checks.that(host.content("sub/updateConfig.json") == "new", "it is a file like any other");
+    checks.that(host.content("sub/updateConfig.json") == "new", "the file is from the package");
     host.isReplaced(checks);
 }
 
@@ -167,9 +166,9 @@ void directoriesAndNames(Checks& checks)
     host.write(Unpacked / L"模型" / L"größe.txt", "new");
     host.write(Unpacked / "with a blank" / "a b.txt", "new");
     host.cover(checks);
-    checks.that(host.has("sub/empty"), "empty directories come along");
-    checks.that(host.content(fs::path(L"模型") / L"größe.txt") == "new", "names in other scripts come along");
-    checks.that(host.content("with a blank/a b.txt") == "new", "names with a blank come along");
+    checks.that(host.has("sub/empty"), "empty directories are copied");
+    checks.that(host.content(fs::path(L"模型") / L"größe.txt") == "new", "names in other scripts are copied");
+    checks.that(host.content("with a blank/a b.txt") == "new", "names with a blank are copied");
     host.isReplaced(checks);
 }
 
@@ -195,18 +194,18 @@ void theNewEditorIsStarted(Checks& checks)
 
 void emptyPackage(Checks& checks)
 {
-    checks.begin("a package with nothing in it");
+    checks.begin("an empty package");
     const Installation host;
     host.fill();
     fs::remove_all(host.path(Unpacked));
     fs::create_directories(host.path(Unpacked));
     host.cover(checks);
-    checks.that(host.content("first.txt") == "old", "the installation is the old one");
+    checks.that(host.content("first.txt") == "old", "the installation is unchanged");
     host.protectedFilesAreMine(checks);
     checks.that(!host.has(Unpacked), "the unpack directory is gone");
 }
 
-//! A file is open in the host if the host is still running.
+//! A host that is still running has files open.
 void lockedFileLeavesAMixture(Checks& checks)
 {
     checks.begin("a file that is still in use");
@@ -217,14 +216,14 @@ void lockedFileLeavesAMixture(Checks& checks)
     checks.that(lock != INVALID_HANDLE_VALUE, "the file is locked");
     host.cover(checks);
     CloseHandle(lock);
-    checks.that(host.content("second.txt") == "old", "the locked file is the old one");
-    checks.that(host.content("first.txt") == "new", "the file before it is the package's");
-    checks.that(host.content("third.txt") == "old", "the copy has stopped there");
+    checks.that(host.content("second.txt") == "old", "the locked file is unchanged");
+    checks.that(host.content("first.txt") == "new", "the file before it is from the package");
+    checks.that(host.content("third.txt") == "old", "the copy stops at the locked file");
     host.protectedFilesAreMine(checks);
-    checks.that(!host.has(Unpacked), "the unpack directory goes anyway");
+    checks.that(!host.has(Unpacked), "the unpack directory is still removed");
 }
 
-//! Running it again completes the work: nothing is lost until the copy has ended.
+//! A second run completes the update: the batch file removes the package only after the copy.
 void killedWhileItCopies(Checks& checks)
 {
     checks.begin("killed during the copy");
@@ -232,17 +231,17 @@ void killedWhileItCopies(Checks& checks)
     host.fill();
     fs::copy_file(stuckCopyProgram, host.path("xcopy.exe"));
     const auto batch = host.startBatchFile();
-    checks.that(appears(host.path("stuck.txt")), "the copy is under way");
+    checks.that(appears(host.path("stuck.txt")), "the copy has begun");
     batch->kill();
     fs::remove(host.path("xcopy.exe"));
 
-    checks.that(host.content("first.txt") == "new", "one file is the package's");
-    checks.that(host.content("second.txt") == "ne", "one is a part of the package's");
-    checks.that(host.content("third.txt") == "old", "one is the old one");
+    checks.that(host.content("first.txt") == "new", "the first file is from the package");
+    checks.that(host.content("second.txt") == "ne", "the second file is incomplete");
+    checks.that(host.content("third.txt") == "old", "the third file is unchanged");
     host.protectedFilesAreMine(checks);
     for (const char* const file : Protected)
-        checks.that(!host.has(Unpacked / file), std::string("the package has no ") + file + " any more");
-    checks.that(host.content(Unpacked / "second.txt") == "new", "the package is whole");
+        checks.that(!host.has(Unpacked / file), std::string("the package no longer contains ") + file);
+    checks.that(host.content(Unpacked / "second.txt") == "new", "the package is complete");
     checks.that(host.has("cover.bat"), "the batch file is still there");
     checks.that(!host.has("started.txt"), "no editor has been started");
 
@@ -253,11 +252,11 @@ void killedWhileItCopies(Checks& checks)
 
 void killedWhileItRemoves(Checks& checks)
 {
-    checks.begin("killed while the unpack directory goes, and run again");
+    checks.begin("killed while it removes the unpack directory, and run again");
     const Installation host;
     host.fill();
     host.cover(checks);
-    // At that point: everything is copied, and a part of the package has been removed.
+    // The state after such an end: all files have been copied, and the package has been partly removed.
     host.putBatchFile();
     host.write(Unpacked / "third.txt", "new");
     host.cover(checks);
@@ -266,7 +265,7 @@ void killedWhileItRemoves(Checks& checks)
 
 void runOnceTooOften(Checks& checks)
 {
-    checks.begin("run again when everything is done");
+    checks.begin("run again after a complete update");
     const Installation host;
     host.fill();
     host.cover(checks);
@@ -275,7 +274,8 @@ void runOnceTooOften(Checks& checks)
     host.isReplaced(checks);
 }
 
-//! No check: on Windows it waits for two seconds, and the copy depends on that.
+//! Prints how long `choice` waits, without a check. On Windows it waits for two seconds, the time that the
+//! batch file gives the host to end.
 void sayHowLongChoiceWaits()
 {
     const auto begin = steady_clock::now();
@@ -284,7 +284,7 @@ void sayHowLongChoiceWaits()
     const auto waited = std::chrono::duration_cast<milliseconds>(steady_clock::now() - begin);
     std::cout << "\"choice /t 2\", with which the batch file gives the host time to end, "
               << (ended ? "has waited for " : "has not ended within ") << waited.count() << " ms here"
-              << (ended && waited < milliseconds(1500) ? ": it does not wait, so the pause is not tried.\n"
+              << (ended && waited < milliseconds(1500) ? ": it does not wait, so the pause is not tested.\n"
                                                        : ".\n");
 }
 

@@ -14,16 +14,16 @@ using WindowsTest::Checks;
 using WindowsTest::ChildProcess;
 using WindowsTest::Patience;
 
-// The handshake between a calling program and the process that it starts. This program is both: with three
-// arguments it is the process that notifies.
+// Tests the handshake between a calling program and the host that it starts. This program is both: with three
+// arguments it is the child process, which notifies the caller.
 
 namespace {
 
 constexpr std::chrono::milliseconds Now{0};
 const std::string Unwritten(CallerHandshake::BlockSize, 'x');
 
-//! Notifies as the plug-in does. The status shows what could not be opened: 1 for the block, plus 2 for the
-//! event.
+//! Notifies the caller with the plug-in's code. Returns 0, plus 1 if the block cannot be opened, plus 2 if
+//! the event cannot be opened.
 int tell(const std::wstring& event, const std::wstring& mapping)
 {
     CLoginCmdLineMgr manager;
@@ -52,14 +52,14 @@ std::wstring ownPath()
     return path.data();
 }
 
-//! Starts the process that notifies.
+//! Starts the child process.
 std::unique_ptr<ChildProcess> startTeller(const std::wstring& event, const std::wstring& mapping)
 {
     return std::make_unique<ChildProcess>(
         quoted(ownPath()) + L" tell " + quoted(event) + L' ' + quoted(mapping), L".");
 }
 
-//! A calling program whose block contains bytes that the notification would replace.
+//! A calling program. Its block is filled with `x`, so a test sees which bytes the notification replaces.
 class Caller
 {
 public:
@@ -81,7 +81,7 @@ public:
         const auto bytes = m_handshake.block();
         return {bytes.begin(), bytes.end()};
     }
-    //! Contains "1" and a NUL, and is otherwise unchanged.
+    //! True if the block begins with "1" and a NUL and is otherwise unchanged.
     bool isTold() const { return block() == std::string("1\0xxxxxx", CallerHandshake::BlockSize); }
 
 private:
@@ -95,16 +95,16 @@ bool endsWith(const ChildProcess& teller, DWORD status)
     return teller.ends(Patience) && teller.status() == status;
 }
 
-//! The event determines the order: the woken process finds the written bytes.
+//! The text is written before the event is set, so the woken caller reads it.
 void wordIsWrittenBeforeTheEvent(Checks& checks)
 {
-    checks.begin("the word is written before the event is set");
+    checks.begin("the text is written before the event is set");
     for (int round = 0; round < 20; ++round) {
         const Caller caller;
         const auto teller = startTeller(caller.event(), caller.mapping());
         checks.that(caller.isWoken(Patience), "the caller is woken");
-        checks.that(caller.isTold(), "the word is in the block, and nothing behind it has changed");
-        checks.that(endsWith(*teller, 0), "the other process has found both");
+        checks.that(caller.isTold(), "the text is in the block, and the bytes after it are unchanged");
+        checks.that(endsWith(*teller, 0), "the child process has opened both");
         checks.that(!caller.isWoken(Now), "the caller is woken once");
     }
 }
@@ -114,9 +114,9 @@ void callerWithoutBlockIsWoken(Checks& checks)
     checks.begin("a missing block");
     const Caller caller;
     const auto teller = startTeller(caller.event(), unique(L"missing"));
-    checks.that(caller.isWoken(Patience), "the caller is woken all the same");
-    checks.that(caller.block() == Unwritten, "nothing is written");
-    checks.that(endsWith(*teller, 1), "the other process has found the event only");
+    checks.that(caller.isWoken(Patience), "the caller is still woken");
+    checks.that(caller.block() == Unwritten, "the block is unchanged");
+    checks.that(endsWith(*teller, 1), "the child process has opened only the event");
 }
 
 void callerWithoutEventIsToldAndNotWoken(Checks& checks)
@@ -124,8 +124,8 @@ void callerWithoutEventIsToldAndNotWoken(Checks& checks)
     checks.begin("a missing event");
     const Caller caller;
     const auto teller = startTeller(unique(L"missing"), caller.mapping());
-    checks.that(endsWith(*teller, 2), "the other process has found the block only");
-    checks.that(caller.isTold(), "the word is in the block");
+    checks.that(endsWith(*teller, 2), "the child process has opened only the block");
+    checks.that(caller.isTold(), "the text is in the block");
     checks.that(!caller.isWoken(Now), "the caller is not woken");
 }
 
@@ -133,16 +133,16 @@ void withoutBothNothingHappens(Checks& checks)
 {
     checks.begin("neither block nor event");
     const auto teller = startTeller(unique(L"missing"), unique(L"missing"));
-    checks.that(endsWith(*teller, 3), "the other process has found neither, and ends well");
+    checks.that(endsWith(*teller, 3), "the child process has opened neither and ends normally");
 }
 
 void withoutANameNothingIsTold(Checks& checks)
 {
     checks.begin("an empty name");
     const Caller caller;
-    checks.that(startTeller({}, caller.mapping())->ends(Patience), "the other process ends without an event");
-    checks.that(startTeller(caller.event(), {})->ends(Patience), "the other process ends without a block");
-    checks.that(caller.block() == Unwritten, "nothing is written");
+    checks.that(startTeller({}, caller.mapping())->ends(Patience), "the child process ends without an event");
+    checks.that(startTeller(caller.event(), {})->ends(Patience), "the child process ends without a block");
+    checks.that(caller.block() == Unwritten, "the block is unchanged");
     checks.that(!caller.isWoken(Now), "the caller is not woken");
 }
 
@@ -157,8 +157,8 @@ void anyCharactersMakeAName(Checks& checks)
         const Caller caller(name);
         const auto teller = startTeller(caller.event(), caller.mapping());
         checks.that(caller.isWoken(Patience), "the caller is woken");
-        checks.that(caller.isTold(), "the word is in the block");
-        checks.that(endsWith(*teller, 0), "the other process has found both");
+        checks.that(caller.isTold(), "the text is in the block");
+        checks.that(endsWith(*teller, 0), "the child process has opened both");
     }
 }
 
@@ -168,16 +168,18 @@ void namesAreUsedAsGiven(Checks& checks)
     const Caller caller(L"Näme");
     std::wstring other = caller.event();
     other.replace(other.find(L"Näme"), 4, L"näme");
-    checks.that(NelvoPlugin::openEvent(caller.event()) != nullptr, "the event has its own name");
-    checks.that(NelvoPlugin::openEvent(other) == nullptr, "and no name in another case");
-    checks.that(NelvoPlugin::openSharedMemory(caller.event()) == nullptr, "an event is no block");
-    checks.that(NelvoPlugin::openEvent(caller.mapping()) == nullptr, "a block is no event");
+    checks.that(NelvoPlugin::openEvent(caller.event()) != nullptr, "the event opens by its name");
+    checks.that(NelvoPlugin::openEvent(other) == nullptr,
+                "the event does not open by its name in another case");
+    checks.that(NelvoPlugin::openSharedMemory(caller.event()) == nullptr,
+                "an event does not open as a block");
+    checks.that(NelvoPlugin::openEvent(caller.mapping()) == nullptr, "a block does not open as an event");
 }
 
-//! A calling program that has given up does not disturb a host that has already opened the objects.
+//! If the calling program gives up, a host that has already opened the objects can still use them.
 void openObjectsOutliveTheirCaller(Checks& checks)
 {
-    checks.begin("a caller that is gone");
+    checks.begin("a caller that has ended");
     NelvoPlugin::SharedMemory* memory = nullptr;
     NelvoPlugin::NamedEvent* event = nullptr;
     {
@@ -186,7 +188,8 @@ void openObjectsOutliveTheirCaller(Checks& checks)
         event = NelvoPlugin::openEvent(caller.event());
     }
     char* const block = NelvoPlugin::mapSharedMemory(memory);
-    checks.that(block != nullptr && std::string(block, Unwritten.size()) == Unwritten, "the block is there");
+    checks.that(block != nullptr && std::string(block, Unwritten.size()) == Unwritten,
+                "the block still exists");
     NelvoPlugin::setEvent(event);
 }
 

@@ -1,11 +1,11 @@
 #include <cstdio>
 #include <fstream>
 
-//! Replaces the editor that the batch file starts: writes the number of its arguments to a file in its
-//! directory.
+//! Stands in for the editor, which the batch file starts: writes the number of its arguments to a file in the
+//! current directory.
 int main(int argc, char* /*argv*/[])
 {
     std::ofstream("started.new") << argc - 1;
-    // A reader finds the complete file.
+    // Renames the file after it is complete, so that a reader never finds an incomplete one.
     return std::rename("started.new", "started.txt");
 }

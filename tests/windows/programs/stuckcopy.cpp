@@ -3,7 +3,7 @@
 #include <fstream>
 #include <thread>
 
-//! Acts like a copy during a power failure: copies one file, half of another one, and then waits forever.
+//! Stands in for xcopy at a power failure: copies one file and a part of another one, then waits for an hour.
 int main()
 {
     namespace fs = std::filesystem;
