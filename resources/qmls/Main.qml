@@ -75,7 +75,8 @@ Background {
         focus: true
         source: root.compList["loginComp"]
 
-        // The page has the focus and is no stop of the Tab key. Without this, Qt goes to the first stop of the window.
+        // The page has the focus, but the Tab key does not stop at it. Without these handlers, Qt would move the focus
+        // to the window's first control.
         Keys.onTabPressed: nextItemInFocusChain(true).forceActiveFocus(Qt.TabFocusReason)
         Keys.onBacktabPressed: nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
 

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "."
 
-// A row with a check mark. Its owner sets the mark; `toggled` requests the other state.
+// A row with a check mark. A click only emits `toggled`; the parent sets the mark.
 Rectangle {
     id: row
 

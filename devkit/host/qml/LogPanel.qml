@@ -118,7 +118,7 @@ Panel {
         Connections {
             target: panel.log
 
-            // The remaining rows have new numbers.
+            // The removal changes the numbers of the remaining rows.
             function onRowsRemoved() {
                 list.deselect();
             }

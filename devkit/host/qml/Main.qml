@@ -8,7 +8,7 @@ ApplicationWindow {
     id: window
     objectName: "hostWindow"
 
-    // The code that loads the window sets it.
+    // The code that loads the window sets these properties.
     property QtObject editor
     property QtObject log
     property url webChannelPage

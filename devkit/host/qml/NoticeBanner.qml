@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Layouts 1.15
 import "."
 
-// An important notice, above everything else. It blocks nothing.
+// An important notice above the other parts of the window, which stay usable.
 Rectangle {
     id: banner
 

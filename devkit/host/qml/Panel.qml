@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Layouts 1.15
 import "."
 
-// A titled part of the window, with `tools` beside the title and the children below it.
+// A part of the window with a title, `tools` beside the title, and the children below it.
 Rectangle {
     id: panel
 

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "."
 
-// Scene projects; a click selects one.
+// A list of scene projects. A click selects a project.
 ListView {
     id: list
 

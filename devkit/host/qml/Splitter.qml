@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "."
 
-// A handle between two parts, one above the other. Dragging it changes the height of the lower part.
+// A handle between an upper and a lower part. Dragging it changes the height of the lower part.
 Item {
     id: splitter
 

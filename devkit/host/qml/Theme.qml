@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick 2.15
 
-// Colours and measures of the host's window, similar to the login window.
+// The colours and sizes of the host's window, similar to those of the login window.
 QtObject {
     readonly property color window: "#272937"
     readonly property color bar: "#20222e"

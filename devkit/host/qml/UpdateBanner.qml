@@ -4,7 +4,7 @@ import QtQuick.Layouts 1.15
 import NelvoEditor 1.0
 import "."
 
-// The state of the self-update and its next step. Visible while there is one.
+// Shows the result of a version check or the state of an update, and offers the next step. Otherwise hidden.
 Rectangle {
     id: banner
 

@@ -21,11 +21,11 @@ Item {
             pdsMgr.getDWGBimProj();
     }
 
-    // As large as its parent but not anchored to it: the plug-in sets the position. A closed dialog has no
-    // parent.
+    // Has the size of its parent but is not anchored to it, because the plug-in sets the position. A closed
+    // dialog has no parent.
     width: parent ? parent.width : 0
     height: parent ? parent.height : 0
-    // The panel is a popup and is visible by itself.
+    // The panel is a popup, so it is visible independently of this item.
     visible: false
 
     onIsDialogShowChanged: {

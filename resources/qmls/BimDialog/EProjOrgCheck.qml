@@ -26,7 +26,7 @@ T.ComboBox {
         deptName = qsTr("所有工程");
     }
 
-    // Departments that cannot be selected elsewhere can be selected here; only their image differs.
+    // Departments whose `canSelect` is false can be selected, too; only their image differs.
     function selectDept(dept) {
         deptID = dept.id;
         deptName = dept.name;

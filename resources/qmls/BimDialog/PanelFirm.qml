@@ -9,9 +9,9 @@ import "../Theme" as Nelvo
 EDialog {
     id: frimPanel
 
-    // All of the panel reads the kind here, where it changes on the signal only: while a new list is being
-    // fetched, the rows of the old list are still visible, and the panel must switch together with its rows.
-    // When the host shuts down, the plug-in's objects become null before the panel is deleted.
+    // The whole panel reads the kind of the models from this property, which changes only with the manager's
+    // signal. During a fetch the rows of the old list are still visible, and the panel must switch together
+    // with its rows. When the host shuts down, the plug-in's objects become null before the panel is deleted.
     readonly property bool viewDWGList: pdsMgr ? pdsMgr.bViewDWGBimList : false
     readonly property bool mainProject: editConext ? editConext.isMainProject : false
     // Outline models are available for BIM models in a main project.

@@ -35,7 +35,7 @@ Item {
         appName1 = name;
     }
 
-    // Entering returns no result: the next page follows in any case.
+    // onLogin returns no result, so the next page follows in any case.
     function confirm() {
         if (waiting)
             return;
@@ -202,7 +202,7 @@ Item {
                         onClicked: applistComp.select(index)
                     }
 
-                    // The list is the one stop of the Tab key; the arrow keys go from row to row.
+                    // The Tab key stops only at the list; the arrow keys go from row to row.
                     KeyArea {
                         focus: true
                         activeFocusOnTab: false

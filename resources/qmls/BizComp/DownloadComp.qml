@@ -25,7 +25,7 @@ Item {
         function onDownloadStarted(filePath, bytesTotal) {
             console.log("onDownloadStarted", filePath);
             progressText.text = qsTr("%1/%2 MB").arg(0).arg(downloadComp.megabytes(bytesTotal));
-            // The bar is full until the first progress: 10 exceeds its end.
+            // 10 is beyond the end of the bar, so the bar is full until the first progress.
             progress.value = 10;
         }
         function onDownloadProgress(filePath, bytesReceived, bytesTotal) {

@@ -42,7 +42,7 @@ FocusScope {
             return;
         }
 
-        // The sent values are remembered, even if the user edits the form before the reply.
+        // These values are sent and stored, even if the user edits the form before the reply.
         const account = [username, passwd, cimUrl, pdsUrl];
         waiting = true;
         const error = loginCtrl.login(...account);
@@ -64,7 +64,7 @@ FocusScope {
             root.replacePage("AppListComp");
     }
 
-    // Unused. It adds "http://" to every address, also to one with https.
+    // Never called. It adds "http://" to every address that does not begin with it, even to an https address.
     function logout() {
         const server = cimUrl.startsWith("http://") ? cimUrl : "http://" + cimUrl;
         const request = new XMLHttpRequest();
@@ -79,8 +79,8 @@ FocusScope {
         passwordField.text = "";
         keepPassword.checked = false;
         if (info) {
-            // The field first: its change unchecks the box.
-            passwordField.text = info.passwd || ""; // a cache of other origin may lack it
+            // The field is set before the box, because a change of the field unchecks the box.
+            passwordField.text = info.passwd || ""; // a cache file from another source may lack the password
             keepPassword.checked = passwordField.text !== "";
             addresses = info.cimUrlList.slice();
         }

@@ -3,8 +3,8 @@ import QtQuick.Templates 2.15 as T
 import QtQuick.Window 2.15
 import "../Theme"
 
-// Editable combo box with a picture. The text is free; the list only proposes. Based on the templates: a
-// style would be loaded only to be replaced.
+// An editable combo box with a picture. The user can type any text; the list only proposes entries. Based on the
+// templates, because the parts of a style would be loaded and then replaced.
 T.ComboBox {
     id: control
 
@@ -42,13 +42,14 @@ T.ComboBox {
     font.family: Theme.fontFamily
     font.pixelSize: Theme.smallTextSize
 
-    // While the list is closed, the page receives the keys first: the box would consume Return and Enter
-    // without using them. (Reading `down` instead of `popup` avoids creating the list before it opens.)
+    // While the list is closed, the page receives the keys first, because the box would consume Return and Enter
+    // without using them. Reading `down` instead of `popup` avoids creating the list before it opens.
     Keys.forwardTo: down ? [] : [parent]
 
     Accessible.name: placeholderText
 
-    // By mouse or by key. Return in an open list without a highlighted entry chooses nothing.
+    // The user has chosen an entry by mouse or keyboard. Return in an open list without a highlighted entry
+    // chooses nothing.
     onActivated: {
         if (index !== -1)
             outText = currentText;
@@ -123,7 +124,7 @@ T.ComboBox {
             height: control.height
             leftPadding: header.width > 0 ? 4 : 10
             focus: true
-            // Only the box is a stop of the Tab key; it passes the focus to its field.
+            // The Tab key stops only at the box, which passes the focus to its field.
             activeFocusOnTab: false
             readOnly: control.readonly
             placeholderText: control.placeholderText

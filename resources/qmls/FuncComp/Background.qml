@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// Frame of the login window, with a title bar that moves it and a close button.
+// The frame of the login window, with a title bar that moves the window and a close button.
 Rectangle {
     id: background
 
@@ -43,7 +43,7 @@ Rectangle {
             }
             // Compares with the position of the press, because this area moves with the window.
             onPositionChanged: {
-                // In units of the window, which may show its content reduced.
+                // Converts to window coordinates, because the window may show its content at a reduced size.
                 const from = mapToItem(null, pressX, pressY);
                 const to = mapToItem(null, mouseX, mouseY);
                 view.x += to.x - from.x;

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// The outline of a control that got the focus by keyboard. The mouse never shows it.
+// The outline of a control that has received the focus by the Tab key. The focus by mouse shows no outline.
 Rectangle {
     objectName: "focusFrame"
 

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// The accent button. While its mouse area is disabled it looks the same and does not react.
+// A button in the accent colour. If its mouse area is disabled, the button looks the same but does not react.
 Item {
     id: button
 

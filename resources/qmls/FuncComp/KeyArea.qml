@@ -1,12 +1,12 @@
 import QtQuick 2.15
 import "../Theme"
 
-// Makes an item usable by keyboard and by assistive technology, as a MouseArea does by mouse: a stop of the Tab key
-// that Space, Return and Enter activate. Its default role is a button.
+// Makes an item usable by keyboard and assistive technology, like a MouseArea by mouse: the Tab key stops at it, and
+// Space, Return and Enter activate it. Its default role is a button.
 Item {
     id: keyArea
 
-    // By how much the outline is larger than the area.
+    // The distance of the outline from the area.
     property real frameMargin: 0
     property color frameColor: Theme.text
     // The row of a list that holds the area. When the area gets the focus, the list scrolls to this row and its neighbours.
@@ -29,7 +29,8 @@ Item {
     function activateBy(event) {
         if (!event.isAutoRepeat)
             activated();
-        // Qt resets it if another press arrives during a blocking call; the page would then handle this press too.
+        // Qt resets `accepted` if another key press arrives during a blocking call. The page would then also handle
+        // this press.
         event.accepted = true;
     }
 

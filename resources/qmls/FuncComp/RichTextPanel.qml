@@ -7,12 +7,12 @@ import "../Theme"
 Rectangle {
     id: panel
 
-    // The given text: `text` of the editor would return a whole document.
+    // The text as it was set. The `text` of the editor would be a whole HTML document.
     property string text: ""
     property int textSize: Theme.textSize
-    // For assistive technology.
+    // The panel's name for assistive technology.
     property string name: ""
-    // Scrolls to appended text, as in a log.
+    // True if the panel scrolls to appended text, like a log.
     property bool followsEnd: false
 
     // Converts plain text to rich text that shows it unchanged. A text from a service may contain tags, which
@@ -84,7 +84,7 @@ Rectangle {
         control: edit
     }
 
-    // Beside the text, not over it.
+    // The scroll bar is beside the text and does not cover it.
     SlimScrollBar {
         id: scrollBar
         objectName: "scrollBar"

@@ -1,7 +1,7 @@
 import QtQuick 2.15
 import "../Theme"
 
-// The messages of the updater, one per line. Visible once it has text.
+// The messages of the updater, one per line. Visible if there are messages.
 RichTextPanel {
     id: log
 

@@ -36,7 +36,7 @@ QtObject {
     readonly property color gradientStop: "#255187"
     readonly property color glow: "#8397ff"
 
-    // For the host's scene, whose own colours are greys.
+    // The colours of pages in the host's scene, which uses greys.
     readonly property color sceneText: "#f0f0f0"
     readonly property color tree: "#272727"
     readonly property color treeHighlight: "#2a2a2a"

@@ -7,7 +7,7 @@ import "../Config"
 T.Popup {
     padding: 0
     focus: true
-    // The user can use the scene behind it.
+    // The user can use the scene behind the panel.
     modal: false
     closePolicy: T.Popup.CloseOnEscape
 

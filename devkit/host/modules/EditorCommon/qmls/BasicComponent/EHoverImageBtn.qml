@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// A button with a picture for each of its states and a hint.
+// A button with a picture for each state and with a tool tip.
 Item {
     id: button
 

@@ -2,7 +2,7 @@ import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
 import "../Config"
 
-// A hint above its parent. open() shows it after `delay` milliseconds unless close() is called first.
+// A tool tip above its parent. open() shows it after `delay` milliseconds unless close() is called first.
 T.ToolTip {
     id: toolTip
 

@@ -3,14 +3,14 @@ import QtQuick.Controls 1.4
 import QtQuick.Controls.Styles 1.4
 import "../Config"
 
-// A tree without header and branch signs: the delegate draws all of a row, including its indentation. It
-// reads the data of its row as `styleData.value`.
+// A tree without a header and without branch indicators: the delegate draws the whole row, including the
+// indentation. The delegate reads the data of its row as `styleData.value`.
 TreeView {
     id: tree
 
     property real treeStyleHeight: 32
     property color treeBackColor: EConfig.eDialogBackground
-    // Name of the model's role that contains the data of a row.
+    // The name of the model's role that contains the data of a row.
     property string valueRole: "nodeData"
 
     headerVisible: false

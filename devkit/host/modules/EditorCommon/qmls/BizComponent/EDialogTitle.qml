@@ -2,8 +2,8 @@ import QtQuick 2.15
 import "../BasicComponent"
 import "../Config"
 
-// The title bar of a dialog. It emits `move` while it is dragged and `click` when its close button is
-// pressed.
+// The title bar of a dialog. Emits `move` while the user drags it, and `click` when the user clicks its close
+// button.
 Rectangle {
     id: titleBar
 
@@ -16,7 +16,7 @@ Rectangle {
     color: EConfig.eDialogTitle
     radius: EConfig.eRadius
 
-    // Round corners at the top only.
+    // Covers the round corners at the bottom.
     Rectangle {
         anchors {
             left: parent.left

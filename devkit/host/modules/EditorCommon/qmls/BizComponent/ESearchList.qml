@@ -65,7 +65,7 @@ Item {
             id: row
 
             required property int index
-            // Set, not bound: a row that a shorter list has dropped keeps its entry until the row is deleted.
+            // Set instead of bound: if the list gets shorter, a dropped row keeps its entry until it is deleted.
             property var modelData: null
 
             function refresh() {

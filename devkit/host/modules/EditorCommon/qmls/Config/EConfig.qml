@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick 2.15
 
-// Colours and measures of the whole editor.
+// The colours and sizes of the whole editor.
 QtObject {
     readonly property color eDialogBackground: "#2d2f41"
     readonly property color eDialogTitle: "#20222e"
