@@ -1,10 +1,11 @@
 # The project's commands. `make help` explains them.
 PRESET ?= release
 BUILD = build/$(PRESET)
-# `run` and `kit` use the build of the preset if it exists or if PRESET is given, otherwise a build without tests.
+# `run`, `tour`, `kit` and `deb` use the preset if it has been configured or if PRESET is given, otherwise the preset
+# `kit`, which builds no tests.
 HOST_PRESET := $(if $(wildcard $(BUILD)/build.ninja)$(filter command line,$(origin PRESET)),$(PRESET),kit)
 HOST_BUILD = build/$(HOST_PRESET)
-# Configures preset $(1) if it is new, or if NELVO_CLOSED_SDK is set and differs.
+# Configures the preset $(1) if it has not been configured, or if NELVO_CLOSED_SDK is set to a new value.
 configure = [ -f build/$(1)/build.ninja ] $(if $(NELVO_CLOSED_SDK),&& grep -qx 'NELVO_CLOSED_SDK:PATH=$(NELVO_CLOSED_SDK)' \
 	build/$(1)/CMakeCache.txt) || cmake --preset $(1) $(if $(NELVO_CLOSED_SDK),-DNELVO_CLOSED_SDK='$(NELVO_CLOSED_SDK)') >/dev/null
 
@@ -56,10 +57,10 @@ fuzz: ## run each fuzz target for FUZZ_SECONDS seconds (60), built with clang
 	@$(MAKE) --no-print-directory build PRESET=fuzz
 	@tools/fuzz build/fuzz
 
-soak: build ## measure the memory, handles and threads that repeated use leaves; takes six minutes
+soak: build ## measure memory, handles and threads after repeated use; takes six minutes
 	@ctest --preset soak
 
-mutate: deps ## find one-line changes of the library that no test notices: N changes (60), chosen by SEED (1)
+mutate: deps ## try N (60) one-line changes of the library, chosen by SEED (1), and print those that pass all tests
 	@tools/mutate --number $(or $(N),60) --seed $(or $(SEED),1)
 
 bench: build ## run the benchmarks, each next to a reference value
@@ -75,13 +76,13 @@ gallery: build ## create docs/gallery.md with the pictures of a tour
 artwork: deps ## render the pictures from their SVG sources
 	@tools/render-artwork
 
-kit: ## create the archive for host developers
+kit: ## create the kit for host developers as an archive
 	@tools/install-dependencies build doxygen
 	@$(call configure,$(HOST_PRESET))
 	@cmake --build --preset $(HOST_PRESET) --target nelvo_kit
 	@cpack --config $(HOST_BUILD)/CPackConfig.cmake -B $(HOST_BUILD)/kit
 
-deb: ## create the same as Debian packages, with debug symbols and checksums
+deb: ## create the kit as Debian packages, with debug symbols and checksums
 	@tools/install-dependencies build doxygen dpkg-dev
 	@$(call configure,$(HOST_PRESET))
 	@cmake --build --preset $(HOST_PRESET) --target nelvo_kit

@@ -4,7 +4,7 @@ import QtQuick.Controls 2.15
 import QtQuick.Templates 2.15
 import QtQuick.Window 2.15
 
-// The first text, picture and rectangle of a process.
+// A lower bound for a window: the first text, the first picture and the first rectangle of a process.
 Rectangle {
     width: 340
     height: 642

@@ -16,8 +16,8 @@
 #include <QNetworkReply>
 #include <QSet>
 
-//! The model lists compared with a bare parse of the same body, and the choice of a department compared with
-//! one pass over the same list.
+//! Compares the processing of a model list with only parsing the same body, and the choice of a department
+//! with one pass over the same list.
 
 namespace {
 
@@ -34,7 +34,7 @@ QString departmentId(int number)
     return QStringLiteral("1001-%1").arg(number);
 }
 
-//! Half of the models are of the departments below the chosen one.
+//! A reply with `rows` models. Half of them belong to the departments below the chosen department.
 NelvoDevkit::HttpReply answer(int rows)
 {
     QVector<QString> departments;
@@ -68,7 +68,7 @@ struct Manager {
         manager.InitBimData();
         loop.exec();
         if (manager.getBimProjList().size() != Rows)
-            qFatal("no list");
+            qFatal("the model list has the wrong size");
     }
 
     ProjectInfo projects;
@@ -76,7 +76,7 @@ struct Manager {
     CPdsMgr manager;
 };
 
-//! From the end of the transfer, which the application's thread receives while the worker thread continues.
+//! The time from the end of the transfer, measured on the GUI thread, to the list's signal.
 double listMilliseconds(CPdsMgr& manager)
 {
     QElapsedTimer sinceLastByte;
@@ -141,7 +141,7 @@ void measureSearch(CPdsMgr& manager)
         QJsonArray found;
         pass.append(Bench::milliseconds([&] { found = onePass(all, departments); }));
         if (found.size() != Rows / 2 || manager.getBimProjList() != found)
-            qFatal("not the departments' models");
+            qFatal("the search returned other models than the departments'");
     }
     Bench::printRatio("department with 5,000 below / one pass", Bench::median(own), Bench::median(pass), "ms",
                       2);
@@ -153,7 +153,7 @@ int main(int argc, char** argv)
 {
     const QGuiApplication application(argc, argv);
     TestSupport::StartedServices services;
-    // Formats and discards the messages: the log is part of the work, a terminal is not.
+    // Discards the formatted messages: the formatting is part of the measured work, a terminal is not.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     QCoreApplication::instance()->setProperty("sdkAddr", services.editorUrl());
     services.setReply("GET", BimPath, answer(Rows));

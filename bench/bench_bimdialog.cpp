@@ -17,9 +17,9 @@
 
 #include <functional>
 
-//! The dialog of the loaded library in a host's scene, with 50,000 models beside 100: opening it, a list that
-//! arrives in it, scrolling, and a letter typed into its search. Until the frame with the rows has been
-//! shown.
+//! Compares the dialog of the loaded library with 50,000 models and with 100 models, in a host's scene: the
+//! opening, the arrival of a list, scrolling, and a letter typed into the search. Each time ends when the
+//! frame with the rows has been shown.
 
 namespace {
 
@@ -45,7 +45,7 @@ void require(bool condition, const char* what)
         qFatal("%s", what);
 }
 
-//! Whether the view has rows.
+//! True if the view has created its first row.
 bool hasRow(QQuickItem* view)
 {
     QQuickItem* row = nullptr;
@@ -58,7 +58,7 @@ class Desk
 public:
     explicit Desk(NelvoDevkit::Services& services) : m_services(services), m_scene(m_control)
     {
-        require(m_scene.show(), "no window");
+        require(m_scene.show(), "the window is not visible");
         manager().Attach(&m_observer);
         m_observer.whenCalled = [this](const QString& call) {
             if (call == QStringLiteral("synced"))
@@ -69,18 +69,19 @@ public:
     ~Desk() { manager().Detach(&m_observer); }
     Q_DISABLE_COPY(Desk)
 
-    //! Sets that number of models in the service and in the dialog.
+    //! Generates `count` models in the service and loads them into the dialog.
     void fill(int count)
     {
         m_services.editorData().generateModels(count);
         open();
-        require(QTest::qWaitFor([&] { return m_scene.rowCount() == count; }, WaitMilliseconds), "no rows");
+        require(QTest::qWaitFor([&] { return m_scene.rowCount() == count; }, WaitMilliseconds),
+                "the dialog has a wrong number of rows");
         close();
     }
 
     void measure(Times& times)
     {
-        // The dialog keeps the earlier list; the new request waits.
+        // The dialog shows the previous list, because the new request gets no reply yet.
         m_services.addFault({NelvoDevkit::Fault::Stall, BimPath, "GET", 0, false});
         QElapsedTimer sinceOpening;
         sinceOpening.start();
@@ -114,10 +115,11 @@ private:
     void close()
     {
         m_scene.clickPart(QStringLiteral("closeButton"));
-        require(QTest::qWaitFor([this] { return !m_scene.isDialogShown(); }, WaitMilliseconds), "not closed");
+        require(QTest::qWaitFor([this] { return !m_scene.isDialogShown(); }, WaitMilliseconds),
+                "the dialog does not close");
     }
 
-    //! The time that a page needs to read the list.
+    //! The time of converting the list for a page, once.
     double convert()
     {
         const QJsonArray list = dynamic_cast<QObject&>(manager()).property("bimProjList").toJsonArray();
@@ -125,12 +127,13 @@ private:
         QElapsedTimer timer;
         timer.start();
         const QJSValue converted = engine->toScriptValue(list);
-        require(converted.property(QStringLiteral("length")).toInt() == list.size(), "not the list");
+        require(converted.property(QStringLiteral("length")).toInt() == list.size(),
+                "the converted list has the wrong size");
         return milliseconds(timer);
     }
 
-    //! A letter that a tenth of the names have, by a key on the field; and what the list's look through all
-    //! of its names takes of that.
+    //! Types a letter that a tenth of the names contain into the search field. Also measures the host's list
+    //! searching all names for it.
     void type(Times& times)
     {
         QQuickItem* const box = UserInput::findItem(m_scene.window(), QStringLiteral("searchBox"));
@@ -152,8 +155,8 @@ private:
         waitForFrame([] { return true; });
     }
 
-    //! Until a frame has been shown that began when `condition` was true. Returns the longest time meanwhile
-    //! in which the thread heard of no event.
+    //! Waits for a frame that begins while `condition` is true and has been shown. Returns the longest time
+    //! in which the thread processed no event.
     double waitForFrame(const std::function<bool()>& condition)
     {
         bool isShown = false;
@@ -173,12 +176,12 @@ private:
             sinceEvents.start();
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             gap = qMax(gap, milliseconds(sinceEvents));
-            require(waited.elapsed() < WaitMilliseconds, "no frame");
+            require(waited.elapsed() < WaitMilliseconds, "the frame does not appear");
         }
         return gap;
     }
 
-    //! The time of scrolling by a row, each in a separate frame.
+    //! The mean time of scrolling by one row, with one frame for each row.
     double scroll()
     {
         constexpr int steps = 80;
@@ -207,7 +210,7 @@ private:
 
 int main(int argc, char** argv)
 {
-    // With one thread, a frame shows the state of the scene at its beginning.
+    // Renders on the GUI thread, so that a frame shows the state of the scene at the frame's beginning.
     qputenv("QSG_RENDER_LOOP", "basic");
     const QGuiApplication application(argc, argv);
     TestSupport::StartedServices services;

@@ -10,8 +10,8 @@
 
 #include <ctime>
 
-//! A blocking GET compared with the same request on a plain manager that waits in an event loop, and the
-//! processor time of the wait.
+//! Compares a blocking GET with the same request on a plain network manager and an event loop, and measures
+//! the processor time of a wait.
 
 namespace {
 

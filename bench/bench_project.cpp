@@ -57,7 +57,7 @@ NelvoSDK::LoginSession sessionAt(const QString& url)
     return session;
 }
 
-//! The median of so many rounds, one after the other.
+//! The median of the figures of several rounds.
 double medianOf(const std::function<double()>& round)
 {
     QVector<double> times;
@@ -84,7 +84,7 @@ double transferMilliseconds(Clock clock, const QString& url, const QString& path
     });
 }
 
-//! ReflushProjOrgInfo of a new manager and the copy of its tree for the host.
+//! The time of ReflushProjOrgInfo of a new manager and of the copy of its tree for the host.
 double treeMilliseconds(const QString& url)
 {
     CProjectInfoMgr manager;
@@ -94,11 +94,11 @@ double treeMilliseconds(const QString& url)
         manager.GetOrgTree(root);
     });
     if (root.children.empty())
-        qFatal("no tree");
+        qFatal("the organisation tree is empty");
     return elapsed;
 }
 
-//! The list, read by a new manager.
+//! The time in which a new manager reads the project list.
 double projectsMilliseconds(const QString& url)
 {
     CProjectInfoMgr manager;
@@ -106,7 +106,7 @@ double projectsMilliseconds(const QString& url)
     std::list<NelvoSDK::ProjectNode> projects;
     const double elapsed = Bench::milliseconds([&] { manager.GetServerProjectTree(projects); });
     if (projects.empty())
-        qFatal("no projects");
+        qFatal("the project list is empty");
     return elapsed;
 }
 
@@ -142,10 +142,10 @@ void measureProjects(StartedServices& services, const QString& url)
     Bench::printScaling("  projects", sizes, own, "ms");
 }
 
-//! In a separate process, which has no other data in memory.
+//! Prints the memory for the tree. Runs in a separate process, which has no other data in memory.
 int printTreeMemory(const QString& url)
 {
-    // A first request takes some megabytes by itself, whatever it brings.
+    // The first request of a process takes several megabytes, whatever its reply, so it is not measured.
     httpGet(sharedNetworkManager(), url, QStringLiteral("/org/heartbeat"), {},
             [](const QByteArray&) { return true; });
     const double before = Bench::residentBytes();
@@ -196,7 +196,7 @@ int main(int argc, char** argv)
     StartedServices services;
     const QString url = services.editorUrl();
     services.setReply("GET", TreePath, json("{}"));
-    // Small amounts of memory are measured first, while the process is small.
+    // The ticks keep little memory, so they are measured first, while the process is small.
     measureTicks(url);
     measureTreeMemory(services, url);
     measureTree(services, url);

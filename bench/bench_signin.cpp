@@ -6,8 +6,8 @@
 #include <QGuiApplication>
 #include <QProcess>
 
-//! A whole sign-in in the loaded library, from `login` to OnLoginSucceeded without the progress page,
-//! compared with the delays of its requests, and with one curl process that sends the same requests.
+//! Compares a whole sign-in in the loaded library, from `login` to OnLoginSucceeded without the progress
+//! page, with the delays of its requests, and with one curl process that sends the same requests.
 
 namespace {
 
@@ -17,11 +17,11 @@ using TestSupport::StartedServices;
 void signIn(const E2e::PluginHost& host, const QString& url)
 {
     if (host.signIn(url, QStringLiteral("zhangwei")).sdkAddr.empty())
-        qFatal("sign-in without an editor service");
+        qFatal("the session has no editor service");
 }
 
-//! The requests of a sign-in. From now on the services give every client the same replies, because curl
-//! cannot read the ticket from the form.
+//! Records the requests and replies of a sign-in. Afterwards the services send these replies to every client,
+//! because curl cannot read the ticket from the form.
 QVector<Exchange> recordSignIn(StartedServices& services, const E2e::PluginHost& host)
 {
     signIn(host, services.signInUrl());
@@ -59,7 +59,7 @@ int main(int argc, char** argv)
     const E2e::PluginHost host(services.signInUrl());
     const TestSupport::MessageLog log;
     const QString url = services.signInUrl();
-    // From the second sign-in on, connections and caches exist.
+    // Also warms up: the measured sign-ins find connections and caches.
     const QVector<Exchange> calls = recordSignIn(services, host);
 
     constexpr int delayMilliseconds = 20;

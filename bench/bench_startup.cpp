@@ -10,9 +10,9 @@
 #include <chrono>
 #include <cstdio>
 
-//! From loading the library to the first frame of the login window, beside views that import the same
-//! modules: one with a text, a picture and a rectangle, the first of which cost a process most, and an empty
-//! one. Each start is a process of its own, and they take turns.
+//! Compares the time from loading the library to the first frame of the login window with two views that
+//! import the same modules: one with a text, a picture and a rectangle, whose first use in a process takes
+//! long, and an empty one. Each start is a separate process, and the three kinds of starts alternate.
 
 namespace {
 
@@ -32,7 +32,7 @@ int finishAtFirstFrame(QQuickWindow* window, Clock::time_point start)
                 elapsed = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
             QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
         },
-        Qt::DirectConnection); // runs on the thread that renders
+        Qt::DirectConnection); // runs on the rendering thread
     const int status = QCoreApplication::exec();
     std::printf("%f\n", elapsed.load());
     return status;
@@ -43,7 +43,7 @@ int startPlugin()
     const auto start = Clock::now();
     const E2e::PluginHost host(QStringLiteral("http://127.0.0.1:9"));
     E2e::plugin()->GetLoginMgr()->Start();
-    const TestSupport::MessageLog log; // the logout without a sign-in warns
+    const TestSupport::MessageLog log; // hides the warning of the logout without a sign-in
     return finishAtFirstFrame(host.window(), start);
 }
 
@@ -59,7 +59,7 @@ int startView(const QString& name)
 
 double startIn(const QString& mode)
 {
-    // Two arguments: a single one would be a sign-in from the command line.
+    // Two arguments, because the library reads a single argument as a sign-in from the command line.
     const QStringList arguments{QStringLiteral("--start"), mode};
     return Bench::outputOf(QCoreApplication::applicationFilePath(), arguments).trimmed().toDouble();
 }

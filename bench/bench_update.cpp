@@ -20,8 +20,8 @@
 
 #include <cstdio>
 
-//! The steps of the self-update compared with tools that do the same: the download with curl, the checksum
-//! with md5sum, the unpacking with unzip; and the reaction time of the window while a package is unpacked.
+//! Compares the steps of the self-update with tools: the download with curl, the checksum with md5sum, the
+//! unpacking with unzip. Also measures how long the window processes no event during the unpacking.
 
 namespace {
 
@@ -30,7 +30,7 @@ constexpr qint64 Gibibyte = 1024LL * Mebibyte;
 constexpr int SmallFile = 2048;
 constexpr int Rounds = 5;
 
-//! The last one is a gibibyte.
+//! The last size is one gibibyte.
 const QVector<int> MebibyteSizes{256, 512, 1024};
 
 const auto DownloadMode = QStringLiteral("--download");
@@ -38,16 +38,17 @@ const auto DownloadMode = QStringLiteral("--download");
 //! The time and memory of one download.
 struct Transfer {
     double milliseconds = 0;
-    double growth = 0; //!< bytes of peak resident memory
+    double growth = 0; //!< increase of the peak resident memory, in bytes
 };
 
 void requireSize(const QString& path, qint64 size)
 {
     if (QFileInfo(path).size() != size)
-        qFatal("%s has %lld bytes", qUtf8Printable(path), QFileInfo(path).size());
+        qFatal("%s has %lld bytes, not %lld", qUtf8Printable(path), QFileInfo(path).size(), size);
 }
 
-//! In a process of its own, which has nothing else in memory.
+//! Downloads a file and prints the time and the memory. Runs in a separate process, which has no other data
+//! in memory.
 int downloadHere(const QString& url, const QString& path, qint64 size)
 {
     QNetworkAccessManager manager;
@@ -66,7 +67,7 @@ int downloadHere(const QString& url, const QString& path, qint64 size)
     return failed;
 }
 
-//! Requires the whole file, and removes it.
+//! Downloads a file in a separate process, checks the size of the file and removes it.
 Transfer downloadBeside(const QString& url, const QString& path, qint64 size)
 {
     const QByteArray output = Bench::outputOf(QCoreApplication::applicationFilePath(),
@@ -125,7 +126,7 @@ void writeLargeFile(const QString& path, qint64 size)
     QFile file(path);
     NelvoDevkit::GeneratedFile content(size);
     if (!file.open(QIODevice::WriteOnly) || !content.open(QIODevice::ReadOnly))
-        qFatal("no file");
+        qFatal("cannot create the file for the checksum");
     while (!content.atEnd())
         file.write(content.read(Mebibyte));
 }
@@ -148,7 +149,7 @@ void measureChecksum(const QString& directory)
         bool right = false;
         own.append(Bench::milliseconds([&] { right = checkMd5(path, expected); }));
         if (!right)
-            qFatal("wrong checksum");
+            qFatal("the library's checksum differs from md5sum's");
     }
     const double growth = Bench::growthDuring(&Bench::ownBytes, [&] { checkMd5(path, expected); });
     QFile::remove(path);
@@ -157,7 +158,7 @@ void measureChecksum(const QString& directory)
     Bench::printFigure("  growth of the memory that is no mapping", growth / Mebibyte, "MiB", 1);
 }
 
-//! Bytes like those in the files of a program: neither constant nor random.
+//! Bytes that compress like the files of a program: neither constant nor random.
 QByteArray fileContent(int seed, int size)
 {
     QByteArray content;
@@ -183,7 +184,7 @@ void writePackage(const QString& path, int count, int size)
     const std::optional<QByteArray> package = NelvoDevkit::packEntries(entries, &error);
     QFile file(path);
     if (!package || !file.open(QIODevice::WriteOnly) || file.write(*package) != package->size())
-        qFatal("no package: %s", qUtf8Printable(error));
+        qFatal("cannot create the package: %s", qUtf8Printable(error));
 }
 
 void requireFiles(const QString& directory, int count)
@@ -194,10 +195,10 @@ void requireFiles(const QString& directory, int count)
     for (const QString& name : names)
         found += QDir(top.filePath(name)).entryList(QDir::Files).size();
     if (found != count)
-        qFatal("%d files in %s", found, qUtf8Printable(directory));
+        qFatal("%s has %d files, not %d", qUtf8Printable(directory), found, count);
 }
 
-//! The longest time between two events of a timer on this thread while another thread runs the task.
+//! The longest time between two timer events on this thread while another thread runs the task.
 double longestGap(const std::function<bool()>& task)
 {
     QEventLoop loop;
@@ -213,7 +214,7 @@ double longestGap(const std::function<bool()>& task)
     });
     VCIM::ThreadPool::instance()->start(task, [&loop](bool done) {
         if (!done)
-            qFatal("not unpacked");
+            qFatal("the package could not be unpacked");
         loop.quit();
     });
     sinceEvent.start();
@@ -229,7 +230,7 @@ bool unzip(const QString& package, const QString& target)
     return true;
 }
 
-//! Returns the milliseconds of an unpacking.
+//! Prints the figures of unpacking a package. Returns the library's time in milliseconds.
 double measureUnpacking(const char* what, const QString& directory, int count, int size)
 {
     const QString package = directory + QLatin1String("/package.zip");
@@ -275,8 +276,8 @@ void measureLargeEntry(const QString& directory)
     Bench::printFigure("unpacking an entry of 256 MiB: growth of the memory", growth / Mebibyte, "MiB", 32);
 }
 
-//! A large package compared with several small ones with the same total number of files: the file system,
-//! whose time for each file grows with their number, has the same work in both cases.
+//! Compares a large package with several small packages that together have as many files. The time of the
+//! file system, which grows with the number of files, is then the same on both sides.
 void measureGrowth(const char* what, const QString& directory, int packages)
 {
     constexpr int count = 1000;

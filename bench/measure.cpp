@@ -13,7 +13,7 @@ namespace Bench {
 
 namespace {
 
-//! The row goes to the terminal, too.
+//! Prints the row to the terminal and appends it to the table, if there is one.
 void print(const char* name, const QString& figure, const QString& ratio, const QString& bound)
 {
     std::printf("%-52s %-46s %8s   %s\n", name, qUtf8Printable(figure), qUtf8Printable(ratio),
@@ -24,7 +24,7 @@ void print(const char* name, const QString& figure, const QString& ratio, const 
         return;
     const QString row = QStringLiteral("| %1 | %2 | %3 | %4 |\n").arg(name, figure, ratio, bound);
     if (!table.open(QIODevice::Append) || table.write(row.toUtf8()) < 0)
-        qFatal("no row in %s", qUtf8Printable(table.fileName()));
+        qFatal("cannot append a row to %s", qUtf8Printable(table.fileName()));
 }
 
 QString number(double value)

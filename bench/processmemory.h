@@ -4,16 +4,16 @@
 
 namespace Bench {
 
-// This process's memory, in bytes; 0 if the system does not provide it.
+// The memory of this process in bytes; 0 if the system does not provide the figure.
 
-//! The part that is currently in main memory.
+//! The memory of the process that is currently in main memory.
 double residentBytes();
-//! The maximum of this part so far.
+//! The maximum of residentBytes() since the start of the process.
 double peakResidentBytes();
-//! The private part: without mapped files and shared memory.
+//! The private memory: without mapped files and shared memory.
 double ownBytes();
 
-//! The maximum increase of `figure` while `work` runs, measured every millisecond.
+//! The maximum increase of `figure` during `work`, measured every millisecond on another thread.
 double growthDuring(double (*figure)(), const std::function<void()>& work);
 
 } // namespace Bench

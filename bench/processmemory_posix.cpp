@@ -7,7 +7,7 @@ namespace Bench {
 
 namespace {
 
-//! A value of the process's status, which exists on Linux only.
+//! A value from /proc/self/status, converted to bytes. Other systems than Linux do not have this file.
 double statusBytes(const QByteArray& name)
 {
     QFile status(QStringLiteral("/proc/self/status"));

@@ -2,9 +2,9 @@
 
 namespace Bench {
 
-//! Seconds of processor time of this process so far, on all of its threads. Waiting does not count.
+//! The processor time of all threads of this process so far, in seconds. Waiting does not count.
 double processorSeconds();
-//! The same of the calling thread alone.
+//! The processor time of the calling thread so far, in seconds.
 double threadSeconds();
 
 } // namespace Bench

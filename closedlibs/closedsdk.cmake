@@ -1,5 +1,5 @@
-# nelvo_import_closed(name header link): the closed library of that name in NELVO_CLOSED_SDK, as
-# NelvoClosed::<name>; `link` is what its headers need of others.
+# nelvo_import_closed(name header link): imports a closed library from NELVO_CLOSED_SDK as NelvoClosed::<name>.
+# `header` is one of its headers. Its headers need the libraries in `link`.
 function(nelvo_import_closed name header link)
   find_path(include_dir ${header} PATHS ${NELVO_CLOSED_SDK} PATH_SUFFIXES include
     NO_CACHE NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)

@@ -1,7 +1,7 @@
-# The installed documents, as they have to read in the kit: without the parts between the lines `<!-- repository -->`
-# and `<!-- end -->`, with the kit's paths, and with links that lead to a file of the kit or become plain text. A
-# script of the installation, which sets the folder of the documents and those of the kit:
-#   DOCUMENTS INCLUDES DATA
+# Adapts the installed documents to the kit: removes the parts between the lines `<!-- repository -->` and
+# `<!-- end -->`, replaces paths by the kit's paths, and turns links to files outside of the kit into plain text.
+# The installation runs this script and sets three folders: DOCUMENTS with the documents, INCLUDES with the headers,
+# and DATA with the examples and modules.
 function(remove_repository_parts variable)
   set(begin "<!-- repository -->\n")
   set(end "<!-- end -->\n")
@@ -13,7 +13,7 @@ function(remove_repository_parts variable)
     string(SUBSTRING "${text}" ${from} -1 rest)
     string(FIND "${rest}" "${end}" to)
     if(to LESS 0)
-      message(FATAL_ERROR "a part of the repository without an end in ${page}")
+      message(FATAL_ERROR "${page}: a line '<!-- repository -->' has no line '<!-- end -->' after it")
     endif()
     math(EXPR to "${to} + ${end_length}")
     string(SUBSTRING "${rest}" ${to} -1 after)

@@ -1,6 +1,6 @@
-# CPack reads this for each generator.
+# CPack reads this file for each generator.
 if(CPACK_GENERATOR STREQUAL "DEB")
   set(CPACK_PACKAGING_INSTALL_PREFIX /opt/nelvo)
-  # The symbols go into packages of their own, which strips the files as well.
+  # CPack moves the debug symbols to separate packages and strips the files itself.
   set(CPACK_STRIP_FILES OFF)
 endif()

@@ -1,17 +1,17 @@
-# The integrator's kit: what `cmake --install` lays out, and what `cpack` packs. docs/kit.md shows the layout.
+# The kit for host developers: `cmake --install` installs it, `cpack` packs it. docs/kit.md shows its folders.
 #
 #   component   content
 #   sdk         headers and the CMake package NelvoSDK
 #   runtime     the plug-in's library, and the stand-ins for the editor's closed libraries if they were built
-#   devkit      the programs, the reference host in a directory like that of an installed editor, the examples
-#   doc         the documents, and the licences of what the kit is built with
+#   devkit      the programs, the reference host in a folder like an installed editor's, the examples
+#   doc         the documents, and the licences of the linked libraries
 include_guard()
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/NelvoSDK)
 set(data_dir ${CMAKE_INSTALL_DATADIR}/nelvo)
-# nelvo-launch looks for the reference host here, beside the directory that it stands in itself.
+# nelvo-launch expects the reference host in this folder, which is beside the folder of nelvo-launch.
 set(app_dir app)
 
 set(stand_ins)
@@ -35,11 +35,11 @@ install(FILES
   DESTINATION ${package_dir} COMPONENT sdk)
 
 # runtime
-# What needs a closed library finds it beside itself, wherever the kit is put.
+# The plug-in finds the closed libraries in its own folder, wherever the kit is installed.
 set_target_properties(NelvoPlugin PROPERTIES EXPORT_NAME Plugin INSTALL_RPATH $ORIGIN)
 install(TARGETS NelvoPlugin EXPORT NelvoPluginTargets COMPONENT runtime)
 install(EXPORT NelvoPluginTargets NAMESPACE NelvoSDK:: DESTINATION ${package_dir} COMPONENT runtime)
-# Without their headers: a host that compiles against these libraries has the real ones.
+# The stand-ins are installed without headers: a host that compiles against the closed libraries has the real ones.
 install(TARGETS ${stand_ins} RUNTIME COMPONENT runtime LIBRARY COMPONENT runtime
   ARCHIVE COMPONENT runtime EXCLUDE_FROM_ALL)
 
@@ -48,7 +48,7 @@ if(NELVO_DEVKIT)
   install(TARGETS nelvo-services nelvo-launch nelvo-package nelvo-probe RUNTIME COMPONENT devkit)
   install(FILES devkit/services/seed.json DESTINATION ${data_dir} COMPONENT devkit)
 
-  # A whole application directory: programs and libraries once more, together.
+  # A complete application folder, so it contains the plug-in and the stand-ins a second time.
   set_target_properties(NelvoEditor PROPERTIES INSTALL_RPATH $ORIGIN)
   install(TARGETS NelvoEditor NelvoPlugin ${stand_ins}
     RUNTIME DESTINATION ${app_dir} COMPONENT devkit
@@ -66,12 +66,12 @@ endif()
 
 # doc
 install(FILES CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc)
-# What only those read who work on the repository stays there.
+# Pages for work on the repository are not installed.
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
   REGEX "/(api-mainpage|development|performance|style)\\.md$" EXCLUDE
   PATTERN Doxyfile EXCLUDE PATTERN gallery.txt EXCLUDE)
 install(FILES cmake/kit/README.md DESTINATION . COMPONENT doc)
-# The API reference, where there is a Doxygen to make it.
+# The API reference, if Doxygen is installed.
 find_program(NELVO_DOXYGEN doxygen)
 if(NELVO_DOXYGEN AND NOT WIN32)
   set(api_dir ${CMAKE_BINARY_DIR}/docs)
@@ -90,7 +90,7 @@ set(DOCUMENTS \"\${prefix}/${CMAKE_INSTALL_DOCDIR}\")
 set(INCLUDES \"\${prefix}/${CMAKE_INSTALL_INCLUDEDIR}\")
 set(DATA \"\${prefix}/${data_dir}\")" COMPONENT doc)
 install(SCRIPT cmake/KitLinks.cmake COMPONENT doc)
-# Where the system keeps them; docs/third-party.md names them in any case.
+# The licence texts of Debian's packages, if they exist. docs/third-party.md lists the licences in any case.
 foreach(package IN ITEMS libqt5core5a libqt5qml5 libqt5quick5 libqt5webchannel5 libqt5websockets5
     libqt5xmlpatterns5 libquazip1-qt5-1 zlib1g libbz2-1.0 libboost-dev libssl3 libstdc++6)
   install(FILES /usr/share/doc/${package}/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR}/licenses
@@ -114,8 +114,8 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_CHECKSUM SHA256)
 set(CPACK_VERBATIM_VARIABLES ON)
 
-# Debian packages, by `cpack -G DEB`: three of them, each with a package of its debug symbols where it has programs. All
-# share one folder, since the kit's parts find one another in it.
+# Debian packages, created by `cpack -G DEB`: one for each component, and one with the debug symbols of each component
+# that has programs. All install into one folder, in which the parts of the kit find one another.
 set(CPACK_PACKAGE_CONTACT Nelvo)
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_LIST_DIR}/NelvoDebian.cmake)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -128,7 +128,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME nelvo-plugin)
 set(CPACK_DEBIAN_SDK_PACKAGE_NAME nelvo-sdk)
 set(CPACK_DEBIAN_DEVKIT_PACKAGE_NAME nelvo-devkit)
 set(CPACK_DEBIAN_DOC_PACKAGE_NAME nelvo-doc)
-# The library loads the modules of its pages by name.
+# The library's pages import these QML modules by name, so CPack does not find them from the library's file.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_DEPENDS "qml-module-qtqml, qml-module-qtqml-models2, qml-module-qtquick2, \
 qml-module-qtquick-window2, qml-module-qtquick-controls, qml-module-qtquick-controls2, qml-module-qtquick-layouts, \
 qml-module-qtquick-templates2, qml-module-qtgraphicaleffects")

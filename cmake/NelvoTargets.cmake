@@ -1,4 +1,5 @@
-# How this project's targets are made: language level, warnings, visibility and sanitizers in one place.
+# Functions that create this project's targets, and the language level, warnings, visibility and sanitizers of all
+# targets.
 include_guard()
 include(CheckLinkerFlag)
 
@@ -14,14 +15,14 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTORCC ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-# What differs between the systems has a source for each of them.
+# Code that differs between the systems is in separate sources, whose names end with this text.
 if(WIN32)
   set(NELVO_SYSTEM windows)
 else()
   set(NELVO_SYSTEM posix)
 endif()
 if(WIN32)
-  # A library has one name there, whichever compiler makes it.
+  # On Windows, a library has the same name with every compiler: without the prefix "lib".
   set(CMAKE_SHARED_LIBRARY_PREFIX "")
   set(CMAKE_SHARED_MODULE_PREFIX "")
 endif()
@@ -48,8 +49,8 @@ if(MSVC)
 else()
   target_compile_options(nelvo_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror
-    # Source locations in log lines are relative to the repository, also where ccache makes the paths of sources
-    # relative to the build directory (CCACHE_BASEDIR).
+    # Source locations in log lines are relative to the repository, even if ccache makes the paths of sources relative
+    # to the build directory (CCACHE_BASEDIR).
     -fmacro-prefix-map=${NELVO_ROOT}/= -fmacro-prefix-map=${NELVO_ROOT_FROM_BUILD}/=)
 endif()
 if(NELVO_SANITIZE)
@@ -64,8 +65,8 @@ if(NELVO_SANITIZE)
   endif()
 endif()
 
-# nelvo_subsystem(name SOURCES ... LINK ...): one folder of the plug-in, as a static library that the plug-in
-# and the unit tests link. It brings along what it needs. Includes are relative to the repository's root.
+# nelvo_subsystem(name SOURCES ... LINK ...): adds a folder of the plug-in as a static library, which the plug-in and
+# the unit tests link. They also get the libraries in LINK. Includes are relative to the repository's root.
 function(nelvo_subsystem name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
@@ -74,8 +75,8 @@ function(nelvo_subsystem name)
   target_link_libraries(${name} PUBLIC nelvo_options ${ARG_LINK})
 endfunction()
 
-# nelvo_devkit_library(name SOURCES ... PUBLIC ... PRIVATE ...): a static library of the devkit, whose includes
-# are relative to devkit/.
+# nelvo_devkit_library(name SOURCES ... PUBLIC ... PRIVATE ...): adds a static library of the devkit. Its includes are
+# relative to devkit/.
 function(nelvo_devkit_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
@@ -84,7 +85,7 @@ function(nelvo_devkit_library name)
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE nelvo_options ${ARG_PRIVATE})
 endfunction()
 
-# nelvo_devkit_program(name SOURCES ... LINK ...): a program of the devkit, in bin/.
+# nelvo_devkit_program(name SOURCES ... LINK ...): adds a program of the devkit, which is built in bin/.
 function(nelvo_devkit_program name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
@@ -93,25 +94,25 @@ function(nelvo_devkit_program name)
   nelvo_place(${CMAKE_BINARY_DIR}/bin ${name})
 endfunction()
 
-# nelvo_place(directory target ...): where libraries and programs are built to. A generator of several
-# configurations appends none of their names to an expression.
+# nelvo_place(directory target ...): builds the targets in the directory. The directory is a generator expression,
+# because a generator of several configurations would append their names to a plain path.
 function(nelvo_place directory)
   set_target_properties(${ARGN} PROPERTIES
     LIBRARY_OUTPUT_DIRECTORY $<1:${directory}>
     RUNTIME_OUTPUT_DIRECTORY $<1:${directory}>)
 endfunction()
 
-# What `make tsan` builds: the tests labelled "threads".
+# The target that `make tsan` builds: the tests with the label "threads".
 add_custom_target(nelvo_thread_tests)
 
-# The drive of Wine that has the files of this system; nothing where the programs run on the system itself.
+# Wine's drive for the files of this system. Undefined if the programs do not run under Wine.
 if(WIN32 AND CMAKE_CROSSCOMPILING)
   set(NELVO_DRIVE "Z:")
 endif()
 
-# nelvo_find_libraries(test): lets the programs of a test find Qt and the libraries of the build. On Windows
-# libraries are found beside the program and on the path only. Wine adds WINEPATH to that: paths of Windows with
-# semicolons between them, which are escaped here.
+# nelvo_find_libraries(test): lets the programs of a test find Qt and the libraries of the build. Windows finds
+# libraries only beside the program and on the path. Wine adds WINEPATH to the path: Windows paths, separated by
+# semicolons, which are escaped here.
 function(nelvo_find_libraries name)
   if(WIN32 AND NELVO_TEST_LAUNCHER MATCHES "wine")
     set_tests_properties(${name} PROPERTIES ENVIRONMENT_MODIFICATION
@@ -122,7 +123,7 @@ function(nelvo_find_libraries name)
   endif()
 endfunction()
 
-# Every test sees the same locale and the same rendering, whatever the user has set.
+# Every test has the same locale, log and rendering, regardless of the user's environment.
 set(NELVO_TEST_ENVIRONMENT
   "LC_ALL=C.UTF-8"
   "QT_QUICK_CONTROLS_STYLE="
@@ -134,7 +135,7 @@ set(NELVO_TEST_ENVIRONMENT
   "ASAN_OPTIONS=detect_leaks=1"
   "TSAN_OPTIONS=suppressions=${NELVO_ROOT}/tests/support/tsan.supp:history_size=7")
 
-# nelvo_test_entry(name program [argument...]): an entry in CTest.
+# nelvo_test_entry(name program [argument...]): adds a test to CTest.
 function(nelvo_test_entry name program)
   add_test(NAME ${name} COMMAND ${NELVO_TEST_LAUNCHER} $<TARGET_FILE:${program}> ${ARGN})
   set_tests_properties(${name} PROPERTIES
@@ -144,10 +145,10 @@ function(nelvo_test_entry name program)
   nelvo_find_libraries(${name})
 endfunction()
 
-# nelvo_test(name [LABELS ...] [SOURCES ...] LINK ...): a test program and its entry in CTest. Its source is NAME.cpp
-# unless SOURCES says otherwise. Each program has a directory of its own, since files beside the executable are part of
-# what is tested. With INPUTS, files of Qt Quick Test, it has an entry for each of them: `test_pages_main` for
-# `tst_main.qml`.
+# nelvo_test(name [LABELS ...] [SOURCES ...] LINK ... [ARGUMENTS ...] [DEFINITIONS ...] [INPUTS ...]): adds a test
+# program and its test in CTest. Without SOURCES, the source is NAME.cpp. Each program has its own directory, because
+# tests use files beside the executable. INPUTS are files of Qt Quick Test; each gets its own test, such as
+# `test_pages_main` for `tst_main.qml`.
 function(nelvo_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK;LABELS;ARGUMENTS;INPUTS;DEFINITIONS" ${ARGN})
   if(NOT ARG_SOURCES)

@@ -1,6 +1,6 @@
-// A plug-in of clang that `tools/lint` loads into clang-tidy. clang-tidy 14 matches its checks against every
-// declaration of the system's headers too, which takes five times as long as the parsing, and drops what it
-// finds there. This narrows the traversal to the project's own declarations, as clangd does.
+// A plug-in for clang, which `tools/lint` loads into clang-tidy. clang-tidy 14 also runs its checks on every
+// declaration in system headers and drops the findings, which takes five times as long as the parsing. This
+// plug-in limits the checks to the project's own declarations, like clangd.
 
 #include <clang/AST/ASTConsumer.h>
 #include <clang/AST/ASTContext.h>
