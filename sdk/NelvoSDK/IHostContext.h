@@ -16,8 +16,9 @@ public:
     virtual void ReservedSecond() {}
     //! Never called; keeps its place in the interface.
     virtual void ReservedThird() {}
-    //! The channel on which IPdsMgr::InitBimData publishes "bimObject". InitBimData calls it on the GUI
-    //! thread. \return the web channel, owned by the host, or null if the host has none.
+    //! The channel on which IPdsMgr::InitBimData publishes "bimObject". Called by InitBimData, on the GUI
+    //! thread.
+    //! \return the web channel, owned by the host, or null if the host has none.
     virtual QWebChannel* GetWebChannel() = 0;
 
 protected:

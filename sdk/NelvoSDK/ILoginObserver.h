@@ -15,7 +15,8 @@ public:
     //! The login window has closed and the session is ready. Also called if the enterprise's services could
     //! not be reached: the session is then the previous one, or consists of empty strings (see
     //! LoginSession::loggedIn). Also called after OnLoginFailed if a sign-in from the command line was
-    //! rejected. \param session valid during the call: copy it.
+    //! rejected.
+    //! \param session valid during the call: copy it.
     virtual void OnLoginSucceeded(const LoginSession& session) = 0;
 
     //! A sign-in was rejected, or the sign-in service did not reply. The login window shows the reason and

@@ -15,7 +15,8 @@ class IMessageObserver
 public:
     //! Never called; keeps its place in the interface.
     virtual void ReservedFirst() {}
-    //! A text of the first kind: from the host, or from the plug-in for the user.
+    //! A text of the first kind: from the host, or the plug-in's notice that the account has signed in
+    //! elsewhere.
     //! \param text valid during the call.
     virtual void OnMessageFirst(const QString& text) = 0;
     //! A text of the second kind, from the host.

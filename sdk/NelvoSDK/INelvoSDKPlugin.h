@@ -33,8 +33,8 @@ class INelvoSDKPlugin
 public:
     //! Creates the managers. Replaces existing managers, including the message manager: pointers to them
     //! become invalid. Reads the address files and the installed version beside the executable, and prepares
-    //! the login window without showing it. \return always true. A file that cannot be read is only logged,
-    //! or ignored.
+    //! the login window without showing it. A file that cannot be read is only logged, or ignored.
+    //! \return always true.
     virtual bool Initialize() = 0;
     //! Deletes the login, project and PDS managers. The message manager stays usable until the process ends.
     //!
@@ -57,7 +57,7 @@ public:
     //! \return the project information manager, owned by the plug-in; null before Initialize and after
     //!   Shutdown.
     virtual IProjectInfoMgr* GetProjectInfoMgr() = 0;
-    //! The manager of the BIM import.
+    //! The manager of the BIM import, called the PDS manager.
     //! \return the PDS manager, owned by the plug-in; null before Initialize and after Shutdown.
     virtual IPdsMgr* GetPdsMgr() = 0;
     //! The manager that passes short texts to observers.
@@ -68,8 +68,7 @@ public:
     virtual void* GetHostContext() { return hostContext; }
     //! Sets the host's context. At any time. IPdsMgr::InitBimData uses it.
     //! \param context an `IHostContext*` as `void*`, not owned, or null. Convert a pointer to your own class
-    //! to
-    //!   `IHostContext*` first.
+    //!   to `IHostContext*` first.
     virtual void SetHostContext(void* context) { hostContext = context; }
 
     //! Never delete the plug-in object: the library owns it.

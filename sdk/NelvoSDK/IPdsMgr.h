@@ -39,13 +39,13 @@ public:
     //! Publishes `pdsMgr` and `orgModel` in the host's QML context.
     //! \param context not owned and not null; it must outlive the dialog of CreateBimDialog.
     virtual void SetQmlContext(QQmlContext* context) = 0;
-    //! Creates the dialog, hidden. Needs SetQmlContext. If the host's QML modules are missing, the dialog
-    //! fails to load, the library logs "QQmlComponent: Component is not ready", and the open operations do
+    //! Creates the dialog, hidden. Does nothing before SetQmlContext. If the host's QML modules are missing,
+    //! the dialog fails to load, Qt logs "QQmlComponent: Component is not ready", and the open operations do
     //! nothing. A second call creates another dialog, which the open operations use from then on; the first
-    //! dialog remains a child of its item. \param parent the host's item. It owns the dialog: the
-    //! dialog is its child and is deleted with
-    //!   it. Delete the dialog before the window or the engine of its scene ends; otherwise its bindings log
-    //!   errors.
+    //! dialog remains a child of its item.
+    //! \param parent the host's item, not null. It owns the dialog: the dialog is its child and is deleted
+    //!   with it. Delete the dialog before Shutdown and before the window or the engine of its scene ends;
+    //!   otherwise its bindings log errors.
     virtual void CreateBimDialog(QQuickItem* parent) = 0;
     //! Shows the dialog over the host's item, with the BIM models. No effect without a dialog.
     virtual void OpenBimDialog() = 0;
@@ -57,7 +57,7 @@ public:
     //! Removes an observer; see ILoginActor::Detach.
     //! \param observer ignored if it is not attached.
     virtual void Detach(IPdsObserver* observer) = 0;
-    //! Looks up a model's name in all lists received so far, of BIM and DWG models. Sends no request.
+    //! Looks up a name in all lists of BIM and DWG models received so far. Sends no request.
     //! \param guid the GUID as the lists spell it.
     //! \return the model's name, empty if the GUID is unknown. If two rows have the same GUID, the later row
     //!   counts.

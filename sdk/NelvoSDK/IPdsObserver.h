@@ -30,21 +30,22 @@ public:
     virtual void ReservedFourth() {}
     //! Never called; keeps its place in the interface.
     virtual void ReservedFifth() {}
-    //! A new list was requested, and the old lists are empty. The dialog shows its rows until the list
-    //! arrives.
+    //! The old lists are empty, and the request for a new list follows. The dialog keeps its rows until that
+    //! list arrives.
     virtual void OnBimProjListCleared() = 0;
     //! A list has arrived; it is empty after a failure. The dialog shows it after this call.
     virtual void OnBimProjListSynced() = 0;
-    //! The user wants models downloaded and imported.
-    //! \param guids GUIDs of BIM projects.
+    //! The user wants the host to download and import a model or a drawing.
+    //! \param guids exactly one GUID.
     virtual void OnDownLoadBimProj(const QStringList& guids) = 0;
     //! Never called; keeps its place in the interface.
     virtual void ReservedSixth() {}
     //! Never called; keeps its place in the interface.
     virtual void ReservedSeventh() {}
-    //! The user wants a simplified model.
-    //! \param guid GUID of the BIM project.
-    //! \param completionFirst true if the model should be complete, false if it should be ready soon.
+    //! The user wants the host to convert a model to an outline model, which is simplified.
+    //! \param guid GUID of the model.
+    //! \param completionFirst true if the outline model should be complete, false if the conversion should be
+    //!   fast.
     virtual void OnConvertSimplyMode(const QString& guid, bool completionFirst) = 0;
 
 protected:
