@@ -47,7 +47,7 @@ void Host::install(NelvoSDK::LoginSession session)
         Q_EMIT noService();
         return;
     }
-    // The service knows this client already and sets no cookies: the earlier ones stay valid.
+    // A service that already knows this client sets no cookies: the earlier ones stay valid.
     if (session.cookies.empty() && session.sdkAddr == m_session.sdkAddr && !m_pushedOut)
         session.cookies = m_session.cookies;
     m_session = session;
@@ -63,7 +63,7 @@ void Host::install(NelvoSDK::LoginSession session)
 void Host::OnMessageFirst(const QString& text)
 {
     if (std::exchange(m_pushedOut, true))
-        return; // comes every ten seconds; handle it once
+        return; // repeated every ten seconds; handle it once
     m_orders.add([this, text] { Q_EMIT pushedOut(text); });
 }
 

@@ -29,7 +29,7 @@ public:
     Orders& orders() { return m_orders; }
 
 Q_SIGNALS:
-    //! The first level of the organisation tree begins with this number of units of earlier sign-ins.
+    //! The first `earlierUnits` children of the organisation tree's root are those of earlier sign-ins.
     void sessionInstalled(int earlierUnits);
     void noService();
     void pushedOut(const QString& message);

@@ -9,7 +9,7 @@ Models::Models(NelvoSDK::IPdsMgr& manager, QQmlContext* context, QQuickItem* sce
     : m_manager(manager), m_scene(scene)
 {
     context->setContextProperty(QStringLiteral("bimControl"), this);
-    context->setContextProperty(QStringLiteral("editConext"), this); // spelled so
+    context->setContextProperty(QStringLiteral("editConext"), this); // the spelling is intentional
     m_manager.SetQmlContext(context);
     m_organisation = context->contextProperty(QStringLiteral("orgModel")).value<QAbstractItemModel*>();
     createDialog();

@@ -16,7 +16,7 @@ namespace Snippets {
 class Models : public QObject, private NelvoSDK::IPdsObserver
 {
     Q_OBJECT
-    //! The dialog's pages read it from `editConext`.
+    //! The dialog's pages read it through `editConext`.
     Q_PROPERTY(bool isMainProject MEMBER m_isMainProject NOTIFY isMainProjectChanged)
 
 public:
@@ -25,10 +25,10 @@ public:
     ~Models() override;
     Q_DISABLE_COPY(Models)
 
-    //! Call it after each sign-in with the number of Host::sessionInstalled. Closes the dialog.
+    //! Call it after each sign-in with the argument of Host::sessionInstalled. Closes the dialog.
     void readModels(int earlierUnits);
 
-    //! The dialog's pages call it on `bimControl`. Returns whether the model may be imported.
+    //! The dialog's pages call it through `bimControl`. Returns whether the model may be imported.
     Q_INVOKABLE bool checkBimProjValid(const QString& guid, bool isMainProject);
 
 Q_SIGNALS:

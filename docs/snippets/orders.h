@@ -8,7 +8,7 @@
 namespace Snippets {
 
 //! [orders-class]
-//! Runs one order after the other, each from the event loop.
+//! Runs one order, a call to the plug-in, after the other, each from the event loop.
 class Orders : public QObject
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ Q_SIGNALS:
 private:
     void doNext();
 
-    std::deque<std::function<void()>> m_orders; // the running order is the first
+    std::deque<std::function<void()>> m_orders; // the first one is running
 };
 //! [orders-class]
 

@@ -26,7 +26,7 @@ QObject* findUpdater()
 //! [update]
 Update::Update(QObject* updater) : m_updater(updater)
 {
-    // Its class is not in the headers: connect by name.
+    // The headers do not declare the updater's class: connect by name.
     connect(updater, SIGNAL(needUpdate(bool)), this, SLOT(answer(bool)));
     connect(updater, SIGNAL(downloadProgress(QString, qint64, qint64)), this,
             SIGNAL(progress(QString, qint64, qint64)));
