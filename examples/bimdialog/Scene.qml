@@ -40,7 +40,7 @@ Rectangle {
         color: "white"
     }
 
-    // The plug-in publishes pdsMgr in this context. Its list contains the models that the dialog shows.
+    // The plug-in publishes pdsMgr in this context. bimProjList contains the models that the dialog shows.
     Connections {
         target: pdsMgr
 
@@ -49,7 +49,7 @@ Rectangle {
         }
     }
 
-    // The parent of the plug-in's dialog. The dialog opens at the position of this item's parent.
+    // The parent of the plug-in's dialog, which opens in its top left corner. The position must be 0, 0.
     Item {
         objectName: "dialogPlace"
 

@@ -18,7 +18,7 @@
 
 namespace {
 
-//! The host, for the plug-in, for the scene and for the dialog's pages.
+//! The host: observes the plug-in, and is the object that the scene and the dialog's pages call.
 class Host final : public QObject, private NelvoSDK::ILoginObserver, private NelvoSDK::IPdsObserver
 {
     Q_OBJECT
@@ -51,7 +51,7 @@ public:
         connect(this, &Host::signedInChanged, &view, &QWindow::show);
         QQmlContext* const context = view.rootContext();
         context->setContextProperty(QStringLiteral("host"), this);
-        // The dialog's pages know the host under these two names. The second is spelled so.
+        // The dialog's pages find the host under these two names. The spelling of the second is intentional.
         context->setContextProperty(QStringLiteral("bimControl"), this);
         context->setContextProperty(QStringLiteral("editConext"), this);
         m_plugin.GetPdsMgr()->SetQmlContext(context);
@@ -67,7 +67,8 @@ public:
     void start() { m_plugin.GetLoginMgr()->Start(); }
 
     bool isMainProject() const { return true; }
-    //! The dialog's pages call it before a download. An editor returns false for a model that it has already.
+    //! The dialog's pages call it before OnDownLoadBimProj. An editor returns false for a model that it has
+    //! imported already.
     Q_INVOKABLE bool checkBimProjValid(const QString& /*guid*/, bool /*isMainProject*/) const { return true; }
 
     Q_INVOKABLE void openBimDialog() { m_plugin.GetPdsMgr()->OpenBimDialog(); }
@@ -98,8 +99,8 @@ private:
     {
         m_plugin.GetProjectInfoMgr()->ReflushProjOrgInfo(session);
         m_plugin.GetPdsMgr()->InitBimData();
-        // The plug-in has set this to false between its window and this one. From now on this window ends the
-        // application.
+        // The plug-in sets this to false at each sign-in, because the login window closes before this window
+        // opens. From now on, closing this window ends the application.
         QGuiApplication::setQuitOnLastWindowClosed(true);
         m_isSignedIn = true;
         Q_EMIT signedInChanged();

@@ -22,8 +22,8 @@ std::string utf8(const std::wstring& text)
 class Host final : public QObject, private NelvoSDK::ILoginObserver
 {
 public:
-    //! Creates the managers and attaches the observer before the sign-in starts: a result is passed only
-    //! once.
+    //! Creates the managers and attaches the observer before the sign-in starts, because the plug-in passes
+    //! each result only once.
     explicit Host(NelvoSDK::INelvoSDKPlugin& plugin) : m_plugin(plugin)
     {
         m_plugin.Initialize();
@@ -57,8 +57,8 @@ private:
         }
         std::cout << "signed in: " << utf8(session.epName) << ", editor service " << utf8(session.sdkAddr)
                   << std::endl;
-        // The login window is still closing. Long work waits for the event loop and needs its own copy of the
-        // session.
+        // The login window is still closing, so long work must wait for the event loop. The session is valid
+        // only during this call, so the work needs a copy.
         QTimer::singleShot(0, this, [this, session] {
             listProjects(session);
             QCoreApplication::quit();
