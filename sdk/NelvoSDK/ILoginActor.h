@@ -19,8 +19,8 @@ public:
     //! \return false.
     virtual bool ReservedFlag() = 0;
 
-    //! Shows the login window with its form page and the remembered accounts. Call it again after a sign-in
-    //! to let the user sign in anew. While a sign-in waits for a service, or inside an observer's call, the
+    //! Shows the login window with its form page and the remembered accounts. Call it after a sign-in to let
+    //! the user sign in again. While a sign-in waits for a service, or inside an observer's call, the
     //! window is shown when the event loop runs again. If a page fails to load, the installation is faulty
     //! (see docs/troubleshooting.md) and the process ends.
     virtual void ShowLogin() = 0;
