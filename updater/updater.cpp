@@ -152,7 +152,6 @@ void CUpdater::checkVersion(QString url, QString token, QString productId)
     if (!self)
         return;
     if (!answered) {
-        m_updateAvailable = false;
         Q_EMIT needUpdate(false);
         return;
     }
@@ -166,7 +165,6 @@ void CUpdater::checkVersion(QString url, QString token, QString productId)
     m_fullPath = release.value(UpdateKeys::FullPath).toString();
 
     if (QVersionNumber::compare(QVersionNumber::fromString(m_latestVersion), m_localVersion) <= 0) {
-        m_updateAvailable = false;
         Q_EMIT needUpdate(false);
         return;
     }
@@ -177,8 +175,6 @@ void CUpdater::checkVersion(QString url, QString token, QString productId)
         Q_EMIT changeLogChanged();
     if (self)
         Q_EMIT needUpdate(true);
-    if (self)
-        m_updateAvailable = true;
 }
 
 CDownloader& CUpdater::downloader()

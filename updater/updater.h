@@ -108,8 +108,6 @@ private:
     QString m_fullPath;
     //! The path of the package, whether or not the file exists.
     QString m_packagePath;
-    //! The result of the last check; not read so far.
-    bool m_updateAvailable = false;
     //! Retries of the running download, after failures and after wrong checksums.
     quint32 m_retryCount = 0;
     CWebServer m_webServer;

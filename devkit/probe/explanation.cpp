@@ -76,7 +76,7 @@ const std::vector<Explanation>& explanations()
         row("::GetServerProjectTree .* falied!$", "the list of scene projects did not come"),
         row("::getBimProjList .* falied!$", "the list of BIM models did not come"),
         row("::getDWGBimProjList .* falied!$", "the list of DWG drawings did not come"),
-        row("^open file +(.*?) *failed:", "this file is for an editor, the probe goes without: %1"),
+        row("^open file +(.*?) *failed:", "an editor needs this file, the probe does not: %1"),
     };
     return table;
 }

@@ -124,7 +124,7 @@ bool Judge::judge(Step step, const QString& wordsIfWell)
         setFailed(step, exchange->error);
     else if (isBehindSignIn(step) && isSentToForm(*exchange))
         setWrong(step, QStringLiteral(
-                           "the service sends the question back to its sign-in form: the session is lost"));
+                           "the service redirects the request to its sign-in form: the session is lost"));
     else if (isUnfit(step, *exchange))
         setFailed(step, reasonOf(*exchange));
     else

@@ -251,12 +251,12 @@ void Walk::explainRefusedSignIn()
     } else if (list && isSentToForm(*list) && isWelcomed(answer)) {
         m_judge.setWrong(
             Step::Enterprises,
-            QStringLiteral("the sign-in was answered as a success is, but the service does not know the "
-                           "session any more: look at host, path and \"Secure\" of its cookies"));
+            QStringLiteral("the service accepted the sign-in, but does not know the session any more: check "
+                           "host, path and \"Secure\" of its cookies"));
     } else if (list && isSentToForm(*list)) {
         m_judge.setWrong(Step::SignIn,
-                         QStringLiteral("user name or password rejected: the service sends the question "
-                                        "for the enterprises back to its form"));
+                         QStringLiteral("user name or password rejected: the service redirects the request "
+                                        "for the enterprises to its form"));
         m_findings.set({Step::Enterprises});
     } else if (list && !isWelcomed(answer)) {
         m_findings.of(Step::Enterprises).words +=

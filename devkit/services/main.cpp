@@ -106,7 +106,7 @@ void printAddresses(QTextStream& out, const Services& services)
 
 void printAccounts(QTextStream& out, const Seed& seed)
 {
-    out << "\naccounts (user, password, enterprises)\n";
+    out << "\naccounts (user, password, number of enterprises)\n";
     for (const auto& account : seed.accounts)
         out << "  " << account.user << "  " << account.password << "  " << account.enterprises.size() << '\n';
 }

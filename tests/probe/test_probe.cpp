@@ -252,7 +252,7 @@ void TestProbe::whatIsWrongIsTold_data()
     const QByteArray html = "text/html; charset=utf-8";
     const char* const httpError = "the server answered with HTTP 500 (Internal Server Error) at /";
     const char* const noJson = "the reply is no JSON: illegal value";
-    const char* const lost = "sends the question back to its sign-in form: the session is lost";
+    const char* const lost = "redirects the request to its sign-in form: the session is lost";
     const Change nothing = [](Services&) {};
 
     row("form without the section", reply("GET", "/login", "<html><body id=\"cas\"/></html>", html),

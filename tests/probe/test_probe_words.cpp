@@ -110,7 +110,7 @@ void TestProbeWords::textsAreExplained_data()
     row("CProjectInfoMgr::getDWGBimProjList getprojList /scene/project falied!",
         "the list of DWG drawings did not come");
     row("open file  /x/updateConfig.json failed: No such file or directory",
-        "the probe goes without: /x/updateConfig.json");
+        "the probe does not: /x/updateConfig.json");
 }
 
 void TestProbeWords::textsAreExplained()

@@ -1,7 +1,5 @@
-#include "login/tools.h"
-#include "tests/qml/standins.h"
+#include "tests/qml/loginwindowtest.h"
 #include "tests/support/accessibletree.h"
-#include "tests/support/messagelog.h"
 #include "tests/support/updaterstandin.h"
 
 #include <QAccessible>
@@ -9,25 +7,18 @@
 #include <QJsonObject>
 #include <QQmlContext>
 #include <QQuickItem>
-#include <QQuickView>
 #include <QtTest>
-
-#include <memory>
 
 using TestSupport::described;
 using TestSupport::describedControls;
 using TestSupport::shownControls;
 
 //! \brief The login window as assistive technology reads it.
-class TestAccessibility : public QObject
+class TestAccessibility : public LoginWindowTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-
     void pagesNameTheirControls_data();
     void pagesNameTheirControls();
     void everyStopOfTheTabKeyHasANameAndARole_data();
@@ -40,15 +31,11 @@ private Q_SLOTS:
     void pressActionDoesNothingWhileTheButtonIsDisabled();
 
 private:
-    void load(const QString& page);
-    QQuickItem* item(const char* objectName) const;
+    void open(const QString& page);
     QAccessibleInterface* find(QAccessible::Role role, const QString& name) const;
     void press(QAccessible::Role role, const QString& name) const;
 
-    std::unique_ptr<TestSupport::MessageLog> m_log;
-    std::unique_ptr<LoginCtrl> m_loginCtrl;
-    std::unique_ptr<TestSupport::UpdaterStandIn> m_updater;
-    std::unique_ptr<QQuickView> m_view;
+    TestSupport::UpdaterStandIn m_updater;
 };
 
 namespace {
@@ -66,56 +53,22 @@ QJsonArray enterprises()
 
 } // namespace
 
-void TestAccessibility::initTestCase()
-{
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
-}
-
-void TestAccessibility::init()
-{
-    m_log = std::make_unique<TestSupport::MessageLog>();
-    m_loginCtrl = std::make_unique<LoginCtrl>();
-    m_updater = std::make_unique<TestSupport::UpdaterStandIn>();
-    m_view = std::make_unique<QQuickView>();
-}
-
-void TestAccessibility::cleanup()
-{
-    m_view.reset();
-    const QStringList warnings = m_log->warnings();
-    m_log.reset();
-    QCOMPARE(warnings, QStringList());
-}
-
-void TestAccessibility::load(const QString& page)
+void TestAccessibility::open(const QString& page)
 {
     m_loginCtrl->setAppList(enterprises());
-    QQmlContext* context = m_view->rootContext();
-    context->setContextProperty(QStringLiteral("loginCtrl"), m_loginCtrl.get());
-    context->setContextProperty(QStringLiteral("updater"), m_updater.get());
-    context->setContextProperty(QStringLiteral("defaultUrl"), QStringLiteral("http://default"));
-    context->setContextProperty(QStringLiteral("view"), m_view.get());
-    m_view->setResizeMode(QQuickView::SizeViewToRootObject);
-    m_view->setSource(QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml")));
-    m_view->show();
-    m_view->requestActivate();
-    QVERIFY(m_view->rootObject());
-    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
+    m_view->rootContext()->setContextProperty(QStringLiteral("updater"), &m_updater);
+    load();
+    if (QTest::currentTestFailed())
+        return;
     const QUrl url(QStringLiteral("qrc:/NelvoPlugin/qmls/BizComp/%1.qml").arg(page));
     QVERIFY(item("contentLoader")->setProperty("source", url));
     if (page == QStringLiteral("ApplistComp"))
         QTRY_COMPARE(item("companyList")->property("count").toInt(), 2);
     // Like the start of a screen reader: Qt activates the accessibility of the existing controls.
     QAccessible::setActive(true);
-    Q_EMIT m_updater->readyUpdateInfo(QStringLiteral("ready"));
+    Q_EMIT m_updater.readyUpdateInfo(QStringLiteral("ready"));
     const qint64 megabyte = 1 << 20;
-    Q_EMIT m_updater->downloadProgress(QStringLiteral("package"), megabyte, 2 * megabyte);
-}
-
-QQuickItem* TestAccessibility::item(const char* objectName) const
-{
-    return m_view->rootObject()->findChild<QQuickItem*>(QString::fromLatin1(objectName));
+    Q_EMIT m_updater.downloadProgress(QStringLiteral("package"), megabyte, 2 * megabyte);
 }
 
 QAccessibleInterface* TestAccessibility::find(QAccessible::Role role, const QString& name) const
@@ -143,7 +96,7 @@ void TestAccessibility::pagesNameTheirControls_data()
         controls.prepend(CloseButton);
         QTest::newRow(name) << controls;
     };
-    // The empty name is the password field: Qt hides its name, see passwordIsMarkedAsOne().
+    // The empty name is the password field: Qt hides its name here, see passwordIsMarkedAsOne().
     page("LoginComp", {QStringLiteral("ComboBox 用户名"), QStringLiteral("EditableText 用户名"),
                        QStringLiteral("EditableText "), QStringLiteral("ComboBox Nelvo服务器地址"),
                        QStringLiteral("EditableText Nelvo服务器地址"), QStringLiteral("CheckBox 记住密码"),
@@ -164,7 +117,7 @@ void TestAccessibility::pagesNameTheirControls_data()
 void TestAccessibility::pagesNameTheirControls()
 {
     QFETCH(QStringList, controls);
-    load(QString::fromLatin1(QTest::currentDataTag()));
+    open(QString::fromLatin1(QTest::currentDataTag()));
     QCOMPARE(describedControls(*m_view).join(QLatin1Char('\n')), controls.join(QLatin1Char('\n')));
 }
 
@@ -179,7 +132,7 @@ void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole_data()
 void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole()
 {
     QFETCH(QString, page);
-    load(page);
+    open(page);
     QSet<QQuickItem*> stops;
     for (;;) {
         QTest::keyClick(m_view.get(), Qt::Key_Tab);
@@ -199,10 +152,11 @@ void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole()
     QVERIFY(!stops.isEmpty());
 }
 
-// Qt hides the name of a password field from assistive technology, but not its description.
+// Assistive technology becomes active after the page here: Qt then hides the name of the password field, but not its
+// description.
 void TestAccessibility::passwordIsMarkedAsOne()
 {
-    load(QStringLiteral("LoginComp"));
+    open(QStringLiteral("LoginComp"));
     QAccessibleInterface* const password = QAccessible::queryAccessibleInterface(item("passwordField"));
     QVERIFY(password->state().passwordEdit);
     QCOMPARE(password->text(QAccessible::Description), QStringLiteral("密码"));
@@ -210,7 +164,7 @@ void TestAccessibility::passwordIsMarkedAsOne()
 
 void TestAccessibility::checkBoxShowsItsState()
 {
-    load(QStringLiteral("LoginComp"));
+    open(QStringLiteral("LoginComp"));
     QAccessibleInterface* const box = find(QAccessible::CheckBox, QStringLiteral("记住密码"));
     QVERIFY(box);
     QVERIFY(box->state().checkable);
@@ -221,7 +175,7 @@ void TestAccessibility::checkBoxShowsItsState()
 
 void TestAccessibility::selectedEnterpriseIsMarked()
 {
-    load(QStringLiteral("ApplistComp"));
+    open(QStringLiteral("ApplistComp"));
     QAccessibleInterface* const row = find(QAccessible::ListItem, QStringLiteral("Bolt"));
     QVERIFY(row);
     QVERIFY(row->state().selectable);
@@ -233,7 +187,7 @@ void TestAccessibility::selectedEnterpriseIsMarked()
 
 void TestAccessibility::errorIsAnAlertWhileItShows()
 {
-    load(QStringLiteral("LoginComp"));
+    open(QStringLiteral("LoginComp"));
     const QString error = QStringLiteral("用户名或密码输入为空！");
     QVERIFY(!find(QAccessible::AlertMessage, error));
     press(QAccessible::Button, QStringLiteral("登录"));
@@ -243,14 +197,14 @@ void TestAccessibility::errorIsAnAlertWhileItShows()
 
 void TestAccessibility::pressActionDoesWhatAClickDoes()
 {
-    load(QStringLiteral("UpdateComp"));
+    open(QStringLiteral("UpdateComp"));
     press(QAccessible::Button, QStringLiteral("跳过"));
     QVERIFY(item("validComp"));
 }
 
 void TestAccessibility::pressActionDoesNothingWhileTheButtonIsDisabled()
 {
-    load(QStringLiteral("ApplistComp"));
+    open(QStringLiteral("ApplistComp"));
     QAccessibleInterface* const button = find(QAccessible::Button, QStringLiteral("确定"));
     QVERIFY(button);
     QVERIFY(!button->state().focusable);

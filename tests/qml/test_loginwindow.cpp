@@ -1,7 +1,5 @@
 #include "login/loginactor.h"
-#include "login/tools.h"
-#include "tests/qml/standins.h"
-#include "tests/support/messagelog.h"
+#include "tests/qml/loginwindowtest.h"
 #include "tests/support/row.h"
 #include "tests/support/updaterstandin.h"
 #include "updater/updater.h"
@@ -15,23 +13,16 @@
 #include <QQmlEngine>
 #include <QQmlNetworkAccessManagerFactory>
 #include <QQuickItem>
-#include <QQuickView>
 #include <QtTest>
-
-#include <memory>
 
 using TestSupport::row;
 
 //! \brief The pages in a real login window with its own QML engine and without a version check.
-class TestLoginWindow : public QObject
+class TestLoginWindow : public LoginWindowTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-
     void loadsWithoutAVersionCheckAndWithoutAWarning();
     void windowTakesTheSizeOfTheFrame();
     void accountsSetAfterTheWindowIsShownFillTheForm();
@@ -50,15 +41,9 @@ private Q_SLOTS:
     void logoutPutsHttpInFrontOfWhatDoesNotStartWithIt();
 
 private:
-    void load(const QString& defaultUrl = QStringLiteral("http://default"));
     void setAccounts(const QJsonArray& accounts);
-    QQuickItem* item(const char* objectName) const;
     QPoint centreOf(const char* objectName) const;
     void type(const QString& text);
-
-    std::unique_ptr<TestSupport::MessageLog> m_log;
-    std::unique_ptr<LoginCtrl> m_loginCtrl;
-    std::unique_ptr<QQuickView> m_view;
 };
 
 namespace {
@@ -103,50 +88,9 @@ private:
 
 } // namespace
 
-void TestLoginWindow::initTestCase()
-{
-    QGuiApplication::setQuitOnLastWindowClosed(false);
-    qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");
-}
-
-void TestLoginWindow::init()
-{
-    m_log = std::make_unique<TestSupport::MessageLog>();
-    m_loginCtrl = std::make_unique<LoginCtrl>();
-    m_view = std::make_unique<QQuickView>();
-}
-
-void TestLoginWindow::cleanup()
-{
-    m_view.reset();
-    const QStringList warnings = m_log->warnings();
-    m_log.reset();
-    QCOMPARE(warnings, QStringList());
-}
-
-void TestLoginWindow::load(const QString& defaultUrl)
-{
-    QQmlContext* context = m_view->rootContext();
-    context->setContextProperty(QStringLiteral("loginCtrl"), m_loginCtrl.get());
-    context->setContextProperty(QStringLiteral("defaultUrl"), defaultUrl);
-    context->setContextProperty(QStringLiteral("view"), m_view.get());
-    m_view->setFlag(Qt::FramelessWindowHint);
-    m_view->setResizeMode(QQuickView::SizeViewToRootObject);
-    m_view->setSource(QUrl(QStringLiteral("qrc:/NelvoPlugin/qmls/Main.qml")));
-    m_view->show();
-    m_view->requestActivate();
-    QVERIFY(m_view->rootObject());
-    QVERIFY(QTest::qWaitForWindowActive(m_view.get()));
-}
-
 void TestLoginWindow::setAccounts(const QJsonArray& accounts)
 {
     QVERIFY(m_view->rootObject()->setProperty("userInfos", QVariant(accounts)));
-}
-
-QQuickItem* TestLoginWindow::item(const char* objectName) const
-{
-    return m_view->rootObject()->findChild<QQuickItem*>(QString::fromLatin1(objectName));
 }
 
 QPoint TestLoginWindow::centreOf(const char* objectName) const

@@ -142,6 +142,13 @@ Item {
             compare(loginCtrl.calls, [["onLogin", "", "2", "Bolt"]]);
         }
 
+        function test_listMayBecomeEmptyWhileARowHasTheFocus() {
+            openList();
+            tabTo("Acme");
+            loginCtrl.appList = [];
+            tryCompare(item("companyList"), "count", 0);
+        }
+
         function test_listIsFoldedByKeyboard() {
             openList();
             tabTo("选择企业:");

@@ -141,7 +141,8 @@ Item {
             boundsBehavior: Flickable.StopAtBounds
             snapMode: ListView.SnapToItem
             model: applistComp.appList
-            activeFocusOnTab: count > 0
+            // Qt logs a warning if this becomes false while a row has the focus.
+            activeFocusOnTab: count > 0 || activeFocus
 
             Accessible.role: Accessible.List
             Accessible.name: title.text

@@ -183,6 +183,14 @@ BimTest {
         createAndOpen();
         click(inRow(0, "downloadButton"));
         click(item("completionCheck"));
+        click(item("orgCheck"));
+        tryCompare(item("orgCheck").popup, "opened", true);
+        tryVerify(() => setup.controls(panel.contentItem.Window.window).includes("TreeItem 二部"));
+        const tree = findChild(item("orgCheck").popup.contentItem, "orgTree");
+        compare(frames(tree), []);
+        mouseClick(tree, 100, 48);
+        compare(item("orgCheck").deptName, "一部");
+        tryCompare(item("orgCheck").popup, "visible", false);
         compare(frames(panel.contentItem), []);
     }
 }

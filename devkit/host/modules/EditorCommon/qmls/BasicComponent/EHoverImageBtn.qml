@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import QtQuick.Window 2.15
 
 // A button with a picture for each state and with a tool tip.
 Item {
@@ -38,7 +39,8 @@ Item {
         objectName: "tip"
 
         delay: 600
-        visible: text !== "" && mouseArea.containsMouse && !mouseArea.pressed
+        // A row of a list that is being replaced is in no window any more.
+        visible: text !== "" && mouseArea.containsMouse && !mouseArea.pressed && button.Window.window !== null
     }
 
     MouseArea {
