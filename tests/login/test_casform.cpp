@@ -97,7 +97,7 @@ void TestCasForm::readsTheHiddenValues()
 void TestCasForm::namedEntitiesDoNotMatter()
 {
     CasFormValues values;
-    QVERIFY(NelvoPlugin::parseLoginArgs(formPage("&nbsp;&copy;&Uuml1;<b>a&lt;b</b>&nbsp;" + HiddenInputs),
+    QVERIFY(NelvoPlugin::parseLoginArgs(formPage("&nbsp;&copy;&Uuml1;&AZaz09;<b>a&lt;b</b>&nbsp;" + HiddenInputs),
                                         values));
     QCOMPARE(values.lt.trimmed(), QStringLiteral("LT-1-abc"));
 }

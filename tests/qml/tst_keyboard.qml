@@ -91,6 +91,19 @@ Item {
             compare([button.x, button.y, button.width, button.height], before);
         }
 
+        function test_outlineSurroundsASymbol_data() {
+            return [{ tag: "close", name: "关闭" }, { tag: "fold", name: "选择企业:" }];
+        }
+
+        function test_outlineSurroundsASymbol(data) {
+            openList();
+            tabTo(data.name);
+            const symbol = focused();
+            const outline = frames(symbol)[0];
+            compare([outline.x, outline.y, outline.width, outline.height],
+                    [-3, -3, symbol.width + 6, symbol.height + 6]);
+        }
+
         function test_keysPressAButton_data() {
             return [{ tag: "Space", key: Qt.Key_Space }, { tag: "Return", key: Qt.Key_Return },
                     { tag: "Enter", key: Qt.Key_Enter }];

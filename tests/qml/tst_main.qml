@@ -46,6 +46,22 @@ Item {
             compare(logo.status, Image.Ready);
         }
 
+        function test_textsAreDrawnAsTheSystemDrawsThem_data() {
+            return ["loginComp", "AppListComp", "DownloadComp", "UpdateComp", "ValidComp", "CoverComp"]
+                .map(page => ({ tag: page }));
+        }
+
+        function test_textsAreDrawnAsTheSystemDrawsThem(data) {
+            loginCtrl.appList = [{ enterpriseId: 1, enterpriseName: "Acme" },
+                                 { enterpriseId: 2, enterpriseName: "Bolt" }];
+            openPage(data.tag);
+            const drawnOtherwise = child => {
+                const own = child.renderType !== undefined && child.renderType !== Text.NativeRendering ? [child] : [];
+                return Array.from(child.children).reduce((found, next) => found.concat(drawnOtherwise(next)), own);
+            };
+            compare(drawnOtherwise(loginWindow).map(text => text + " " + text.text), []);
+        }
+
         function test_accountsGiveTheUserListInOrder() {
             openWindow();
             loginWindow.userInfos = ["bob", "ann", "bob"].map(user => account(user, "", []));
