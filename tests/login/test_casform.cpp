@@ -97,8 +97,8 @@ void TestCasForm::readsTheHiddenValues()
 void TestCasForm::namedEntitiesDoNotMatter()
 {
     CasFormValues values;
-    QVERIFY(NelvoPlugin::parseLoginArgs(formPage("&nbsp;&copy;&Uuml1;&AZaz09;<b>a&lt;b</b>&nbsp;" + HiddenInputs),
-                                        values));
+    QVERIFY(NelvoPlugin::parseLoginArgs(
+        formPage("&nbsp;&copy;&Uuml1;&AZaz09;<b>a&lt;b</b>&nbsp;" + HiddenInputs), values));
     QCOMPARE(values.lt.trimmed(), QStringLiteral("LT-1-abc"));
 }
 
