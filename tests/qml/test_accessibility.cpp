@@ -152,8 +152,8 @@ void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole()
     QVERIFY(!stops.isEmpty());
 }
 
-// Assistive technology becomes active after the page here: Qt then hides the name of the password field, but not its
-// description.
+// Assistive technology becomes active after the page here: Qt then hides the name of the password field, but
+// not its description.
 void TestAccessibility::passwordIsMarkedAsOne()
 {
     open(QStringLiteral("LoginComp"));

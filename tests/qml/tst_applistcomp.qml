@@ -52,6 +52,7 @@ Item {
             const [title, fold, line, list] = Array.from(panel.children);
             compare([title.x, title.y, title.height, title.text], [15, 10, 30, "选择企业:"]);
             compare([title.font.family, title.font.pixelSize], ["微软雅黑", 14]);
+            compare(title.verticalAlignment, Text.AlignVCenter);
             compare(String(title.color), "#ffffff");
             compare([fold.y, 288 - fold.x - fold.width], [15, 15]);
             compare([line.x, line.y, line.width, line.height], [15, 46, 258, 1]);

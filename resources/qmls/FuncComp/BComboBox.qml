@@ -32,8 +32,6 @@ T.ComboBox {
         }
     }
 
-    implicitWidth: implicitBackgroundWidth
-    implicitHeight: implicitBackgroundHeight
     editable: true
     model: dropList
     padding: 0
@@ -146,8 +144,6 @@ T.ComboBox {
     }
 
     background: Rectangle {
-        implicitWidth: 200
-        implicitHeight: 36
         color: control.enabled ? control.normalColor : control.disableColor
 
         FocusFrame {

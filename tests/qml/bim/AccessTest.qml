@@ -139,7 +139,8 @@ BimTest {
     }
 
     function test_escapeAndTabCloseTheDepartments_data() {
-        return [{ tag: "Escape", key: Qt.Key_Escape, then: "所有工程" }, { tag: "Tab", key: Qt.Key_Tab, then: "搜索" }];
+        return [{ tag: "Escape", key: Qt.Key_Escape, then: "所有工程" }, { tag: "Tab", key: Qt.Key_Tab, then: "搜索" },
+                { tag: "Shift+Tab", key: Qt.Key_Backtab, then: "完整度优先" }];
     }
 
     function test_escapeAndTabCloseTheDepartments(data) {
