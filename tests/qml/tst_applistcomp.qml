@@ -58,7 +58,7 @@ Item {
             compare([line.x, line.y, line.width, line.height], [15, 46, 258, 1]);
             compare(String(line.color), "#4a4b5c");
             compare(list, item("companyList"));
-            compare([list.y, list.y + list.height], [53, 247]);
+            compare([list.x, list.x + list.width, list.y, list.y + list.height], [15, 283, 53, 247]);
             const button = item("confirmButton");
             compare([button.x, button.y, button.width, button.height], [26, 350 - 40 - 36, 288, 36]);
             compare(button.text, "确定");

@@ -42,14 +42,19 @@ T.ComboBox {
             .sort((one, other) => one.mapToItem(control, 0, 0).y - other.mapToItem(control, 0, 0).y);
     }
 
-    // Moves the focus to the next or the previous row: at first to the chosen row, or to the first one.
-    function focusRow(step) {
+    function focusRow(row) {
+        if (row)
+            row.keyArea.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function enterTree() {
         const rows = rowsIn(popup.contentItem);
-        const current = rows.findIndex(row => row.keyArea.activeFocus);
-        const chosen = rows.findIndex(row => row.dept.id === deptID);
-        const next = rows[current === -1 ? Math.max(chosen, 0) : current + step];
-        if (next)
-            next.keyArea.forceActiveFocus(Qt.TabFocusReason);
+        focusRow(rows.find(row => row.dept.id === deptID) || rows[0]);
+    }
+
+    function focusNeighbour(row, step) {
+        const rows = rowsIn(popup.contentItem);
+        focusRow(rows[rows.indexOf(row) + step]);
     }
 
     function leaveTree(forward) {
@@ -114,8 +119,8 @@ T.ComboBox {
             focus: true
             sourceComponent: deptTree
 
-            Keys.onUpPressed: control.focusRow(-1)
-            Keys.onDownPressed: control.focusRow(1)
+            Keys.onUpPressed: control.enterTree()
+            Keys.onDownPressed: control.enterTree()
             Keys.onTabPressed: control.leaveTree(true)
             Keys.onBacktabPressed: control.leaveTree(false)
         }
@@ -252,9 +257,9 @@ T.ComboBox {
                     Accessible.selectable: true
                     Accessible.selected: control.deptID === parent.dept.id
 
-                    // Before the host's tree, which would move the focus to a row without its button.
-                    Keys.onUpPressed: control.focusRow(-1)
-                    Keys.onDownPressed: control.focusRow(1)
+                    // Accepted here because the host's tree would move the focus away from the areas.
+                    Keys.onUpPressed: control.focusNeighbour(row, -1)
+                    Keys.onDownPressed: control.focusNeighbour(row, 1)
 
                     onActivated: control.selectDept(parent.dept)
                 }
