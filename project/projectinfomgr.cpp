@@ -144,7 +144,7 @@ bool CProjectInfoMgr::GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& pro
     }
     const QJsonArray elements = reply.value(QStringLiteral("data")).toArray();
     reply = {};
-    // Both halves of a long list are converted at once.
+    // A helper thread converts half of the list.
     const int middle = elements.size() / 2;
     std::future<std::list<NelvoSDK::ProjectNode>> firstHalf =
         std::async([&] { return SortedNodes(elements, 0, middle); });

@@ -3,6 +3,7 @@
 #include "tests/support/messagelog.h"
 #include "tests/support/messagemgrstandin.h"
 #include "tests/support/pluginshell.h"
+#include "tests/support/row.h"
 #include "tests/support/startedservices.h"
 #include "web/cookiesjar.h"
 #include "web/webclient.h"
@@ -13,6 +14,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QProcess>
@@ -35,6 +38,7 @@ using NelvoSDK::ProjectRef;
 using TestSupport::json;
 using TestSupport::MessageLog;
 using TestSupport::PluginShell;
+using TestSupport::row;
 
 namespace {
 
@@ -174,6 +178,7 @@ private Q_SLOTS:
     void projectsInTheOrderOfTheirIds();
     void projectRequestToTheByte();
     void sixSignificantDigits();
+    void laterElementOfAnIdWins_data();
     void laterElementOfAnIdWins();
     void numbersAsIdsFallTogether();
     void absentAndNullBaseMap();
@@ -851,17 +856,38 @@ void TestProjectInfoMgr::sixSignificantDigits()
     QCOMPARE(numbers.join(QLatin1Char(' ')), QStringLiteral("121.474 1.23457e-05 0 0 1.23457e+07 31"));
 }
 
+void TestProjectInfoMgr::laterElementOfAnIdWins_data()
+{
+    QTest::addColumn<QString>("ids");
+    QTest::addColumn<QString>("winners");
+    // The number in a project's name is its place in the reply.
+    row("two", "a a", "a2");
+    row("in the first half", "a a b c", "a2 b3 c4");
+    row("in the second half", "c b a a", "a4 b2 c1");
+    row("in both halves", "b a a a b b", "a4 b6");
+}
+
 void TestProjectInfoMgr::laterElementOfAnIdWins()
 {
-    m_services.setReply(
-        "GET", ScenePath,
-        json(R"({"data":[{"id":"a","name":"first","code":"c"},{"id":"a","name":"second"}]})"));
+    QFETCH(QString, ids);
+    QJsonArray elements;
+    for (const QString& id : ids.split(QLatin1Char(' '))) {
+        const QString name = id + QString::number(elements.size() + 1);
+        elements.append(QJsonObject{
+            {QStringLiteral("id"), id}, {QStringLiteral("name"), name}, {QStringLiteral("code"), name}});
+    }
+    m_services.setReply("GET", ScenePath,
+                        NelvoDevkit::jsonReply(QJsonObject{{QStringLiteral("data"), elements}}));
     Project project;
     refresh(project);
     std::list<ProjectNode> projects;
     project.manager.GetServerProjectTree(projects);
-    QCOMPARE(projects.size(), std::size_t(1));
-    QVERIFY(projects.front().name == L"second" && projects.front().code.empty());
+    QStringList winners;
+    for (const ProjectNode& node : projects) {
+        winners << text(node.name);
+        QCOMPARE(node.code, node.name);
+    }
+    QTEST(winners.join(QLatin1Char(' ')), "winners");
 }
 
 void TestProjectInfoMgr::numbersAsIdsFallTogether()

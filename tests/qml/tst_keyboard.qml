@@ -91,17 +91,18 @@ Item {
             compare([button.x, button.y, button.width, button.height], before);
         }
 
-        function test_outlineSurroundsASymbol_data() {
-            return [{ tag: "close", name: "关闭" }, { tag: "fold", name: "选择企业:" }];
+        function test_outlineSurroundsTheControl_data() {
+            return [{ tag: "symbol: close", name: "关闭", margin: 3 }, { tag: "symbol: fold", name: "选择企业:", margin: 3 },
+                    { tag: "row", name: "Acme", margin: 0 }];
         }
 
-        function test_outlineSurroundsASymbol(data) {
+        function test_outlineSurroundsTheControl(data) {
             openList();
             tabTo(data.name);
-            const symbol = focused();
-            const outline = frames(symbol)[0];
+            const control = focused();
+            const outline = frames(control)[0];
             compare([outline.x, outline.y, outline.width, outline.height],
-                    [-3, -3, symbol.width + 6, symbol.height + 6]);
+                    [-data.margin, -data.margin, control.width + 2 * data.margin, control.height + 2 * data.margin]);
         }
 
         function test_keysPressAButton_data() {

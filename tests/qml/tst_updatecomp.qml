@@ -67,6 +67,10 @@ Item {
         function test_notesLooks() {
             openOffer("1.0.1", "");
             compare(String(part("releaseNotes").color), "#2f3243");
+            const notes = part("releaseNotes");
+            const text = findChild(notes, "flickable");
+            compare([text.x, text.y, notes.width - text.x - text.width, notes.height - text.y - text.height],
+                    [10, 10, 14, 10]);
             compare(String(edit().color), "#ffffff");
             compare(edit().font.pixelSize, 14);
             compare(edit().font.family, "微软雅黑");

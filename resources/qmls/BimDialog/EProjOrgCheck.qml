@@ -52,14 +52,30 @@ T.ComboBox {
         focusRow(rows.find(row => row.dept.id === deptID) || rows[0]);
     }
 
-    function focusNeighbour(row, step) {
+    // The wheel may have scrolled the row away. The tree then has not its neighbours, but rows further away.
+    function focusNeighbour(area, step) {
+        area.revealRow();
         const rows = rowsIn(popup.contentItem);
-        focusRow(rows[rows.indexOf(row) + step]);
+        focusRow(rows[rows.indexOf(area.row) + step]);
     }
 
-    function leaveTree(forward) {
+    // The closing returns the focus to this box without a reason, on which its outline depends.
+    function leaveTree(target, reason) {
         popup.close();
-        nextItemInFocusChain(forward).forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason);
+        focusReason = reason;
+        target.forceActiveFocus(reason);
+    }
+
+    function handleLeavingKey(event) {
+        if (event.key === Qt.Key_Escape)
+            leaveTree(control, Qt.TabFocusReason);
+        else if (event.key === Qt.Key_Tab)
+            leaveTree(nextItemInFocusChain(true), Qt.TabFocusReason);
+        else if (event.key === Qt.Key_Backtab)
+            leaveTree(nextItemInFocusChain(false), Qt.BacktabFocusReason);
+        else
+            return;
+        event.accepted = true;
     }
 
     implicitWidth: 200
@@ -107,6 +123,9 @@ T.ComboBox {
 
         onVisibleChanged: {
             control.treeShown = visible;
+            // Otherwise a row that had the focus before would have it again.
+            if (visible)
+                contentItem.item.start.forceActiveFocus();
             if (visible && orgModel)
                 orgModel.expandAll();
         }
@@ -118,11 +137,6 @@ T.ComboBox {
         contentItem: Loader {
             focus: true
             sourceComponent: deptTree
-
-            Keys.onUpPressed: control.enterTree()
-            Keys.onDownPressed: control.enterTree()
-            Keys.onTabPressed: control.leaveTree(true)
-            Keys.onBacktabPressed: control.leaveTree(false)
         }
     }
 
@@ -130,6 +144,18 @@ T.ComboBox {
         id: deptTree
 
         Item {
+            readonly property Item start: startArea
+
+            // Has the focus until an arrow key moves it to a row.
+            Item {
+                id: startArea
+
+                Keys.onUpPressed: control.enterTree()
+                Keys.onDownPressed: control.enterTree()
+                Keys.onPressed: control.handleLeavingKey(event)
+                Keys.onShortcutOverride: event.accepted = event.key === Qt.Key_Escape
+            }
+
             Rectangle {
                 id: line
                 objectName: "line"
@@ -257,11 +283,18 @@ T.ComboBox {
                     Accessible.selectable: true
                     Accessible.selected: control.deptID === parent.dept.id
 
-                    // Accepted here because the host's tree would move the focus away from the areas.
-                    Keys.onUpPressed: control.focusNeighbour(row, -1)
-                    Keys.onDownPressed: control.focusNeighbour(row, 1)
+                    // The host's tree has actions of its own for these keys.
+                    Keys.onUpPressed: control.focusNeighbour(deptArea, -1)
+                    Keys.onDownPressed: control.focusNeighbour(deptArea, 1)
+                    Keys.onLeftPressed: event.accepted = true
+                    Keys.onRightPressed: event.accepted = true
+                    Keys.onPressed: control.handleLeavingKey(event)
+                    Keys.onShortcutOverride: event.accepted = event.key === Qt.Key_Escape
 
-                    onActivated: control.selectDept(parent.dept)
+                    onActivated: {
+                        control.selectDept(parent.dept);
+                        control.leaveTree(control, Qt.TabFocusReason);
+                    }
                 }
             }
         }

@@ -239,7 +239,6 @@ Item {
             bottom: parent.bottom
             bottomMargin: 40
         }
-        height: 36
         text: qsTr("确定")
         mouseEnabled: applistComp.selIndex1 !== -1
 

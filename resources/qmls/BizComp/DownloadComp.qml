@@ -94,7 +94,6 @@ Item {
         }
         color: "transparent"
         border.color: Theme.outline
-        border.width: 1
     }
 
     GradiantBtn {
@@ -107,7 +106,6 @@ Item {
             bottom: parent.bottom
             bottomMargin: 40
         }
-        height: 36
         text: qsTr("安装")
         enabled: downloadComp.downloadFinished
         opacity: enabled ? 1 : 0.3

@@ -235,7 +235,6 @@ FocusScope {
             bottom: parent.bottom
             bottomMargin: 40
         }
-        height: 36
         text: qsTr("登录")
 
         onClicked: loginComp.gologin()

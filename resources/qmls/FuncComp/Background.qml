@@ -26,8 +26,8 @@ Rectangle {
         height: background.titleBarHeight
 
         MouseArea {
-            property real pressX: 0
-            property real pressY: 0
+            property real pressX
+            property real pressY
 
             anchors {
                 top: parent.top

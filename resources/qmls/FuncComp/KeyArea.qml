@@ -9,7 +9,8 @@ Item {
     // The distance of the outline from the area.
     property real frameMargin: 0
     property color frameColor: Theme.text
-    // The row of a list that holds the area. When the area gets the focus, the list scrolls to this row and its neighbours.
+    // The row of a list that holds the area. When the area gets the focus, the list scrolls to this row and its
+    // neighbours.
     property Item row: null
     property bool spaceHeld: false
 
@@ -52,7 +53,10 @@ Item {
     }
 
     // On release, as in Qt's buttons: the control that gets the focus by the activation must not get the release.
-    Keys.onSpacePressed: spaceHeld = true
+    Keys.onSpacePressed: {
+        if (!event.isAutoRepeat)
+            spaceHeld = true;
+    }
     Keys.onReleased: {
         if (event.key !== Qt.Key_Space || !spaceHeld)
             return;

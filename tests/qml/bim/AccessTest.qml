@@ -84,6 +84,17 @@ BimTest {
         callLog.clear();
     }
 
+    function openManyDepartments() {
+        createAndOpen();
+        orgModel.load([{ id: "root", name: "集团", canSelect: false,
+                         children: [1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25]
+                             .map(number => ({ id: "d" + number, name: "部门 " + number, canSelect: true, children: [] })) }]);
+        tabTo("所有工程");
+        keyClick(Qt.Key_Space);
+        tryCompare(item("orgCheck").popup, "opened", true);
+        tryVerify(() => setup.controls(panel.contentItem.Window.window).includes("TreeItem 部门 1"));
+    }
+
     function test_departmentIsChosenByKeyboard_data() {
         return test_keysPressTheButtonsOfARow_data();
     }
@@ -105,6 +116,7 @@ BimTest {
         compare(callLog.calls, [["searchBydeptId", "dept-1-1"]]);
         tryCompare(item("orgCheck").popup, "visible", false);
         compare(focused(), item("orgCheck"));
+        compare(frames(panel.contentItem).length, 1);
         wait(0);
         compare(item("orgCheck").popup.visible, false);
     }
@@ -117,15 +129,52 @@ BimTest {
         verify(focused().Accessible.selected);
     }
 
-    function test_treeScrollsToTheRowThatHasTheFocus() {
-        createAndOpen();
-        orgModel.load([{ id: "root", name: "集团", canSelect: false,
-                         children: [1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24, 25]
-                             .map(number => ({ id: "d" + number, name: "部门 " + number, canSelect: true, children: [] })) }]);
-        tabTo("所有工程");
-        keyClick(Qt.Key_Space);
+    function test_departmentsForgetTheFocus_data() {
+        return [{ tag: "Escape", key: Qt.Key_Escape }, { tag: "Return", key: Qt.Key_Return }];
+    }
+
+    function test_departmentsForgetTheFocus(data) {
+        openDepartments();
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        keyClick(data.key);
+        tryCompare(item("orgCheck").popup, "visible", false);
+        item("orgCheck").clearSelect();
+        callLog.clear();
+
+        click(item("orgCheck"));
         tryCompare(item("orgCheck").popup, "opened", true);
-        tryVerify(() => setup.controls(panel.contentItem.Window.window).includes("TreeItem 部门 1"));
+        compare(frames(item("orgCheck").popup.contentItem), []);
+        keyClick(Qt.Key_Return);
+        compare([item("orgCheck").deptID, item("orgCheck").popup.visible], ["", true]);
+        keyClick(Qt.Key_Down);
+        compare(focused().Accessible.name, "集团");
+    }
+
+    function test_sideArrowsChangeNothingInTheTree() {
+        openDepartments();
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Left);
+        keyClick(Qt.Key_Right);
+        keyClick(Qt.Key_Down);
+        compare(focused().Accessible.name, "一部");
+    }
+
+    function test_arrowKeyFindsTheNeighbourOfARowThatWasScrolledAway() {
+        openManyDepartments();
+        const tree = findChild(item("orgCheck").popup.contentItem, "orgTree");
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        compare(focused().Accessible.name, "部门 2");
+        tree.flickableItem.contentY = 600;
+        waitForRendering(tree);
+        keyClick(Qt.Key_Down);
+        compare(focused().Accessible.name, "部门 3");
+    }
+
+    function test_treeScrollsToTheRowThatHasTheFocus() {
+        openManyDepartments();
         const tree = findChild(item("orgCheck").popup.contentItem, "orgTree");
         for (const key of [Qt.Key_Down, Qt.Key_Up]) {
             for (let i = 0; i < 30; ++i) {
@@ -139,8 +188,10 @@ BimTest {
     }
 
     function test_escapeAndTabCloseTheDepartments_data() {
-        return [{ tag: "Escape", key: Qt.Key_Escape, then: "所有工程" }, { tag: "Tab", key: Qt.Key_Tab, then: "搜索" },
-                { tag: "Shift+Tab", key: Qt.Key_Backtab, then: "完整度优先" }];
+        return [{ tag: "Escape", key: Qt.Key_Escape, then: "所有工程", outlines: 1 },
+                // The search box of the host has no outline.
+                { tag: "Tab", key: Qt.Key_Tab, then: "搜索", outlines: 0 },
+                { tag: "Shift+Tab", key: Qt.Key_Backtab, then: "完整度优先", outlines: 1 }];
     }
 
     function test_escapeAndTabCloseTheDepartments(data) {
@@ -149,6 +200,7 @@ BimTest {
         keyClick(data.key);
         tryCompare(item("orgCheck").popup, "visible", false);
         compare(focused().Accessible.name, data.then);
+        compare(frames(panel.contentItem).length, data.outlines);
         compare(callLog.calls, []);
     }
 
