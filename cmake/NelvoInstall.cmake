@@ -115,7 +115,7 @@ set(CPACK_PACKAGE_CHECKSUM SHA256)
 set(CPACK_VERBATIM_VARIABLES ON)
 
 # Debian packages, created by `cpack -G DEB`: one for each component, and one with the debug symbols of each component
-# that has programs. All install into one folder, in which the parts of the kit find one another.
+# that contains code. All install into one folder, in which the parts of the kit find one another.
 set(CPACK_PACKAGE_CONTACT Nelvo)
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_LIST_DIR}/NelvoDebian.cmake)
 set(CPACK_DEB_COMPONENT_INSTALL ON)

@@ -272,8 +272,8 @@ NelvoSDK::ProjectNode CProjectInfoMgr::ToProjectNode(const QJsonObject& object)
     node.code = wideText(object, "code");
     node.basemap = wideText(object, "basemap");
     node.proj4 = wideText(object, "proj4");
-    node.attrs[RecordKeys::DeptId] = wideText(object, "deptId");
-    node.attrs[RecordKeys::DeptName] = wideText(object, "deptName");
+    node.attrs.emplace(RecordKeys::DeptId, wideText(object, "deptId"));
+    node.attrs.emplace(RecordKeys::DeptName, wideText(object, "deptName"));
     return node;
 }
 

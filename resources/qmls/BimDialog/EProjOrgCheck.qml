@@ -217,7 +217,8 @@ T.ComboBox {
 
                 width: control.width
                 height: 32
-                color: rowArea.containsMouse || control.deptID === dept.id ? Nelvo.Theme.treeHighlight : Nelvo.Theme.tree
+                color: rowArea.containsMouse || control.deptID === dept.id ? Nelvo.Theme.treeHighlight
+                                                                           : Nelvo.Theme.tree
 
                 Image {
                     id: deptImage
