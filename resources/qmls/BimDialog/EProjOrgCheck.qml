@@ -135,7 +135,6 @@ T.ComboBox {
         }
 
         contentItem: Loader {
-            focus: true
             sourceComponent: deptTree
         }
     }

@@ -151,6 +151,14 @@ BimTest {
         compare(focused().Accessible.name, "集团");
     }
 
+    function test_clickBesideTheDepartmentsReturnsTheFocus() {
+        openDepartments();
+        keyClick(Qt.Key_Down);
+        mouseClick(panel.contentItem, 180, 430);
+        tryCompare(item("orgCheck").popup, "visible", false);
+        compare(focused(), item("orgCheck"));
+    }
+
     function test_sideArrowsChangeNothingInTheTree() {
         openDepartments();
         keyClick(Qt.Key_Down);
