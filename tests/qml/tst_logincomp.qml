@@ -118,6 +118,8 @@ Item {
             openWindow();
             compare(item("passwordField").echoMode, TextInput.Password);
             compare(String(item("passwordField").color), "#ffffff");
+            compare([item("passwordField").selectionColor, item("passwordField").selectedTextColor].map(String),
+                    ["#313343", "#ffffff"]);
             compare(String(item("passwordField").background.color), "#414458");
         }
 
