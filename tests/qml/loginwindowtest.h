@@ -27,7 +27,7 @@ protected:
     void load(const QString& defaultUrl = QStringLiteral("http://default"));
     QQuickItem* item(const char* objectName) const;
 
-    std::unique_ptr<TestSupport::MessageLog> m_log;
-    std::unique_ptr<LoginCtrl> m_loginCtrl;
-    std::unique_ptr<QQuickView> m_view;
+    std::unique_ptr<TestSupport::MessageLog> log;
+    std::unique_ptr<LoginCtrl> loginCtrl;
+    std::unique_ptr<QQuickView> view;
 };

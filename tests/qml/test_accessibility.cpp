@@ -55,8 +55,8 @@ QJsonArray enterprises()
 
 void TestAccessibility::open(const QString& page)
 {
-    m_loginCtrl->setAppList(enterprises());
-    m_view->rootContext()->setContextProperty(QStringLiteral("updater"), &m_updater);
+    loginCtrl->setAppList(enterprises());
+    view->rootContext()->setContextProperty(QStringLiteral("updater"), &m_updater);
     load();
     if (QTest::currentTestFailed())
         return;
@@ -73,7 +73,7 @@ void TestAccessibility::open(const QString& page)
 
 QAccessibleInterface* TestAccessibility::find(QAccessible::Role role, const QString& name) const
 {
-    const QList<QAccessibleInterface*> interfaces = shownControls(*m_view);
+    const QList<QAccessibleInterface*> interfaces = shownControls(*view);
     for (QAccessibleInterface* control : interfaces) {
         if (control->role() == role && control->text(QAccessible::Name) == name)
             return control;
@@ -118,7 +118,7 @@ void TestAccessibility::pagesNameTheirControls()
 {
     QFETCH(QStringList, controls);
     open(QString::fromLatin1(QTest::currentDataTag()));
-    QCOMPARE(describedControls(*m_view).join(QLatin1Char('\n')), controls.join(QLatin1Char('\n')));
+    QCOMPARE(describedControls(*view).join(QLatin1Char('\n')), controls.join(QLatin1Char('\n')));
 }
 
 void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole_data()
@@ -135,8 +135,8 @@ void TestAccessibility::everyStopOfTheTabKeyHasANameAndARole()
     open(page);
     QSet<QQuickItem*> stops;
     for (;;) {
-        QTest::keyClick(m_view.get(), Qt::Key_Tab);
-        QQuickItem* const stop = m_view->activeFocusItem();
+        QTest::keyClick(view.get(), Qt::Key_Tab);
+        QQuickItem* const stop = view->activeFocusItem();
         if (stops.contains(stop))
             break;
         stops.insert(stop);
@@ -209,7 +209,7 @@ void TestAccessibility::pressActionDoesNothingWhileTheButtonIsDisabled()
     QVERIFY(button);
     QVERIFY(!button->state().focusable);
     press(QAccessible::Button, QStringLiteral("确定"));
-    QCOMPARE(m_loginCtrl->calls(), QVariantList());
+    QCOMPARE(loginCtrl->calls(), QVariantList());
 }
 
 QTEST_MAIN(TestAccessibility)

@@ -90,7 +90,7 @@ private:
 
 void TestLoginWindow::setAccounts(const QJsonArray& accounts)
 {
-    QVERIFY(m_view->rootObject()->setProperty("userInfos", QVariant(accounts)));
+    QVERIFY(view->rootObject()->setProperty("userInfos", QVariant(accounts)));
 }
 
 QPoint TestLoginWindow::centreOf(const char* objectName) const
@@ -102,7 +102,7 @@ QPoint TestLoginWindow::centreOf(const char* objectName) const
 void TestLoginWindow::type(const QString& text)
 {
     for (const QChar c : text)
-        QTest::keyClick(m_view.get(), c.toLatin1());
+        QTest::keyClick(view.get(), c.toLatin1());
 }
 
 void TestLoginWindow::loadsWithoutAVersionCheckAndWithoutAWarning()
@@ -115,7 +115,7 @@ void TestLoginWindow::loadsWithoutAVersionCheckAndWithoutAWarning()
 void TestLoginWindow::windowTakesTheSizeOfTheFrame()
 {
     load();
-    QTRY_COMPARE(m_view->size(), QSize(340, 642));
+    QTRY_COMPARE(view->size(), QSize(340, 642));
 }
 
 void TestLoginWindow::accountsSetAfterTheWindowIsShownFillTheForm()
@@ -125,7 +125,7 @@ void TestLoginWindow::accountsSetAfterTheWindowIsShownFillTheForm()
                          {QStringLiteral("http://one"), QStringLiteral("http://two")}),
                  account(QStringLiteral("bob"), QString(), {})});
 
-    QCOMPARE(m_view->rootObject()->property("userList").toStringList(),
+    QCOMPARE(view->rootObject()->property("userList").toStringList(),
              (QStringList{QStringLiteral("ann"), QStringLiteral("bob")}));
     QCOMPARE(item("userNameBox")->property("outText").toString(), QStringLiteral("ann"));
     QCOMPARE(item("passwordField")->property("text").toString(), QStringLiteral("secret"));
@@ -140,7 +140,7 @@ void TestLoginWindow::emptyAccountsLeaveTheDefaultAddress()
 {
     load();
     setAccounts({});
-    QCOMPARE(m_view->rootObject()->property("userList").toStringList(), QStringList());
+    QCOMPARE(view->rootObject()->property("userList").toStringList(), QStringList());
     QCOMPARE(item("userNameBox")->property("outText").toString(), QString());
     QCOMPARE(item("addressBox")->property("outText").toString(), QStringLiteral("http://default"));
 }
@@ -209,14 +209,14 @@ void TestLoginWindow::updatePagesOutliveTheUpdater()
 {
     QFETCH(QString, page);
     auto updater = std::make_unique<TestSupport::UpdaterStandIn>();
-    m_view->rootContext()->setContextProperty(QStringLiteral("updater"), updater.get());
+    view->rootContext()->setContextProperty(QStringLiteral("updater"), updater.get());
     load();
     const QString url = QStringLiteral("qrc:/NelvoPlugin/qmls/BizComp/%1.qml").arg(page);
     QVERIFY(item("contentLoader")->setProperty("source", QUrl(url)));
     QTRY_VERIFY(item("title"));
     Q_EMIT updater->readyUpdateInfo(QStringLiteral("still here"));
 
-    m_loginCtrl.reset();
+    loginCtrl.reset();
     updater.reset();
     QCoreApplication::processEvents();
     QVERIFY(item("title"));
@@ -225,14 +225,14 @@ void TestLoginWindow::updatePagesOutliveTheUpdater()
 void TestLoginWindow::titleBarMovesTheWindow()
 {
     load();
-    m_view->setPosition(100, 100);
-    QTRY_COMPARE(m_view->position(), QPoint(100, 100));
+    view->setPosition(100, 100);
+    QTRY_COMPARE(view->position(), QPoint(100, 100));
 
     const QPoint press(60, 16);
-    QTest::mousePress(m_view.get(), Qt::LeftButton, {}, press);
-    QTest::mouseMove(m_view.get(), press + QPoint(20, -7));
-    QTRY_COMPARE(m_view->position(), QPoint(120, 93));
-    QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, press);
+    QTest::mousePress(view.get(), Qt::LeftButton, {}, press);
+    QTest::mouseMove(view.get(), press + QPoint(20, -7));
+    QTRY_COMPARE(view->position(), QPoint(120, 93));
+    QTest::mouseRelease(view.get(), Qt::LeftButton, {}, press);
 }
 
 void TestLoginWindow::closeButtonClosesTheWindowAndThenQuits_data()
@@ -247,15 +247,15 @@ void TestLoginWindow::closeButtonClosesTheWindowAndThenQuits()
     QFETCH(bool, byMouse);
     load();
     bool closedBeforeQuit = false;
-    QSignalSpy quits(m_view->engine(), &QQmlEngine::quit);
-    connect(m_view->engine(), &QQmlEngine::quit, this, [&] { closedBeforeQuit = !m_view->isVisible(); });
+    QSignalSpy quits(view->engine(), &QQmlEngine::quit);
+    connect(view->engine(), &QQmlEngine::quit, this, [&] { closedBeforeQuit = !view->isVisible(); });
 
     if (byMouse) {
-        QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, centreOf("closeButton"));
+        QTest::mouseClick(view.get(), Qt::LeftButton, {}, centreOf("closeButton"));
     } else {
         QTRY_VERIFY(item("loginComp")->hasActiveFocus());
-        QTest::keyClick(m_view.get(), Qt::Key_Backtab, Qt::ShiftModifier);
-        QTest::keyClick(m_view.get(), Qt::Key_Space);
+        QTest::keyClick(view.get(), Qt::Key_Backtab, Qt::ShiftModifier);
+        QTest::keyClick(view.get(), Qt::Key_Space);
     }
     QTRY_COMPARE(quits.count(), 1);
     QVERIFY(closedBeforeQuit);
@@ -264,20 +264,20 @@ void TestLoginWindow::closeButtonClosesTheWindowAndThenQuits()
 void TestLoginWindow::keyboardAloneSignsIn()
 {
     load();
-    m_loginCtrl->setAppList({QJsonObject{{QStringLiteral("enterpriseId"), 7},
-                                         {QStringLiteral("enterpriseName"), QStringLiteral("Acme")}}});
+    loginCtrl->setAppList({QJsonObject{{QStringLiteral("enterpriseId"), 7},
+                                       {QStringLiteral("enterpriseName"), QStringLiteral("Acme")}}});
     QTRY_VERIFY(item("loginComp")->hasActiveFocus());
 
     type(QStringLiteral("ann"));
-    QTest::keyClick(m_view.get(), Qt::Key_Tab);
+    QTest::keyClick(view.get(), Qt::Key_Tab);
     type(QStringLiteral("secret"));
-    QTest::keyClick(m_view.get(), Qt::Key_Tab);
+    QTest::keyClick(view.get(), Qt::Key_Tab);
     type(QStringLiteral("http://here"));
-    QTest::keyClick(m_view.get(), Qt::Key_Tab);
-    QTest::keyClick(m_view.get(), Qt::Key_Space);
-    QTest::keyClick(m_view.get(), Qt::Key_Return);
+    QTest::keyClick(view.get(), Qt::Key_Tab);
+    QTest::keyClick(view.get(), Qt::Key_Space);
+    QTest::keyClick(view.get(), Qt::Key_Return);
 
-    QTRY_COMPARE(m_loginCtrl->calls().count(), 4);
+    QTRY_COMPARE(loginCtrl->calls().count(), 4);
     const QString user = QStringLiteral("ann");
     const QString passwd = QStringLiteral("secret");
     const QString address = QStringLiteral("http://here");
@@ -287,7 +287,7 @@ void TestLoginWindow::keyboardAloneSignsIn()
         QVariantList{QStringLiteral("onLogin"), address, QStringLiteral("7"), QStringLiteral("Acme")},
         QVariantList{QStringLiteral("onShowHome")},
     };
-    QCOMPARE(m_loginCtrl->calls(), expected);
+    QCOMPARE(loginCtrl->calls(), expected);
 }
 
 void TestLoginWindow::logoutPutsHttpInFrontOfWhatDoesNotStartWithIt_data()
@@ -305,12 +305,12 @@ void TestLoginWindow::logoutPutsHttpInFrontOfWhatDoesNotStartWithIt()
     QFETCH(QString, address);
     QFETCH(QString, request);
     RecordingFactory factory;
-    m_view->engine()->setNetworkAccessManagerFactory(&factory);
+    view->engine()->setNetworkAccessManagerFactory(&factory);
     load();
     item("addressBox")->setProperty("outText", address);
     QMetaObject::invokeMethod(item("loginComp"), "logout");
     QTRY_COMPARE(factory.requests, QStringList{request});
-    m_view.reset();
+    view.reset();
 }
 
 QTEST_MAIN(TestLoginWindow)
