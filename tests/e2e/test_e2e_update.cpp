@@ -660,7 +660,7 @@ void TestE2eUpdate::diskWithoutRoomIsCaughtByTheChecksum()
 {
     const QString full = QStringLiteral("/dev/full");
     if (!QFileInfo::exists(full))
-        QSKIP("there is no device here that is always full");
+        QSKIP("only Linux has /dev/full, a device to which every write fails");
     writeState(1, md5(m_package));
     QDir().mkpath(appPath(QStringLiteral("NelvoUpdate")));
     QVERIFY(QFile::link(full, packagePath()));

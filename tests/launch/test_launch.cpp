@@ -334,7 +334,7 @@ void TestLaunch::helpIsNoMistake()
 void TestLaunch::interruptionCleansUp()
 {
     if (!NELVO_HAS_SIGNALS)
-        QSKIP("on this system Ctrl+C would also interrupt the host");
+        QSKIP("Windows sends Ctrl+C to all programs of a console, so the test would also end the host");
     const QString event = m_folder->path() + QStringLiteral("-event");
     start(QStringLiteral("stay"), {"--event", event, "--end"});
     QTRY_VERIFY_WITH_TIMEOUT(!hostArguments().isEmpty(), PatienceMs);
@@ -349,7 +349,7 @@ void TestLaunch::interruptionCleansUp()
 void TestLaunch::interruptionEndsTheAwaitedHost()
 {
     if (!NELVO_HAS_SIGNALS)
-        QSKIP("on this system Ctrl+C would also interrupt the host");
+        QSKIP("Windows sends Ctrl+C to all programs of a console, so the test would also end the host");
     start(QStringLiteral("tell and stay"), {"--await-end"});
     const auto output = [this] { return TestSupport::contentOf(m_folder->path() + QStringLiteral("/out")); };
     QTRY_VERIFY_WITH_TIMEOUT(output().contains("the host says \"1\""), PatienceMs);

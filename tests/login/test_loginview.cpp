@@ -64,7 +64,7 @@ void TestLoginView::init()
 {
     const bool isCalculated = qstrcmp(QTest::currentTestFunction(), "geometryFits") == 0;
     if (!isCalculated && QGuiApplication::primaryScreen()->availableSize().height() >= PageSize.height())
-        QSKIP("the user's display (NELVO_SHOW) is larger than the window; the test needs a smaller one");
+        QSKIP("NELVO_SHOW selects the user's display; the test needs a screen smaller than the login window");
     m_cache = std::make_unique<ApplicationFile>(QStringLiteral("loginchache.json"));
     m_cache->write(R"([{"user": "lina"}, {"user": "tom"}])");
     m_defaultServer = std::make_unique<ApplicationFile>(QStringLiteral("defaultServerAddress.json"));

@@ -5,7 +5,7 @@
 #include <QString>
 #include <QVariantList>
 
-//! \brief Stands in for the sign-in behind the pages: records their calls. `answer` is the result of login().
+//! \brief A test double of the login actor. Records the calls of the pages. `answer` is the result of login().
 class LoginCtrl : public QObject
 {
     Q_OBJECT
@@ -45,7 +45,7 @@ private:
     QVariantList m_calls;
 };
 
-//! \brief Stands in for the login window, which the pages move.
+//! \brief A test double of the login window, which the pages move.
 class WindowStandIn : public QObject
 {
     Q_OBJECT

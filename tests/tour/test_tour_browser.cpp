@@ -36,7 +36,7 @@ private:
 void TestTourBrowser::initTestCase()
 {
     if (!Chromium::isInstalled())
-        QSKIP("chromium is not on the PATH; Debian's package chromium installs it");
+        QSKIP("all functions here need the browser: install Debian's package chromium");
 }
 
 void TestTourBrowser::init()

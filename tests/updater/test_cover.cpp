@@ -438,8 +438,7 @@ void TestCover::killedBatchFileIsNotContinued()
     host.makeBatchFileStartable();
     for (const QString& name : names)
         host.write(name, "old");
-    if (!batch.hold())
-        QSKIP("this system cannot stop the batch file between two files");
+    QVERIFY(batch.hold());
     QVERIFY(host.run(updateArguments()));
     QTRY_VERIFY_WITH_TIMEOUT(batch.isHeld(), Patience);
     QVERIFY(batch.kill());

@@ -136,7 +136,7 @@ void TestUpdateHelper::writeWithoutRoomIsLogged()
 {
     const QString full = QStringLiteral("/dev/full");
     if (!QFile::exists(full))
-        QSKIP("there is no device here that is always full");
+        QSKIP("only Linux has /dev/full, a device to which every write fails");
     const MessageLog log;
     QVERIFY(!writeFileBytes(full, "content"));
     QCOMPARE(log.warnings(), QStringList{"open file  /dev/full failed: No space left on device"});

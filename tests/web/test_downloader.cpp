@@ -934,7 +934,7 @@ void TestDownloader::fullDiskIsLoggedOnce_data()
     QTest::newRow("in the only chunk") << qint64(1000) << qint64(400);
 }
 
-//! A limit of the file size stands in for the full disk: the write that reaches it is incomplete.
+//! The test limits the file size instead of filling a disk: the write that reaches the limit is incomplete.
 void TestDownloader::fullDiskIsLoggedOnce()
 {
 #if __has_include(<sys/resource.h>)
@@ -962,7 +962,7 @@ void TestDownloader::fullDiskIsLoggedOnce()
     };
     QCOMPARE(m_log->warnings(), warnings + warnings);
 #else
-    QSKIP("this system cannot limit the size of files");
+    QSKIP("Windows has no limit of the file size for a process (RLIMIT_FSIZE)");
 #endif
 }
 

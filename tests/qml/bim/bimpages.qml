@@ -1,6 +1,6 @@
 import QtQuick 2.15
 
-// Stands in for the host's scene. The test cases open the pages in it.
+// A test double of the host's scene, in which the test cases open the pages.
 Item {
     id: scene
 

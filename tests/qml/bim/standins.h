@@ -27,7 +27,7 @@ private:
     QVariantList m_calls;
 };
 
-//! \brief Stands in for the manager behind the dialog: a fetch lasts until deliver() ends it.
+//! \brief A test double of the dialog's manager. deliver() ends a fetch.
 class PdsManager : public QObject
 {
     Q_OBJECT
@@ -105,7 +105,7 @@ private:
     CallLog& m_log;
 };
 
-//! \brief Stands in for the objects of the host in the pages' QML context.
+//! \brief A test double of the host's objects in the QML context of the pages.
 class HostContext : public QObject
 {
     Q_OBJECT

@@ -16,7 +16,7 @@ using WindowsTest::ChildProcess;
 using WindowsTest::Patience;
 
 // Tests the batch file of the update: prepares installations, in which cmd runs the batch file. The arguments
-// are the batch file, a program that stands in for the editor, and a copy program that does not end.
+// are the batch file, a test double of the editor, and a copy program that does not end.
 
 namespace {
 

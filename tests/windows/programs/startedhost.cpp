@@ -1,8 +1,8 @@
 #include <cstdio>
 #include <fstream>
 
-//! Stands in for the editor, which the batch file starts: writes the number of its arguments to a file in the
-//! current directory.
+//! A test double of the editor, which the batch file starts. Writes the number of its arguments to a file in
+//! the current directory.
 int main(int argc, char* /*argv*/[])
 {
     std::ofstream("started.new") << argc - 1;

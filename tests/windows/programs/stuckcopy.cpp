@@ -3,7 +3,8 @@
 #include <fstream>
 #include <thread>
 
-//! Stands in for xcopy at a power failure: copies one file and a part of another one, then waits for an hour.
+//! A test double of xcopy at a power failure. Copies one file and a part of another one, then waits for an
+//! hour.
 int main()
 {
     namespace fs = std::filesystem;
