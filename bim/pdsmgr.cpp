@@ -1,6 +1,7 @@
 #include "bim/pdsmgr.h"
 
 #include "bim/conversionvocabulary.h"
+#include "bim/modelcolumns.h"
 #include "bim/orgitems.h"
 #include "bim/vldbid.h"
 
@@ -23,13 +24,16 @@ namespace NelvoPlugin {
 
 using NelvoSDK::IPdsObserver;
 
-CPdsMgr::CPdsMgr() : m_orgModel(std::make_unique<BVUTILITY::CTreeModel>(nullptr))
+CPdsMgr::CPdsMgr()
+    : m_modelColumns(new ModelColumns(bimProjList, this))
+    , m_orgModel(std::make_unique<BVUTILITY::CTreeModel>(nullptr))
 {
     qRegisterMetaType<QMap<QString, QString>>("QMap<QString,QString>");
     m_bimWorker.moveToThread(&m_bimThread);
     connect(this, &CPdsMgr::sigGetBimProjList, &m_bimWorker, &CBimProjWorker::getBimProjList);
     connect(this, &CPdsMgr::sigGetDWGBimProjList, &m_bimWorker, &CBimProjWorker::getDWGBimProjList);
     connect(&m_bimWorker, &CBimProjWorker::sigSyncBimProjList, this, &CPdsMgr::onSyncBimProjList);
+    connect(this, &CPdsMgr::bimProjListChanged, m_modelColumns, &ModelColumns::columnsChanged);
     m_bimThread.start();
 }
 
@@ -83,7 +87,12 @@ void CPdsMgr::CreateBimDialog(QQuickItem* parent)
     m_dialogComponent =
         new QQmlComponent(m_qmlContext->engine(),
                           QStringLiteral("qrc:/NelvoPlugin/qmls/BimDialog/BimDialogControl.qml"), parent);
-    m_dialogItem = qobject_cast<QQuickItem*>(m_dialogComponent->create(m_qmlContext));
+    QObject* const dialog = m_dialogComponent->beginCreate(m_qmlContext);
+    if (dialog) {
+        dialog->setProperty("modelColumns", QVariant::fromValue<QObject*>(m_modelColumns));
+        m_dialogComponent->completeCreate();
+    }
+    m_dialogItem = qobject_cast<QQuickItem*>(dialog);
     m_parentItem = parent;
     if (m_dialogItem)
         m_dialogItem->setParent(parent);

@@ -26,6 +26,8 @@ class CTreeModel;
 
 namespace NelvoPlugin {
 
+class ModelColumns;
+
 //! \brief The model behind the BIM dialog: its lists, its item in the host's scene, and the calls to the
 //!   host.
 //!
@@ -127,6 +129,9 @@ private:
     QQmlComponent* m_dialogComponent = nullptr;
     QPointer<QQuickItem> m_dialogItem;
     QPointer<QQuickItem> m_parentItem;
+    //! For the dialog's page. A child object, so that the page no longer uses it when the lists are
+    //! destroyed.
+    ModelColumns* m_modelColumns;
     BIMObject m_bimObject;
     NelvoSDK::INelvoSDKPlugin* m_plugin = nullptr;
     std::unique_ptr<BVUTILITY::CTreeModel> m_orgModel;

@@ -86,6 +86,7 @@ private Q_SLOTS:
     void contextForgetsADestroyedManager();
     void dialogIsAChildWithoutAVisualParent();
     void dialogSeesTheContextThatTheManagerHas();
+    void dialogsReceiveTheColumnsOfTheList();
     void laterContextTakesTheFirstOnesPlace();
     void openingPlacesTheDialog();
     void openingGoesThroughTheParentsTransform();
@@ -182,6 +183,28 @@ void TestBimDialogBridge::dialogSeesTheContextThatTheManagerHas()
     QCOMPARE(scene.dialogs().size(), 1);
     QCOMPARE(scene.dialogs().first()->property("seenManager").value<QObject*>(), &manager);
     QVERIFY(!scene.engine.rootContext()->contextProperty(QStringLiteral("pdsMgr")).isValid());
+}
+
+void TestBimDialogBridge::dialogsReceiveTheColumnsOfTheList()
+{
+    Scene scene;
+    QPointer<QObject> columns;
+    {
+        CPdsMgr manager;
+        manager.SetQmlContext(scene.engine.rootContext());
+        manager.CreateBimDialog(&scene.item);
+        manager.CreateBimDialog(&scene.item);
+        QCOMPARE(scene.dialogs().size(), 2);
+        for (const QQuickItem* dialog : scene.dialogs()) {
+            columns = dialog->property("modelColumns").value<QObject*>();
+            QVERIFY(columns);
+            QCOMPARE(columns->property("columns"), QVariant(QVariantMap()));
+            const QSignalSpy changes(columns, SIGNAL(columnsChanged()));
+            Q_EMIT manager.bimProjListChanged();
+            QCOMPARE(changes.size(), 1);
+        }
+    }
+    QVERIFY(!columns);
 }
 
 void TestBimDialogBridge::laterContextTakesTheFirstOnesPlace()

@@ -11,6 +11,8 @@
 #include <NelvoSDK/IProjectInfoMgr.h>
 
 #include <QGuiApplication>
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QProcess>
 #include <QtTest>
 
@@ -96,6 +98,7 @@ private Q_SLOTS:
 
     void modelsShowWithNamesAndPictures();
     void drawingsShowWithoutPictures();
+    void rowsHaveAllFieldsOfTheManagersList();
     void bothListsShareTheDialog();
     void departmentNarrowsToItselfAndBelow();
     void typedTextNarrows();
@@ -267,6 +270,29 @@ void TestE2eBim::drawingsShowWithoutPictures()
     QVERIFY(!UserInput::findItem(m_scene->window(), QStringLiteral("outlineButton")));
     m_scene->clickInRow(m_drawings.at(1).name, QStringLiteral("downloadButton"));
     QCOMPARE(m_observer.calls.last(), QStringLiteral("download 1: ") + m_drawings.at(1).guid);
+}
+
+//! The page receives the models by column and creates its rows from them.
+void TestE2eBim::rowsHaveAllFieldsOfTheManagersList()
+{
+    const auto shown = [this] {
+        const QQuickItem* list = UserInput::findItem(m_scene->window(), QStringLiteral("searchList"));
+        return QJsonArray::fromVariantList(list->property("dataModel").toList());
+    };
+    const auto expected = [] {
+        return dynamic_cast<QObject&>(*manager()).property("bimProjList").toJsonArray();
+    };
+    openBim();
+    QCOMPARE(expected().size(), m_models.size());
+    QVERIFY(expected().first().toObject().contains(QStringLiteral("size")));
+    QCOMPARE(shown(), expected());
+    QVERIFY(m_scene->chooseDepartment(QStringLiteral("方案组")));
+    QVERIFY(expected().size() < m_models.size());
+    QCOMPARE(shown(), expected());
+    openDwg();
+    QCOMPARE(expected().size(), m_drawings.size());
+    QVERIFY(!expected().first().toObject().contains(QStringLiteral("size")));
+    QCOMPARE(shown(), expected());
 }
 
 //! Opened one after the other, without closing.

@@ -5,6 +5,7 @@ Item {
     id: bimDialog
 
     property bool isDialogShow: frimPanel.visible
+    property alias modelColumns: frimPanel.modelColumns
 
     // open() calls the host, which may shut down the plug-in.
     function openBimDialog() {

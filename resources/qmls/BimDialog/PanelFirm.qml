@@ -17,6 +17,26 @@ EDialog {
     // Outline models are available for BIM models in a main project.
     readonly property bool outlineOffered: mainProject && !viewDWGList
 
+    // The models of pdsMgr.bimProjList by column, or null. Set by the plug-in.
+    property QtObject modelColumns: null
+
+    // The models of pdsMgr.bimProjList. A read of that property takes several times as long: Qt then converts
+    // each model separately.
+    function modelsOf(columns) {
+        const { deptId, guid, name, ppid, profImg, profTipText, profession, size } = columns;
+        const models = [];
+        const count = guid ? guid.length : 0;
+        for (let i = 0; i < count; ++i) {
+            const model = { deptId: deptId[i], guid: guid[i], name: name[i], ppid: ppid[i], profImg: profImg[i],
+                            profTipText: profTipText[i], profession: profession[i] };
+            // Drawings have no size.
+            if (size)
+                model.size = size[i];
+            models.push(model);
+        }
+        return models;
+    }
+
     function clearselectText() {
         errorText.text = "";
         searchBox.text = "";
@@ -115,8 +135,12 @@ EDialog {
                     rightMargin: 20
                 }
                 clip: true
-                // Each read of the manager's property converts the whole array; this stores the result.
-                dataModel: pdsMgr ? pdsMgr.bimProjList : []
+                dataModel: {
+                    if (!pdsMgr)
+                        return [];
+                    return frimPanel.modelColumns ? frimPanel.modelsOf(frimPanel.modelColumns.columns)
+                                                  : pdsMgr.bimProjList;
+                }
                 listCountFunc: () => searchList.dataModel.length
                 listDataFunc: index => searchList.dataModel[index].name
                 groupdelegateItem: projectRow

@@ -43,6 +43,7 @@ BimTest {
             return list.dataModel[index].name;
         };
         item("searchBox").text = "4";
+        tryVerify(() => view().count < length);
         compare(looks, length);
         view().positionViewAtEnd();
         tryVerify(() => row(view().count - 1));

@@ -150,4 +150,47 @@ BimTest {
         tryCompare(panel, "visible", false);
         compare(callLog.calls, [["onCloseDialog"]]);
     }
+
+    // The columns of a list, like those of the plug-in.
+    function columnsOf(models) {
+        const columns = {};
+        for (const key of Object.keys(models[0]))
+            columns[key] = models.map(model => model[key]);
+        return columns;
+    }
+
+    function test_rowsAreCreatedFromTheColumns_data() {
+        return [{ tag: "models", models: threeModels() },
+                { tag: "drawings", models: [drawing(1, "A1"), drawing(2, "A2")] }];
+    }
+
+    function test_rowsAreCreatedFromTheColumns(data) {
+        create();
+        open("BIM");
+        const source = createTemporaryQmlObject("import QtQml 2.15; QtObject { property var columns: ({}) }", hostItem);
+        dialog.modelColumns = source;
+        compare(item("searchList").dataModel, []);
+        const reads = pdsMgr.listReads;
+        source.columns = columnsOf(data.models);
+        waitForRows(data.models.length);
+        compare(rowNames(), data.models.map(model => model.name));
+        const rows = item("searchList").dataModel;
+        compare(JSON.stringify(rows), JSON.stringify(data.models.map(inKeyOrder)));
+        compare(pdsMgr.listReads, reads);
+        source.columns = {};
+        waitForRows(0);
+        // Without the plug-in's columns, the page reads the manager's list.
+        source.columns = columnsOf(data.models);
+        dialog.modelColumns = null;
+        waitForRows(0);
+        compare(pdsMgr.listReads, reads + 1);
+    }
+
+    // A copy with the keys in the order in which Qt converts them.
+    function inKeyOrder(model) {
+        const copy = {};
+        for (const key of Object.keys(model).sort())
+            copy[key] = model[key];
+        return copy;
+    }
 }

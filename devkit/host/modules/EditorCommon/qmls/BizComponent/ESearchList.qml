@@ -6,7 +6,8 @@ import "../BasicComponent"
 //
 // `listCountFunc()` returns the number of entries and `listDataFunc(index)` the text of an entry.
 // `groupdelegateItem` is the delegate of a row: `modelData` is its entry, and `index` its position among the
-// shown rows. The entries are searched once for each change, so long lists scroll fast.
+// shown rows. The entries are searched once for each change, so long lists scroll fast. A long list is searched
+// in portions, so that the window still processes events; the rows change when the search has ended.
 Item {
     id: list
 
@@ -17,15 +18,9 @@ Item {
     property Component groupdelegateItem
 
     function search() {
-        const wanted = searchText.toLowerCase();
-        const count = listCountFunc();
-        const found = [];
-        for (let i = 0; i < count; ++i) {
-            if (wanted === "" || listDataFunc(i).toLowerCase().includes(wanted))
-                found.push(i);
-        }
-        view.matches = found;
-        view.positionViewAtBeginning();
+        view.next = 0;
+        view.found = [];
+        view.searchPortion();
     }
 
     onSearchTextChanged: view.searchAfterCompletion()
@@ -35,13 +30,38 @@ Item {
         id: view
         objectName: "searchView"
 
-        // The positions of the shown rows in dataModel.
+        readonly property int portion: 5000
+        // The positions of the shown rows in `entries`, which is the dataModel that was searched.
         property var matches: []
+        property var entries: []
+        // The running search: the next entry, and the positions so far.
+        property int next: 0
+        property var found: []
         property bool complete: false
 
         function searchAfterCompletion() {
             if (complete)
                 list.search();
+        }
+
+        function searchPortion() {
+            const wanted = list.searchText.toLowerCase();
+            const count = list.listCountFunc();
+            const end = wanted === "" ? count : Math.min(next + portion, count);
+            let i = next;
+            for (; i < end; ++i) {
+                if (wanted === "" || list.listDataFunc(i).toLowerCase().includes(wanted))
+                    found.push(i);
+            }
+            next = i;
+            if (next < count) {
+                nextPortion.start();
+                return;
+            }
+            nextPortion.stop();
+            entries = list.dataModel;
+            matches = found;
+            positionViewAtBeginning();
         }
 
         anchors.fill: parent
@@ -52,6 +72,14 @@ Item {
         Component.onCompleted: {
             complete = true;
             list.search();
+        }
+
+        Timer {
+            id: nextPortion
+
+            interval: 0
+
+            onTriggered: view.searchPortion()
         }
 
         T.ScrollBar.vertical: EScrollBar {
@@ -70,7 +98,7 @@ Item {
 
             function refresh() {
                 if (index >= 0 && index < view.matches.length)
-                    modelData = list.dataModel[view.matches[index]];
+                    modelData = view.entries[view.matches[index]];
             }
 
             width: view.width
