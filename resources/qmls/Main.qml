@@ -72,7 +72,6 @@ Background {
             right: parent.right
             bottom: parent.bottom
         }
-        focus: true
         source: root.compList["loginComp"]
 
         // The page has the focus, but the Tab key does not stop at it. Without these handlers, Qt would move the focus

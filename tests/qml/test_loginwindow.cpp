@@ -152,6 +152,8 @@ void TestLoginWindow::withoutADefaultAddressTheFieldIsEmpty()
     type(QStringLiteral("eve"));
     QTRY_COMPARE(item("loginComp")->property("username").toString(), QStringLiteral("eve"));
     QCOMPARE(item("addressBox")->property("dropList").toStringList(), QStringList());
+    setAccounts({account(QStringLiteral("ann"), QString(), {QStringLiteral("http://one")})});
+    QCOMPARE(item("addressBox")->property("outText").toString(), QStringLiteral("http://one"));
 }
 
 void TestLoginWindow::secondLoadStartsAfresh()

@@ -3,6 +3,8 @@
 #include "tests/support/updaterstandin.h"
 #include "tests/support/warninglog.h"
 
+#include <QFont>
+#include <QGuiApplication>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QtQuickTest>
@@ -13,6 +15,13 @@ class Setup : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
+    //! Changes the default font, so that a text without a font of its own differs from the others.
+    void applicationAvailable()
+    {
+        QFont font(QStringLiteral("serif"));
+        font.setPixelSize(21);
+        QGuiApplication::setFont(font);
+    }
     void qmlEngineAvailable(QQmlEngine* engine)
     {
         qmlRegisterType<CTools>("PercentTools", 1, 0, "PercentTools");

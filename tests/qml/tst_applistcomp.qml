@@ -62,6 +62,8 @@ Item {
             const button = item("confirmButton");
             compare([button.x, button.y, button.width, button.height], [26, 350 - 40 - 36, 288, 36]);
             compare(button.text, "确定");
+            const error = Array.from(item("applistComp").children).find(child => child.wrapMode !== undefined);
+            compare([error.x, error.y + error.height, error.width], [26, 350 - 76, 288]);
         }
 
         function test_rowLooks() {
@@ -71,7 +73,10 @@ Item {
             compare([face.y, face.height], [6, 34]);
             const label = face.children[0];
             compare(label.text, "company 1");
-            compare(label.x, 10);
+            const tick = findChild(row(1), "tick");
+            compare([label.x, label.x + label.width], [10, tick.x - 10]);
+            fuzzyCompare(label.y + label.height / 2, 17, 0.5);
+            compare(label.elide, Text.ElideRight);
             compare([label.font.family, label.font.pixelSize], ["微软雅黑", 13]);
             compare(String(label.color), "#dddddd");
             compare(rowColor(1), "#353749");
@@ -169,7 +174,8 @@ Item {
         function test_longListScrolls() {
             openList(30);
             const list = item("companyList");
-            compare(list.snapMode, ListView.SnapToItem);
+            compare([list.snapMode, list.boundsBehavior, list.clip],
+                    [ListView.SnapToItem, Flickable.StopAtBounds, true]);
             const bar = scrollBar();
             compare(bar.visible, true);
             compare(bar.width, 4);
@@ -177,6 +183,7 @@ Item {
             compare(bar.contentItem.opacity, 0.2);
             compare(String(bar.contentItem.color), "#ffffff");
             compare(String(bar.background.color), "#535353");
+            compare(bar.background.radius, 2);
             mouseWheel(list, 50, 50, 0, -1200);
             tryVerify(() => list.contentY > 0);
         }
@@ -227,7 +234,10 @@ Item {
         function test_enteringStartsNoSecondOne() {
             openList(3);
             mouseClick(row(1));
+            const overlay = Array.from(item("applistComp").children).find(child => child.cursorShape !== undefined);
+            compare(overlay.visible, false);
             during.onLogin = () => {
+                compare([overlay.visible, overlay.cursorShape], [true, Qt.BusyCursor]);
                 mouseClick(item("confirmButton"));
                 mouseMove(row(2), 50, 20);
                 mouseClick(row(2));

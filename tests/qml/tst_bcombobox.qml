@@ -86,13 +86,18 @@ Item {
         }
 
         function test_coloursReachTheParts() {
-            const box = createTemporaryObject(plainBox, stage, { placeholderText: "hint" });
-            compare(String(field(box).color), "#ffffff");
-            compare(String(field(box).selectionColor), "#313343");
+            const box = createTemporaryObject(plainBox, stage, {
+                placeholderText: "hint", textColor: "#111111", normalColor: "#222222", highlightColor: "#333333",
+                selectColor: "#444444", disableColor: "#555555"
+            });
+            compare([field(box).color, field(box).selectionColor, field(box).selectedTextColor].map(String),
+                    ["#111111", "#444444", "#111111"]);
             compare(field(box).placeholderText, "hint");
-            compare(String(box.background.color), "#414458");
+            compare(String(box.background.color), "#222222");
+            compare([box.popup.background.color, box.popup.background.border.color].map(String),
+                    ["#222222", "#333333"]);
             box.enabled = false;
-            compare(String(box.background.color), "#808080");
+            compare(String(box.background.color), "#555555");
         }
 
         function test_indicatorStandsAtTheRight() {
@@ -108,23 +113,32 @@ Item {
         function test_indicatorTakesAFullAddressToo() {
             const box = createTemporaryObject(plainBox, stage, { arrowImage: picture("checkYes.png") });
             compare(box.indicator.source, picture("checkYes.png"));
-            compare(box.indicator.status, Image.Ready);
+            compare([box.indicator.status, box.indicator.width, box.indicator.height], [Image.Ready, 12, 8]);
         }
 
         function test_headerIsASquareWithThePicture() {
-            const box = createTemporaryObject(plainBox, stage, { headImage: picture("C.png") });
+            const box = createTemporaryObject(plainBox, stage, { headImage: picture("checkYes.png"), height: 50 });
             const header = findChild(box, "header");
-            compare([header.width, header.height], [36, 36]);
-            compare([header.children[0].width, header.children[0].height], [32, 32]);
-            compare(header.children[0].status, Image.Ready);
-            compare(field(box).x, 36);
+            compare([header.width, header.height], [50, 50]);
+            const image = header.children[0];
+            compare([image.x, image.y, image.width, image.height], [9, 9, 32, 32]);
+            compare(image.status, Image.Ready);
+            compare([field(box).x, field(box).height, field(box).leftPadding], [50, 50, 4]);
             compare(field(box).x + field(box).width, 200 - 10 - 15);
+        }
+
+        function test_fontReachesTheParts() {
+            const box = createTemporaryObject(fruitBox, stage, { placeholderText: "hint" });
+            box.font.pixelSize = 17;
+            openPopup(box);
+            compare([field(box), hint(box), entry(box, 0).contentItem].map(part => part.font.pixelSize), [17, 17, 17]);
         }
 
         function test_withoutAHeadImageTheFieldStartsAtTheLeftEdge() {
             const box = createTemporaryObject(plainBox, stage);
             compare(findChild(box, "header").width, 0);
             compare(field(box).mapToItem(box, 0, 0).x, 0);
+            compare([field(box).leftPadding, field(box).verticalAlignment], [10, TextInput.AlignVCenter]);
             compare(field(box).width, 200 - 10 - 15);
         }
 
@@ -166,6 +180,9 @@ Item {
             compare([hint(box).text, hint(box).visible], ["hint", true]);
             compare(String(hint(box).color), "#8b8fa6");
             compare([hint(box).font.family, hint(box).font.pixelSize], ["微软雅黑", 12]);
+            compare([hint(box).x, hint(box).width], [10, field(box).width - 10 - 6]);
+            compare([hint(box).height, hint(box).verticalAlignment, hint(box).elide],
+                    [36, Text.AlignVCenter, Text.ElideRight]);
             box.outText = "x";
             compare(hint(box).visible, false);
         }
@@ -192,8 +209,16 @@ Item {
                 many.push("entry " + i);
             const box = createTemporaryObject(plainBox, stage, { dropList: many });
             openPopup(box);
-            verify(box.popup.height <= 700);
-            verify(box.popup.contentItem.contentHeight > box.popup.height);
+            compare(box.popup.height, 700 - 2 * 2);
+            const list = box.popup.contentItem;
+            verify(list.contentHeight > box.popup.height);
+            for (let i = 0; i < 40; ++i)
+                keyClick(Qt.Key_Down);
+            compare([list.highlightMoveDuration, list.clip], [0, true]);
+            tryVerify(() => {
+                const shown = list.itemAtIndex(box.highlightedIndex);
+                return shown && shown.highlighted && shown.y + shown.height <= list.contentY + list.height;
+            });
         }
 
         function test_entriesShowTheList() {
@@ -203,6 +228,8 @@ Item {
             compare(entry(box, 1).width, 200);
             const label = entry(box, 1).contentItem;
             compare([label.text, label.elide], ["pear", Text.ElideRight]);
+            compare([label.x, label.width], [10, 180]);
+            compare([label.verticalAlignment, label.Accessible.ignored], [Text.AlignVCenter, true]);
             compare([label.font.family, label.font.pixelSize], ["微软雅黑", 12]);
             compare(String(label.color), "#ffffff");
             box.textColor = "#123456";
@@ -284,7 +311,9 @@ Item {
             compare(box.currentIndex, 0);
             box.forceActiveFocus(Qt.TabFocusReason);
             tryCompare(field(box), "activeFocus", true);
-            type("x");
+            type("a"); // "apple" starts with this letter
+            keyClick(Qt.Key_Space);
+            compare(box.popup.visible, false);
             compare(box.outText, "pear");
         }
 

@@ -19,6 +19,12 @@ Item {
         }
     }
 
+    Component {
+        id: plainButton
+
+        GradiantBtn {}
+    }
+
     SignalSpy {
         id: clicks
 
@@ -62,6 +68,8 @@ Item {
             compare(String(button.glowColor), "#8397ff");
             compare(String(button.textColor), "#ffffff");
             compare(button.glowVisible, false);
+            const plain = createTemporaryObject(plainButton, stage);
+            compare([plain.width, plain.height], [120, 36]);
         }
 
         function test_gradientRunsThroughItsThreeColours() {
@@ -80,6 +88,8 @@ Item {
             compare(label.font.family, "微软雅黑");
             compare(label.font.pixelSize, 14);
             compare(String(label.color), "#ffffff");
+            button.textColor = "#123456";
+            compare(String(label.color), "#123456");
             fuzzyCompare(label.x + label.width / 2, 100, 1);
             fuzzyCompare(label.y + label.height / 2, 18, 1);
         }
@@ -91,6 +101,8 @@ Item {
             hover();
             compare(glow.visible, true);
             compare(glow.item.samples, 7);
+            compare(glow.item.source, button.children[0]);
+            compare([glow.item.width, glow.item.height], [200, 36]);
             compare(String(glow.item.color), "#8397ff");
             button.glowColor = "#ff0000";
             compare(String(glow.item.color), "#ff0000");

@@ -55,6 +55,7 @@ Item {
                 { tag: "LoginComp", open: openWindow,
                   stops: ["密码", "Nelvo服务器地址", "记住密码", "登录", "关闭", "用户名"] },
                 { tag: "AppListComp", open: openList, stops: ["选择企业:", "Acme", "关闭"] },
+                { tag: "AppListComp, no enterprises", open: () => openPage("AppListComp"), stops: ["选择企业:", "关闭"] },
                 { tag: "UpdateComp", open: () => openPage("UpdateComp"), stops: ["更新内容", "跳过", "升级", "关闭"] },
                 { tag: "DownloadComp, waiting", open: () => openPage("DownloadComp"), stops: ["关闭"] },
                 { tag: "DownloadComp, finished", open: openDownload, stops: ["更新日志", "安装", "关闭"] },
@@ -99,10 +100,12 @@ Item {
         function test_outlineSurroundsTheControl(data) {
             openList();
             tabTo(data.name);
-            const control = focused();
+            const control = focused().parent;
             const outline = frames(control)[0];
             compare([outline.x, outline.y, outline.width, outline.height],
                     [-data.margin, -data.margin, control.width + 2 * data.margin, control.height + 2 * data.margin]);
+            compare([outline.color, outline.border.color].map(String), ["#00000000", "#ffffff"]);
+            compare(outline.border.width, 2);
         }
 
         function test_keysPressAButton_data() {
@@ -115,6 +118,26 @@ Item {
             tabTo("跳过");
             keyClick(data.key);
             verify(item("validComp"));
+        }
+
+        function test_spacePressesOnReleaseOnly() {
+            openList();
+            tabTo("选择企业:");
+            keyRelease(Qt.Key_Space);
+            compare(item("foldImage").open, true);
+            keyPress(Qt.Key_Space);
+            compare(item("foldImage").open, true);
+            keyRelease(Qt.Key_Space);
+            compare(item("foldImage").open, false);
+            keyRelease(Qt.Key_Space);
+            compare(item("foldImage").open, false);
+            // The release belongs to another control than the press.
+            keyPress(Qt.Key_Space);
+            keyClick(Qt.Key_Tab);
+            keyClick(Qt.Key_Backtab, Qt.ShiftModifier);
+            compare(focused().Accessible.name, "选择企业:");
+            keyRelease(Qt.Key_Space);
+            compare(item("foldImage").open, false);
         }
 
         function test_keysOnTheSignInButtonSignInOnce_data() {
@@ -188,14 +211,15 @@ Item {
             }
             else
                 tabTo(data.name);
-            let seen = [];
+            const seen = [];
             during.onLogin = () => {
-                keyClick(Qt.Key_Space);
-                keyClick(Qt.Key_Return);
-                seen = [item("applistComp").selIndex1, item("foldImage").open];
+                for (const key of [Qt.Key_Space, Qt.Key_Return]) {
+                    keyClick(key);
+                    seen.push([item("applistComp").selIndex1, item("foldImage").open]);
+                }
             };
             mouseClick(item("confirmButton"));
-            compare(seen, [0, true]);
+            compare(seen, [[0, true], [0, true]]);
             compare(loginCtrl.calls.length, 1);
         }
 
@@ -208,6 +232,10 @@ Item {
             compare(text.contentY, 20);
             keyClick(Qt.Key_PageDown);
             compare(text.contentY, 20 + text.height);
+            for (let i = 0; i < 10; ++i)
+                keyClick(Qt.Key_PageDown);
+            compare(text.contentY, text.contentHeight - text.height);
+            text.contentY = 20 + text.height;
             keyClick(Qt.Key_Up);
             compare(text.contentY, text.height);
             keyClick(Qt.Key_PageUp);

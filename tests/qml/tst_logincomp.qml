@@ -82,9 +82,14 @@ Item {
             const { indicator, contentItem: label } = item("keepPassword");
             compare([indicator.x, indicator.y, label.x, label.y], [0, 1.5, 0, 0]);
             compare([label.leftPadding, label.height, label.verticalAlignment], [19, 16, Text.AlignVCenter]);
+            compare(label.text, "记住密码");
+            compare(item("keepPassword").width, label.implicitWidth);
             compare(String(label.color), "#dddddd");
             item("keepPassword").forceActiveFocus(Qt.TabFocusReason);
             compare(String(label.color), "#ffffff");
+            const outline = findChild(item("keepPassword"), "focusFrame");
+            compare([outline.visible, outline.x, outline.y], [true, -4, -4]);
+            compare(String(outline.border.color), "#ffffff");
         }
 
         function test_texts() {
@@ -105,7 +110,9 @@ Item {
             openWindow();
             compare(item("userNameBox").headImage, picture("userName.png"));
             compare(item("addressBox").headImage, picture("C.png"));
-            compare(item("passwordField").background.children[0].source, picture("passwd.png"));
+            const key = item("passwordField").background.children[0];
+            compare(key.source, picture("passwd.png"));
+            compare([key.x, key.y, key.width, key.height], [2, 2, 32, 32]);
             const box = item("keepPassword");
             compare([box.indicator.width, box.indicator.height], [13, 13]);
             compare(box.indicator.source, picture("checkNo.png"));
@@ -121,6 +128,9 @@ Item {
             compare([item("passwordField").selectionColor, item("passwordField").selectedTextColor].map(String),
                     ["#313343", "#ffffff"]);
             compare(String(item("passwordField").background.color), "#414458");
+            compare([item("passwordField").leftPadding, item("passwordField").rightPadding], [40, 6]);
+            item("passwordField").color = "#123456";
+            compare(String(item("passwordField").selectedTextColor), "#123456");
         }
 
         function test_checks_data() {
@@ -245,13 +255,15 @@ Item {
             openWindow();
             mouseMove(loginWindow, 5, 400);
             fill("ann", "pw", "http://a");
-            let glows;
+            const overlay = Array.from(item("loginComp").children).find(child => child.cursorShape !== undefined);
+            compare(overlay.visible, false);
+            let seen;
             during.login = () => {
                 mouseMove(item("loginButton"), 50, 18);
-                glows = item("loginButton").glowVisible;
+                seen = [item("loginButton").glowVisible, overlay.visible, overlay.cursorShape];
             };
             keyClick(Qt.Key_Return);
-            compare(glows, false);
+            compare(seen, [false, true, Qt.BusyCursor]);
         }
 
         function test_editsDuringTheWaitDoNotReachTheCache() {
@@ -367,6 +379,14 @@ Item {
             loginWindow.userInfos = [account("ann", "", ["http://one"])];
             compare(item("addressBox").dropList.length, 2);
             compare(loginWindow.userInfos[0].cimUrlList, ["http://one"]);
+        }
+
+        function test_otherUserNameUnchecksTheBox() {
+            openWindow();
+            mouseClick(item("keepPassword"));
+            compare(item("keepPassword").checked, true);
+            enter("userNameBox", "a");
+            compare(item("keepPassword").checked, false);
         }
 
         function test_anyEditOfThePasswordUnchecksTheBox() {

@@ -71,6 +71,9 @@ Item {
             const text = findChild(notes, "flickable");
             compare([text.x, text.y, notes.width - text.x - text.width, notes.height - text.y - text.height],
                     [10, 10, 14, 10]);
+            compare([text.clip, text.boundsBehavior], [true, Flickable.StopAtBounds]);
+            const bar = findChild(notes, "scrollBar");
+            compare([notes.width - bar.x - bar.width, bar.y, bar.height], [5, text.y, text.height]);
             compare(String(edit().color), "#ffffff");
             compare(edit().font.pixelSize, 14);
             compare(edit().font.family, "微软雅黑");
@@ -81,14 +84,15 @@ Item {
             const notes = part("releaseNotes");
             compare([notes.x, notes.width], [26, 288]);
             compare(notes.y, part("title").y + part("title").height + 30);
-            verify(notes.y + notes.height < part("buttons").y);
+            compare(notes.y + notes.height, part("buttons").y - 20);
         }
 
         function test_notesCanBeSelectedButNotChanged() {
             openOffer("1.0.1", "unbroken");
             const notes = edit();
             compare([notes.readOnly, notes.selectByMouse], [true, true]);
-            compare(String(notes.selectedTextColor), String(Qt.darker("lightblue", 1)));
+            compare([notes.selectedTextColor, notes.selectionColor].map(String),
+                    [String(Qt.darker("lightblue", 1)), "#255187"]);
             mouseDoubleClickSequence(notes, 10, notes.height - 8);
             compare(notes.selectedText, "unbroken");
             const before = plainText(part("releaseNotes"));

@@ -49,6 +49,9 @@ Item {
             compare([bar.x, bar.y, bar.width, bar.height], [26, 0, 288, 14]);
             compare(bar.value, 0);
             compare([timer().interval, timer().repeat, timer().running], [80, true, true]);
+            bar.value = 0.5;
+            timer().triggeredOnStart = true;
+            compare(bar.value, 0);
         }
 
         function test_tenTicksThenOneShowHome() {

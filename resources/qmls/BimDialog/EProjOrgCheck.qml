@@ -78,9 +78,6 @@ T.ComboBox {
         event.accepted = true;
     }
 
-    implicitWidth: 200
-    implicitHeight: 26
-    padding: 0
     font.family: Nelvo.Theme.fontFamily
     model: orgModel
 
@@ -277,7 +274,6 @@ T.ComboBox {
                     // Without the place of the tree's scroll bar.
                     anchors.rightMargin: 10
                     row: parent
-                    activeFocusOnTab: false
                     Accessible.role: Accessible.TreeItem
                     Accessible.name: parent.dept.name || ""
                     Accessible.selectable: true

@@ -20,7 +20,6 @@ CheckBox {
             implicitHeight: 16
             color: "transparent"
             border.color: Nelvo.Theme.outline
-            border.width: 1
 
             Image {
                 objectName: "checkImage"

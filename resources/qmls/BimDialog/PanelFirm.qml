@@ -65,7 +65,6 @@ EDialog {
             objectName: "dialogTitle"
 
             anchors {
-                top: parent.top
                 left: parent.left
                 right: parent.right
             }
@@ -166,7 +165,6 @@ EDialog {
                 id: speedProprityCheck
                 objectName: "speedProprityCheck"
 
-                visible: !frimPanel.viewDWGList
                 checked: true
                 checkedUrl: "qrc:/EditorPlug/qmls/images1/checkBox_selected.png"
                 normalUrl: "qrc:/EditorPlug/qmls/images1/checkBox.png"
@@ -182,7 +180,6 @@ EDialog {
             ERadioBtn {
                 objectName: "completionCheck"
 
-                visible: !frimPanel.viewDWGList
                 checkedUrl: "qrc:/EditorPlug/qmls/images1/checkBox_selected.png"
                 normalUrl: "qrc:/EditorPlug/qmls/images1/checkBox.png"
                 text: qsTr("完整度优先")
@@ -205,7 +202,6 @@ EDialog {
             }
             x: 30
             height: 20
-            text: ""
             font.pixelSize: Nelvo.Theme.smallTextSize
             color: Nelvo.Theme.errorText
 
@@ -220,7 +216,6 @@ EDialog {
 
         Rectangle {
             id: rowFace
-            objectName: "projectRow"
 
             width: searchList.width
             height: 40

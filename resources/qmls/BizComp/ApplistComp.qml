@@ -61,7 +61,6 @@ Item {
         objectName: "panel"
 
         anchors {
-            top: parent.top
             left: parent.left
             right: parent.right
             leftMargin: 26

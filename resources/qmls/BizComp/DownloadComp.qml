@@ -60,7 +60,6 @@ Item {
             leftMargin: 26
             rightMargin: 26
         }
-        height: 14
         Accessible.name: title.text
     }
 

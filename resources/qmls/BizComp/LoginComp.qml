@@ -106,7 +106,6 @@ FocusScope {
         objectName: "userNameBox"
 
         anchors {
-            top: parent.top
             left: parent.left
             right: parent.right
             leftMargin: 26
@@ -142,8 +141,6 @@ FocusScope {
             Image {
                 x: 2
                 y: 2
-                width: 32
-                height: 32
                 source: "qrc:/NelvoPlugin/qmls/images/passwd.png"
             }
         }
@@ -166,7 +163,6 @@ FocusScope {
         height: 36
         placeholderText: qsTr("Nelvo服务器地址")
         headImage: "qrc:/NelvoPlugin/qmls/images/C.png"
-        outText: defaultUrl
 
         onDropListChanged: outText = dropList.length > 0 ? dropList[0] : defaultUrl
         onOutTextChanged: loginComp.cimUrl = outText.trim()
@@ -183,15 +179,12 @@ FocusScope {
         }
         implicitWidth: implicitContentWidth
         height: 16
-        padding: 0
         spacing: 6
         text: qsTr("记住密码")
         font.family: Theme.fontFamily
         font.pixelSize: Theme.smallTextSize
         indicator: Image {
             y: (keepPassword.height - height) / 2
-            width: 13
-            height: 13
             source: keepPassword.checked ? "qrc:/NelvoPlugin/qmls/images/checkYes.png"
                                          : "qrc:/NelvoPlugin/qmls/images/checkNo.png"
         }

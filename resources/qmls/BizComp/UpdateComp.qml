@@ -55,7 +55,6 @@ Item {
 
             x: 4
             width: parent.width / 2 - 18
-            height: parent.height
             text: qsTr("跳过")
             gradientStartColor: Theme.window
             gradientMidColor: Theme.window
@@ -72,7 +71,6 @@ Item {
 
             x: parent.width / 2 + 14
             width: parent.width / 2 - 18
-            height: parent.height
             text: qsTr("升级")
 
             onClicked: updateComp.upgrade()

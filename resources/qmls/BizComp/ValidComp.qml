@@ -16,13 +16,11 @@ Item {
         objectName: "progress"
 
         anchors {
-            top: parent.top
             left: parent.left
             right: parent.right
             leftMargin: 26
             rightMargin: 26
         }
-        height: 14
         Accessible.name: qsTr("正在登录")
 
         onValueChanged: {

@@ -26,7 +26,6 @@ Column {
         height: 35
         color: globalEditColor.eGlobalBackGround
         border.color: globalEditColor.eGlobalBorderColor
-        border.width: 1
 
         EditText {
             objectName: "titleText"

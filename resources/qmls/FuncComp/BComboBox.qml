@@ -1,6 +1,5 @@
 import QtQuick 2.15
 import QtQuick.Templates 2.15 as T
-import QtQuick.Window 2.15
 import "../Theme"
 
 // An editable combo box with a picture. The user can type any text; the list only proposes entries. Based on the
@@ -34,8 +33,6 @@ T.ComboBox {
 
     editable: true
     model: dropList
-    padding: 0
-    leftPadding: 0
     rightPadding: 10
     font.family: Theme.fontFamily
     font.pixelSize: Theme.smallTextSize
@@ -63,7 +60,6 @@ T.ComboBox {
         text: modelData
         font: control.font
         highlighted: control.highlightedIndex === index
-        hoverEnabled: true
 
         contentItem: PageText {
             text: entry.text
@@ -101,7 +97,6 @@ T.ComboBox {
                 anchors.centerIn: parent
                 width: 32
                 height: 32
-                visible: control.headImage !== ""
                 source: control.headImage
             }
 
@@ -120,17 +115,13 @@ T.ComboBox {
                 rightMargin: 15
             }
             height: control.height
-            leftPadding: header.width > 0 ? 4 : 10
+            leftPadding: control.headImage === "" ? 10 : 4
             focus: true
-            // The Tab key stops only at the box, which passes the focus to its field.
-            activeFocusOnTab: false
             readOnly: control.readonly
             placeholderText: control.placeholderText
             font: control.font
             color: control.textColor
             selectionColor: control.selectColor
-            selectedTextColor: control.textColor
-            background: null
 
             onActiveFocusChanged: {
                 if (activeFocus)
@@ -155,8 +146,7 @@ T.ComboBox {
         y: control.height - 1
         width: control.width
         implicitHeight: contentHeight + topPadding + bottomPadding
-        // A list that is longer than the window scrolls and still shows all its entries.
-        height: Math.min(implicitHeight, control.Window.height - topMargin - bottomMargin)
+        // With margins, Qt keeps a list that is longer than the window inside the window.
         topMargin: 2
         bottomMargin: 2
         padding: 2
@@ -165,8 +155,6 @@ T.ComboBox {
         onAboutToShow: field.forceActiveFocus()
 
         contentItem: ListView {
-            objectName: "entryList"
-
             clip: true
             implicitHeight: contentHeight
             model: control.popup.visible ? control.delegateModel : null

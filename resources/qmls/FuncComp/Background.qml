@@ -60,8 +60,6 @@ Rectangle {
                 right: parent.right
                 margins: 10
             }
-            width: 16
-            height: 16
             source: closeArea.containsMouse ? "qrc:/NelvoPlugin/qmls/images/close_hover.png"
                                             : "qrc:/NelvoPlugin/qmls/images/close.png"
 

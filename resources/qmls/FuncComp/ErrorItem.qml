@@ -6,7 +6,6 @@ PageText {
     id: errorItem
 
     visible: false
-    text: ""
     color: Theme.errorText
     font.pixelSize: Theme.smallTextSize
     verticalAlignment: Text.AlignBottom

@@ -27,7 +27,6 @@ Item {
             orientation: Gradient.Horizontal
 
             GradientStop {
-                position: 0.0
                 color: button.gradientStartColor
             }
             GradientStop {

@@ -6,8 +6,6 @@ import "../Theme"
 T.TextField {
     id: input
 
-    implicitWidth: 200
-    implicitHeight: 36
     padding: 6
     selectByMouse: true
     color: Theme.text

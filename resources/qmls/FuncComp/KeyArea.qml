@@ -12,7 +12,7 @@ Item {
     // The row of a list that holds the area. When the area gets the focus, the list scrolls to this row and its
     // neighbours.
     property Item row: null
-    property bool spaceHeld: false
+    property bool spaceHeld
 
     signal activated
 

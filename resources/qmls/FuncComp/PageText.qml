@@ -9,6 +9,5 @@ Text {
     font.pixelSize: Theme.textSize
     renderType: Text.NativeRendering
 
-    Accessible.role: Accessible.StaticText
     Accessible.name: text
 }

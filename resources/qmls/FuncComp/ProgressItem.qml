@@ -8,10 +8,7 @@ ProgressBar {
     property color gradientStartColor: Theme.gradientStart
     property color gradientStopColor: Theme.gradientStop
 
-    padding: 0
-
     background: Rectangle {
-        implicitWidth: 200
         implicitHeight: 14
         radius: height / 2
         opacity: 0.3
@@ -19,7 +16,6 @@ ProgressBar {
             orientation: Gradient.Horizontal
 
             GradientStop {
-                position: 0.0
                 color: control.gradientStartColor
             }
             GradientStop {
@@ -40,7 +36,6 @@ ProgressBar {
                 orientation: Gradient.Horizontal
 
                 GradientStop {
-                    position: 0.0
                     color: control.gradientStartColor
                 }
                 GradientStop {

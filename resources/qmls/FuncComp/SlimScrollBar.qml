@@ -4,7 +4,6 @@ import "../Theme"
 
 // A scroll bar that is visible only if the content can be scrolled.
 ScrollBar {
-    width: 4
     padding: 0
     visible: size < 1.0
     contentItem: Rectangle {

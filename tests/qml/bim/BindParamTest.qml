@@ -16,6 +16,16 @@ BimTest {
     }
 
     Component {
+        id: plainParent
+
+        Item {
+            width: 260
+
+            SDKBindParam {}
+        }
+    }
+
+    Component {
         id: loader
 
         Loader {
@@ -61,6 +71,7 @@ BimTest {
         const label = findChild(page, "deviceLabel");
         compare(label.text, "设备ID");
         compare(String(label.color), "#dddddd");
+        compare(label.verticalAlignment, Text.AlignVCenter);
         const button = findChild(page, "deviceButton");
         compare(button.btnText, "SN-0017");
         compare([button.eBtnBorderColor, button.eBtnTextColor, button.eBtnBackGround].map(String),
@@ -81,15 +92,17 @@ BimTest {
         const clear = findChild(page, "clearButton");
         compare(clear.tipText, "清除");
         compare(clear.bHideBorder, true);
-        compare(clear.eNormalSource, "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear.png");
+        const image = "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear";
+        compare([clear.eNormalSource, clear.eDisableSource].map(String), [image + ".png", image + ".png"]);
+        compare([clear.eHoverSource, clear.ePressedSource].map(String), [image + "_hover.png", image + "_hover.png"]);
         compare(findChild(clear, "picture").status, Image.Ready);
         click(clear);
         compare(callLog.calls, [["clearDeviceData", "comp-9"]]);
     }
 
     function test_isUsedByKeyboard_data() {
-        return [{ tag: "device", stop: "设备ID", description: "SN-0017", call: "openWeb" },
-                { tag: "clear", stop: "清除", description: "", call: "clearDeviceData" }];
+        return [{ tag: "device", stop: "设备ID", description: "SN-0017", call: "openWeb", outline: "#ffffff" },
+                { tag: "clear", stop: "清除", description: "", call: "clearDeviceData", outline: "#535353" }];
     }
 
     function test_isUsedByKeyboard(data) {
@@ -99,7 +112,9 @@ BimTest {
             keyClick(Qt.Key_Tab);
         const stop = window.activeFocusItem;
         compare([stop.Accessible.name, stop.Accessible.description], [data.stop, data.description]);
-        compare(findChild(stop, "focusFrame").visible, true);
+        const outline = findChild(stop, "focusFrame");
+        compare([outline.visible, outline.x, outline.y], [true, -3, -3]);
+        compare(String(outline.border.color), data.outline);
         keyClick(Qt.Key_Space);
         compare(names(callLog.calls), [data.call]);
     }
@@ -116,5 +131,6 @@ BimTest {
         const holder = createTemporaryObject(loader, parent);
         compare(holder.item.width, 280);
         compare(findChild(holder.item, "titleBar").width, 280);
+        compare(createTemporaryObject(plainParent, parent).children[0].width, 260);
     }
 }

@@ -31,6 +31,8 @@ BimTest {
         compare(box.partCheckColor.valid, false);
         compare(box.partCheck, false);
         compare(box.checked, false);
+        const face = findChild(box, "panel");
+        compare([face.width, face.height], [16, 16]);
     }
 
     function test_backgroundIsAGreyFrame() {

@@ -73,11 +73,14 @@ BimTest {
         createAndOpen();
         compare(String(box.background.color), "#414458");
         compare(box.contentItem.text, "所有工程");
-        compare(box.contentItem.leftPadding, 15);
+        compare([box.contentItem.leftPadding, box.contentItem.rightPadding], [15, box.indicator.width + 20]);
+        compare(box.contentItem.verticalAlignment, Text.AlignVCenter);
         compare(box.contentItem.elide, Text.ElideRight);
         compare(box.contentItem.font.pixelSize, 14);
         compare(box.contentItem.font.family, "微软雅黑");
         compare(String(box.contentItem.color), "#f0f0f0");
+        box.font.family = "serif";
+        compare(box.contentItem.font.family, "serif");
         box.fontSize = 11;
         box.fontColor = "#123456";
         box.backGroundColor = "#654321";
@@ -92,6 +95,7 @@ BimTest {
         compare(box.indicator.status, Image.Ready);
         compare(box.indicator.width, box.indicator.implicitWidth);
         compare(box.indicator.x + box.indicator.width, 310);
+        fuzzyCompare(box.indicator.y + box.indicator.height / 2, 13, 0.5);
         openBox();
         compare(box.indicator.source, picture("pop_ic_bim_hover.png"));
         compare(box.indicator.status, Image.Ready);
@@ -180,8 +184,11 @@ BimTest {
             const image = findChild(rows[i], "deptImage");
             const name = findChild(rows[i], "deptNameText");
             compare(image.x, 15 * (depth + 1));
+            for (const part of [image, name, findChild(rows[i], "chosenImage")])
+                fuzzyCompare(part.y + part.height / 2, 16, 0.5);
             compare(name.x, image.x + image.width + 10);
             compare([name.font.family, name.font.pixelSize], ["serif", depth === 0 ? 14 : 12]);
+            compare(name.x + name.width, findChild(rows[i], "chosenImage").x - 10);
             compare(name.elide, Text.ElideRight);
             compare(String(name.color), "#dddddd");
             compare(name.text, rows[i].dept.name);

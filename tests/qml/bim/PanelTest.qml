@@ -71,6 +71,14 @@ BimTest {
         compare(shown(), [true, true]);
     }
 
+    function test_withoutAManagerTheTitleNamesModels() {
+        createAndOpen();
+        setup.offerManager(false);
+        const title = item("dialogTitle").title;
+        setup.offerManager(true);
+        compare(title, "关联BIM模型");
+    }
+
     function test_radioButtonsExcludeEachOther() {
         createAndOpen();
         const speed = item("speedProprityCheck");
@@ -84,7 +92,10 @@ BimTest {
         compare([speed.checked, completion.checked], [false, true]);
         click(speed);
         compare([speed.checked, completion.checked], [true, false]);
-        compare(speed.checkedUrl, "qrc:/EditorPlug/qmls/images1/checkBox_selected.png");
+        for (const button of [speed, completion]) {
+            compare([button.checkedUrl, button.normalUrl].map(String),
+                    ["qrc:/EditorPlug/qmls/images1/checkBox_selected.png", "qrc:/EditorPlug/qmls/images1/checkBox.png"]);
+        }
         compare(speed.indicator.source, speed.checkedUrl);
         compare(speed.indicator.status, Image.Ready);
         compare(completion.indicator.source, "qrc:/EditorPlug/qmls/images1/checkBox.png");

@@ -104,6 +104,8 @@ BimTest {
         compare(tip.delay, 200);
         compare(tip.text, "地下车库");
         compare(tip.visible, false);
+        const area = Array.from(name.children).find(child => child.acceptedButtons !== undefined);
+        compare(area.acceptedButtons, Qt.NoButton);
         mouseMove(name, 20, name.height / 2);
         tryCompare(tip, "visible", true);
         mouseMove(row(1), 3, 3);

@@ -2,6 +2,8 @@
 #include "tests/support/accessibletree.h"
 #include "tests/support/warninglog.h"
 
+#include <QFont>
+#include <QGuiApplication>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QtQuickTest>
@@ -40,6 +42,13 @@ public:
     }
 
 public Q_SLOTS:
+    //! Changes the default font, so that a text without a font of its own differs from the others.
+    void applicationAvailable()
+    {
+        QFont font(QStringLiteral("serif"));
+        font.setPixelSize(21);
+        QGuiApplication::setFont(font);
+    }
     void qmlEngineAvailable(QQmlEngine* engine)
     {
         QQmlContext* context = engine->rootContext();

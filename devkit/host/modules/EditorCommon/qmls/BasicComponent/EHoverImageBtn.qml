@@ -1,14 +1,14 @@
 import QtQuick 2.15
 import QtQuick.Window 2.15
 
-// A button with a picture for each state and with a tool tip.
+// A button with a picture for each state and with a tool tip. Its user sets the size and all pictures.
 Item {
     id: button
 
     property url img
-    property url hoveredImg: img
-    property url selectedImg: hoveredImg
-    property url disabledImg: img
+    property url hoveredImg
+    property url selectedImg
+    property url disabledImg
     property bool selected: false
     property alias tipText: tip.text
     // The natural size of the picture.
@@ -16,9 +16,6 @@ Item {
     readonly property real sourceHeight: picture.implicitHeight
 
     signal click
-
-    implicitWidth: sourceWidth
-    implicitHeight: sourceHeight
 
     Image {
         id: picture

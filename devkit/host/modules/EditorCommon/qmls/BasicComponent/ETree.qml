@@ -8,7 +8,7 @@ import "../Config"
 TreeView {
     id: tree
 
-    property real treeStyleHeight: 32
+    property real treeStyleHeight: 24
     property color treeBackColor: EConfig.eDialogBackground
     // The name of the model's role that contains the data of a row.
     property string valueRole: "nodeData"

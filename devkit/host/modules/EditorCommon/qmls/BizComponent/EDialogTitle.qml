@@ -77,8 +77,11 @@ Rectangle {
             rightMargin: 12
             verticalCenter: parent.verticalCenter
         }
+        width: sourceWidth
+        height: sourceHeight
         img: "qrc:/EditorPlug/qmls/images1/dialog_close.png"
         hoveredImg: "qrc:/EditorPlug/qmls/images1/dialog_close_hover.png"
+        selectedImg: "qrc:/EditorPlug/qmls/images1/dialog_close_hover.png"
 
         onClick: titleBar.click()
     }

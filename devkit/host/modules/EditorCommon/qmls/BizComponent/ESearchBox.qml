@@ -8,7 +8,7 @@ T.TextField {
     id: searchBox
 
     implicitWidth: 200
-    implicitHeight: 26
+    implicitHeight: 30
     leftPadding: 32
     rightPadding: 28
     selectByMouse: true
@@ -56,9 +56,12 @@ T.TextField {
             rightMargin: 8
             verticalCenter: parent.verticalCenter
         }
+        width: sourceWidth
+        height: sourceHeight
         visible: searchBox.length > 0
         img: "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear.png"
         hoveredImg: "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear_hover.png"
+        selectedImg: "qrc:/EditorPlug/qmls/images1/box_ic_txt_clear_hover.png"
 
         onClick: {
             searchBox.clear();

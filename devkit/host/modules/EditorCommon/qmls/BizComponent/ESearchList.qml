@@ -13,8 +13,8 @@ Item {
 
     property string searchText
     property var dataModel: []
-    property var listCountFunc: () => dataModel.length
-    property var listDataFunc: index => dataModel[index]
+    property var listCountFunc: () => 0
+    property var listDataFunc: index => ""
     property Component groupdelegateItem
 
     function search() {

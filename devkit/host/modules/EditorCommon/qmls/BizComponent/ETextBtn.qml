@@ -14,7 +14,7 @@ Rectangle {
     signal sendClick
 
     implicitWidth: label.implicitWidth + 32
-    implicitHeight: 32
+    implicitHeight: label.implicitHeight + 12
     radius: EConfig.eRadius
     color: mouseArea.containsMouse && !mouseArea.pressed ? Qt.lighter(eBtnBackGround, 1.06) : eBtnBackGround
     border.color: eBtnBorderColor

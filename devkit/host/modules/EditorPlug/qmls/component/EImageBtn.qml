@@ -2,21 +2,19 @@ import QtQuick 2.15
 import "qrc:/EditorCommon/qmls/BasicComponent"
 import "qrc:/EditorCommon/qmls/Config"
 
-// A button with a picture, and with a frame unless `bHideBorder` is set.
+// A button with a picture, and with a frame unless `bHideBorder` is set. Its user sets the size and all pictures.
 Rectangle {
     id: button
 
     property url eNormalSource
-    property url eDisableSource: eNormalSource
-    property url eHoverSource: eNormalSource
-    property url ePressedSource: eHoverSource
+    property url eDisableSource
+    property url eHoverSource
+    property url ePressedSource
     property bool bHideBorder: false
     property alias tipText: picture.tipText
 
     signal sendClick
 
-    implicitWidth: picture.implicitWidth
-    implicitHeight: picture.implicitHeight
     color: "transparent"
     border.color: EConfig.eDialogBorder
     border.width: bHideBorder ? 0 : 1
