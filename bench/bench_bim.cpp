@@ -97,23 +97,34 @@ double listMilliseconds(CPdsMgr& manager)
 void measureList(const char* what, TestSupport::StartedServices& services, CPdsMgr& manager)
 {
     const QVector<int> sizes{Rows / 4, Rows / 2, Rows};
+    const bool isLogged = QLoggingCategory::defaultCategory()->isDebugEnabled();
     QVector<double> medians;
     QVector<double> parse;
+    QVector<double> parseAndLog;
     for (const int size : sizes) {
         const NelvoDevkit::HttpReply models = answer(size);
         services.setReply("GET", BimPath, models);
         QVector<double> own;
         parse.clear();
+        parseAndLog.clear();
         for (int round = 0; round < Rounds; ++round) {
             own.append(listMilliseconds(manager));
             parse.append(Bench::milliseconds([&models] {
                 if (QJsonDocument::fromJson(models.body).isNull())
                     qFatal("the body is no JSON");
             }));
+            if (isLogged) {
+                parseAndLog.append(Bench::milliseconds(
+                    [&models] { qDebug() << QJsonDocument::fromJson(models.body).object(); }));
+            }
         }
         medians.append(Bench::median(own));
     }
     Bench::printRatio(what, medians.constLast(), Bench::median(parse), "ms", 2.5);
+    if (isLogged) {
+        Bench::printRatio("  compared with a parse and the log line", medians.constLast(),
+                          Bench::median(parseAndLog), "ms", 1.15);
+    }
     Bench::printScaling("  models", sizes, medians, "ms");
 }
 
