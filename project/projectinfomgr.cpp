@@ -142,7 +142,7 @@ bool CProjectInfoMgr::GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& pro
             qDebug("CProjectInfoMgr::GetServerProjectTree getprojList /scene/project falied!");
         return false;
     }
-    const QJsonArray elements = reply.value(QStringLiteral("data")).toArray();
+    QJsonArray elements = reply.value(QStringLiteral("data")).toArray();
     reply = {};
     // A helper thread converts half of the list.
     const int middle = elements.size() / 2;
@@ -151,9 +151,14 @@ bool CProjectInfoMgr::GetServerProjectTree(std::list<NelvoSDK::ProjectNode>& pro
     std::list<NelvoSDK::ProjectNode> listed = SortedNodes(elements, middle, elements.size());
     listed.merge(firstHalf.get(), hasLesserId);
     listed.unique([](const auto& left, const auto& right) { return left.id == right.id; });
-    serverProjects.clear();
-    for (const NelvoSDK::ProjectNode& project : listed)
-        serverProjects.insert(serverProjects.constEnd(), project.id, project.name);
+    // A helper thread stores the names, while this thread frees the list.
+    std::future<void> names = std::async([&] {
+        serverProjects.clear();
+        for (const NelvoSDK::ProjectNode& project : listed)
+            serverProjects.insert(serverProjects.constEnd(), project.id, project.name);
+    });
+    elements = {};
+    names.get();
     projects.splice(projects.end(), listed);
     return true;
 }
