@@ -33,6 +33,7 @@ Item {
             compare(String(item.gradientStartColor), "#2997b4");
             compare(String(item.gradientStopColor), "#255187");
             compare([item.from, item.to, item.value], [0, 1, 0]);
+            compare([item.implicitWidth, item.implicitHeight], [200, 14]);
         }
 
         function test_backgroundIsARoundedFaintBar() {

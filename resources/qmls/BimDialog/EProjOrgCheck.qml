@@ -78,6 +78,8 @@ T.ComboBox {
         event.accepted = true;
     }
 
+    implicitWidth: 200
+    implicitHeight: 26
     font.family: Nelvo.Theme.fontFamily
     model: orgModel
 

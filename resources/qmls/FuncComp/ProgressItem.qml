@@ -9,6 +9,7 @@ ProgressBar {
     property color gradientStopColor: Theme.gradientStop
 
     background: Rectangle {
+        implicitWidth: 200
         implicitHeight: 14
         radius: height / 2
         opacity: 0.3

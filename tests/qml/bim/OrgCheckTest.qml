@@ -67,6 +67,7 @@ BimTest {
         compare([plain.deptID, plain.deptName], ["", "所有工程"]);
         compare(plain.font.family, "微软雅黑");
         compare(plain.model, orgModel);
+        compare([plain.width, plain.height], [200, 26]);
     }
 
     function test_closedBoxShowsTheDepartment() {
