@@ -8,7 +8,7 @@ namespace NelvoPlugin {
 
 //! \brief The models of the dialog's list, as one list of values for each key.
 //!
-//! The page creates its rows from these lists, in about a quarter of the time in which Qt converts the same
+//! The page creates its rows from these lists, in about a third of the time in which Qt converts the same
 //! models from a QJsonArray to JavaScript.
 class ModelColumns final : public QObject
 {

@@ -87,6 +87,32 @@ BimTest {
         compare(view().contentY, view().originY);
     }
 
+    function test_newTextAndNewListReplaceARunningSearch() {
+        openLongList();
+        item("searchBox").text = "4";
+        compare(view().count, length);
+        item("searchBox").text = "49999";
+        waitForRows(1);
+        compare(rowNames(), ["模型 49999"]);
+        item("searchBox").text = "4";
+        compare(view().count, 1);
+        pdsMgr.deliver([model(1, "3"), model(2, "4"), model(3, "44")]);
+        compare(view().count, 2);
+        tryVerify(() => row(1));
+        compare(rowNames(), ["4", "44"]);
+        item("searchBox").text = "";
+        waitForRows(3);
+    }
+
+    function test_shutdownEndsARunningSearch() {
+        openLongList();
+        item("searchBox").text = "4";
+        setup.offerManager(false);
+        const rows = view().count;
+        setup.offerManager(true);
+        compare(rows, 0);
+    }
+
     function test_listOfEqualLengthStartsAtTheTopToo() {
         openLongList();
         view().positionViewAtEnd();
